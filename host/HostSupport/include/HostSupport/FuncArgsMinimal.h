@@ -1,0 +1,14 @@
+#pragma once
+
+/// The arguments of one call of a script function, already checked against the function's table.
+class FuncArgsMinimal
+{
+public:
+    /// A pointer to the value of the argument at \p index, counted from 0: to a `char*` with
+    /// NUL-ended UTF-8 text for a string, to a `double` for a number. Valid during the call.
+    virtual const void* value(int index) const = 0;
+
+protected:
+    // Not virtual: the operation above has the first slot of the table.
+    ~FuncArgsMinimal() = default;
+};

@@ -1,0 +1,3 @@
+#include <HostSupport/MessageHandler.h>
+
+MessageHandler::~MessageHandler() = default;

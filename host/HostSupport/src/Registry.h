@@ -1,0 +1,34 @@
+#pragma once
+
+#include <HostSupport/host.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// Everything that has been registered with the host and set in it.
+struct Registry
+{
+    struct Function
+    {
+        FunctionInfo info;
+        const FuncConstruct* owner;
+    };
+
+    std::vector<Function> functions;
+    std::vector<CommandInfo> commands;
+    std::vector<OptionInfo> options;
+    std::map<std::string, std::string> pathSymbols;
+    std::string productFolderName = "zvhost";
+    std::string optionsFile;
+    RegistrationObserver observer;
+
+    void notify(const std::string& what) const;
+};
+
+/// A function-local static, so that it stands before any library registers while it loads.
+Registry& registry();
+
+} // namespace host

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace zvutil {
+
+/// Owns the hidden implementation of a handle.
+///
+/// The implementation is built first and handed in, so that nothing leaks if that throws:
+/// \code
+/// Thing::Thing() : m_impl(std::make_unique<ThingImpl>()) {}
+/// \endcode
+/// It can be moved but not copied: a handle that can be copied builds a new implementation from the
+/// other's, so that copies never share anything. A moved-from object holds null; it may only be
+/// destroyed or be the target of a move assignment.
+///
+/// Two threads may use two objects at once. `T` must be complete where an object is made or destroyed.
+template <typename T>
+class basic_pimpl
+{
+public:
+    /// Takes \p implementation over; it must not be null.
+    explicit basic_pimpl(std::unique_ptr<T>&& implementation) noexcept
+        : m_implementation(implementation.release())
+    {
+    }
+
+    basic_pimpl(basic_pimpl&& other) noexcept
+        : m_implementation(std::exchange(other.m_implementation, nullptr))
+    {
+    }
+
+    /// Destroys the implementation held before, after the other's has been taken over.
+    basic_pimpl& operator=(basic_pimpl&& other) noexcept
+    {
+        if (this != &other)
+            destroy(std::exchange(m_implementation, std::exchange(other.m_implementation, nullptr)));
+        return *this;
+    }
+
+    basic_pimpl(const basic_pimpl&) = delete;
+    basic_pimpl& operator=(const basic_pimpl&) = delete;
+
+    virtual ~basic_pimpl() { destroy(m_implementation); }
+
+    /// The implementation. Not to be called on a moved-from object: there is no test for null.
+    T& impl() noexcept { return *m_implementation; }
+    const T& impl() const noexcept { return *m_implementation; }
+
+private:
+    static void destroy(T* implementation) noexcept { std::default_delete<T>()(implementation); }
+
+    T* m_implementation;
+};
+
+} // namespace zvutil

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/impl/uri_impl.h>
+
+namespace zvutil {
+
+/// A text, normalised and split into the components of a URI. Immutable but for moves.
+///
+/// Two characters are normalised: each `\` becomes `/`, each blank `%20`. Nothing else is escaped, and
+/// nothing is ever unescaped, so that parsing a result again changes nothing. The schemes `file`,
+/// `http` and `https`, in lower case, are split; any other text is kept, has empty components and
+/// the kind `UriKind::None`. No text is refused.
+///
+/// The split is lexical and more generous than RFC 3986: the user part reaches to the first `@` behind
+/// `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and `#`; a path
+/// may follow the port without a `/`. An inner NUL ends what is split, not the text.
+///
+/// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
+/// failures are `std::bad_alloc` and the one that is told at the constructor from a path.
+/// The views are valid as long as the object is neither assigned to nor destroyed; a move hands them on.
+class uri : public basic_pimpl<impl::uri_impl>
+{
+public:
+    /// The empty text, of kind `UriKind::None`.
+    uri()
+        : basic_pimpl(std::make_unique<impl::uri_impl>())
+    {
+    }
+
+    /// Parses all of \p text.
+    explicit uri(const std::string& text)
+        : basic_pimpl(impl::parse_uri(text))
+    {
+    }
+
+    /// Parses \p text up to its NUL.
+    explicit uri(const char* text)
+        : basic_pimpl(impl::parse_uri(std::string_view(text)))
+    {
+    }
+
+    /// Parses "file:/" followed by the path's text. A relative path isn't made absolute, and of a UNC
+    /// path's two leading separators nothing is left but slashes: `\\srv\x` gives `file:///srv/x`.
+    ///
+    /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes six
+    /// bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`, `EILSEQ`.
+    explicit uri(const std::filesystem::path& path)
+        : basic_pimpl(impl::parse_file_uri(path))
+    {
+    }
+
+    uri(uri&&) noexcept = default;
+    uri& operator=(uri&&) noexcept = default;
+    ~uri() override = default;
+
+    /// The normalised text.
+    const std::string& text() const noexcept { return impl().text; }
+
+    /// `file`, `http` or `https`.
+    std::string_view scheme() const noexcept { return impl().scheme; }
+    /// All between `//` and the path: `user@host:port`.
+    std::string_view authority() const noexcept { return impl().authority; }
+    /// Without its `@`.
+    std::string_view userinfo() const noexcept { return impl().userinfo; }
+    std::string_view host() const noexcept { return impl().host; }
+    /// The digits behind the `:`.
+    std::string_view port() const noexcept { return impl().port; }
+    /// With its leading `/`, if any.
+    std::string_view path() const noexcept { return impl().path; }
+    /// Without its `?`.
+    std::string_view query() const noexcept { return impl().query; }
+    /// Without its `#`.
+    std::string_view fragment() const noexcept { return impl().fragment; }
+    UriKind kind() const noexcept { return impl().kind; }
+};
+
+static_assert(sizeof(uri) == 2 * sizeof(void*));
+
+} // namespace zvutil

@@ -1,0 +1,34 @@
+#include <zvutil/uri.h>
+
+#include <HostSupport/FuncConstruct.h>
+#include <HostSupport/YString.h>
+
+#include <string>
+
+namespace {
+
+std::string uriText(const std::string& path)
+{
+    if (path.compare(0, 2, "\\\\") == 0)
+        return zvutil::uri("file:" + path).text();
+    // Wanted: what claims to be a URI goes back as it came, blanks and backslashes included, and the
+    // claim has to be in lower case.
+    if (path.compare(0, 5, "file:") == 0)
+        return path;
+    return zvutil::uri("file:///" + path).text();
+}
+
+FUNC_ERROR pathToURI(const FuncArgsMinimal& args, FuncResultMinimal* result,
+                     YRef<MessageHandler> /*messages*/)
+{
+    const std::string path = *static_cast<const char* const*>(args.value(0));
+    YString text;
+    text = uriText(path).c_str();
+    *result->allotStrings(1) = text.detach();
+    return FUNC_OK;
+}
+
+constexpr argType arguments[] = {ARG_STRING};
+const FuncConstruct registration("PathToURI", arguments, 1, 1, &pathToURI);
+
+} // namespace
