@@ -28,6 +28,10 @@ else()
         # GCC 12 finds null dereferences in the standard library's own headers when it optimises.
         target_compile_options(zv_build_options INTERFACE -Wno-null-dereference)
     endif()
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        # Qt Test's macros are variadic and take no argument more often than not.
+        target_compile_options(zv_build_options INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
+    endif()
     if(ZV_WARNINGS_AS_ERRORS)
         target_compile_options(zv_build_options INTERFACE -Werror)
     endif()

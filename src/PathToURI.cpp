@@ -24,7 +24,8 @@ FUNC_ERROR pathToURI(const FuncArgsMinimal& args, FuncResultMinimal* result,
     const std::string path = *static_cast<const char* const*>(args.value(0));
     YString text;
     text = uriText(path).c_str();
-    *result->allotStrings(1) = text.detach();
+    char** target = result->allotStrings(1);
+    *target = text.detach();
     return FUNC_OK;
 }
 

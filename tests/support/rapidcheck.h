@@ -1,0 +1,13 @@
+#pragma once
+
+// RapidCheck's headers don't pass our warnings.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wpedantic"
+#endif
+#include <rapidcheck.h>
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif

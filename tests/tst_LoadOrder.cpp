@@ -1,0 +1,89 @@
+#include "support/Module.h"
+#include "support/StdString.h"
+
+#include <HostSupport/host.h>
+
+#include <QLibrary>
+#include <QTest>
+
+#include <string>
+#include <vector>
+
+using namespace std::string_literals;
+
+/// What is registered while a library loads, and what is taken back while it unloads, in a process
+/// that loads and unloads it as a host does.
+class tst_LoadOrder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_events.clear();
+        host::setRegistrationObserver([this](const std::string& what) { m_events.push_back(what); });
+    }
+
+    void cleanup() { host::setRegistrationObserver({}); }
+
+    void sourcesRegisterInTheOrderOfTheirList()
+    {
+        QLibrary fixture(QStringLiteral(FIXTURE_FILE));
+        QVERIFY2(fixture.load(), qPrintable(fixture.errorString()));
+        QCOMPARE(m_events,
+                 (Events {"function middle", "function last", "function first", "function another"}));
+        m_events.clear();
+        QVERIFY(fixture.unload());
+        QCOMPARE(m_events,
+                 (Events {"~function another", "~function first", "~function last", "~function middle"}));
+    }
+
+    void libraryRegistersOnLoadAndTakesBackOnUnload()
+    {
+        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QVERIFY(!zvtest::isInProcess(library.fileName()));
+        QVERIFY(!isCallable());
+        // Twice, since a library that stayed in the process would not register again.
+        for (int round = 0; round < 2; ++round) {
+            m_events.clear();
+            QVERIFY2(library.load(), qPrintable(library.errorString()));
+            QVERIFY(zvtest::isInProcess(library.fileName()));
+            QCOMPARE(m_events, (Events {"function PathToURI"}));
+            QVERIFY(isCallable());
+
+            m_events.clear();
+            QVERIFY(library.unload());
+            QCOMPARE(m_events, (Events {"~function PathToURI"}));
+            QVERIFY(!isCallable());
+            QVERIFY(!zvtest::isInProcess(library.fileName()));
+        }
+    }
+
+    void functionIsCallableFromItsRegistrationToItsEnd()
+    {
+        std::vector<bool> callable;
+        host::setRegistrationObserver(
+            [&callable](const std::string&) { callable.push_back(isCallable()); });
+        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QVERIFY(library.load());
+        QVERIFY(library.unload());
+        QCOMPARE(callable, (std::vector {true, false}));
+    }
+
+private:
+    using Events = std::vector<std::string>;
+
+    static bool isCallable()
+    {
+        try {
+            return host::callFunction("PathToURI", {"a b"s}, {}).front() == "file:///a%20b";
+        } catch (const host::CallError&) {
+            return false;
+        }
+    }
+
+    Events m_events;
+};
+
+QTEST_GUILESS_MAIN(tst_LoadOrder)
+#include "tst_LoadOrder.moc"

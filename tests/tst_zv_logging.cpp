@@ -1,0 +1,150 @@
+#include <zv_logging/host.h>
+#include <zv_logging/zv_logging.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace logging = zvutil::logging;
+
+class tst_zv_logging : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QVERIFY(m_directory.isValid());
+        logging::host::reset();
+        logging::host::setLogFile(file().toStdString());
+    }
+
+    void cleanupTestCase() { logging::host::reset(); }
+
+    void withoutASinkNothingIsKept()
+    {
+        logging::write(4, "test", "lost");
+        QVERIFY(logging::host::records().empty());
+        QVERIFY(logging::host::sinks().empty());
+    }
+
+    void addingASinkAgainChangesNothing()
+    {
+        add_sink(2);
+        add_sink(2);
+        logging::write(2, "test", "once");
+        QCOMPARE(logging::host::sinks(), std::vector {2});
+        QCOMPARE(logging::host::records().size(), std::size_t(1));
+    }
+
+    void levelAdmitsFromItselfUpwards_data()
+    {
+        QTest::addColumn<int>("level");
+        for (int level = 0; level <= 5; ++level)
+            QTest::addRow("level %d", level) << level;
+    }
+
+    void levelAdmitsFromItselfUpwards()
+    {
+        QFETCH(int, level);
+        set_log_level(2, level);
+        add_sink(2);
+        for (int written = 0; written <= 5; ++written)
+            logging::write(written, "test", "line");
+        const auto records = logging::host::records();
+        QCOMPARE(records.size(), std::size_t(6 - level));
+        QCOMPARE(records.front().level, level);
+    }
+
+    void sinkStartsAtInformation()
+    {
+        add_sink(2);
+        logging::write(1, "test", "progress");
+        logging::write(2, "test", "information");
+        QCOMPARE(logging::host::records().size(), std::size_t(1));
+    }
+
+    void levelOutsideTheScaleIsTheNearest()
+    {
+        add_sink(2);
+        set_log_level(2, 0);
+        logging::write(-7, "test", "low");
+        logging::write(99, "test", "high");
+        QCOMPARE(logging::host::records()[0].level, 0);
+        QCOMPARE(logging::host::records()[1].level, 5);
+    }
+
+    void unknownNumbersAreRefused()
+    {
+        QVERIFY_EXCEPTION_THROWN(add_sink(3), std::invalid_argument);
+        QVERIFY_EXCEPTION_THROWN(add_sink(-1), std::invalid_argument);
+        QVERIFY_EXCEPTION_THROWN(set_log_level(3, 1), std::invalid_argument);
+        QVERIFY_EXCEPTION_THROWN(set_log_level(0, 6), std::invalid_argument);
+        QVERIFY_EXCEPTION_THROWN(set_log_level(0, -1), std::invalid_argument);
+    }
+
+    void fileSinkWritesLines()
+    {
+        add_sink(1);
+        logging::write(2, "category", "the text {} %s");
+        logging::host::reset();
+        QFile log(file());
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray line = log.readAll();
+        QVERIFY2(line.contains("category") && line.contains("the text {} %s"), line.constData());
+    }
+
+    void fileThatCannotBeOpenedIsNoSink()
+    {
+        // A file where a directory would have to be.
+        QFile obstacle(m_directory.filePath(QStringLiteral("obstacle")));
+        QVERIFY(obstacle.open(QIODevice::WriteOnly));
+        logging::host::setLogFile(obstacle.fileName().toStdString() + "/zv.log");
+        add_sink(1);
+        QVERIFY(logging::host::sinks().empty());
+    }
+
+    void memoryKeepsTheLastLines()
+    {
+        add_sink(2);
+        for (int i = 0; i < 10'050; ++i)
+            logging::write(2, "test", std::to_string(i).c_str());
+        const auto records = logging::host::records();
+        QCOMPARE(records.size(), std::size_t(10'000));
+        QCOMPARE(records.front().text, std::string("50"));
+        QCOMPARE(records.back().text, std::string("10049"));
+    }
+
+    void severalThreadsLoseNothing()
+    {
+        add_sink(2);
+        const int lines = 2'000;
+        const auto work = [](int begin) {
+            for (int i = begin; i < begin + lines; ++i)
+                logging::write(2, "test", std::to_string(i).c_str());
+        };
+        std::thread first(work, 0);
+        std::thread second(work, lines);
+        add_sink(1);
+        set_log_level(1, 5);
+        first.join();
+        second.join();
+        std::vector<int> seen(2 * lines, 0);
+        for (const auto& record : logging::host::records())
+            ++seen[static_cast<std::size_t>(std::stoi(record.text))];
+        QCOMPARE(seen, std::vector<int>(2 * lines, 1));
+    }
+
+private:
+    QString file() const { return m_directory.filePath(QStringLiteral("zv.log")); }
+
+    QTemporaryDir m_directory;
+};
+
+QTEST_GUILESS_MAIN(tst_zv_logging)
+#include "tst_zv_logging.moc"

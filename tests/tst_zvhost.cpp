@@ -1,0 +1,205 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Outcome
+{
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+Outcome run(const QStringList& arguments, const QProcessEnvironment& environment
+            = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(ZVHOST_FILE), arguments);
+    Outcome outcome;
+    if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
+        return outcome;
+    outcome.status = process.exitCode();
+    outcome.output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
+    outcome.errors = QString::fromUtf8(process.readAllStandardError()).remove(QLatin1Char('\r'));
+    return outcome;
+}
+
+Outcome runScript(const QString& script)
+{
+    return run({QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("-e"), script});
+}
+
+} // namespace
+
+class tst_zvhost : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answersPathToURI()
+    {
+        const Outcome outcome = run({QStringLiteral("-e"),
+                                     QStringLiteral("print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))")});
+        QCOMPARE(outcome.output, QStringLiteral("file:///C:/Users/me/my%20file.txt\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void prints_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("words") << QStringLiteral("print('a', 1, true)") << "a 1 true\n";
+        QTest::newRow("nothing") << QStringLiteral("print()") << "\n";
+        QTest::newRow("not ASCII") << QStringLiteral("print('ä€')") << QStringLiteral("ä€\n");
+        QTest::newRow("result of two") << QStringLiteral("print(Schemes('http://x', 2))") << "http,http\n";
+        QTest::newRow("result of one") << QStringLiteral("print(Schemes('https://x', 1).length)") << "5\n";
+        QTest::newRow("result of none") << QStringLiteral("print(Schemes('https://x', 0).length)") << "0\n";
+        QTest::newRow("command with words") << QStringLiteral("tell()") << "tell in command line\n";
+        QTest::newRow("exception can be caught")
+            << "try { Throw() } catch (e) { print(e.message) }" << "thrown by the module\n";
+        QTest::newRow("comment at the end") << "print('a') // b" << "a\n";
+        QTest::newRow("strict") << "'use strict'; print((function() { return !this })())" << "true\n";
+    }
+
+    void prints()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, output);
+        const Outcome outcome = runScript(script);
+        QCOMPARE(outcome.output, output);
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void fails_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("thrown error")
+            << "\n\nthrow new Error('no way')" << "command line:3: Error: no way";
+        QTest::newRow("thrown value") << QStringLiteral("throw 3") << "command line: uncaught exception: 3";
+        QTest::newRow("thrown undefined")
+            << QStringLiteral("throw undefined") << "command line: uncaught exception: undefined";
+        QTest::newRow("syntax") << "\nx = = 3" << "command line:2: SyntaxError";
+        QTest::newRow("unknown name") << QStringLiteral("Unknown(1)") << "command line:1: ReferenceError: Unknown is not defined";
+        QTest::newRow("number for string")
+            << "function f() {\n  return PathToURI(1);\n}\nf();"
+            << "command line:2: Error: PathToURI expects 1 argument (string); argument 1 is a number";
+        QTest::newRow("object for string")
+            << "PathToURI({})"
+            << "command line:1: Error: PathToURI: argument 1 is neither a string nor a number";
+        QTest::newRow("no argument")
+            << "PathToURI()" << "command line:1: Error: PathToURI expects 1 argument (string), not 0";
+        QTest::newRow("two arguments")
+            << "PathToURI('a', 'b')"
+            << "command line:1: Error: PathToURI expects 1 argument (string), not 2";
+        QTest::newRow("handler throws") << QStringLiteral("Throw()") << "command line:1: Error: thrown by the module";
+        QTest::newRow("command fails") << QStringLiteral("failing()") << "command line:1: Error: failing failed with error 1";
+    }
+
+    void fails()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, message);
+        const Outcome outcome = runScript(script + QStringLiteral("\nprint('not reached')"));
+        QVERIFY2(outcome.errors.contains(message), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString());
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void messagesOfACommandGoToStandardError()
+    {
+        const Outcome outcome = runScript(QStringLiteral("tell('one', 'two words')"));
+        QVERIFY2(outcome.errors.contains(QStringLiteral("one\ntwo words\n")), qPrintable(outcome.errors));
+    }
+
+    void runsFilesInTurnAndStopsAtTheFirstError()
+    {
+        QTemporaryDir directory;
+        const QString good = write(directory, QStringLiteral("good.js"), "print('good')\n");
+        const QString bad = write(directory, QStringLiteral("bad.js"), "print('bad')\n\nnothing.here\n");
+        const Outcome outcome = run({good, bad, good});
+        QCOMPARE(outcome.output, QStringLiteral("good\nbad\n"));
+        QVERIFY2(outcome.errors.contains(bad + QStringLiteral(":3: ")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void missingFilesAreErrors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        const QString missing = QStringLiteral("/no/such/file");
+        QTest::newRow("script") << QStringList {missing};
+        QTest::newRow("library") << (QStringLiteral("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
+        QTest::newRow("module") << QStringLiteral("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
+    }
+
+    void missingFilesAreErrors()
+    {
+        QFETCH(QStringList, arguments);
+        const Outcome outcome = run(arguments);
+        QVERIFY2(outcome.errors.contains(QStringLiteral("/no/such/file")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void listsWhatIsRegistered()
+    {
+        const Outcome outcome
+            = run({QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("--list")});
+        QCOMPARE(outcome.output, QStringLiteral("function PathToURI(string)\n"
+                                                "function Schemes(string, number)\n"
+                                                "function Throw()\n"
+                                                "command  tell\n"
+                                                "command  failing\n"
+                                                "option   ModuleOption = \"some default\"\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void withNothingToDoSaysSo()
+    {
+        const Outcome outcome = run({});
+        QVERIFY2(outcome.errors.contains(QStringLiteral("--help")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void withoutDisplaySaysSo()
+    {
+#if defined(Q_OS_UNIX)
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QString::fromLatin1(name));
+        const Outcome outcome = run({QStringLiteral("-e"), QStringLiteral("print(1)")}, environment);
+        QVERIFY2(outcome.errors.contains(QStringLiteral("no display")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QStringLiteral("1\n"));
+        QCOMPARE(outcome.status, 0);
+#else
+        QSKIP("There is always a display on this platform");
+#endif
+    }
+
+    void examplesRun()
+    {
+        const QDir examples(QStringLiteral(EXAMPLES));
+        const QStringList scripts = examples.entryList({QStringLiteral("*.js")}, QDir::Files);
+        QVERIFY(!scripts.isEmpty());
+        for (const QString& script : scripts) {
+            const Outcome outcome = run({examples.filePath(script)});
+            QVERIFY2(outcome.status == 0, qPrintable(script + outcome.errors));
+            QVERIFY(!outcome.output.isEmpty());
+        }
+    }
+
+private:
+    static QString write(const QTemporaryDir& directory, const QString& name, const char* text)
+    {
+        QFile file(directory.filePath(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(text);
+        return file.fileName();
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_zvhost)
+#include "tst_zvhost.moc"
