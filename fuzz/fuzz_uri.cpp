@@ -1,4 +1,5 @@
-// Any bytes as a URI: nothing is refused, the views lie in the text, and a second parse changes nothing.
+// Any bytes as a URI: nothing is refused, the views lie in the text, and a second parse changes
+// nothing.
 
 #include <zvutil/uri.h>
 
@@ -18,8 +19,9 @@ void require(bool condition)
 
 void checkView(std::string_view part, const std::string& text)
 {
-    require(part.empty()
-            || (part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size()));
+    require(
+        part.empty()
+        || (part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size()));
 }
 
 void checkSplit(const zvutil::uri& uri)

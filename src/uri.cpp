@@ -19,7 +19,7 @@ std::string normalised(std::string_view text)
     char* target = result.data();
     for (const char c : text) {
         if (c == ' ')
-            target = std::copy(escapedBlank.begin(), escapedBlank.end(), target);
+            target = std::copy_n(escapedBlank.data(), escapedBlank.size(), target);
         else
             *target++ = c == '\\' ? '/' : c;
     }
@@ -53,8 +53,8 @@ public:
     template <typename Predicate>
     std::string_view takeUntil(Predicate isEnd)
     {
-        return take(static_cast<std::size_t>(
-            std::find_if(m_rest.begin(), m_rest.end(), isEnd) - m_rest.begin()));
+        return take(static_cast<std::size_t>(std::find_if(m_rest.begin(), m_rest.end(), isEnd)
+                                             - m_rest.begin()));
     }
 
     std::string_view rest() const { return m_rest; }
@@ -65,26 +65,25 @@ private:
 
 struct Scheme
 {
-    std::string_view name;
+    std::string_view prefix; ///< with its colon
     UriKind kind;
 };
 
 constexpr Scheme schemes[] = {
-    {"https", UriKind::Https},
-    {"file", UriKind::File},
-    {"http", UriKind::Http},
+    {"https:", UriKind::Https},
+    {"file:", UriKind::File},
+    {"http:", UriKind::Http},
 };
 
 bool scanScheme(Scanner& scanner, uri_impl& parts)
 {
     for (const Scheme& scheme : schemes) {
         const std::string_view rest = scanner.rest();
-        if (rest.size() > scheme.name.size() && rest[scheme.name.size()] == ':'
-            && rest.substr(0, scheme.name.size()) == scheme.name) {
-            parts.scheme = scanner.take(scheme.name.size());
-            parts.kind = scheme.kind;
-            return scanner.skip(":");
-        }
+        if (!scanner.skip(scheme.prefix))
+            continue;
+        parts.scheme = rest.substr(0, scheme.prefix.size() - 1);
+        parts.kind = scheme.kind;
+        return true;
     }
     return false;
 }
@@ -115,7 +114,8 @@ void scanPath(Scanner& scanner, uri_impl& parts)
 }
 
 /// Splits as this expression would, in which no choice is ever taken back:
-/// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^ ]*))?
+/// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^
+/// ]*))?
 void split(uri_impl& parts)
 {
     // Everything behind an inner NUL is text, but no part of the URI.

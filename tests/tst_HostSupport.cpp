@@ -164,7 +164,8 @@ private Q_SLOTS:
     void registrationsAreListedInOrderAndTakenBack()
     {
         Texts events;
-        host::setRegistrationObserver([&events](const std::string& what) { events.push_back(what); });
+        host::setRegistrationObserver(
+            [&events](const std::string& what) { events.push_back(what); });
         {
             const FuncConstruct z("tst_z", numberAndString, 2, 2, &echo);
             const ComConstruct c("tst_c", &keepWords, 0);
@@ -173,13 +174,13 @@ private Q_SLOTS:
             const auto functions = host::functions();
             QCOMPARE(functions.size(), std::size_t(2));
             QCOMPARE(functions[0].name, "tst_z"s);
-            QCOMPARE(functions[0].arguments, (std::vector {ARG_NUMBER, ARG_STRING}));
+            QCOMPARE(functions[0].arguments, (std::vector{ARG_NUMBER, ARG_STRING}));
             QCOMPARE(functions[0].resultCount, 2);
             QCOMPARE(functions[1].name, "tst_a"s);
         }
         QCOMPARE(events,
-                 (Texts {"function tst_z", "command tst_c", "function tst_a", "option tst_o",
-                         "~function tst_a", "~function tst_z"}));
+                 (Texts{"function tst_z", "command tst_c", "function tst_a", "option tst_o",
+                        "~function tst_a", "~function tst_z"}));
         QVERIFY(host::functions().empty());
         QCOMPARE(host::commands().back().name, "tst_c"s);
         const host::OptionInfo o = host::options().back();
@@ -203,7 +204,7 @@ private Q_SLOTS:
     void functionIsCalled()
     {
         const FuncConstruct f("tst_f", numberAndString, 2, 2, &echo);
-        QCOMPARE(host::callFunction("tst_f", {7.0, "text"s}, {}), (Texts {"7", "text"}));
+        QCOMPARE(host::callFunction("tst_f", {7.0, "text"s}, {}), (Texts{"7", "text"}));
     }
 
     void wrongCallsNameFunctionAndExpectation()
@@ -214,9 +215,13 @@ private Q_SLOTS:
                  "Unknown function: tst_missing"s);
         QCOMPARE(callError([] { host::callFunction("tst_f", {1.0}, {}); }),
                  "tst_f expects 2 arguments (number, string), not 1"s);
-        QCOMPARE(callError([] { host::callFunction("tst_f", {1.0, 2.0}, {}); }),
+        QCOMPARE(callError([] {
+                     host::callFunction("tst_f", {1.0, 2.0}, {});
+                 }),
                  "tst_f expects 2 arguments (number, string); argument 2 is a number"s);
-        QCOMPARE(callError([] { host::callFunction("tst_f", {"x"s, "y"s}, {}); }),
+        QCOMPARE(callError([] {
+                     host::callFunction("tst_f", {"x"s, "y"s}, {});
+                 }),
                  "tst_f expects 2 arguments (number, string); argument 1 is a string"s);
         QCOMPARE(callError([] { host::callFunction("tst_none", {1.0}, {}); }),
                  "tst_none expects 0 arguments, not 1"s);
@@ -234,22 +239,27 @@ private Q_SLOTS:
     {
         const ComConstruct c("tst_c", &keepWords, 0);
         host::callCommand("tst_c", {"one", "two words"}, {}, {"script", 3});
-        QCOMPARE(receivedWords, (Texts {"tst_c", "one", "two words", "script:3"}));
+        QCOMPARE(receivedWords, (Texts{"tst_c", "one", "two words", "script:3"}));
     }
 
     void wrongCommandsAreErrors()
     {
         const ComConstruct c("tst_failing", &failCommand, 0);
-        QCOMPARE(callError([] { host::callCommand("tst_missing", {}, {}, {"", 0}); }),
+        QCOMPARE(callError([] {
+                     host::callCommand("tst_missing", {}, {}, {"", 0});
+                 }),
                  "Unknown command: tst_missing"s);
-        QCOMPARE(callError([] { host::callCommand("tst_failing", {}, {}, {"", 0}); }),
+        QCOMPARE(callError([] {
+                     host::callCommand("tst_failing", {}, {}, {"", 0});
+                 }),
                  "tst_failing failed with error 1"s);
     }
 
     void optionIsWhatWasSetElseDeclaredElseGiven()
     {
         QCOMPARE(option("tst_unknown", "given"), "given"s);
-        const MakeOption declared("file", 1, "tst_declared", "#2D7D9A", OPTION_DEFAULT_CACHING, true);
+        const MakeOption declared("file", 1, "tst_declared", "#2D7D9A", OPTION_DEFAULT_CACHING,
+                                  true);
         QCOMPARE(option("tst_declared", "given"), "#2D7D9A"s);
         host::writeOption("tst_declared", "set");
         QCOMPARE(option("tst_declared", "given"), "set"s);

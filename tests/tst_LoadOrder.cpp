@@ -21,7 +21,8 @@ private Q_SLOTS:
     void init()
     {
         m_events.clear();
-        host::setRegistrationObserver([this](const std::string& what) { m_events.push_back(what); });
+        host::setRegistrationObserver(
+            [this](const std::string& what) { m_events.push_back(what); });
     }
 
     void cleanup() { host::setRegistrationObserver({}); }
@@ -30,12 +31,14 @@ private Q_SLOTS:
     {
         QLibrary fixture(QStringLiteral(FIXTURE_FILE));
         QVERIFY2(fixture.load(), qPrintable(fixture.errorString()));
-        QCOMPARE(m_events,
-                 (Events {"function middle", "function last", "function first", "function another"}));
+        QCOMPARE(
+            m_events,
+            (Events{"function middle", "function last", "function first", "function another"}));
         m_events.clear();
         QVERIFY(fixture.unload());
-        QCOMPARE(m_events,
-                 (Events {"~function another", "~function first", "~function last", "~function middle"}));
+        QCOMPARE(
+            m_events,
+            (Events{"~function another", "~function first", "~function last", "~function middle"}));
     }
 
     void libraryRegistersOnLoadAndTakesBackOnUnload()
@@ -48,12 +51,12 @@ private Q_SLOTS:
             m_events.clear();
             QVERIFY2(library.load(), qPrintable(library.errorString()));
             QVERIFY(zvtest::isInProcess(library.fileName()));
-            QCOMPARE(m_events, (Events {"function PathToURI"}));
+            QCOMPARE(m_events, (Events{"function PathToURI"}));
             QVERIFY(isCallable());
 
             m_events.clear();
             QVERIFY(library.unload());
-            QCOMPARE(m_events, (Events {"~function PathToURI"}));
+            QCOMPARE(m_events, (Events{"~function PathToURI"}));
             QVERIFY(!isCallable());
             QVERIFY(!zvtest::isInProcess(library.fileName()));
         }
@@ -67,7 +70,7 @@ private Q_SLOTS:
         QLibrary library(QStringLiteral(ZVUTIL_FILE));
         QVERIFY(library.load());
         QVERIFY(library.unload());
-        QCOMPARE(callable, (std::vector {true, false}));
+        QCOMPARE(callable, (std::vector{true, false}));
     }
 
 private:

@@ -75,8 +75,8 @@ public:
 host::FunctionInfo function()
 {
     const auto all = host::functions();
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [](const auto& f) { return f.name == "PathToURI"; });
+    const auto found =
+        std::find_if(all.begin(), all.end(), [](const auto& f) { return f.name == "PathToURI"; });
     return found == all.end() ? host::FunctionInfo() : *found;
 }
 
@@ -98,7 +98,7 @@ private Q_SLOTS:
 
     void isRegisteredAsAFunctionOfOneString()
     {
-        QCOMPARE(function().arguments, std::vector<argType> {ARG_STRING});
+        QCOMPARE(function().arguments, std::vector<argType>{ARG_STRING});
         QCOMPARE(int(function().arguments.front()), 1);
         QCOMPARE(function().resultCount, 1);
     }
@@ -109,23 +109,40 @@ private Q_SLOTS:
         QTest::addColumn<std::string>("result");
         QTest::newRow("drive") << "C:\\Users\\me\\my file.txt"s
                                << "file:///C:/Users/me/my%20file.txt"s;
-        QTest::newRow("UNC") << "\\\\server\\share\\a b"s << "file://server/share/a%20b"s;
-        QTest::newRow("UNC prefix alone") << "\\\\"s << "file://"s;
-        QTest::newRow("three backslashes") << "\\\\\\a"s << "file:///a"s;
-        QTest::newRow("URI") << "file:///already good"s << "file:///already good"s;
-        QTest::newRow("URI, backslashes and blanks stay") << "file:\\ a\\b c"s << "file:\\ a\\b c"s;
-        QTest::newRow("file: alone") << "file:"s << "file:"s;
-        QTest::newRow("URI in capitals is a path") << "FILE:x"s << "file:///FILE:x"s;
-        QTest::newRow("URI in mixed case is a path") << "File:x"s << "file:///File:x"s;
-        QTest::newRow("file without colon") << "file"s << "file:///file"s;
-        QTest::newRow("another scheme is a path") << "http://x y"s << "file:///http://x%20y"s;
-        QTest::newRow("empty") << ""s << "file:///"s;
-        QTest::newRow("one backslash") << "\\"s << "file:////"s;
-        QTest::newRow("slashes are no UNC prefix") << "//srv/x"s << "file://///srv/x"s;
-        QTest::newRow("slash and backslash are no UNC prefix") << "/\\srv"s << "file://///srv"s;
-        QTest::newRow("bytes above 0x7F stay") << "C:\\\xC3\xA4 \xFF"s << "file:///C:/\xC3\xA4%20\xFF"s;
-        QTest::newRow("% stays") << "a%20b"s << "file:///a%20b"s;
-        QTest::newRow("ends at NUL") << "a b\0c"s << "file:///a%20b"s;
+        QTest::newRow("UNC") << "\\\\server\\share\\a b"s
+                             << "file://server/share/a%20b"s;
+        QTest::newRow("UNC prefix alone") << "\\\\"s
+                                          << "file://"s;
+        QTest::newRow("three backslashes") << "\\\\\\a"s
+                                           << "file:///a"s;
+        QTest::newRow("URI") << "file:///already good"s
+                             << "file:///already good"s;
+        QTest::newRow("URI, backslashes and blanks stay") << "file:\\ a\\b c"s
+                                                          << "file:\\ a\\b c"s;
+        QTest::newRow("file: alone") << "file:"s
+                                     << "file:"s;
+        QTest::newRow("URI in capitals is a path") << "FILE:x"s
+                                                   << "file:///FILE:x"s;
+        QTest::newRow("URI in mixed case is a path") << "File:x"s
+                                                     << "file:///File:x"s;
+        QTest::newRow("file without colon") << "file"s
+                                            << "file:///file"s;
+        QTest::newRow("another scheme is a path") << "http://x y"s
+                                                  << "file:///http://x%20y"s;
+        QTest::newRow("empty") << ""s
+                               << "file:///"s;
+        QTest::newRow("one backslash") << "\\"s
+                                       << "file:////"s;
+        QTest::newRow("slashes are no UNC prefix") << "//srv/x"s
+                                                   << "file://///srv/x"s;
+        QTest::newRow("slash and backslash are no UNC prefix") << "/\\srv"s
+                                                               << "file://///srv"s;
+        QTest::newRow("bytes above 0x7F stay") << "C:\\\xC3\xA4 \xFF"s
+                                               << "file:///C:/\xC3\xA4%20\xFF"s;
+        QTest::newRow("% stays") << "a%20b"s
+                                 << "file:///a%20b"s;
+        QTest::newRow("ends at NUL") << "a b\0c"s
+                                     << "file:///a%20b"s;
     }
 
     void text()
@@ -133,7 +150,7 @@ private Q_SLOTS:
         QFETCH(std::string, argument);
         QFETCH(std::string, result);
         const YRef<MessageHandler> messages(std::make_unique<Messages>());
-        QCOMPARE(host::callFunction("PathToURI", {argument}, messages), std::vector {result});
+        QCOMPARE(host::callFunction("PathToURI", {argument}, messages), std::vector{result});
         QCOMPARE(messages.useCount(), 1L);
     }
 
@@ -142,8 +159,8 @@ private Q_SLOTS:
         const OneString arguments("x");
         OneResult result;
         QCOMPARE(function().handler(arguments, &result, {}), FUNC_OK);
-        QCOMPARE(arguments.asked, std::vector {0});
-        QCOMPARE(result.allotted, std::vector {1});
+        QCOMPARE(arguments.asked, std::vector{0});
+        QCOMPARE(result.allotted, std::vector{1});
         QCOMPARE(std::string(result.buffer), "file:///x"s);
         // The buffer is the host's: the address sanitizer would tell of one that isn't from malloc.
         std::free(result.buffer);

@@ -1,6 +1,7 @@
 #include <zvutil/uri.h>
 
 #include "support/StdString.h"
+#include "support/rapidcheck.h"
 
 #include <QTest>
 #include <QThread>
@@ -10,7 +11,7 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
-#include <random>
+#include <numeric>
 #include <regex>
 #include <string>
 #include <string_view>
@@ -30,7 +31,8 @@ namespace {
 struct Split
 {
     std::string text;
-    std::array<std::string, 8> parts; ///< scheme, authority, userinfo, host, port, path, query, fragment
+    std::array<std::string, 8>
+        parts; ///< scheme, authority, userinfo, host, port, path, query, fragment
     UriKind kind = UriKind::None;
 
     bool operator==(const Split& other) const
@@ -41,9 +43,9 @@ struct Split
 
 Split splitOf(const uri& u)
 {
-    const std::string_view views[]
-        = {u.scheme(), u.authority(), u.userinfo(), u.host(), u.port(), u.path(), u.query(), u.fragment()};
-    Split split {u.text(), {}, u.kind()};
+    const std::string_view views[] = {u.scheme(), u.authority(), u.userinfo(), u.host(),
+                                      u.port(),   u.path(),      u.query(),    u.fragment()};
+    Split split{u.text(), {}, u.kind()};
     std::copy(std::begin(views), std::end(views), split.parts.begin());
     return split;
 }
@@ -73,7 +75,8 @@ Split splitByExpression(const std::string& argument)
 
 std::string readable(const Split& split)
 {
-    std::string result = "'" + split.text + "' kind " + std::to_string(static_cast<int>(split.kind));
+    std::string result =
+        "'" + split.text + "' kind " + std::to_string(static_cast<int>(split.kind));
     for (const std::string& part : split.parts)
         result += " [" + part + "]";
     return QByteArray::fromStdString(result).toPercentEncoding(" '[]:/@?#%").toStdString();
@@ -137,10 +140,7 @@ class tst_uri : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void defaultConstructedIsEmpty()
-    {
-        QCOMPARE(splitOf(uri()), Split());
-    }
+    void defaultConstructedIsEmpty() { QCOMPARE(splitOf(uri()), Split()); }
 
     void splits_data()
     {
@@ -148,18 +148,19 @@ private Q_SLOTS:
         QTest::addColumn<Split>("expected");
         const auto row = [](const char* name, const std::string& argument, const std::string& text,
                             const std::array<std::string, 8>& parts, UriKind kind) {
-            QTest::newRow(name) << argument << Split {text, parts, kind};
+            QTest::newRow(name) << argument << Split{text, parts, kind};
         };
         const std::array<std::string, 8> none;
 
-        row("file, empty authority", "file:///C:/a%20b/c.txt?x=1#top", "file:///C:/a%20b/c.txt?x=1#top",
+        row("file, empty authority", "file:///C:/a%20b/c.txt?x=1#top",
+            "file:///C:/a%20b/c.txt?x=1#top",
             {"file", "", "", "", "", "/C:/a%20b/c.txt", "x=1", "top"}, UriKind::File);
         row("file, no authority", "file:/C:/x", "file:/C:/x",
             {"file", "", "", "", "", "/C:/x", "", ""}, UriKind::File);
         row("all parts", "http://me@srv:8080/p?q#f", "http://me@srv:8080/p?q#f",
             {"http", "me@srv:8080", "me", "srv", "8080", "/p", "q", "f"}, UriKind::Http);
-        row("host alone", "https://srv", "https://srv",
-            {"https", "srv", "", "srv", "", "", "", ""}, UriKind::Https);
+        row("host alone", "https://srv", "https://srv", {"https", "srv", "", "srv", "", "", "", ""},
+            UriKind::Https);
         row("unknown scheme", "mailto:x", "mailto:x", none, UriKind::None);
 
         row("empty", "", "", none, UriKind::None);
@@ -169,8 +170,8 @@ private Q_SLOTS:
             {"http", "", "", "", "", "", "", "a#b"}, UriKind::Http);
         row("? behind # is fragment", "http:#a?b", "http:#a?b",
             {"http", "", "", "", "", "", "", "a?b"}, UriKind::Http);
-        row("second ? is query", "http:?a?b", "http:?a?b",
-            {"http", "", "", "", "", "", "a?b", ""}, UriKind::Http);
+        row("second ? is query", "http:?a?b", "http:?a?b", {"http", "", "", "", "", "", "a?b", ""},
+            UriKind::Http);
         row("path without slash behind port", "http://srv:80a/", "http://srv:80a/",
             {"http", "srv:80", "", "srv", "80", "a/", "", ""}, UriKind::Http);
         row("scheme counts case", "Http://srv", "Http://srv", none, UriKind::None);
@@ -180,8 +181,8 @@ private Q_SLOTS:
         row("scheme that goes on", "filex:", "filex:", none, UriKind::None);
         row("nothing before the colon", ":x", ":x", none, UriKind::None);
         row("blank in front", " file:x", "%20file:x", none, UriKind::None);
-        row("one slash is path", "http:/srv", "http:/srv",
-            {"http", "", "", "", "", "/srv", "", ""}, UriKind::Http);
+        row("one slash is path", "http:/srv", "http:/srv", {"http", "", "", "", "", "/srv", "", ""},
+            UriKind::Http);
         row("two slashes alone", "http://", "http://", {"http", "", "", "", "", "", "", ""},
             UriKind::Http);
         row("three slashes", "http:///", "http:///", {"http", "", "", "", "", "/", "", ""},
@@ -196,8 +197,8 @@ private Q_SLOTS:
             {"http", "u:p@srv", "u:p", "srv", "", "", "", ""}, UriKind::Http);
         row("empty user", "http://@srv", "http://@srv", {"http", "@srv", "", "srv", "", "", "", ""},
             UriKind::Http);
-        row("@ without authority", "http:a@b", "http:a@b",
-            {"http", "", "", "", "", "a@b", "", ""}, UriKind::Http);
+        row("@ without authority", "http:a@b", "http:a@b", {"http", "", "", "", "", "a@b", "", ""},
+            UriKind::Http);
         row("host runs over ?", "http://srv?x=1", "http://srv?x=1",
             {"http", "srv?x=1", "", "srv?x=1", "", "", "", ""}, UriKind::Http);
         row("host runs over #", "http://srv#top", "http://srv#top",
@@ -210,11 +211,12 @@ private Q_SLOTS:
             {"http", "srv:80", "", "srv", "80", ":90", "", ""}, UriKind::Http);
         row("query behind port", "http://srv:80?q#f", "http://srv:80?q#f",
             {"http", "srv:80", "", "srv", "80", "", "q", "f"}, UriKind::Http);
-        row("empty query and fragment", "http:?#", "http:?#",
-            {"http", "", "", "", "", "", "", ""}, UriKind::Http);
+        row("empty query and fragment", "http:?#", "http:?#", {"http", "", "", "", "", "", "", ""},
+            UriKind::Http);
         row("blanks everywhere", "http://a b@c d/e f?g h#i j",
             "http://a%20b@c%20d/e%20f?g%20h#i%20j",
-            {"http", "a%20b@c%20d", "a%20b", "c%20d", "", "/e%20f", "g%20h", "i%20j"}, UriKind::Http);
+            {"http", "a%20b@c%20d", "a%20b", "c%20d", "", "/e%20f", "g%20h", "i%20j"},
+            UriKind::Http);
         row("backslashes everywhere", "http:\\\\a\\b@c\\d?\\#\\", "http://a/b@c/d?/#/",
             {"http", "a/b@c", "a/b", "c", "", "/d", "/", "/"}, UriKind::Http);
         row("tab and line feed stay", "file:a\tb\nc\rd", "file:a\tb\nc\rd",
@@ -253,8 +255,8 @@ private Q_SLOTS:
     {
         QFETCH(std::string, argument);
         const uri u(argument);
-        for (const std::string_view part : {u.scheme(), u.authority(), u.userinfo(), u.host(), u.port(),
-                                            u.path(), u.query(), u.fragment()})
+        for (const std::string_view part : {u.scheme(), u.authority(), u.userinfo(), u.host(),
+                                            u.port(), u.path(), u.query(), u.fragment()})
             QVERIFY(liesIn(part, u.text()));
     }
 
@@ -268,17 +270,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<std::string>("path");
         QTest::addColumn<std::string>("expected");
-        QTest::newRow("drive") << "C:\\a b\\c.txt"s << "file:/C:/a%20b/c.txt"s;
-        QTest::newRow("UNC gets three slashes") << "\\\\srv\\x"s << "file:///srv/x"s;
-        QTest::newRow("relative stays relative") << "a\\b"s << "file:/a/b"s;
-        QTest::newRow("empty") << ""s << "file:/"s;
-        QTest::newRow("slash in front") << "/usr/lib"s << "file://usr/lib"s;
-        QTest::newRow("what looks like a URI") << "file:x"s << "file:/file:x"s;
+        QTest::newRow("drive") << "C:\\a b\\c.txt"s
+                               << "file:/C:/a%20b/c.txt"s;
+        QTest::newRow("UNC gets three slashes") << "\\\\srv\\x"s
+                                                << "file:///srv/x"s;
+        QTest::newRow("relative stays relative") << "a\\b"s
+                                                 << "file:/a/b"s;
+        QTest::newRow("empty") << ""s
+                               << "file:/"s;
+        QTest::newRow("slash in front") << "/usr/lib"s
+                                        << "file://usr/lib"s;
+        QTest::newRow("what looks like a URI") << "file:x"s
+                                               << "file:/file:x"s;
         QTest::newRow("two and three bytes") << "\xC3\xA4/\xE2\x82\xAC"s
                                              << "file:/\xC3\xA4/\xE2\x82\xAC"s;
         QTest::newRow("above U+FFFF, each surrogate by itself")
-            << "\xF0\x9D\x84\x9E"s << "file:/\xED\xA0\xB4\xED\xB4\x9E"s;
-        QTest::newRow("highest character") << "\xF4\x8F\xBF\xBF"s << "file:/\xED\xAF\xBF\xED\xBF\xBF"s;
+            << "\xF0\x9D\x84\x9E"s
+            << "file:/\xED\xA0\xB4\xED\xB4\x9E"s;
+        QTest::newRow("highest character") << "\xF4\x8F\xBF\xBF"s
+                                           << "file:/\xED\xAF\xBF\xED\xBF\xBF"s;
     }
 
     void fromPath()
@@ -314,7 +324,7 @@ private Q_SLOTS:
             QSKIP("Paths are wide text on this platform");
         QFETCH(std::string, path);
         try {
-            uri(std::filesystem::path(path));
+            const uri accepted{std::filesystem::path(path)};
             QFAIL("accepted");
         } catch (const std::system_error& error) {
             QCOMPARE(error.code(), std::error_code(EILSEQ, std::system_category()));
@@ -334,7 +344,7 @@ private Q_SLOTS:
         const std::size_t longest = 5;
         int checked = 0;
         for (const std::string& prefix : {"file:"s, "http:/"s, "https://"s}) {
-            std::vector<std::string> texts {prefix};
+            std::vector<std::string> texts{prefix};
             for (std::size_t i = 0; i < texts.size(); ++i) {
                 const std::string text = texts[i];
                 QCOMPARE(disagreement(text), QByteArray());
@@ -351,19 +361,24 @@ private Q_SLOTS:
 
     void equalsTheExpressionOnRandomTexts()
     {
-        const std::vector<std::string> pieces
-            = {"file:", "http:", "https:", "file", "//", "\\\\", "/",  ":",    "@",    "?", "#",
-               "\\",    " ",     "%",      "%20",  "0",  "9",    "42", "a",    "Z",    "srv", "\0"s,
-               "\x80",  "\xFF",  "\n",     "\t",   ".",  "C:",   "é", "\xC3", "FILE:"};
-        std::mt19937 random(20261121);
-        const auto below = [&random](std::size_t n) { return random() % n; };
-        const std::string starts[] = {"", "file:", "http://", "https://", "http:\\\\", "file:///"};
-        for (int i = 0; i < 100'000; ++i) {
-            std::string text = starts[below(std::size(starts))];
-            for (std::size_t n = below(9); n > 0; --n)
-                text += pieces[below(pieces.size())];
-            QCOMPARE(disagreement(text), QByteArray());
-        }
+        const auto start =
+            rc::gen::element("", "file:", "http://", "https://", "http:\\\\", "file:///");
+        const auto piece = rc::gen::element(
+            "file:"s, "http:"s, "https:"s, "FILE:"s, "file"s, "srv"s, "//"s, "\\\\"s, "/"s, ":"s,
+            "@"s, "?"s, "#"s, "\\"s, " "s, "%"s, "%20"s, "0"s, "9"s, "42"s, "a"s, "Z"s, "."s, "\0"s,
+            "\x80"s, "\xFF"s, "\xC3\xA4"s, "\xC3"s, "\n"s, "\t"s);
+        const auto text =
+            rc::gen::map(rc::gen::pair(start, rc::gen::container<std::vector<std::string>>(piece)),
+                         [](const std::pair<const char*, std::vector<std::string>>& parts) {
+                             return std::accumulate(parts.second.begin(), parts.second.end(),
+                                                    std::string(parts.first));
+                         });
+        // 100 runs of 1,000 texts each.
+        QVERIFY(rc::check("the split is that of the expression", [&text] {
+            const auto texts = *rc::gen::container<std::vector<std::string>>(1'000, text);
+            for (const std::string& t : texts)
+                RC_ASSERT(disagreement(t) == QByteArray());
+        }));
     }
 
     void longTextsNeedNoStack_data()
@@ -400,7 +415,7 @@ private Q_SLOTS:
 
     void objectsOnSeveralThreadsShareNothing()
     {
-        std::atomic<int> wrong {0};
+        std::atomic<int> wrong{0};
         const auto work = [&wrong] {
             const Split expected = splitByExpression("http://me@srv:8080/p q");
             for (int i = 0; i < 2'000; ++i) {

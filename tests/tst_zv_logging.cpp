@@ -38,7 +38,7 @@ private Q_SLOTS:
         add_sink(2);
         add_sink(2);
         logging::write(2, "test", "once");
-        QCOMPARE(logging::host::sinks(), std::vector {2});
+        QCOMPARE(logging::host::sinks(), std::vector{2});
         QCOMPARE(logging::host::records().size(), std::size_t(1));
     }
 

@@ -13,8 +13,8 @@ struct Outcome
     QString errors;
 };
 
-Outcome run(const QStringList& arguments, const QProcessEnvironment& environment
-            = QProcessEnvironment::systemEnvironment())
+Outcome run(const QStringList& arguments,
+            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -30,7 +30,8 @@ Outcome run(const QStringList& arguments, const QProcessEnvironment& environment
 
 Outcome runScript(const QString& script)
 {
-    return run({QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("-e"), script});
+    return run(
+        {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("-e"), script});
 }
 
 } // namespace
@@ -42,8 +43,9 @@ class tst_zvhost : public QObject
 private Q_SLOTS:
     void answersPathToURI()
     {
-        const Outcome outcome = run({QStringLiteral("-e"),
-                                     QStringLiteral("print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))")});
+        const Outcome outcome =
+            run({QStringLiteral("-e"),
+                 QStringLiteral("print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))")});
         QCOMPARE(outcome.output, QStringLiteral("file:///C:/Users/me/my%20file.txt\n"));
         QCOMPARE(outcome.status, 0);
     }
@@ -55,14 +57,19 @@ private Q_SLOTS:
         QTest::newRow("words") << QStringLiteral("print('a', 1, true)") << "a 1 true\n";
         QTest::newRow("nothing") << QStringLiteral("print()") << "\n";
         QTest::newRow("not ASCII") << QStringLiteral("print('ä€')") << QStringLiteral("ä€\n");
-        QTest::newRow("result of two") << QStringLiteral("print(Schemes('http://x', 2))") << "http,http\n";
-        QTest::newRow("result of one") << QStringLiteral("print(Schemes('https://x', 1).length)") << "5\n";
-        QTest::newRow("result of none") << QStringLiteral("print(Schemes('https://x', 0).length)") << "0\n";
+        QTest::newRow("result of two")
+            << QStringLiteral("print(Schemes('http://x', 2))") << "http,http\n";
+        QTest::newRow("result of one")
+            << QStringLiteral("print(Schemes('https://x', 1).length)") << "5\n";
+        QTest::newRow("result of none")
+            << QStringLiteral("print(Schemes('https://x', 0).length)") << "0\n";
         QTest::newRow("command with words") << QStringLiteral("tell()") << "tell in command line\n";
-        QTest::newRow("exception can be caught")
-            << "try { Throw() } catch (e) { print(e.message) }" << "thrown by the module\n";
-        QTest::newRow("comment at the end") << "print('a') // b" << "a\n";
-        QTest::newRow("strict") << "'use strict'; print((function() { return !this })())" << "true\n";
+        QTest::newRow("exception can be caught") << "try { Throw() } catch (e) { print(e.message) }"
+                                                 << "thrown by the module\n";
+        QTest::newRow("comment at the end") << "print('a') // b"
+                                            << "a\n";
+        QTest::newRow("strict") << "'use strict'; print((function() { return !this })())"
+                                << "true\n";
     }
 
     void prints()
@@ -78,26 +85,32 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("message");
-        QTest::newRow("thrown error")
-            << "\n\nthrow new Error('no way')" << "command line:3: Error: no way";
-        QTest::newRow("thrown value") << QStringLiteral("throw 3") << "command line: uncaught exception: 3";
+        QTest::newRow("thrown error") << "\n\nthrow new Error('no way')"
+                                      << "command line:3: Error: no way";
+        QTest::newRow("thrown value")
+            << QStringLiteral("throw 3") << "command line: uncaught exception: 3";
         QTest::newRow("thrown undefined")
             << QStringLiteral("throw undefined") << "command line: uncaught exception: undefined";
-        QTest::newRow("syntax") << "\nx = = 3" << "command line:2: SyntaxError";
-        QTest::newRow("unknown name") << QStringLiteral("Unknown(1)") << "command line:1: ReferenceError: Unknown is not defined";
-        QTest::newRow("number for string")
-            << "function f() {\n  return PathToURI(1);\n}\nf();"
-            << "command line:2: Error: PathToURI expects 1 argument (string); argument 1 is a number";
+        QTest::newRow("syntax") << "\nx = = 3"
+                                << "command line:2: SyntaxError";
+        QTest::newRow("unknown name") << QStringLiteral("Unknown(1)")
+                                      << "command line:1: ReferenceError: Unknown is not defined";
+        QTest::newRow("number for string") << "function f() {\n  return PathToURI(1);\n}\nf();"
+                                           << "command line:2: Error: PathToURI expects 1 argument "
+                                              "(string); argument 1 is a number";
         QTest::newRow("object for string")
             << "PathToURI({})"
             << "command line:1: Error: PathToURI: argument 1 is neither a string nor a number";
         QTest::newRow("no argument")
-            << "PathToURI()" << "command line:1: Error: PathToURI expects 1 argument (string), not 0";
+            << "PathToURI()"
+            << "command line:1: Error: PathToURI expects 1 argument (string), not 0";
         QTest::newRow("two arguments")
             << "PathToURI('a', 'b')"
             << "command line:1: Error: PathToURI expects 1 argument (string), not 2";
-        QTest::newRow("handler throws") << QStringLiteral("Throw()") << "command line:1: Error: thrown by the module";
-        QTest::newRow("command fails") << QStringLiteral("failing()") << "command line:1: Error: failing failed with error 1";
+        QTest::newRow("handler throws")
+            << QStringLiteral("Throw()") << "command line:1: Error: thrown by the module";
+        QTest::newRow("command fails")
+            << QStringLiteral("failing()") << "command line:1: Error: failing failed with error 1";
     }
 
     void fails()
@@ -113,14 +126,16 @@ private Q_SLOTS:
     void messagesOfACommandGoToStandardError()
     {
         const Outcome outcome = runScript(QStringLiteral("tell('one', 'two words')"));
-        QVERIFY2(outcome.errors.contains(QStringLiteral("one\ntwo words\n")), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(QStringLiteral("one\ntwo words\n")),
+                 qPrintable(outcome.errors));
     }
 
     void runsFilesInTurnAndStopsAtTheFirstError()
     {
         QTemporaryDir directory;
         const QString good = write(directory, QStringLiteral("good.js"), "print('good')\n");
-        const QString bad = write(directory, QStringLiteral("bad.js"), "print('bad')\n\nnothing.here\n");
+        const QString bad =
+            write(directory, QStringLiteral("bad.js"), "print('bad')\n\nnothing.here\n");
         const Outcome outcome = run({good, bad, good});
         QCOMPARE(outcome.output, QStringLiteral("good\nbad\n"));
         QVERIFY2(outcome.errors.contains(bad + QStringLiteral(":3: ")), qPrintable(outcome.errors));
@@ -131,29 +146,33 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         const QString missing = QStringLiteral("/no/such/file");
-        QTest::newRow("script") << QStringList {missing};
-        QTest::newRow("library") << (QStringLiteral("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
-        QTest::newRow("module") << QStringLiteral("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
+        QTest::newRow("script") << QStringList{missing};
+        QTest::newRow("library")
+            << (QStringLiteral("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
+        QTest::newRow("module")
+            << QStringLiteral("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
     }
 
     void missingFilesAreErrors()
     {
         QFETCH(QStringList, arguments);
         const Outcome outcome = run(arguments);
-        QVERIFY2(outcome.errors.contains(QStringLiteral("/no/such/file")), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(QStringLiteral("/no/such/file")),
+                 qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 
     void listsWhatIsRegistered()
     {
-        const Outcome outcome
-            = run({QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("--list")});
-        QCOMPARE(outcome.output, QStringLiteral("function PathToURI(string)\n"
-                                                "function Schemes(string, number)\n"
-                                                "function Throw()\n"
-                                                "command  tell\n"
-                                                "command  failing\n"
-                                                "option   ModuleOption = \"some default\"\n"));
+        const Outcome outcome = run(
+            {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("--list")});
+        QCOMPARE(outcome.output,
+                 QStringLiteral("function PathToURI(string)\n"
+                                "function Schemes(string, number)\n"
+                                "function Throw()\n"
+                                "command  tell\n"
+                                "command  failing\n"
+                                "option   ModuleOption = \"some default\"\n"));
         QCOMPARE(outcome.status, 0);
     }
 
@@ -170,7 +189,8 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QString::fromLatin1(name));
-        const Outcome outcome = run({QStringLiteral("-e"), QStringLiteral("print(1)")}, environment);
+        const Outcome outcome =
+            run({QStringLiteral("-e"), QStringLiteral("print(1)")}, environment);
         QVERIFY2(outcome.errors.contains(QStringLiteral("no display")), qPrintable(outcome.errors));
         QCOMPARE(outcome.output, QStringLiteral("1\n"));
         QCOMPARE(outcome.status, 0);

@@ -45,9 +45,10 @@ private Q_SLOTS:
     void enableLogging()
     {
         m_enableLogging();
-        QCOMPARE(m_calls,
-                 (Calls {"add_sink 2", "add_sink 1", "add_sink 0", "write 2 init: Logging initialised"}));
-        QCOMPARE(logging::sinks(), (std::vector {2, 1, 0}));
+        QCOMPARE(
+            m_calls,
+            (Calls{"add_sink 2", "add_sink 1", "add_sink 0", "write 2 init: Logging initialised"}));
+        QCOMPARE(logging::sinks(), (std::vector{2, 1, 0}));
         const auto records = logging::records();
         QCOMPARE(records.size(), std::size_t(1));
         QCOMPARE(records[0].level, 2);
@@ -58,7 +59,7 @@ private Q_SLOTS:
     void enableDiagnosticMode()
     {
         m_enableDiagnosticMode();
-        QCOMPARE(m_calls, (Calls {"set_log_level 0 1", "set_log_level 2 1"}));
+        QCOMPARE(m_calls, (Calls{"set_log_level 0 1", "set_log_level 2 1"}));
     }
 
     void enablingTwiceWritesTwice()

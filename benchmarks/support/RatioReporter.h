@@ -8,7 +8,8 @@
 
 namespace zvbench {
 
-/// Prints, for each case of a benchmark program, the time of each contender and its ratio to the floor.
+/// Prints, for each case of a benchmark program, the time of each contender and its ratio to the
+/// floor.
 ///
 /// A benchmark is named CASE/CONTENDER; the contender "floor" does the least work that gives the
 /// result, "library" is ours, all others are peers. Times are medians over the repetitions, in CPU

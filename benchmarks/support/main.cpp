@@ -5,11 +5,11 @@
 #include <cstring>
 #include <vector>
 
-/// Runs all cases several times in mixed order and prints their ratios. `--quick` runs each case just
-/// long enough to see that it works; all other arguments are Google Benchmark's.
+/// Runs all cases several times in mixed order and prints their ratios. `--quick` runs each case
+/// just long enough to see that it works; all other arguments are Google Benchmark's.
 int main(int argc, char* argv[])
 {
-    std::vector<char*> arguments {argv[0]};
+    std::vector<char*> arguments{argv[0]};
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
     char repetitions[] = "--benchmark_repetitions=11";
     char minimalTime[] = "--benchmark_min_time=0.03";

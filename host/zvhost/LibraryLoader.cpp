@@ -40,7 +40,8 @@ QString loadLibrary(const QString& file)
         if (QFileInfo::exists(candidate))
             return loadModule(candidate);
     }
-    return QStringLiteral("Cannot find libzvutil; tried ") + candidates().join(QStringLiteral(", "));
+    return QStringLiteral("Cannot find libzvutil; tried ")
+        + candidates().join(QStringLiteral(", "));
 }
 
 QString loadModule(const QString& file)

@@ -89,8 +89,8 @@ ScriptEngine::ScriptEngine(QObject* parent)
 QString ScriptEngine::run(const QString& text, const QString& source)
 {
     m_source = source;
-    // The engine returns a value that was thrown like one that was computed, so the script is made to
-    // compute a value that nobody throws.
+    // The engine returns a value that was thrown like one that was computed, so the script is made
+    // to compute a value that nobody throws.
     const QString completion = QUuid::createUuid().toString(QUuid::WithoutBraces);
     const QString program = text + QStringLiteral("\n;'%1'").arg(completion);
     const QJSValue result = m_engine.evaluate(program, source);

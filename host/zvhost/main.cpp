@@ -33,7 +33,8 @@ void listRegistrations()
     for (const host::FunctionInfo& function : host::functions()) {
         std::string types;
         for (const argType type : function.arguments)
-            types += std::string(types.empty() ? "" : ", ") + (type == ARG_STRING ? "string" : "number");
+            types +=
+                std::string(types.empty() ? "" : ", ") + (type == ARG_STRING ? "string" : "number");
         std::printf("function %s(%s)\n", function.name.c_str(), types.c_str());
     }
     for (const host::CommandInfo& command : host::commands())
@@ -82,9 +83,9 @@ int main(int argc, char* argv[])
     const QCommandLineOption library(QStringLiteral("library"),
                                      QStringLiteral("Loads FILE as libzvutil."),
                                      QStringLiteral("FILE"));
-    const QCommandLineOption module(
-        QStringLiteral("module"), QStringLiteral("Loads a module after the library. Repeatable."),
-        QStringLiteral("FILE"));
+    const QCommandLineOption module(QStringLiteral("module"),
+                                    QStringLiteral("Loads a module after the library. Repeatable."),
+                                    QStringLiteral("FILE"));
     parser.addOptions({evaluate, list, library, module});
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Scripts to run in turn."),
                                  QStringLiteral("[FILE...]"));

@@ -15,7 +15,8 @@ namespace zvutil {
 /// other's, so that copies never share anything. A moved-from object holds null; it may only be
 /// destroyed or be the target of a move assignment.
 ///
-/// Two threads may use two objects at once. `T` must be complete where an object is made or destroyed.
+/// Two threads may use two objects at once. `T` must be complete where an object is made or
+/// destroyed.
 template <typename T>
 class basic_pimpl
 {
@@ -35,7 +36,8 @@ public:
     basic_pimpl& operator=(basic_pimpl&& other) noexcept
     {
         if (this != &other)
-            destroy(std::exchange(m_implementation, std::exchange(other.m_implementation, nullptr)));
+            destroy(
+                std::exchange(m_implementation, std::exchange(other.m_implementation, nullptr)));
         return *this;
     }
 

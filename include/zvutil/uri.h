@@ -7,18 +7,20 @@ namespace zvutil {
 
 /// A text, normalised and split into the components of a URI. Immutable but for moves.
 ///
-/// Two characters are normalised: each `\` becomes `/`, each blank `%20`. Nothing else is escaped, and
-/// nothing is ever unescaped, so that parsing a result again changes nothing. The schemes `file`,
-/// `http` and `https`, in lower case, are split; any other text is kept, has empty components and
-/// the kind `UriKind::None`. No text is refused.
+/// Two characters are normalised: each `\` becomes `/`, each blank `%20`. Nothing else is escaped,
+/// and nothing is ever unescaped, so that parsing a result again changes nothing. The schemes
+/// `file`, `http` and `https`, in lower case, are split; any other text is kept, has empty
+/// components and the kind `UriKind::None`. No text is refused.
 ///
-/// The split is lexical and more generous than RFC 3986: the user part reaches to the first `@` behind
-/// `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and `#`; a path
-/// may follow the port without a `/`. An inner NUL ends what is split, not the text.
+/// The split is lexical and more generous than RFC 3986: the user part reaches to the first `@`
+/// behind
+/// `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and `#`; a
+/// path may follow the port without a `/`. An inner NUL ends what is split, not the text.
 ///
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
 /// failures are `std::bad_alloc` and the one that is told at the constructor from a path.
-/// The views are valid as long as the object is neither assigned to nor destroyed; a move hands them on.
+/// The views are valid as long as the object is neither assigned to nor destroyed; a move hands
+/// them on.
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:
@@ -40,11 +42,13 @@ public:
     {
     }
 
-    /// Parses "file:/" followed by the path's text. A relative path isn't made absolute, and of a UNC
-    /// path's two leading separators nothing is left but slashes: `\\srv\x` gives `file:///srv/x`.
+    /// Parses "file:/" followed by the path's text. A relative path isn't made absolute, and of a
+    /// UNC path's two leading separators nothing is left but slashes: `\\srv\x` gives
+    /// `file:///srv/x`.
     ///
-    /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes six
-    /// bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`, `EILSEQ`.
+    /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes
+    /// six bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`,
+    /// `EILSEQ`.
     explicit uri(const std::filesystem::path& path)
         : basic_pimpl(impl::parse_file_uri(path))
     {

@@ -10,7 +10,8 @@ namespace zvutil::impl {
 std::u16string decode_utf8(std::string_view bytes);
 
 /// Appends each 16-bit unit by itself, in one to three bytes. A surrogate is written like any other
-/// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is called.
+/// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is
+/// called.
 void append_units_as_utf8(std::string& target, std::u16string_view units);
 
 } // namespace zvutil::impl

@@ -29,7 +29,8 @@ FUNC_ERROR throwException(const FuncArgsMinimal&, FuncResultMinimal*, YRef<Messa
     throw std::runtime_error("thrown by the module");
 }
 
-COMERROR tell(int count, char** words, YRef<MessageHandler> messages, const ScpParseContext& context)
+COMERROR tell(int count, char** words, YRef<MessageHandler> messages,
+              const ScpParseContext& context)
 {
     for (int i = 1; i < count; ++i)
         messages->message(words[i]);
@@ -47,6 +48,7 @@ const FuncConstruct schemesFunction("Schemes", pathAndTimes, 2, 1, &schemes);
 const FuncConstruct throwFunction("Throw", nullptr, 0, 1, &throwException);
 const ComConstruct tellCommand("tell", &tell, 0);
 const ComConstruct failingCommand("failing", &failCommand, 0);
-const MakeOption option("host_module", 1, "ModuleOption", "some default", OPTION_DEFAULT_CACHING, true);
+const MakeOption option("host_module", 1, "ModuleOption", "some default", OPTION_DEFAULT_CACHING,
+                        true);
 
 } // namespace

@@ -8,7 +8,7 @@ FuncConstruct::FuncConstruct(const char* name, const argType* arguments, int arg
                              int resultCount, FuncHandler handler)
 {
     host::Registry& registry = host::registry();
-    const host::Registry::Function function {
+    const host::Registry::Function function{
         {name, {arguments, arguments + argumentCount}, resultCount, handler}, this};
     const auto known = std::find_if(registry.functions.begin(), registry.functions.end(),
                                     [name](const auto& f) { return f.info.name == name; });

@@ -8,7 +8,7 @@ MakeOption::MakeOption(const char* source, int line, const YString& name, const 
                        OptionCacheStatus cacheStatus, bool flag)
 {
     host::Registry& registry = host::registry();
-    const host::OptionInfo option {name.c_str(), defaultValue, source, line, cacheStatus, flag};
+    const host::OptionInfo option{name.c_str(), defaultValue, source, line, cacheStatus, flag};
     const auto known = std::find_if(registry.options.begin(), registry.options.end(),
                                     [&option](const auto& o) { return o.name == option.name; });
     if (known != registry.options.end())

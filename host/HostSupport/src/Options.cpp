@@ -80,7 +80,8 @@ std::string optionsFile()
 {
     if (!registry().optionsFile.empty())
         return registry().optionsFile;
-    const QString directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QString directory =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     return (directory + QStringLiteral("/zvhost/options.ini")).toStdString();
 }
 

@@ -108,6 +108,7 @@ CallError::~CallError() = default;
 std::vector<FunctionInfo> functions()
 {
     std::vector<FunctionInfo> result;
+    result.reserve(registry().functions.size());
     for (const Registry::Function& function : registry().functions)
         result.push_back(function.info);
     return result;
@@ -150,18 +151,19 @@ void callCommand(const std::string& name, const std::vector<std::string>& words,
                  const YRef<MessageHandler>& messages, const ScpParseContext& context)
 {
     const auto& all = registry().commands;
-    const auto found
-        = std::find_if(all.begin(), all.end(), [&name](const auto& c) { return c.name == name; });
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&name](const auto& c) { return c.name == name; });
     if (found == all.end())
         throw CallError("Unknown command: " + name);
-    std::vector<std::string> texts {name};
+    std::vector<std::string> texts{name};
     texts.insert(texts.end(), words.begin(), words.end());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size());
     for (std::string& text : texts)
         pointers.push_back(text.data());
     const ComHandler handler = found->handler;
-    const COMERROR error
-        = handler(static_cast<int>(pointers.size()), pointers.data(), messages, context);
+    const COMERROR error =
+        handler(static_cast<int>(pointers.size()), pointers.data(), messages, context);
     if (error != COM_OK)
         throw CallError(name + " failed with error " + std::to_string(error));
 }

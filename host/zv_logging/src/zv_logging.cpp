@@ -31,8 +31,8 @@ struct Log
 {
     std::mutex mutex;
     std::array<spdlog::sink_ptr, sinkCount> sinks;
-    std::array<spdlog::level::level_enum, sinkCount> levels
-        = {spdlog::level::info, spdlog::level::info, spdlog::level::info};
+    std::array<spdlog::level::level_enum, sinkCount> levels = {
+        spdlog::level::info, spdlog::level::info, spdlog::level::info};
     std::vector<int> order;
     std::string file;
     zvutil::logging::host::Observer observer;
@@ -116,7 +116,8 @@ void write(int level, const char* category, const char* text)
     Log& log = theLog();
     const std::lock_guard lock(log.mutex);
     log.observe("write " + std::to_string(level) + ' ' + category + ": " + text);
-    const auto severity = static_cast<spdlog::level::level_enum>(std::clamp(level, 0, highestLevel));
+    const auto severity =
+        static_cast<spdlog::level::level_enum>(std::clamp(level, 0, highestLevel));
     const spdlog::details::log_msg message(category, severity, text);
     for (const int sink : log.order) {
         const spdlog::sink_ptr& target = log.sinks[static_cast<std::size_t>(sink)];

@@ -33,6 +33,7 @@ struct uri_impl
 [[nodiscard]] ZVUTIL_EXPORT std::unique_ptr<uri_impl> parse_uri(std::string_view text);
 
 /// The same for the file URI of \p path.
-[[nodiscard]] ZVUTIL_EXPORT std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path);
+[[nodiscard]] ZVUTIL_EXPORT std::unique_ptr<uri_impl>
+parse_file_uri(const std::filesystem::path& path);
 
 } // namespace zvutil::impl

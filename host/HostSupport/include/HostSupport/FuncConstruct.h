@@ -19,8 +19,8 @@ using FuncHandler = FUNC_ERROR (*)(const FuncArgsMinimal& args, FuncResultMinima
 class HOSTSUPPORT_EXPORT FuncConstruct
 {
 public:
-    /// \p arguments is a table of \p argumentCount entries; the function gives \p resultCount strings.
-    /// A name that is registered already is taken over.
+    /// \p arguments is a table of \p argumentCount entries; the function gives \p resultCount
+    /// strings. A name that is registered already is taken over.
     FuncConstruct(const char* name, const argType* arguments, int argumentCount, int resultCount,
                   FuncHandler handler);
     FuncConstruct(const FuncConstruct&) = delete;

@@ -22,7 +22,8 @@ public:
     YString& operator=(const YString& other);
     YString& operator=(YString&& other) noexcept;
 
-    /// Hands the buffer over, never null; the caller frees it with `free`. The string is empty afterwards.
+    /// Hands the buffer over, never null; the caller frees it with `free`. The string is empty
+    /// afterwards.
     [[nodiscard]] char* detach();
 
     const char* c_str() const noexcept;

@@ -58,8 +58,8 @@ HOSTSUPPORT_EXPORT std::vector<FunctionInfo> functions();
 HOSTSUPPORT_EXPORT std::vector<CommandInfo> commands();
 HOSTSUPPORT_EXPORT std::vector<OptionInfo> options();
 
-/// Called after each registration with "function NAME", "command NAME" or "option NAME", and after a
-/// function was taken back with "~function NAME".
+/// Called after each registration with "function NAME", "command NAME" or "option NAME", and after
+/// a function was taken back with "~function NAME".
 using RegistrationObserver = std::function<void(const std::string& what)>;
 
 /// Sets the one observer; an empty one switches it off.
@@ -67,9 +67,9 @@ HOSTSUPPORT_EXPORT void setRegistrationObserver(RegistrationObserver observer);
 
 /// Calls a script function and returns its result.
 ///
-/// Throws `CallError` for an unknown function, a wrong number or type of arguments (the message names
-/// the function and what it expects) and a function that reports an error. What the handler throws
-/// passes through.
+/// Throws `CallError` for an unknown function, a wrong number or type of arguments (the message
+/// names the function and what it expects) and a function that reports an error. What the handler
+/// throws passes through.
 HOSTSUPPORT_EXPORT std::vector<std::string> callFunction(const std::string& name,
                                                          const std::vector<Value>& arguments,
                                                          const YRef<MessageHandler>& messages);
@@ -87,7 +87,8 @@ HOSTSUPPORT_EXPORT std::string optionsFile();
 /// Sets an option and writes the options file. Throws `std::runtime_error` if that fails.
 HOSTSUPPORT_EXPORT void writeOption(const std::string& name, const std::string& value);
 
-/// Makes an option as if it had never been set. Throws `std::runtime_error` if that can't be written.
+/// Makes an option as if it had never been set. Throws `std::runtime_error` if that can't be
+/// written.
 HOSTSUPPORT_EXPORT void resetOption(const std::string& name);
 
 /// Sets what `sp_GetSystemPathSymbolValue` answers for \p symbol.

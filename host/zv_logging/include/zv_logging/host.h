@@ -29,8 +29,8 @@ ZV_LOGGING_EXPORT std::string logFile();
 /// Ends all sinks and forgets their levels and records.
 ZV_LOGGING_EXPORT void reset();
 
-/// Called before each call of the log takes effect, with "add_sink SINK", "set_log_level SINK LEVEL"
-/// or "write LEVEL CATEGORY: TEXT", one call at a time. It must not call the log.
+/// Called before each call of the log takes effect, with "add_sink SINK", "set_log_level SINK
+/// LEVEL" or "write LEVEL CATEGORY: TEXT", one call at a time. It must not call the log.
 using Observer = std::function<void(const std::string& call)>;
 
 /// Sets the one observer; an empty one switches it off.

@@ -7,9 +7,10 @@
 /// number. A log file that can't be opened is told on standard error. Any thread.
 ZV_LOGGING_EXPORT void add_sink(int sink);
 
-/// Makes a sink keep the lines of \p level and above. Levels are 0 (trace), 1 (progress of background
-/// work), 2 (information, where a sink starts), 3 (warning), 4 (error), 5 (critical). The level holds
-/// also for a sink that is added later. Throws `std::invalid_argument` for other numbers. Any thread.
+/// Makes a sink keep the lines of \p level and above. Levels are 0 (trace), 1 (progress of
+/// background work), 2 (information, where a sink starts), 3 (warning), 4 (error), 5 (critical).
+/// The level holds also for a sink that is added later. Throws `std::invalid_argument` for other
+/// numbers. Any thread.
 ZV_LOGGING_EXPORT void set_log_level(int sink, int level);
 
 namespace zvutil::logging {
