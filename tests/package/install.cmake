@@ -1,5 +1,6 @@
-# Installs the build tree BUILD to an empty PREFIX.
-file(REMOVE_RECURSE "${PREFIX}")
+# Installs the build tree BUILD below the folder WORK, and removes what earlier runs left there.
+set(PREFIX "${WORK}/prefix")
+file(REMOVE_RECURSE "${PREFIX}" "${WORK}/consumer" "${WORK}/external")
 execute_process(
     COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${PREFIX}"
     COMMAND_ERROR_IS_FATAL ANY

@@ -1,0 +1,21 @@
+// Prints the sizes of the handles, which are part of the interface.
+
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/uri.h>
+
+#include <cstdio>
+
+int main()
+{
+    const struct
+    {
+        const char* name;
+        std::size_t size;
+    } handles[] = {
+        {"zvutil::basic_pimpl<T>", sizeof(zvutil::basic_pimpl<int>)},
+        {"zvutil::uri", sizeof(zvutil::uri)},
+    };
+    for (const auto& handle : handles)
+        std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);
+    return 0;
+}
