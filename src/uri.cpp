@@ -114,8 +114,7 @@ void scanPath(Scanner& scanner, uri_impl& parts)
 }
 
 /// Splits as this expression would, in which no choice is ever taken back:
-/// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^
-/// ]*))?
+/// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^ ]*))?
 void split(uri_impl& parts)
 {
     // Everything behind an inner NUL is text, but no part of the URI.

@@ -12,15 +12,13 @@ namespace zvutil {
 /// `file`, `http` and `https`, in lower case, are split; any other text is kept, has empty
 /// components and the kind `UriKind::None`. No text is refused.
 ///
-/// The split is lexical and more generous than RFC 3986: the user part reaches to the first `@`
-/// behind
-/// `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and `#`; a
-/// path may follow the port without a `/`. An inner NUL ends what is split, not the text.
+/// The split is lexical and more generous than RFC 3986. The user part reaches to the first `@`
+/// behind `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and
+/// `#`; a path may follow the port without a `/`. An inner NUL ends what is split, not the text.
 ///
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
-/// failures are `std::bad_alloc` and the one that is told at the constructor from a path.
-/// The views are valid as long as the object is neither assigned to nor destroyed; a move hands
-/// them on.
+/// failures are `std::bad_alloc` and the one that is told at the constructor from a path. The views
+/// are valid until the object is assigned to or destroyed; a move hands them on.
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:
