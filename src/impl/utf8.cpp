@@ -1,5 +1,8 @@
 #include "impl/utf8.h"
 
+#include "impl/surrogates.h"
+#include "impl/text_conversion.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <system_error>
@@ -53,8 +56,8 @@ void appendUtf16(std::u16string& target, char32_t value)
     if (value < 0x10000) {
         target += static_cast<char16_t>(value);
     } else {
-        target += static_cast<char16_t>(0xD7C0 + (value >> 10));
-        target += static_cast<char16_t>(0xDC00 + (value & 0x3FF));
+        target += static_cast<char16_t>(high_surrogate(value));
+        target += static_cast<char16_t>(low_surrogate(value));
     }
 }
 
@@ -80,19 +83,7 @@ std::u16string decode_utf8(std::string_view bytes)
 
 void append_units_as_utf8(std::string& target, std::u16string_view units)
 {
-    target.reserve(target.size() + units.size());
-    for (const char16_t unit : units) {
-        if (unit < 0x80) {
-            target += static_cast<char>(unit);
-        } else if (unit < 0x800) {
-            target += static_cast<char>(0xC0 | (unit >> 6));
-            target += static_cast<char>(0x80 | (unit & 0x3F));
-        } else {
-            target += static_cast<char>(0xE0 | (unit >> 12));
-            target += static_cast<char>(0x80 | ((unit >> 6) & 0x3F));
-            target += static_cast<char>(0x80 | (unit & 0x3F));
-        }
-    }
+    append_converted(target, units);
 }
 
 } // namespace zvutil::impl

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/impl/template_export.h>
+
+#include <string>
+
+namespace zvutil {
+
+/// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`, `char32_t`
+/// and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: wide text that comes
+/// in with a greater value has that value split into its surrogate pair, and one above 0x10FFFF
+/// becomes U+FFFD.
+///
+/// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose. The
+/// text never holds a NUL: whatever comes in ends at its first one.
+///
+/// Copies share nothing. A handle takes one allocation for its implementation, and one for a text
+/// that is too long to lie in it; a move takes none and throws nothing. A moved-from string may only
+/// be destroyed or be the target of a move assignment. Two threads may use two strings at once.
+///
+/// All four conversions, also that to the own type, go by the way of UTF-8 and keep the limits of
+/// that way. From
+/// - `char` only 7-bit text converts: a byte at or above 0x80 fails, whether the text is UTF-8 or not;
+/// - `char16_t` and `wchar_t` each unit is converted by itself, a surrogate like any other: nothing
+///   fails, and in UTF-8 a surrogate pair takes six bytes;
+/// - `char32_t` a unit above 0x10FFFF fails, and surrogates are units like any other.
+///
+/// Towards 16 and also 32-bit units a code point above 0xFFFF becomes two units, its surrogate pair.
+/// What fails throws `std::range_error` with the text "bad conversion" and leaves the string as it
+/// is. A conversion takes linear time and the allocations of the new string.
+///
+/// All operations that make text throw `std::bad_alloc`.
+template <typename C>
+class ZvBasicString
+{
+public:
+    /// The empty text.
+    ZvBasicString();
+    /// Copies \p text, which must not be null, up to its NUL.
+    ZvBasicString(const C* text);
+    /// Copies \p text up to its first NUL, not up to its size.
+    ZvBasicString(const std::basic_string<C>& text);
+
+    ZvBasicString(const ZvBasicString& other);
+    ZvBasicString(ZvBasicString&& other) noexcept;
+    /// Writes into the implementation that is there; so a moved-from string can't be the target.
+    ZvBasicString& operator=(const ZvBasicString& other);
+    ZvBasicString& operator=(ZvBasicString&& other) noexcept;
+    virtual ~ZvBasicString();
+
+    /// Whether the texts have the same number of units and are the same but for case, as
+    /// `case_insensitive_char_traits<C>::compare` has it. Of texts that differ in length nothing is
+    /// folded. The other text ends at its first NUL.
+    bool operator==(const ZvBasicString& other) const;
+    bool operator==(const std::basic_string<C>& other) const;
+    bool operator==(const C* other) const;
+
+    /// Appends the text of \p other, which may be this string. Returns this.
+    ZvBasicString& append(const ZvBasicString& other);
+    /// A new string: this text and behind it that of \p other.
+    ZvBasicString appended(const ZvBasicString& other) const;
+
+    /// The text with a NUL behind it; valid until the string changes.
+    const C* c_str() const;
+    /// The same as `c_str`.
+    const C* data() const;
+
+    /// The text as a standard string. Nothing is converted, so this never fails.
+    std::basic_string<C> toStringType() const;
+    /// For `char` the bytes as they are, which never fails; for the others the bytes of `toString()`.
+    std::string toStdString() const;
+
+    /// The text in UTF-8, each unit by itself.
+    ZvBasicString<char> toString() const;
+    ZvBasicString<wchar_t> toWString() const;
+    ZvBasicString<char16_t> toU16String() const;
+    ZvBasicString<char32_t> toU32String() const;
+
+private:
+    struct ZvBasicStringImpl;
+    template <typename>
+    friend class ZvBasicString;
+
+    basic_pimpl<ZvBasicStringImpl> m_impl;
+};
+
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicString<char>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicString<char16_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicString<char32_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicString<wchar_t>;
+
+static_assert(sizeof(ZvBasicString<char>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicString<char16_t>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicString<char32_t>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicString<wchar_t>) == 3 * sizeof(void*));
+
+} // namespace zvutil

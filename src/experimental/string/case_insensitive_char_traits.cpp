@@ -1,0 +1,86 @@
+#include <zvutil/experimental/string/case_insensitive_char_traits.h>
+
+#include <locale>
+
+namespace zvutil::experimental::string {
+
+namespace {
+
+// The units' own facets, std::ctype of unsigned char, short and int, exist in some standard
+// libraries only. Those that exist in all give the same: the narrow one looks at a char as an
+// unsigned byte, and the wide one is the only other that knows letters.
+
+signed char upper(char unit, const std::ctype<char>& facet)
+{
+    // Wanted: signed, also where char isn't.
+    return static_cast<signed char>(facet.toupper(unit));
+}
+
+char16_t upper(char16_t unit, const std::ctype<wchar_t>& facet)
+{
+    return static_cast<char16_t>(facet.toupper(static_cast<wchar_t>(unit)));
+}
+
+char32_t upper(wchar_t unit, const std::ctype<wchar_t>& facet)
+{
+    // Unsigned, also where wchar_t isn't.
+    return static_cast<char32_t>(facet.toupper(unit));
+}
+
+char32_t upper(char32_t unit, const std::ctype<char>& facet)
+{
+    // Wanted: a unit that is no byte stays as it is.
+    if (unit > 0xFF)
+        return unit;
+    return static_cast<unsigned char>(facet.toupper(static_cast<char>(unit)));
+}
+
+template <typename Facet, typename C>
+int compareFolded(const C* a, const C* b, std::size_t n)
+{
+    if (n == 0)
+        return 0;
+    // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
+    static const std::locale locale;
+    static const Facet& facet = std::use_facet<Facet>(locale);
+    for (std::size_t i = 0; i < n; ++i) {
+        if (a[i] == b[i])
+            continue;
+        const auto x = upper(a[i], facet);
+        const auto y = upper(b[i], facet);
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    return 0;
+}
+
+} // namespace
+
+template <>
+int case_insensitive_char_traits<char>::compare(const char* a, const char* b, std::size_t n)
+{
+    return compareFolded<std::ctype<char>>(a, b, n);
+}
+
+template <>
+int case_insensitive_char_traits<char16_t>::compare(const char16_t* a, const char16_t* b,
+                                                    std::size_t n)
+{
+    return compareFolded<std::ctype<wchar_t>>(a, b, n);
+}
+
+template <>
+int case_insensitive_char_traits<char32_t>::compare(const char32_t* a, const char32_t* b,
+                                                    std::size_t n)
+{
+    return compareFolded<std::ctype<char>>(a, b, n);
+}
+
+template <>
+int case_insensitive_char_traits<wchar_t>::compare(const wchar_t* a, const wchar_t* b,
+                                                   std::size_t n)
+{
+    return compareFolded<std::ctype<wchar_t>>(a, b, n);
+}
+
+} // namespace zvutil::experimental::string
