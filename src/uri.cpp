@@ -140,7 +140,7 @@ std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 {
     // Wanted: one slash, whatever the path begins with.
     std::string text = "file:/";
-    append_units_as_utf8(text, path_text(path));
+    append_units_as_utf8<wchar_t>(text, path_text(path));
     return parse_uri(std::string_view(text));
 }
 

@@ -4,6 +4,7 @@
 #include <HostSupport/host.h>
 
 #include <QLibrary>
+#include <QMetaType>
 #include <QTest>
 
 #include <string>
@@ -62,6 +63,20 @@ private Q_SLOTS:
         }
     }
 
+    void pathTypeIsRegisteredBehindTheFunctionAndItsConverterGoesBefore()
+    {
+        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        std::vector<bool> convertible;
+        host::setRegistrationObserver(
+            [&convertible](const std::string&) { convertible.push_back(hasPathConverter()); });
+        QVERIFY(library.load());
+        QVERIFY(hasPathConverter());
+        QCOMPARE(QMetaType::type("ZvFilePath"), QMetaType::type("zvutil::ZvFilePath"));
+        QVERIFY(library.unload());
+        QVERIFY(!hasPathConverter());
+        QCOMPARE(convertible, (std::vector{false, false}));
+    }
+
     void functionIsCallableFromItsRegistrationToItsEnd()
     {
         std::vector<bool> callable;
@@ -75,6 +90,12 @@ private Q_SLOTS:
 
 private:
     using Events = std::vector<std::string>;
+
+    static bool hasPathConverter()
+    {
+        const int id = QMetaType::type("zvutil::ZvFilePath");
+        return QMetaType::hasRegisteredConverterFunction(id, QMetaType::QString);
+    }
 
     static bool isCallable()
     {

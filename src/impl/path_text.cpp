@@ -2,26 +2,47 @@
 
 #include "impl/utf8.h"
 
+#include <algorithm>
 #include <type_traits>
 
 namespace zvutil::impl {
 
 namespace {
 
+constexpr bool pathsAreBytes = std::is_same_v<std::filesystem::path::value_type, char>;
+
 template <typename Native>
-std::u16string unitsOf(const Native& text)
+std::wstring textOf(const Native& native)
 {
-    if constexpr (std::is_same_v<typename Native::value_type, char>)
-        return decode_utf8(text);
+    if constexpr (pathsAreBytes)
+        return decode_utf8<wchar_t>(native);
     else
-        return {text.begin(), text.end()};
+        return native;
+}
+
+template <typename Native>
+Native nativeOf(std::wstring_view text)
+{
+    if constexpr (pathsAreBytes) {
+        Native native;
+        append_utf16_as_utf8(native, text);
+        std::replace(native.begin(), native.end(), '\\', '/');
+        return native;
+    } else {
+        return Native(text);
+    }
 }
 
 } // namespace
 
-std::u16string path_text(const std::filesystem::path& path)
+std::wstring path_text(const std::filesystem::path& path)
 {
-    return unitsOf(path.native());
+    return textOf(path.native());
+}
+
+std::filesystem::path native_path(std::wstring_view text)
+{
+    return nativeOf<std::filesystem::path::string_type>(text);
 }
 
 } // namespace zvutil::impl

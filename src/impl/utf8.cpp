@@ -1,8 +1,8 @@
 #include "impl/utf8.h"
 
-#include "impl/surrogates.h"
 #include "impl/text_conversion.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <system_error>
@@ -51,39 +51,74 @@ char32_t decodeSequence(std::string_view bytes, const SequenceForm& form)
     return value;
 }
 
-void appendUtf16(std::u16string& target, char32_t value)
+template <typename Unit>
+void appendCode(std::basic_string<Unit>& target, char32_t code)
 {
-    if (value < 0x10000) {
-        target += static_cast<char16_t>(value);
-    } else {
-        target += static_cast<char16_t>(high_surrogate(value));
-        target += static_cast<char16_t>(low_surrogate(value));
-    }
+    Unit units[4];
+    target.append(units, static_cast<std::size_t>(write_code(units, code) - units));
+}
+
+bool isHighSurrogate(char32_t unit)
+{
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(char32_t unit)
+{
+    return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
 } // namespace
 
-std::u16string decode_utf8(std::string_view bytes)
+template <typename Unit>
+std::basic_string<Unit> decode_utf8(std::string_view bytes)
 {
-    std::u16string result;
-    result.reserve(bytes.size());
+    const auto isLong = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    const auto plainEnd = std::find_if(bytes.begin(), bytes.end(), isLong);
+    std::basic_string<Unit> result(bytes.begin(), plainEnd);
+    bytes.remove_prefix(result.size());
+    result.reserve(result.size() + bytes.size());
     while (!bytes.empty()) {
         const unsigned char lead = static_cast<unsigned char>(bytes.front());
         if (lead < 0x80) {
-            result += static_cast<char16_t>(lead);
+            result += static_cast<Unit>(lead);
             bytes.remove_prefix(1);
             continue;
         }
         const SequenceForm form = formOf(lead);
-        appendUtf16(result, decodeSequence(bytes, form));
+        appendCode(result, decodeSequence(bytes, form));
         bytes.remove_prefix(form.length);
     }
     return result;
 }
 
-void append_units_as_utf8(std::string& target, std::u16string_view units)
+template <typename Unit>
+void append_units_as_utf8(std::string& target, std::basic_string_view<Unit> units)
 {
     append_converted(target, units);
 }
+
+template <typename Unit>
+void append_utf16_as_utf8(std::string& target, std::basic_string_view<Unit> text)
+{
+    target.reserve(target.size() + text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char32_t unit = static_cast<char16_t>(text[i]);
+        const char32_t next = i + 1 < text.size() ? static_cast<char16_t>(text[i + 1]) : 0;
+        if (isHighSurrogate(unit) && isLowSurrogate(next)) {
+            appendCode(target, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
+            ++i;
+        } else {
+            appendCode(target, unit);
+        }
+    }
+}
+
+template std::u16string decode_utf8<char16_t>(std::string_view bytes);
+template std::wstring decode_utf8<wchar_t>(std::string_view bytes);
+template void append_units_as_utf8(std::string& target, std::u16string_view units);
+template void append_units_as_utf8(std::string& target, std::wstring_view units);
+template void append_utf16_as_utf8(std::string& target, std::u16string_view text);
+template void append_utf16_as_utf8(std::string& target, std::wstring_view text);
 
 } // namespace zvutil::impl

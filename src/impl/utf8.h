@@ -3,15 +3,21 @@
 #include <string>
 #include <string_view>
 
+/// UTF-8 and text in 16-bit units. Each template exists for `char16_t` and `wchar_t`.
 namespace zvutil::impl {
 
 /// Decodes strict UTF-8: shortest forms only, no surrogates, nothing above U+10FFFF.
 /// Throws `std::system_error` with `EILSEQ` of the system category at the first bad sequence.
-std::u16string decode_utf8(std::string_view bytes);
+template <typename Unit>
+std::basic_string<Unit> decode_utf8(std::string_view bytes);
 
 /// Appends each 16-bit unit by itself, in one to three bytes. A surrogate is written like any other
-/// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is
-/// called.
-void append_units_as_utf8(std::string& target, std::u16string_view units);
+/// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is called.
+template <typename Unit>
+void append_units_as_utf8(std::string& target, std::basic_string_view<Unit> units);
+
+/// Appends proper UTF-8; an unpaired surrogate is written in three bytes like any other unit.
+template <typename Unit>
+void append_utf16_as_utf8(std::string& target, std::basic_string_view<Unit> text);
 
 } // namespace zvutil::impl

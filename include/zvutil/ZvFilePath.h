@@ -1,0 +1,164 @@
+#pragma once
+
+#include <zvutil/StandardPath.h>
+#include <zvutil/ZvBasicString.h>
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/zvutil_export.h>
+
+#include <QMetaType>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class QDebug;
+class QString;
+class YString;
+
+namespace zvutil {
+
+/// A path as text in 16-bit units, with the lexical rules of Windows on every platform: drive
+/// letters, UNC names, both `\` and `/` as separators.
+///
+/// The text is kept exactly as it was given. No operation but `Path` asks anybody, and none touches
+/// a file system. A path is read as root name, root directory (the separators behind it) and
+/// relative path; the filename is what stands behind the last separator of the relative path.
+/// `C:\x` and `\\srv\x` are absolute; `C:x` and `\x` are not.
+///
+/// Narrow text is in the platform's encoding for file names: the code page on Windows, UTF-8
+/// elsewhere. A `YString` is UTF-8 everywhere. Wide text is UTF-16 everywhere: where `wchar_t` has
+/// 32 bits, a value above 0xFFFF is taken as its surrogate pair, one above 0x10FFFF as U+FFFD.
+/// Unpaired surrogates are kept.
+///
+/// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or
+/// a `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or
+/// a `YString` with a sequence that is invalid in its encoding, the operating system's error of the
+/// system category, `EILSEQ` where there are no code pages. Nothing else fails but for memory.
+///
+/// A copy is deep. A moved-from path may only be destroyed or assigned to. Objects on different
+/// threads share nothing.
+class ZVUTIL_EXPORT ZvFilePath
+{
+public:
+    /// The empty path.
+    ZvFilePath();
+    ZvFilePath(const ZvFilePath& other);
+    ZvFilePath(ZvFilePath&& other) noexcept;
+
+    /// Narrow text: up to the first NUL, or exactly the length that is told.
+    ZvFilePath(const char* text);
+    ZvFilePath(const std::string& text);
+    ZvFilePath(const ZvBasicString<char>& text);
+    ZvFilePath(const char* text, std::size_t size);
+    ZvFilePath(const std::string_view& text);
+
+    /// Wide text: up to the first NUL, or exactly the length that is told.
+    ZvFilePath(const wchar_t* text);
+    ZvFilePath(const std::wstring& text);
+    ZvFilePath(const ZvBasicString<wchar_t>& text);
+    ZvFilePath(const wchar_t* text, std::size_t size);
+    ZvFilePath(const std::wstring_view& text);
+
+    /// The text of a path up to the first NUL. Where paths are bytes, they are taken as UTF-8.
+    ZvFilePath(const std::filesystem::path& path);
+
+    ZvFilePath(const ZvBasicString<char16_t>& text);
+    ZvFilePath(const ZvBasicString<char32_t>& text);
+
+    /// UTF-8 up to the first NUL.
+    ZvFilePath(const YString& text);
+
+    ~ZvFilePath();
+
+    ZvFilePath& operator=(const ZvFilePath& other);
+    ZvFilePath& operator=(ZvFilePath&& other) noexcept;
+
+    /// All six come from one order. Root names are compared exactly, so `c:` differs from `C:` and
+    /// `\\srv` from `//srv`. Behind them case counts too, but any run of separators equals any
+    /// other: `a/b`, `a\b` and `a\\b` are equal. A trailing separator matters, and nothing is
+    /// resolved: `a\` differs from `a`, `a\.\b` from `a\b`. A separator is less than any other
+    /// unit, units are compared as numbers, and a path without root directory is less than one with.
+    bool operator==(const ZvFilePath& other) const;
+    bool operator!=(const ZvFilePath& other) const;
+    bool operator<(const ZvFilePath& other) const;
+
+    /// Appends \p other, with a `\` between if there is no separator and this is more than a drive.
+    /// Replaces this if \p other is absolute or has another root name; keeps this one's root name
+    /// alone if \p other begins with a separator. Appending the empty path makes a directory of it.
+    ZvFilePath& operator/=(const ZvFilePath& other);
+
+    /// The text with a NUL at its end, valid until the path is assigned to or destroyed.
+    const wchar_t* c_str() const;
+    /// The number of 16-bit units.
+    std::size_t size() const;
+    bool isEmpty() const;
+
+    /// From the last dot of the filename on, without an alternate stream's name: `.gz` for
+    /// `a.tar.gz` and for `a.gz:s`. A dot at the start begins none: `.profile` has none.
+    ZvBasicString<wchar_t> extension() const;
+
+    /// Empty for a path that ends in a separator or is a root alone.
+    [[nodiscard]] ZvFilePath filename() const;
+
+    /// The path without its filename and the separators before it. A root alone is its own parent.
+    [[nodiscard]] ZvFilePath parentPath() const;
+
+    /// The path that leads from \p base to this one, without looking at what exists; empty if none
+    /// does, for instance because the roots differ.
+    [[nodiscard]] ZvFilePath lexicallyRelative(const ZvFilePath& base) const;
+
+    /// Whether \p other lies below this directory, by comparing the texts: case counts, and `\`
+    /// differs from `/`. This has to end in a separator, be a root or be empty (see `Directory`).
+    bool isDescendant(const ZvFilePath& other) const;
+
+    /// Turns each `/` into `\`.
+    ZvFilePath& makePreferred();
+
+    QString toQString() const;
+
+    /// The text up to the first NUL as the platform's path: where separators are `/` alone, each
+    /// `\` becomes one, and the text is UTF-8, with an unpaired surrogate in three bytes.
+    std::filesystem::path toStdFilePath() const;
+
+    /// The text in directory form: with a `\` at its end, unless there is a separator already, or
+    /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors.
+    [[nodiscard]] static ZvFilePath Directory(const char* text);
+    [[nodiscard]] static ZvFilePath Directory(const std::string& text);
+    [[nodiscard]] static ZvFilePath Directory(const wchar_t* text);
+    [[nodiscard]] static ZvFilePath Directory(const std::wstring& text);
+    [[nodiscard]] static ZvFilePath Directory(const std::filesystem::path& path);
+
+    /// The same as `Path`: no directory form is made.
+    [[nodiscard]] static ZvFilePath Directory(StandardPath path);
+
+    /// Asks the host where a standard directory is. Each `/` in the answer becomes `\`; whether it
+    /// ends in a separator is up to the host. Empty for another value than the three, and for what
+    /// the host doesn't know. Throws `std::system_error` if the answer isn't UTF-8.
+    [[nodiscard]] static ZvFilePath Path(StandardPath path);
+
+    /// Whether the extension is ".zvsch"; case counts. The file isn't looked at.
+    bool isSchematicFile() const;
+    /// Whether the extension is ".zvscr"; case counts. The file isn't looked at.
+    bool isScriptFile() const;
+
+private:
+    struct ZvFilePathImpl;
+
+    explicit ZvFilePath(std::unique_ptr<ZvFilePathImpl>&& implementation);
+
+    basic_pimpl<ZvFilePathImpl> m_impl;
+};
+
+static_assert(sizeof(ZvFilePath) == 2 * sizeof(void*));
+
+/// Prints the text in quotes.
+ZVUTIL_EXPORT QDebug operator<<(QDebug debug, const ZvFilePath& path);
+
+/// Makes Qt Test show paths that differ. The caller frees the text with `delete[]`.
+ZVUTIL_EXPORT char* toString(const ZvFilePath& path);
+
+} // namespace zvutil
+
+Q_DECLARE_METATYPE(zvutil::ZvFilePath)

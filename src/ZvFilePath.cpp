@@ -1,0 +1,355 @@
+#include <zvutil/ZvFilePath.h>
+
+#include "impl/narrow_text.h"
+#include "impl/path_rules.h"
+#include "impl/path_text.h"
+#include "impl/text_conversion.h"
+#include "impl/wide_text.h"
+
+#include <HostSupport/SystemPaths.h>
+#include <HostSupport/YString.h>
+
+#include <QByteArray>
+#include <QDebug>
+#include <QString>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace zvutil {
+
+struct ZvFilePath::ZvFilePathImpl
+{
+    explicit ZvFilePathImpl(std::wstring&& t)
+        : text(std::move(t))
+    {
+    }
+
+    std::wstring text;
+};
+
+namespace {
+
+constexpr char vendorFolder[] = "Corvane Technologies";
+
+std::wstring wideText(std::wstring_view units)
+{
+    std::wstring text;
+    text.reserve(units.size());
+    impl::append_wide_units(text, units);
+    return text;
+}
+
+/// Up to the first NUL.
+std::wstring wideText(const std::filesystem::path& path)
+{
+    const std::wstring text = impl::path_text(path);
+    return wideText(std::wstring_view(text.c_str()));
+}
+
+std::wstring wideText(const char16_t* units)
+{
+    const std::u16string_view text(units);
+    return {text.begin(), text.end()};
+}
+
+std::wstring wideText(const char32_t* units)
+{
+    std::wstring text;
+    for (const char32_t code : std::u32string_view(units)) {
+        if ((code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF)
+            throw std::system_error(EINVAL, std::generic_category());
+        wchar_t pair[2];
+        text.append(pair, impl::write_code(pair, code));
+    }
+    return text;
+}
+
+std::wstring symbolPath(const char* symbol)
+{
+    YString value;
+    sp_GetSystemPathSymbolValue(symbol, &value, false);
+    return impl::decode_utf8_text(value.c_str());
+}
+
+std::wstring commonAppDataPath()
+{
+    std::wstring path = symbolPath("COMMON_APPDATAPATH");
+    impl::path_rules::append(path, impl::decode_narrow(vendorFolder));
+    impl::path_rules::append(path, impl::decode_utf8_text(sp_GetProductFolderName().c_str()));
+    return path;
+}
+
+std::wstring standardPath(StandardPath path)
+{
+    switch (path) {
+    case StandardPath::AppData:
+        return symbolPath("ZVAPPDATAPATH");
+    case StandardPath::Documents:
+        return symbolPath("ZVDOCSPATH");
+    case StandardPath::CommonAppData:
+        return commonAppDataPath();
+    }
+    return {};
+}
+
+ZvFilePath directoryForm(ZvFilePath path)
+{
+    return path /= ZvFilePath();
+}
+
+// Registered while the library loads: the type under both its names, then the converter, which
+// Qt unregisters when the library is unloaded.
+const int metaType = qRegisterMetaType<ZvFilePath>("ZvFilePath");
+const bool converter = QMetaType::registerConverter<ZvFilePath, QString>(&ZvFilePath::toQString);
+
+} // namespace
+
+ZvFilePath::ZvFilePath(std::unique_ptr<ZvFilePathImpl>&& implementation)
+    : m_impl(std::move(implementation))
+{
+}
+
+ZvFilePath::ZvFilePath()
+    : m_impl(std::make_unique<ZvFilePathImpl>(std::wstring()))
+{
+}
+
+ZvFilePath::ZvFilePath(const ZvFilePath& other)
+    : m_impl(std::make_unique<ZvFilePathImpl>(std::wstring(other.m_impl.impl().text)))
+{
+}
+
+ZvFilePath::ZvFilePath(ZvFilePath&& other) noexcept = default;
+
+ZvFilePath::ZvFilePath(const char* text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow(text)))
+{
+}
+
+ZvFilePath::ZvFilePath(const std::string& text)
+    : ZvFilePath(text.c_str())
+{
+}
+
+ZvFilePath::ZvFilePath(const ZvBasicString<char>& text)
+    : ZvFilePath(text.c_str())
+{
+}
+
+ZvFilePath::ZvFilePath(const char* text, std::size_t size)
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow({text, size})))
+{
+}
+
+ZvFilePath::ZvFilePath(const std::string_view& text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow(text)))
+{
+}
+
+ZvFilePath::ZvFilePath(const wchar_t* text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(std::wstring_view(text))))
+{
+}
+
+ZvFilePath::ZvFilePath(const std::wstring& text)
+    : ZvFilePath(text.c_str())
+{
+}
+
+ZvFilePath::ZvFilePath(const ZvBasicString<wchar_t>& text)
+    : ZvFilePath(text.c_str())
+{
+}
+
+ZvFilePath::ZvFilePath(const wchar_t* text, std::size_t size)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(std::wstring_view(text, size))))
+{
+}
+
+ZvFilePath::ZvFilePath(const std::wstring_view& text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text)))
+{
+}
+
+ZvFilePath::ZvFilePath(const std::filesystem::path& path)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(path)))
+{
+}
+
+ZvFilePath::ZvFilePath(const ZvBasicString<char16_t>& text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text.c_str())))
+{
+}
+
+ZvFilePath::ZvFilePath(const ZvBasicString<char32_t>& text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text.c_str())))
+{
+}
+
+ZvFilePath::ZvFilePath(const YString& text)
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_utf8_text(text.c_str())))
+{
+}
+
+ZvFilePath::~ZvFilePath() = default;
+
+ZvFilePath& ZvFilePath::operator=(const ZvFilePath& other)
+{
+    // Wanted: a path that nobody uses is made with each copy assignment.
+    [[maybe_unused]] const std::wstring scratch = L"C:/tmp";
+    return *this = ZvFilePath(other);
+}
+
+ZvFilePath& ZvFilePath::operator=(ZvFilePath&& other) noexcept = default;
+
+bool ZvFilePath::operator==(const ZvFilePath& other) const
+{
+    return impl::path_rules::compare(m_impl.impl().text, other.m_impl.impl().text) == 0;
+}
+
+bool ZvFilePath::operator!=(const ZvFilePath& other) const
+{
+    return !(*this == other);
+}
+
+bool ZvFilePath::operator<(const ZvFilePath& other) const
+{
+    return impl::path_rules::compare(m_impl.impl().text, other.m_impl.impl().text) < 0;
+}
+
+ZvFilePath& ZvFilePath::operator/=(const ZvFilePath& other)
+{
+    if (this == &other)
+        return *this /= ZvFilePath(other);
+    impl::path_rules::append(m_impl.impl().text, other.m_impl.impl().text);
+    return *this;
+}
+
+const wchar_t* ZvFilePath::c_str() const
+{
+    return m_impl.impl().text.c_str();
+}
+
+std::size_t ZvFilePath::size() const
+{
+    return m_impl.impl().text.size();
+}
+
+bool ZvFilePath::isEmpty() const
+{
+    return m_impl.impl().text.empty();
+}
+
+ZvBasicString<wchar_t> ZvFilePath::extension() const
+{
+    return std::wstring(impl::path_rules::extension(m_impl.impl().text));
+}
+
+ZvFilePath ZvFilePath::filename() const
+{
+    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
+        std::wstring(impl::path_rules::filename(m_impl.impl().text))));
+}
+
+ZvFilePath ZvFilePath::parentPath() const
+{
+    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
+        std::wstring(impl::path_rules::parent(m_impl.impl().text))));
+}
+
+ZvFilePath ZvFilePath::lexicallyRelative(const ZvFilePath& base) const
+{
+    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
+        impl::path_rules::relative(m_impl.impl().text, base.m_impl.impl().text)));
+}
+
+bool ZvFilePath::isDescendant(const ZvFilePath& other) const
+{
+    const std::wstring& directory = m_impl.impl().text;
+    const std::wstring& text = other.m_impl.impl().text;
+    // Wanted: a plain prefix test, stricter than comparison.
+    return impl::path_rules::filename(directory).empty() && text.size() > directory.size()
+        && text.compare(0, directory.size(), directory) == 0;
+}
+
+ZvFilePath& ZvFilePath::makePreferred()
+{
+    std::wstring& text = m_impl.impl().text;
+    std::replace(text.begin(), text.end(), L'/', L'\\');
+    return *this;
+}
+
+QString ZvFilePath::toQString() const
+{
+    return QString::fromStdWString(m_impl.impl().text);
+}
+
+std::filesystem::path ZvFilePath::toStdFilePath() const
+{
+    return impl::native_path(c_str());
+}
+
+ZvFilePath ZvFilePath::Directory(const char* text)
+{
+    return directoryForm(text);
+}
+
+ZvFilePath ZvFilePath::Directory(const std::string& text)
+{
+    return directoryForm(text);
+}
+
+ZvFilePath ZvFilePath::Directory(const wchar_t* text)
+{
+    return directoryForm(text);
+}
+
+ZvFilePath ZvFilePath::Directory(const std::wstring& text)
+{
+    return directoryForm(text);
+}
+
+ZvFilePath ZvFilePath::Directory(const std::filesystem::path& path)
+{
+    return directoryForm(path);
+}
+
+ZvFilePath ZvFilePath::Directory(StandardPath path)
+{
+    return Path(path);
+}
+
+ZvFilePath ZvFilePath::Path(StandardPath path)
+{
+    ZvFilePath result(standardPath(path));
+    result.makePreferred();
+    return result;
+}
+
+bool ZvFilePath::isSchematicFile() const
+{
+    return impl::path_rules::compare(impl::path_rules::extension(m_impl.impl().text), L".zvsch")
+        == 0;
+}
+
+bool ZvFilePath::isScriptFile() const
+{
+    return impl::path_rules::compare(impl::path_rules::extension(m_impl.impl().text), L".zvscr")
+        == 0;
+}
+
+QDebug operator<<(QDebug debug, const ZvFilePath& path)
+{
+    return debug << path.toQString();
+}
+
+char* toString(const ZvFilePath& path)
+{
+    return qstrdup(path.toQString().toUtf8().constData());
+}
+
+} // namespace zvutil
