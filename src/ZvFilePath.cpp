@@ -246,7 +246,12 @@ bool ZvFilePath::isEmpty() const
 
 ZvBasicString<wchar_t> ZvFilePath::extension() const
 {
-    return std::wstring(impl::path_rules::extension(m_impl.impl().text));
+    const std::wstring& text = m_impl.impl().text;
+    const std::wstring_view result = impl::path_rules::extension(text);
+    // All but one in front of a stream's name end with the text, and so with its NUL.
+    if (result.data() + result.size() == text.data() + text.size())
+        return result.data();
+    return std::wstring(result);
 }
 
 ZvFilePath ZvFilePath::filename() const

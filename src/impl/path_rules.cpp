@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <optional>
 
 namespace zvutil::impl::path_rules {
 
@@ -116,6 +117,16 @@ public:
         enter(0);
     }
 
+    /// Begins with the first element of the relative path, or with that behind the separator before
+    /// \p from, which is further on.
+    Elements(std::wstring_view path, std::size_t from)
+        : Elements(path)
+    {
+        m_atEnd = m_relative == path.size();
+        m_begin = skipSeparators(path, from);
+        m_end = skipName(path, m_begin);
+    }
+
     bool atEnd() const { return m_atEnd; }
     std::wstring_view current() const { return m_path.substr(m_begin, m_end - m_begin); }
 
@@ -156,7 +167,10 @@ private:
 /// Whether a name behind the first of the relative path reads as a drive.
 bool hasInnerRootName(std::wstring_view path)
 {
-    std::size_t i = skipName(path, relative_begin(path));
+    const std::size_t relative = relative_begin(path);
+    if (path.find(L':', relative) == std::wstring_view::npos)
+        return false;
+    std::size_t i = skipName(path, relative);
     while (i < path.size()) {
         i = skipSeparators(path, i);
         if (root_name_size(path.substr(i, skipName(path, i) - i)) > 0)
@@ -178,6 +192,26 @@ bool areUnrelated(std::wstring_view path, std::wstring_view base)
         || is_absolute(path) != is_absolute(base)
         || (!hasRootDirectory(path) && hasRootDirectory(base)) || hasInnerRootName(path)
         || hasInnerRootName(base);
+}
+
+/// Elements are equal by their text, but root directories are equal by being there.
+bool areEqualElements(std::wstring_view left, std::wstring_view right)
+{
+    return left == right
+        || (!left.empty() && !right.empty() && is_separator(left[0]) && is_separator(right[0]));
+}
+
+/// Where in the relative path the first element begins that may differ: the start of the relative
+/// path or behind a separator. Nothing, if the roots don't have the same text.
+std::optional<std::size_t> commonDirectory(std::wstring_view left, std::wstring_view right)
+{
+    const std::size_t relative = relative_begin(left);
+    std::size_t same = commonPrefix(left, right);
+    if (same < relative || relative_begin(right) != relative)
+        return {};
+    while (same > relative && !is_separator(left[same - 1]))
+        --same;
+    return same;
 }
 
 /// How many directories the rest of a path goes down, less those it goes up.
@@ -253,7 +287,10 @@ void append(std::wstring& path, std::wstring_view added)
         path.assign(added);
         return;
     }
-    path.reserve(path.size() + 1 + added.size() - addedRootName);
+    const std::size_t needed = path.size() + 1 + added.size() - addedRootName;
+    // Not without the question: asked for less than there is, a string may shrink.
+    if (path.capacity() < needed)
+        path.reserve(std::max(needed, 2 * path.capacity()));
     if (hasRootDirectory(added)) {
         path.resize(rootName);
     } else if (path.size() > rootName ? !is_separator(path.back()) : rootName >= 3) {
@@ -300,9 +337,10 @@ std::wstring relative(std::wstring_view path, std::wstring_view base)
 {
     if (areUnrelated(path, base))
         return {};
-    Elements from(base);
-    Elements to(path);
-    while (!from.atEnd() && !to.atEnd() && compare(from.current(), to.current()) == 0) {
+    const std::optional<std::size_t> common = commonDirectory(path, base);
+    Elements from = common ? Elements(base, *common) : Elements(base);
+    Elements to = common ? Elements(path, *common) : Elements(path);
+    while (!from.atEnd() && !to.atEnd() && areEqualElements(from.current(), to.current())) {
         from.next();
         to.next();
     }
