@@ -22,6 +22,10 @@
 #include <type_traits>
 #include <utility>
 
+#if defined(Q_OS_WIN)
+#include <windows.h>
+#endif
+
 using zvutil::StandardPath;
 using zvutil::ZvBasicString;
 using zvutil::ZvFilePath;
@@ -51,6 +55,15 @@ QString utf8(const char* t)
 {
     return QString::fromUtf8(t);
 }
+
+#if defined(Q_OS_WIN)
+QString decoded(const QByteArray& bytes, UINT codePage)
+{
+    wchar_t units[16];
+    const int size = MultiByteToWideChar(codePage, 0, bytes.constData(), bytes.size(), units, 16);
+    return QString::fromWCharArray(units, size);
+}
+#endif
 
 /// The code that \p make fails with.
 std::error_code failure(const std::function<void()>& make)
@@ -191,6 +204,24 @@ private Q_SLOTS:
         QCOMPARE(text(ZvFilePath(bytes.data(), bytes.size())), expected);
         QCOMPARE(text(ZvFilePath(std::string_view(bytes))), expected);
         QCOMPARE(ZvFilePath(bytes).size(), std::size_t(4));
+    }
+
+    void narrowTextIsInTheCodePageOfFileNames()
+    {
+#if defined(Q_OS_WIN)
+        // The ANSI code page, or the OEM one once the process has asked for that.
+        QByteArray bytes = "x";
+        if (GetACP() != CP_UTF8)
+            bytes += "\xE4\x84";
+        QCOMPARE(text(ZvFilePath(bytes.constData())), decoded(bytes, CP_ACP));
+        SetFileApisToOEM();
+        bytes = GetOEMCP() == CP_UTF8 ? "x" : "x\x84";
+        const QString oem = text(ZvFilePath(bytes.constData()));
+        SetFileApisToANSI();
+        QCOMPARE(oem, decoded(bytes, CP_OEMCP));
+#else
+        QSKIP("There are no code pages on this platform");
+#endif
     }
 
     void wideTextIsTakenInSixteenBitUnits()
