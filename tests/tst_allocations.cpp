@@ -75,7 +75,6 @@ private Q_SLOTS:
         stringsOf<wchar_t>();
     }
 
-
 private:
     template <typename C>
     static void stringsOf()
