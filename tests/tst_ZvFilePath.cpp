@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QVariant>
 
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +20,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -910,6 +912,26 @@ private Q_SLOTS:
         QVERIFY(variant.canConvert<QString>());
         QCOMPARE(variant.toString(), utf8("C:\\a/b"));
         QVERIFY(!QVariant(utf8("a")).canConvert<ZvFilePath>());
+    }
+
+    void severalThreadsShareNothing()
+    {
+        const ZvFilePath shared(L"C:\\a\\b.zvsch");
+        std::atomic<int> wrong{0};
+        const auto work = [&wrong, &shared] {
+            for (int i = 0; i < 2'000; ++i) {
+                ZvFilePath mine = shared;
+                mine = mine.parentPath();
+                mine /= shared.filename();
+                if (mine != shared || QVariant::fromValue(mine).toString().size() != 12)
+                    ++wrong;
+            }
+        };
+        std::thread first(work);
+        std::thread second(work);
+        first.join();
+        second.join();
+        QCOMPARE(wrong.load(), 0);
     }
 
     void printsReadably()

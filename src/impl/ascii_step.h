@@ -5,6 +5,9 @@
 #if defined(__SSE2__) || defined(_M_X64)
 #define ZVUTIL_ASCII_STEP_SSE2
 #include <emmintrin.h>
+#if defined(_MSC_VER)
+#include <intrin.h>
+#endif
 #endif
 
 namespace zvutil::impl {
@@ -12,11 +15,18 @@ namespace zvutil::impl {
 /// How many units `copy_ascii_step` looks at.
 constexpr std::ptrdiff_t ascii_step = 16;
 
+/// Whether \p unit, of any width, is below 0x80.
+template <typename Source>
+bool is_ascii(Source unit)
+{
+    return (static_cast<char32_t>(unit) & ~char32_t(0x7F)) == 0;
+}
+
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
-/// 16 units of any width that are all below 0x80, as bytes; false if they aren't.
+/// 16 units as bytes; those that aren't ASCII are bits in \p others, and their bytes are anything.
 template <typename Source>
-bool load_ascii(const Source* source, __m128i& bytes)
+__m128i load_step(const Source* source, unsigned& others)
 {
     // How units lie in a register is all that their width decides here.
     static_assert(sizeof(Source) == 1 || sizeof(Source) == 2 || sizeof(Source) == 4);
@@ -25,30 +35,28 @@ bool load_ascii(const Source* source, __m128i& bytes)
         return _mm_loadu_si128(static_cast<const __m128i*>(at));
     };
     if constexpr (sizeof(Source) == 1) {
-        bytes = load(0);
-        return _mm_movemask_epi8(bytes) == 0;
+        const __m128i bytes = load(0);
+        others = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+        return bytes;
     } else {
         __m128i low = load(0);
         __m128i high = load(1);
-        __m128i rest = _mm_or_si128(low, high);
-        __m128i beyond = _mm_set1_epi16(~0x7F);
         if constexpr (sizeof(Source) == 4) {
-            const __m128i third = load(2);
-            const __m128i fourth = load(3);
-            rest = _mm_or_si128(rest, _mm_or_si128(third, fourth));
-            beyond = _mm_set1_epi32(~0x7F);
             low = _mm_packs_epi32(low, high);
-            high = _mm_packs_epi32(third, fourth);
+            high = _mm_packs_epi32(load(2), load(3));
         }
-        bytes = _mm_packus_epi16(low, high);
-        const __m128i none = _mm_cmpeq_epi8(_mm_and_si128(rest, beyond), _mm_setzero_si128());
-        return _mm_movemask_epi8(none) == 0xFFFF;
+        // Saturation keeps what is out of range: above 0x7F the one pack sets the highest bit, above
+        // 0x7FFF, which is negative here, the other.
+        const __m128i bytes = _mm_packus_epi16(low, high);
+        const __m128i negative = _mm_packs_epi16(low, high);
+        others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(bytes, negative)));
+        return bytes;
     }
 }
 
 /// Writes 16 bytes as units of any width.
 template <typename Target>
-void store_ascii(Target* target, __m128i bytes)
+void store_step(Target* target, __m128i bytes)
 {
     static_assert(sizeof(Target) == 1 || sizeof(Target) == 2 || sizeof(Target) == 4);
     const auto store = [target](std::size_t index, __m128i value) {
@@ -73,24 +81,37 @@ void store_ascii(Target* target, __m128i bytes)
     }
 }
 
-/// Copies 16 units if all of them are below 0x80; else does nothing and returns false.
-template <typename Target, typename Source>
-bool copy_ascii_step(Target* target, const Source* source)
+inline std::ptrdiff_t lowest_bit(unsigned bits)
 {
-    __m128i bytes;
-    if (!load_ascii(source, bytes))
-        return false;
-    store_ascii(target, bytes);
-    return true;
+#if defined(_MSC_VER)
+    unsigned long index = 0;
+    _BitScanForward(&index, bits);
+    return static_cast<std::ptrdiff_t>(index);
+#else
+    return __builtin_ctz(bits);
+#endif
+}
+
+/// Copies units up to the first that isn't ASCII, at most 16, and returns how many. There must be 16
+/// to read and space for 16; what lies behind the copied ones may be overwritten.
+template <typename Target, typename Source>
+std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
+{
+    unsigned others = 0;
+    store_step(target, load_step(source, others));
+    return others == 0 ? ascii_step : lowest_bit(others);
 }
 
 #else
 
-/// There is no quick way here: leaves all units to the caller.
+/// The same, where there is no quick way.
 template <typename Target, typename Source>
-bool copy_ascii_step(Target* /*target*/, const Source* /*source*/)
+std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 {
-    return false;
+    std::ptrdiff_t count = 0;
+    for (; count < ascii_step && is_ascii(source[count]); ++count)
+        target[count] = static_cast<Target>(source[count]);
+    return count;
 }
 
 #endif

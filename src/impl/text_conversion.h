@@ -63,25 +63,23 @@ Target* write_code(Target* target, char32_t code)
     return target;
 }
 
-template <typename Target, typename Source>
-Target* write_plainly(Target* target, const Source* source, const Source* end)
-{
-    for (; source != end; ++source)
-        target = write_code(target, code_of(*source));
-    return target;
-}
-
 /// Converts the units up to \p end; returns the end of what it has written.
 template <typename Target, typename Source>
 Target* write_converted(Target* target, const Source* source, const Source* end)
 {
-    for (; end - source >= ascii_step; source += ascii_step) {
-        if (copy_ascii_step(target, source))
-            target += ascii_step;
-        else
-            target = write_plainly(target, source, source + ascii_step);
+    while (end - source >= ascii_step) {
+        const std::ptrdiff_t plain = copy_ascii_step(target, source);
+        source += plain;
+        target += plain;
+        if (plain == ascii_step)
+            continue;
+        do
+            target = write_code(target, code_of(*source++));
+        while (source != end && !is_ascii(*source));
     }
-    return write_plainly(target, source, end);
+    for (; source != end; ++source)
+        target = write_code(target, code_of(*source));
+    return target;
 }
 
 /// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16.

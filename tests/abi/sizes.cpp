@@ -1,5 +1,9 @@
 // Prints the sizes of the handles, which are part of the interface.
 
+#include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvException.h>
+#include <zvutil/ZvFileException.h>
+#include <zvutil/ZvFilePath.h>
 #include <zvutil/basic_pimpl.h>
 #include <zvutil/uri.h>
 
@@ -14,6 +18,13 @@ int main()
     } handles[] = {
         {"zvutil::basic_pimpl<T>", sizeof(zvutil::basic_pimpl<int>)},
         {"zvutil::uri", sizeof(zvutil::uri)},
+        {"zvutil::ZvBasicString<char>", sizeof(zvutil::ZvBasicString<char>)},
+        {"zvutil::ZvBasicString<char16_t>", sizeof(zvutil::ZvBasicString<char16_t>)},
+        {"zvutil::ZvBasicString<char32_t>", sizeof(zvutil::ZvBasicString<char32_t>)},
+        {"zvutil::ZvBasicString<wchar_t>", sizeof(zvutil::ZvBasicString<wchar_t>)},
+        {"zvutil::ZvException", sizeof(zvutil::ZvException)},
+        {"zvutil::ZvFileException", sizeof(zvutil::ZvFileException)},
+        {"zvutil::ZvFilePath", sizeof(zvutil::ZvFilePath)},
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);

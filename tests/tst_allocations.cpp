@@ -1,0 +1,147 @@
+// Counts allocations, in a program of its own since it replaces operator new for the whole process.
+
+#include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvFilePath.h>
+#include <zvutil/uri.h>
+
+#include <QTest>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace {
+
+std::atomic<int> allocations{0};
+
+void* allocate(std::size_t size)
+{
+    ++allocations;
+    void* const memory = std::malloc(size > 0 ? size : 1);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+template <typename Work>
+int allocationsOf(Work work)
+{
+    const int before = allocations;
+    work();
+    return allocations - before;
+}
+
+/// Whether the replaced operator serves the library as well.
+bool countsInTheLibrary()
+{
+    return allocationsOf([] { const zvutil::ZvBasicString<char> text; }) > 0;
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    return allocate(size);
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+using zvutil::ZvBasicString;
+using zvutil::ZvFilePath;
+
+class tst_allocations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (!countsInTheLibrary())
+            QSKIP("An operator new that is replaced in a program doesn't reach its DLLs");
+    }
+
+    void strings()
+    {
+        stringsOf<char>();
+        stringsOf<char16_t>();
+        stringsOf<char32_t>();
+        stringsOf<wchar_t>();
+    }
+
+    void paths()
+    {
+        const std::wstring units = L"C:\\" + std::wstring(100, L'x') + L"\\name";
+        const std::string bytes(units.begin(), units.end());
+        ZvFilePath text(units);
+        QCOMPARE(allocationsOf([] { const ZvFilePath made; }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvFilePath made(units); }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvFilePath made(bytes); }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvFilePath copy(text); }), 2);
+        QCOMPARE(allocationsOf([&] { (void)text.parentPath(); }), 2);
+
+        ZvFilePath other(text);
+        QCOMPARE(allocationsOf([&] {
+                     ZvFilePath moved(std::move(other));
+                     other = std::move(moved);
+                 }),
+                 0);
+        QCOMPARE(allocationsOf([&] { QVERIFY(text == other && !(text < other)); }), 0);
+        QCOMPARE(allocationsOf([&] { QVERIFY(!text.isDescendant(other)); }), 0);
+    }
+
+    void uris()
+    {
+        const std::string bytes = "http://srv/" + std::string(100, 'x');
+        QCOMPARE(allocationsOf([] { const zvutil::uri made; }), 1);
+        QCOMPARE(allocationsOf([&] { const zvutil::uri made(bytes); }), 2);
+        zvutil::uri source(bytes);
+        QCOMPARE(allocationsOf([&] { const zvutil::uri moved(std::move(source)); }), 0);
+    }
+
+private:
+    template <typename C>
+    static void stringsOf()
+    {
+        // One for the implementation, one for a text that doesn't lie in it.
+        const std::basic_string<C> units(100, C('x'));
+        const ZvBasicString<C> empty;
+        const ZvBasicString<C> brief(std::basic_string<C>(3, C('x')));
+        ZvBasicString<C> text(units);
+        QCOMPARE(allocationsOf([] { const ZvBasicString<C> made; }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> made(units); }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> made(units.c_str()); }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> copy(brief); }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> copy(text); }), 2);
+        QCOMPARE(allocationsOf([&] { text.appended(text); }), 2);
+
+        ZvBasicString<C> target;
+        QCOMPARE(allocationsOf([&] { target = text; }), 1);
+        QCOMPARE(allocationsOf([&] { target = text; }), 0);
+        QCOMPARE(allocationsOf([&] {
+                     ZvBasicString<C> moved(std::move(target));
+                     target = std::move(moved);
+                 }),
+                 0);
+        QCOMPARE(allocationsOf([&] { QVERIFY(target == text && target == units); }), 0);
+
+        QCOMPARE(allocationsOf([&] { text.toStdString(); }), 1);
+        QCOMPARE(allocationsOf([&] { text.toString(); }), 2);
+        QCOMPARE(allocationsOf([&] { text.toWString(); }), 2);
+        QCOMPARE(allocationsOf([&] { text.toU16String(); }), 2);
+        QCOMPARE(allocationsOf([&] { text.toU32String(); }), 2);
+        QCOMPARE(allocationsOf([&] { empty.toU32String(); }), 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_allocations)
+#include "tst_allocations.moc"
