@@ -104,7 +104,9 @@ ZvFilePath directoryForm(ZvFilePath path)
 // Registered while the library loads: the type under both its names, then the converter, which
 // Qt unregisters when the library is unloaded.
 const int metaType = qRegisterMetaType<ZvFilePath>("ZvFilePath");
-const bool converter = QMetaType::registerConverter<ZvFilePath, QString>(&ZvFilePath::toQString);
+const bool converter = QMetaType::registerConverter<ZvFilePath, QString>(
+    // A type that nobody else can name, so that the converter's static stays this library's own.
+    [](const ZvFilePath& path) { return path.toQString(); });
 
 } // namespace
 

@@ -30,6 +30,8 @@ execute_process(
 )
 string(REGEX MATCHALL "[^\n]+" symbols "${demangled}")
 list(SORT symbols)
+# A constructor or destructor has several symbols of one name.
+list(REMOVE_DUPLICATES symbols)
 list(JOIN symbols "\n" symbols)
 string(REPLACE "|" ";" emulator "${EMULATOR}")
 run(sizes ${emulator} "${SIZES}")
