@@ -162,6 +162,7 @@ private Q_SLOTS:
         QVERIFY(rc::check("less than is a strict weak order that agrees with equality", [] {
             const auto texts = *rc::gen::container<std::vector<Text>>(12, pathText());
             std::vector<ZvFilePath> paths;
+            paths.reserve(texts.size());
             for (const Text& t : texts)
                 paths.push_back(path(t));
             for (const ZvFilePath& a : paths) {
