@@ -65,6 +65,7 @@ void forEachType(Test test)
 template <typename Test>
 void forType(const QByteArray& name, Test test)
 {
+    // NOLINTNEXTLINE(bugprone-branch-clone): the types differ
     if (name == "char")
         test(char());
     else if (name == "char16_t")
@@ -82,7 +83,8 @@ struct HasUnequal : std::false_type
 {
 };
 template <typename T>
-struct HasUnequal<T, std::void_t<decltype(std::declval<T>() != std::declval<T>())>> : std::true_type
+struct HasUnequal<T, std::void_t<decltype(std::declval<T>() != std::declval<const T&>())>>
+    : std::true_type
 {
 };
 template <typename T, typename = void>
@@ -90,7 +92,8 @@ struct HasLess : std::false_type
 {
 };
 template <typename T>
-struct HasLess<T, std::void_t<decltype(std::declval<T>() < std::declval<T>())>> : std::true_type
+struct HasLess<T, std::void_t<decltype(std::declval<T>() < std::declval<const T&>())>>
+    : std::true_type
 {
 };
 
@@ -120,6 +123,21 @@ template struct InterfaceIsAsLaidDown<char>;
 template struct InterfaceIsAsLaidDown<char16_t>;
 template struct InterfaceIsAsLaidDown<char32_t>;
 template struct InterfaceIsAsLaidDown<wchar_t>;
+
+class DerivedString : public ZvBasicString<char>
+{
+public:
+    explicit DerivedString(bool* destroyed)
+        : m_destroyed(destroyed)
+    {
+    }
+    DerivedString(const DerivedString&) = delete;
+    DerivedString& operator=(const DerivedString&) = delete;
+    ~DerivedString() override { *m_destroyed = true; }
+
+private:
+    bool* m_destroyed;
+};
 
 constexpr char fails[] = "fails";
 
@@ -256,17 +274,8 @@ private Q_SLOTS:
 
     void deletingThroughABasePointerCallsTheDerivedDestructor()
     {
-        struct Derived : ZvBasicString<char>
-        {
-            explicit Derived(bool* d)
-                : destroyed(d)
-            {
-            }
-            ~Derived() override { *destroyed = true; }
-            bool* destroyed;
-        };
         bool destroyed = false;
-        std::unique_ptr<ZvBasicString<char>> base = std::make_unique<Derived>(&destroyed);
+        std::unique_ptr<ZvBasicString<char>> base = std::make_unique<DerivedString>(&destroyed);
         base.reset();
         QVERIFY(destroyed);
     }

@@ -117,11 +117,11 @@ private:
         const ZvBasicString<C> empty;
         const ZvBasicString<C> brief(std::basic_string<C>(3, C('x')));
         ZvBasicString<C> text(units);
-        QCOMPARE(allocationsOf([] { const ZvBasicString<C> made; }), 1);
-        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> made(units); }), 2);
-        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> made(units.c_str()); }), 2);
-        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> copy(brief); }), 1);
-        QCOMPARE(allocationsOf([&] { const ZvBasicString<C> copy(text); }), 2);
+        QCOMPARE(allocationsOf([] { ZvBasicString<C>(); }), 1);
+        QCOMPARE(allocationsOf([&] { ZvBasicString<C>{units}; }), 2);
+        QCOMPARE(allocationsOf([&] { ZvBasicString<C>{units.c_str()}; }), 2);
+        QCOMPARE(allocationsOf([&] { ZvBasicString<C>{brief}; }), 1);
+        QCOMPARE(allocationsOf([&] { ZvBasicString<C>{text}; }), 2);
         QCOMPARE(allocationsOf([&] { text.appended(text); }), 2);
 
         ZvBasicString<C> target;

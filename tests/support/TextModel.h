@@ -61,7 +61,7 @@ std::basic_string<Target> decoded(const std::string& bytes)
 template <typename Target, typename Source>
 std::optional<std::basic_string<Target>> convertedByModel(const std::basic_string<Source>& text)
 {
-    const std::optional<std::string> bytes = encoded(text);
+    std::optional<std::string> bytes = encoded(text);
     if (!bytes)
         return std::nullopt;
     if constexpr (std::is_same_v<Target, char>)
