@@ -3,6 +3,7 @@
 
 #include "support/Conversions.h"
 #include "support/StdString.h"
+#include "support/Threads.h"
 
 #include <QTest>
 
@@ -13,7 +14,6 @@
 #include <limits>
 #include <memory>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -686,10 +686,7 @@ private Q_SLOTS:
                     ++wrong;
             }
         };
-        std::thread first(work);
-        std::thread second(work);
-        first.join();
-        second.join();
+        zvtest::onTwoThreads(work);
         QCOMPARE(wrong.load(), 0);
     }
 };

@@ -1,6 +1,7 @@
 #include <zvutil/ZvFilePath.h>
 
 #include "support/StdString.h"
+#include "support/Threads.h"
 
 #include <HostSupport/YString.h>
 #include <HostSupport/host.h>
@@ -20,7 +21,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -927,10 +927,7 @@ private Q_SLOTS:
                     ++wrong;
             }
         };
-        std::thread first(work);
-        std::thread second(work);
-        first.join();
-        second.join();
+        zvtest::onTwoThreads(work);
         QCOMPARE(wrong.load(), 0);
     }
 

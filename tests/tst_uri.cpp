@@ -1,6 +1,7 @@
 #include <zvutil/uri.h>
 
 #include "support/StdString.h"
+#include "support/Threads.h"
 #include "support/UriOracle.h"
 
 #include <QTest>
@@ -14,7 +15,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -337,10 +337,7 @@ private Q_SLOTS:
                     ++wrong;
             }
         };
-        std::thread first(work);
-        std::thread second(work);
-        first.join();
-        second.join();
+        zvtest::onTwoThreads(work);
         QCOMPARE(wrong.load(), 0);
     }
 };
