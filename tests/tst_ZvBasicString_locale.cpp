@@ -15,7 +15,8 @@ namespace {
 
 int asked = 0;
 
-/// Folds `x` to `y`, 0xE4 to 0xC4 and, where there is such a unit, 0x431 to 0x411, and nothing else.
+/// Folds `x` to `y`, 0xE4 to 0xC4 and, where there is such a unit, 0x431 to 0x411, and nothing
+/// else.
 template <typename Unit>
 class OddCase : public std::ctype<Unit>
 {

@@ -7,28 +7,30 @@
 
 namespace zvutil {
 
-/// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`, `char32_t`
-/// and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: wide text that comes
-/// in with a greater value has that value split into its surrogate pair, and one above 0x10FFFF
-/// becomes U+FFFD.
+/// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`,
+/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: wide
+/// text that comes in with a greater value has that value split into its surrogate pair, and one
+/// above 0x10FFFF becomes U+FFFD.
 ///
-/// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose. The
-/// text never holds a NUL: whatever comes in ends at its first one.
+/// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose.
+/// The text never holds a NUL: whatever comes in ends at its first one.
 ///
 /// Copies share nothing. A handle takes one allocation for its implementation, and one for a text
-/// that is too long to lie in it; a move takes none and throws nothing. A moved-from string may only
-/// be destroyed or be the target of a move assignment. Two threads may use two strings at once.
+/// that is too long to lie in it; a move takes none and throws nothing. A moved-from string may
+/// only be destroyed or be the target of a move assignment. Two threads may use two strings at
+/// once.
 ///
 /// All four conversions, also that to the own type, go by the way of UTF-8 and keep the limits of
 /// that way. From
-/// - `char` only 7-bit text converts: a byte at or above 0x80 fails, whether the text is UTF-8 or not;
+/// - `char` only 7-bit text converts: a byte at or above 0x80 fails, whether the text is UTF-8 or
+/// not;
 /// - `char16_t` and `wchar_t` each unit is converted by itself, a surrogate like any other: nothing
 ///   fails, and in UTF-8 a surrogate pair takes six bytes;
 /// - `char32_t` a unit above 0x10FFFF fails, and surrogates are units like any other.
 ///
-/// Towards 16 and also 32-bit units a code point above 0xFFFF becomes two units, its surrogate pair.
-/// What fails throws `std::range_error` with the text "bad conversion" and leaves the string as it
-/// is. A conversion takes linear time and the allocations of the new string.
+/// Towards 16 and also 32-bit units a code point above 0xFFFF becomes two units, its surrogate
+/// pair. What fails throws `std::range_error` with the text "bad conversion" and leaves the string
+/// as it is. A conversion takes linear time and the allocations of the new string.
 ///
 /// All operations that make text throw `std::bad_alloc`.
 template <typename C>
@@ -68,7 +70,8 @@ public:
 
     /// The text as a standard string. Nothing is converted, so this never fails.
     std::basic_string<C> toStringType() const;
-    /// For `char` the bytes as they are, which never fails; for the others the bytes of `toString()`.
+    /// For `char` the bytes as they are, which never fails; for the others the bytes of
+    /// `toString()`.
     std::string toStdString() const;
 
     /// The text in UTF-8, each unit by itself.

@@ -45,8 +45,8 @@ __m128i load_step(const Source* source, unsigned& others)
             low = _mm_packs_epi32(low, high);
             high = _mm_packs_epi32(load(2), load(3));
         }
-        // Saturation keeps what is out of range: above 0x7F the one pack sets the highest bit, above
-        // 0x7FFF, which is negative here, the other.
+        // Saturation keeps what is out of range: above 0x7F the one pack sets the highest bit,
+        // above 0x7FFF, which is negative here, the other.
         const __m128i bytes = _mm_packus_epi16(low, high);
         const __m128i negative = _mm_packs_epi16(low, high);
         others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(bytes, negative)));
@@ -92,8 +92,8 @@ inline std::ptrdiff_t lowest_bit(unsigned bits)
 #endif
 }
 
-/// Copies units up to the first that isn't ASCII, at most 16, and returns how many. There must be 16
-/// to read and space for 16; what lies behind the copied ones may be overwritten.
+/// Copies units up to the first that isn't ASCII, at most 16, and returns how many. There must be
+/// 16 to read and space for 16; what lies behind the copied ones may be overwritten.
 template <typename Target, typename Source>
 std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 {

@@ -19,8 +19,8 @@ inline bool is_in_wide_units(std::wstring_view text)
                        [](wchar_t c) { return static_cast<char32_t>(c) >> 16 == 0; });
 }
 
-/// Appends \p text to a wide string in 16-bit units. Where `wchar_t` has 32 bits, a value above 0xFFFF
-/// becomes its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
+/// Appends \p text to a wide string in 16-bit units. Where `wchar_t` has 32 bits, a value above
+/// 0xFFFF becomes its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 template <typename WideString>
 void append_wide_units(WideString& target, std::wstring_view text)
 {

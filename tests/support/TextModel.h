@@ -9,7 +9,8 @@
 
 namespace zvtest {
 
-/// The two tables of the conversions, step by step and unit by unit, as slow and plain as they read.
+/// The two tables of the conversions, step by step and unit by unit, as slow and plain as they
+/// read.
 
 /// Step 1: the text as UTF-8; nothing if it fails.
 template <typename Source>
