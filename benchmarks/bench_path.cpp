@@ -88,7 +88,8 @@ void registerPart(const std::string& subject, Library library, Standard standard
             [standard, p = std::filesystem::path(text)] { return standard(p); });
     contend(subject, "boost::filesystem::path",
             [boost, p = boost::filesystem::path(text)] { return boost(p); });
-    contend(subject, "QFileInfo", [qt, p = QFileInfo(QString::fromUtf8(text))] { return qt(p); });
+    // As it is used: code that works with Qt keeps paths as QString and asks a QFileInfo made for that.
+    contend(subject, "QFileInfo", [qt, p = QString::fromUtf8(text)] { return qt(p); });
 }
 
 void registerConstruct()
@@ -134,9 +135,9 @@ void registerAppend()
     };
     registerPart(
         "copy and append", append, append, append,
-        [](const QFileInfo& p) {
+        [](const QString& p) {
             static const QString name = QStringLiteral("schematic.zvsch");
-            return QDir(p.filePath()).filePath(name);
+            return QDir(p).filePath(name);
         },
         [](const std::u16string& f) {
             Floor result{std::u16string_view(f)};
@@ -152,21 +153,22 @@ void registerParts()
     registerPart(
         "filename", [](const auto& p) { return p.filename(); },
         [](const auto& p) { return p.filename(); }, [](const auto& p) { return p.filename(); },
-        [](const auto& p) { return p.fileName(); },
+        [](const QString& p) { return QFileInfo(p).fileName(); },
         [](const std::u16string& f) {
             return Floor(std::u16string_view(f).substr(f.rfind(u'/') + 1));
         });
     registerPart(
         "parent", [](const auto& p) { return p.parentPath(); },
         [](const auto& p) { return p.parent_path(); },
-        [](const auto& p) { return p.parent_path(); }, [](const auto& p) { return p.path(); },
+        [](const auto& p) { return p.parent_path(); },
+        [](const QString& p) { return QFileInfo(p).path(); },
         [](const std::u16string& f) {
             return Floor(std::u16string_view(f).substr(0, f.rfind(u'/')));
         });
     registerPart(
         "extension", [](const auto& p) { return p.extension(); },
         [](const auto& p) { return p.extension(); }, [](const auto& p) { return p.extension(); },
-        [](const auto& p) { return p.suffix(); },
+        [](const QString& p) { return QFileInfo(p).suffix(); },
         [](const std::u16string& f) {
             return Floor(std::u16string_view(f).substr(f.rfind(u'.')));
         });
@@ -180,7 +182,7 @@ void registerParts()
             return p.lexically_relative(base);
         },
         [base = QDir(QString::fromUtf8(baseText))](const auto& p) {
-            return base.relativeFilePath(p.filePath());
+            return base.relativeFilePath(p);
         },
         [](const std::u16string& f) {
             Floor result(std::u16string_view(u"../.."));

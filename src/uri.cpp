@@ -12,18 +12,18 @@ namespace {
 
 constexpr std::string_view escapedBlank = "%20";
 
-std::string normalised(std::string_view text)
+/// Makes \p target, which is empty, the normalised form of \p text.
+void setNormalised(std::string& target, std::string_view text)
 {
     const auto blanks = static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
-    std::string result(text.size() + blanks * (escapedBlank.size() - 1), '\0');
-    char* target = result.data();
+    target.resize(text.size() + blanks * (escapedBlank.size() - 1));
+    char* out = target.data();
     for (const char c : text) {
         if (c == ' ')
-            target = std::copy_n(escapedBlank.data(), escapedBlank.size(), target);
+            out = std::copy_n(escapedBlank.data(), escapedBlank.size(), out);
         else
-            *target++ = c == '\\' ? '/' : c;
+            *out++ = c == '\\' ? '/' : c;
     }
-    return result;
 }
 
 /// Takes the components off the front of a text, one after the other.
@@ -37,7 +37,9 @@ public:
 
     bool skip(std::string_view prefix)
     {
-        if (m_rest.substr(0, prefix.size()) != prefix)
+        // The first character decides most times, without a call.
+        if (m_rest.empty() || m_rest.front() != prefix.front()
+            || m_rest.substr(0, prefix.size()) != prefix)
             return false;
         m_rest.remove_prefix(prefix.size());
         return true;
@@ -131,7 +133,7 @@ void split(uri_impl& parts)
 std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 {
     auto result = std::make_unique<uri_impl>();
-    result->text = normalised(text);
+    setNormalised(result->text, text);
     split(*result);
     return result;
 }

@@ -257,9 +257,11 @@ bool is_absolute(std::wstring_view path)
 
 int compare(std::wstring_view left, std::wstring_view right)
 {
-    std::size_t same = commonPrefix(left, right);
-    if (same == left.size() && same == right.size())
+    // Texts that end differently aren't worth a pass of their own.
+    const bool endAlike = left.empty() || right.empty() || left.back() == right.back();
+    if (endAlike && left == right)
         return 0;
+    std::size_t same = commonPrefix(left, right);
     const std::size_t leftRelative = relative_begin(left);
     const std::size_t rightRelative = relative_begin(right);
     if (leftRelative == rightRelative && same > leftRelative) {
