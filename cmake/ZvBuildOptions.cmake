@@ -15,7 +15,10 @@ if(WIN32)
     target_compile_definitions(zv_build_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 if(MSVC)
-    target_compile_options(zv_build_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+    # 4251 and 4275 ask for exports of private members and of standard base classes.
+    target_compile_options(zv_build_options
+        INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus /wd4251 /wd4275
+    )
     if(ZV_WARNINGS_AS_ERRORS)
         target_compile_options(zv_build_options INTERFACE /WX)
     endif()
