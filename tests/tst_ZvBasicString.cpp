@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <clocale>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -670,6 +671,21 @@ private Q_SLOTS:
         QCOMPARE(text.toStdString().size(), 3 * length);
         const ZvBasicString<char32_t> pairs(std::u32string(length, U'\x1D11E'));
         QCOMPARE(pairs.toWString().toStringType().size(), 2 * length);
+    }
+
+    void laterLocaleOfTheCLibraryChangesNothing()
+    {
+        const ZvBasicString<wchar_t> wide(L"\u00E4");
+        const ZvBasicString<char16_t> units(u"\u00E4");
+        QVERIFY(!(wide == L"\u00C4") && !(units == u"\u00C4"));
+#if defined(Q_OS_WIN)
+        QVERIFY(std::setlocale(LC_ALL, "German_Germany.1252"));
+#else
+        QVERIFY(std::setlocale(LC_ALL, "C.UTF-8"));
+#endif
+        const bool folded = wide == L"\u00C4" || units == u"\u00C4";
+        std::setlocale(LC_ALL, "C");
+        QVERIFY(!folded);
     }
 
     void severalThreadsCompareAndConvert()

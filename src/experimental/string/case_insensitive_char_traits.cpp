@@ -1,6 +1,7 @@
 #include <zvutil/experimental/string/case_insensitive_char_traits.h>
 
 #include <locale>
+#include <vector>
 
 namespace zvutil::experimental::string {
 
@@ -10,24 +11,65 @@ namespace {
 // libraries only. Those that exist in all give the same: the narrow one looks at a char as an
 // unsigned byte, and the wide one is the only other that knows letters.
 
-signed char upper(char unit, const std::ctype<char>& facet)
+/// What a facet says when it is first asked, for good.
+template <typename Facet>
+class KeptFacet
+{
+public:
+    explicit KeptFacet(const Facet& facet)
+        : m_facet(facet)
+    {
+    }
+
+    typename Facet::char_type toupper(typename Facet::char_type unit) const
+    {
+        return m_facet.toupper(unit);
+    }
+
+private:
+    const Facet& m_facet;
+};
+
+#if defined(__MINGW32__)
+
+/// The wide facet of MinGW asks the C library, whose locale an application may change at any time.
+template <>
+class KeptFacet<std::ctype<wchar_t>>
+{
+public:
+    explicit KeptFacet(const std::ctype<wchar_t>& facet)
+    {
+        m_upper.reserve(0x10000);
+        for (unsigned unit = 0; unit < 0x10000; ++unit)
+            m_upper.push_back(facet.toupper(static_cast<wchar_t>(unit)));
+    }
+
+    wchar_t toupper(wchar_t unit) const { return m_upper[unit]; }
+
+private:
+    std::vector<wchar_t> m_upper;
+};
+
+#endif
+
+signed char upper(char unit, const KeptFacet<std::ctype<char>>& facet)
 {
     // Wanted: signed, also where char isn't.
     return static_cast<signed char>(facet.toupper(unit));
 }
 
-char16_t upper(char16_t unit, const std::ctype<wchar_t>& facet)
+char16_t upper(char16_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
 {
     return static_cast<char16_t>(facet.toupper(static_cast<wchar_t>(unit)));
 }
 
-char32_t upper(wchar_t unit, const std::ctype<wchar_t>& facet)
+char32_t upper(wchar_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
 {
     // Unsigned, also where wchar_t isn't.
     return static_cast<char32_t>(facet.toupper(unit));
 }
 
-char32_t upper(char32_t unit, const std::ctype<char>& facet)
+char32_t upper(char32_t unit, const KeptFacet<std::ctype<char>>& facet)
 {
     // Wanted: a unit that is no byte stays as it is.
     if (unit > 0xFF)
@@ -42,7 +84,7 @@ int compareFolded(const C* a, const C* b, std::size_t n)
         return 0;
     // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
     static const std::locale locale;
-    static const Facet& facet = std::use_facet<Facet>(locale);
+    static const KeptFacet<Facet> facet(std::use_facet<Facet>(locale));
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == b[i])
             continue;
