@@ -563,6 +563,10 @@ private Q_SLOTS:
         row("\\\\.\\pipe", "\\\\.\\", "pipe", "");
         row("\\??\\x", "\\??\\", "x", "");
         row("1:\\x", "1:", "x", "");
+        row("\\??\\\\x", "\\??", "x", "");
+        row("\\\\??", "\\\\??", "", "");
+        row("\\\\.\\", "\\\\.\\", "", "");
+        row("\\/?/x", "\\/?/", "x", "");
 
         row(".", "", ".", "");
         row("..", "", "..", "");
@@ -936,9 +940,7 @@ private Q_SLOTS:
         QString printed;
         QDebug(&printed).nospace() << ZvFilePath(L"C:/ä");
         QCOMPARE(printed, utf8("\"C:/ä\""));
-        char* shown = QTest::toString(ZvFilePath(L"x"));
-        delete[] shown;
-        shown = toString(ZvFilePath(std::filesystem::u8path("ä")));
+        char* shown = toString(ZvFilePath(std::filesystem::u8path("ä")));
         QCOMPARE(QString::fromUtf8(shown), utf8("ä"));
         delete[] shown;
     }
