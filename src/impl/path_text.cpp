@@ -45,4 +45,12 @@ std::filesystem::path native_path(std::wstring_view text)
     return nativeOf<std::filesystem::path::string_type>(text);
 }
 
+QString native_file_name(std::wstring_view text)
+{
+    QString name = QString::fromWCharArray(text.data(), static_cast<int>(text.size()));
+    if constexpr (pathsAreBytes)
+        name.replace(u'\\', u'/');
+    return name;
+}
+
 } // namespace zvutil::impl
