@@ -1,8 +1,9 @@
 #include "support/memory.h"
 
-#include <cstddef>
 #include <fstream>
 #include <string>
+
+#include <malloc.h>
 
 namespace zvbench {
 
@@ -23,8 +24,10 @@ std::int64_t statusBytes(const std::string& field)
 } // namespace
 
 PeakMemory::PeakMemory()
-    : m_before(statusBytes("VmRSS:"))
 {
+    // What earlier work has freed and malloc keeps would be used again and not show.
+    malloc_trim(0);
+    m_before = statusBytes("VmRSS:");
     // Sets the highest value back to the current one.
     std::ofstream("/proc/self/clear_refs") << 5;
 }

@@ -14,7 +14,7 @@ public:
     std::int64_t bytes() const;
 
 private:
-    std::int64_t m_before;
+    std::int64_t m_before = 0;
 };
 
 } // namespace zvbench
