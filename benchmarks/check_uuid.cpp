@@ -1,6 +1,6 @@
 // Generates many identifiers on four threads and looks for one that came twice:
 //     check_uuid [COUNT]
-// Ten million without an argument, which takes some seconds and 600 MB.
+// Ten million without an argument.
 
 #include <zvutil/uuid.h>
 
