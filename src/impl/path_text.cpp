@@ -45,4 +45,12 @@ std::filesystem::path native_path(std::wstring_view text)
     return nativeOf<std::filesystem::path::string_type>(text);
 }
 
+QString file_name(const std::wstring& text)
+{
+    QString name = QString::fromStdWString(text);
+    if constexpr (pathsAreBytes)
+        name.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return name;
+}
+
 } // namespace zvutil::impl

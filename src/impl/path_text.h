@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -15,5 +17,8 @@ std::wstring path_text(const std::filesystem::path& path);
 /// The platform's path for a text. Where `/` is the only separator each `\` becomes one, and the
 /// text is written as UTF-8, an unpaired surrogate in three bytes.
 std::filesystem::path native_path(std::wstring_view text);
+
+/// The same as the name by which Qt's file classes know it.
+QString file_name(const std::wstring& text);
 
 } // namespace zvutil::impl
