@@ -202,7 +202,7 @@ private Q_SLOTS:
             QTest::newRow(name) << write << expected;
         };
         const QString clef = utf8("\xF0\x9D\x84\x9E");
-        const QString replaced(QChar(QChar::ReplacementCharacter));
+        const QString replaced = QChar(QChar::ReplacementCharacter);
         constexpr char bytes[] = "a\xC3\xA4\xF0\x9D\x84\x9E";
         constexpr wchar_t pair[] = {0xD834, 0xDD1E, 0};
         constexpr char16_t swapped[] = {0xFFFE, 0x6100, 0};
