@@ -106,6 +106,7 @@ private Q_SLOTS:
         QCOMPARE(value.data().isValid(), expected.isValid());
         QCOMPARE(value.data().isNull(), expected.isNull());
 
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const ZvVariant copy(value);
         compareExactly(copy.data(), expected);
         QVERIFY(&copy.data() != &value.data());
@@ -144,10 +145,12 @@ private Q_SLOTS:
         const QVariant* const place = &source.data();
         ZvVariant target(std::move(source));
         QVERIFY(&target.data() == place);
-        const ZvVariant empty(std::move(source)); // NOLINT(bugprone-use-after-move)
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+        const ZvVariant empty(std::move(source));
 
         // Assigned as a copy: the source keeps its value.
         ZvVariant other;
+        // NOLINTNEXTLINE(performance-move-const-arg)
         other = std::move(target);
         compareExactly(other.data(), QVariant(QStringLiteral("abc")));
         compareExactly(target.data(), other.data()); // NOLINT(bugprone-use-after-move)

@@ -121,7 +121,8 @@ private Q_SLOTS:
         ZvWString target(std::move(source));
         QVERIFY(target.c_str() == place);
         QCOMPARE(units(target), L"ab\0cd"s);
-        const ZvWString empty(std::move(source)); // NOLINT(bugprone-use-after-move)
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+        const ZvWString empty(std::move(source));
     }
 
     void appending_data()
