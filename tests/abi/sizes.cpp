@@ -1,10 +1,13 @@
 // Prints the sizes of the handles, which are part of the interface.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/basic_pimpl.h>
+#include <zvutil/experimental/unique_destroyable_ptr.h>
 #include <zvutil/uri.h>
 
 #include <cstdio>
@@ -25,6 +28,13 @@ int main()
         {"zvutil::ZvException", sizeof(zvutil::ZvException)},
         {"zvutil::ZvFileException", sizeof(zvutil::ZvFileException)},
         {"zvutil::ZvFilePath", sizeof(zvutil::ZvFilePath)},
+        {"zvutil::experimental::unique_destroyable_ptr<T>",
+         sizeof(zvutil::experimental::unique_destroyable_ptr<int>)},
+        {"ZvXMLReadFile", sizeof(ZvXMLReadFile)},
+        {"ZvBasicXMLSaveFile<char>", sizeof(ZvBasicXMLSaveFile<char>)},
+        {"ZvBasicXMLSaveFile<char16_t>", sizeof(ZvBasicXMLSaveFile<char16_t>)},
+        {"ZvBasicXMLSaveFile<char32_t>", sizeof(ZvBasicXMLSaveFile<char32_t>)},
+        {"ZvBasicXMLSaveFile<wchar_t>", sizeof(ZvBasicXMLSaveFile<wchar_t>)},
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);
