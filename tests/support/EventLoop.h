@@ -9,7 +9,7 @@ namespace zvtest {
 inline void runEventLoop()
 {
     QEventLoop loop;
-    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
     loop.exec();
 }
 
