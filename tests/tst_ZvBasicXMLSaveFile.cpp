@@ -1,13 +1,13 @@
 #include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvXMLReadFile.h>
 
+#include "support/EventLoop.h"
 #include "support/HeldFiles.h"
 #include "support/StdString.h"
 #include "support/XmlGeneration.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -15,7 +15,6 @@
 #include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <chrono>
 #include <memory>
@@ -25,8 +24,6 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
-
-using zvutil::ZvFilePath;
 
 /// Does something with the file of this name.
 using Action = bool (*)(const QString& path);
@@ -68,13 +65,6 @@ constexpr bool
 
 static_assert(isHandle<char> && isHandle<char16_t> && isHandle<char32_t> && isHandle<wchar_t>);
 
-void runEventLoop()
-{
-    QEventLoop loop;
-    QTimer::singleShot(0, &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
 QByteArray contentOf(const QString& path)
 {
     QFile file(path);
@@ -87,7 +77,7 @@ int generationOf(const QString& path)
         Reader file(path);
         return zvtest::readGeneration(file.reader());
     }();
-    runEventLoop();
+    zvtest::runEventLoop();
     return generation;
 }
 
@@ -157,7 +147,7 @@ private Q_SLOTS:
     void cleanup()
     {
         // Whatever the test has done: nothing is left once the event loop has run.
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
     }
 
@@ -196,7 +186,7 @@ private Q_SLOTS:
             file.writer().root_element("r");
             QVERIFY(file.commit());
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QVERIFY(contentOf(m_target).endsWith("<r/>"));
     }
 
@@ -209,7 +199,7 @@ private Q_SLOTS:
             QVERIFY(file.commit());
             root->child("too late");
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(contentOf(m_target), QByteArray(declaration) + "<r><a>t</a>");
     }
 
@@ -227,7 +217,7 @@ private Q_SLOTS:
             Saver<char> file(m_target);
             QVERIFY(file.commit());
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(contentOf(m_target), QByteArray(declaration));
         Reader reader(m_target);
         QVERIFY(!reader.reader().root_element());
@@ -302,13 +292,13 @@ private Q_SLOTS:
         writeOld();
         QVERIFY(giveUp(m_target));
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
 
         const QString missing = m_folder->filePath(QStringLiteral("missing.xml"));
         QVERIFY(giveUp(missing));
-        runEventLoop();
+        zvtest::runEventLoop();
         QVERIFY(!QFile::exists(missing));
     }
 
@@ -344,7 +334,7 @@ private Q_SLOTS:
             QVERIFY(copy.commit());
             QVERIFY(!file.commit());
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(contentOf(m_target), QByteArray(declaration) + "<r/><s/>");
     }
 
@@ -353,7 +343,7 @@ private Q_SLOTS:
         auto first = std::make_unique<Saver<char>>(m_target);
         Saver<char> second(*first);
         first.reset();
-        runEventLoop();
+        zvtest::runEventLoop();
         second.writer().root_element("r");
         QVERIFY(second.commit());
         QVERIFY(contentOf(m_target).endsWith("<r/>"));
@@ -373,7 +363,7 @@ private Q_SLOTS:
             target = same;
             QVERIFY(target.commit());
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QVERIFY(!QFile::exists(other));
         QVERIFY(contentOf(m_target).endsWith("<r/>"));
     }
@@ -420,9 +410,9 @@ private Q_SLOTS:
                 file.reset();
                 root.reset();
             });
-            runEventLoop();
+            zvtest::runEventLoop();
             other.join();
-            runEventLoop();
+            zvtest::runEventLoop();
         }
         QVERIFY(!QFile::exists(m_target));
     }
@@ -513,14 +503,14 @@ private Q_SLOTS:
             Saver<char> given(m_target);
             zvtest::writeGeneration(given.writer(), 4);
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(contentOf(real), QByteArray(exists ? oldContent : "missing"));
         {
             Saver<char> file(m_target);
             zvtest::writeGeneration(file.writer(), 5);
             QVERIFY(file.commit());
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(generationOf(real), 5);
         QVERIFY(QFileInfo(m_target).isSymLink());
         QCOMPARE(zvtest::temporaryFiles(away.path(), real), QStringList());

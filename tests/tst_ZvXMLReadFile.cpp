@@ -1,16 +1,13 @@
 #include <zvutil/ZvXMLReadFile.h>
 
+#include "support/EventLoop.h"
 #include "support/HeldFiles.h"
 #include "support/StdString.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QEvent>
-#include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <memory>
 #include <string>
@@ -36,13 +33,6 @@ std::string rootOf(const QString& path)
     File file(path);
     const auto root = file.reader().root_element();
     return root ? root->name() : "none";
-}
-
-void runEventLoop()
-{
-    QEventLoop loop;
-    QTimer::singleShot(0, &loop, &QEventLoop::quit);
-    loop.exec();
 }
 
 #if defined(__has_feature)
@@ -141,7 +131,7 @@ private Q_SLOTS:
             QCOMPARE(zvtest::temporaryFiles(m_folder->path(), path).size(), 1);
 #endif
         }
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), path), QStringList());
         QVERIFY(QFile::remove(path));
     }
@@ -156,10 +146,10 @@ private Q_SLOTS:
         auto root = file->reader().root_element();
         QCOMPARE(root->next_child()->name(), "a");
         file.reset();
-        runEventLoop();
+        zvtest::runEventLoop();
         QCOMPARE(root->next_child()->name(), "b");
         root.reset();
-        runEventLoop();
+        zvtest::runEventLoop();
         QVERIFY(QFile::remove(path));
     }
 

@@ -8,8 +8,11 @@
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
 #include <zvutil/ZvWString.h>
+#include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/uri.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -169,7 +172,36 @@ private Q_SLOTS:
         QCOMPARE(allocationsOf([&] { const ZvCompression moved(std::move(source)); }), 0);
     }
 
+    void xmlElements()
+    {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("a.xml")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<r><a/><b x='1' y='2'/><c><d/><d/><d/></c><e>text</e><f/></r>");
+        file.close();
+        XMLFile document(file.fileName().toStdWString());
+        const auto root = document.reader().root_element();
+        const auto next = [&root] { root->next_child(); };
+        // The reader, what it shares with its parent, and its attributes if it has any.
+        QCOMPARE(allocationsOf(next), 2);
+        QCOMPARE(allocationsOf(next), 3);
+        // What is skipped takes none.
+        QCOMPARE(allocationsOf(next), 2);
+        const auto element = root->next_child();
+        QCOMPARE(allocationsOf([&element] { QVERIFY(*element->name() == 'e'); }), 0);
+        QCOMPARE(allocationsOf([&element] { QVERIFY(*element->text() == 't'); }), 0);
+        QCOMPARE(allocationsOf(next), 2);
+        QCOMPARE(allocationsOf(next), 0);
+    }
+
 private:
+    class XMLFile : public ZvXMLReadFile
+    {
+    public:
+        using ZvXMLReadFile::reader;
+        using ZvXMLReadFile::ZvXMLReadFile;
+    };
+
     template <typename C>
     static void stringsOf()
     {

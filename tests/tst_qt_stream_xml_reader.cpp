@@ -8,6 +8,7 @@
 
 #include "support/SmallStack.h"
 #include "support/StdString.h"
+#include "support/Warnings.h"
 
 #include <QBuffer>
 #include <QTest>
@@ -638,16 +639,13 @@ private Q_SLOTS:
 
     void closedDeviceHasNoRootAndQtIsSilent()
     {
-        QStringList warnings;
-        static QStringList* seen = nullptr;
-        seen = &warnings;
-        const QtMessageHandler before = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& text) { seen->append(text); });
-        QBuffer buffer;
-        qt_stream_xml_document_reader document(&buffer);
-        const bool nothing =
-            !document.root_element() && !document.next_element() && !document.root_element();
-        qInstallMessageHandler(before);
+        bool nothing = false;
+        const QStringList warnings = zvtest::warningsOf([&nothing] {
+            QBuffer buffer;
+            qt_stream_xml_document_reader document(&buffer);
+            nothing =
+                !document.root_element() && !document.next_element() && !document.root_element();
+        });
         QVERIFY(nothing);
         QCOMPARE(warnings, QStringList());
     }

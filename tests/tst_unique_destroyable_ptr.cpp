@@ -19,18 +19,12 @@ public:
     }
     Destroyable(const Destroyable&) = delete;
     Destroyable& operator=(const Destroyable&) = delete;
-    virtual ~Destroyable() = default;
+    virtual ~Destroyable() { ++deleted; }
 
     virtual void destroy()
     {
         ++destroyed;
         delete this;
-    }
-
-    static void operator delete(void* memory)
-    {
-        ++deleted;
-        ::operator delete(memory);
     }
 
     int value;

@@ -116,7 +116,7 @@ std::optional<PartsList> read(const QString& file)
 {
     if (!QFileInfo::exists(file))
         return PartsList();
-    const std::optional<PartsList> list = PartsListReader(file.toStdWString()).read();
+    std::optional<PartsList> list = PartsListReader(file.toStdWString()).read();
     closeFiles();
     return list;
 }

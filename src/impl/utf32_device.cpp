@@ -19,7 +19,12 @@ utf32_device::utf32_device(std::shared_ptr<QIODevice> target)
             Qt::DirectConnection);
 }
 
-utf32_device::~utf32_device() = default;
+utf32_device::~utf32_device()
+{
+    // The target may be deleted by its thread as soon as it is released, before the base looks at it.
+    if (m_target)
+        m_target->disconnect(this);
+}
 
 bool utf32_device::isSequential() const
 {

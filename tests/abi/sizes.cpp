@@ -1,6 +1,7 @@
 // Prints the sizes of the handles, which are part of the interface.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
@@ -10,7 +11,9 @@
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
 #include <zvutil/ZvWString.h>
+#include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/basic_pimpl.h>
+#include <zvutil/experimental/unique_destroyable_ptr.h>
 #include <zvutil/uri.h>
 #include <zvutil/uuid.h>
 
@@ -38,6 +41,13 @@ int main()
         {"zvutil::ZvFileException", sizeof(zvutil::ZvFileException)},
         {"zvutil::ZvFilePath", sizeof(zvutil::ZvFilePath)},
         {"zvutil::ZvUUID", sizeof(zvutil::ZvUUID)},
+        {"zvutil::experimental::unique_destroyable_ptr<T>",
+         sizeof(zvutil::experimental::unique_destroyable_ptr<int>)},
+        {"ZvXMLReadFile", sizeof(ZvXMLReadFile)},
+        {"ZvBasicXMLSaveFile<char>", sizeof(ZvBasicXMLSaveFile<char>)},
+        {"ZvBasicXMLSaveFile<char16_t>", sizeof(ZvBasicXMLSaveFile<char16_t>)},
+        {"ZvBasicXMLSaveFile<char32_t>", sizeof(ZvBasicXMLSaveFile<char32_t>)},
+        {"ZvBasicXMLSaveFile<wchar_t>", sizeof(ZvBasicXMLSaveFile<wchar_t>)},
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);
