@@ -5,6 +5,7 @@
 #include <zvutil/experimental/xml/basic_abstract_xml_element_writer.h>
 
 #include "impl/ZvStyleImpl.h"
+#include "impl/icon_formats.h"
 #include "impl/path_text.h"
 #include "impl/style_xml.h"
 #include "impl/text_file.h"
@@ -35,9 +36,11 @@ QString modificationsText()
 bool applyToApplication(const QString& sheet)
 {
     auto* const application = qobject_cast<QApplication*>(QCoreApplication::instance());
-    if (application)
-        application->setStyleSheet(sheet);
-    return application != nullptr;
+    if (!application)
+        return false;
+    impl::report_missing_icon_formats();
+    application->setStyleSheet(sheet);
+    return true;
 }
 
 } // namespace

@@ -1,0 +1,28 @@
+#include "impl/icon_formats.h"
+
+#include <zv_logging/zv_logging.h>
+
+#include <QImageReader>
+
+namespace libzvutil::impl {
+
+namespace {
+
+bool reportOnce()
+{
+    const bool isMissing = !QImageReader::supportedImageFormats().contains("svg");
+    if (isMissing)
+        zvutil::logging::write(4, "style",
+                               "Icons can't be shown: Qt has no image format plugin for SVG");
+    return isMissing;
+}
+
+} // namespace
+
+void report_missing_icon_formats()
+{
+    static const bool isMissing = reportOnce();
+    (void)isMissing;
+}
+
+} // namespace libzvutil::impl

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace libzvutil::impl {
+
+/// Says in the log, once in a process, if Qt can't show the styles' icons.
+void report_missing_icon_formats();
+
+} // namespace libzvutil::impl

@@ -1,0 +1,500 @@
+#include <zvutil/ZvStyleManager.h>
+
+#include <zvutil/ZvException.h>
+#include <zvutil/ZvStyleLibrary.h>
+
+#include "support/StdString.h"
+#include "support/StyleHost.h"
+
+#include <QApplication>
+#include <QColor>
+#include <QMetaMethod>
+#include <QProcess>
+#include <QTest>
+#include <QThread>
+#include <QWidget>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <type_traits>
+
+using libzvutil::styleManager;
+using libzvutil::ZvStyle;
+using libzvutil::ZvStyleBrush;
+using libzvutil::ZvStyleLibrary;
+using libzvutil::ZvStyleManager;
+using zvutil::ZvFilePath;
+using namespace std::string_literals;
+
+namespace {
+
+static_assert(sizeof(ZvStyleManager) == sizeof(QObject) + sizeof(void*));
+static_assert(!std::is_default_constructible_v<ZvStyleManager>);
+
+const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
+
+QString current()
+{
+    return ZvStyleManager::CurrentStyle().name().toQString();
+}
+
+ZvStyle userStyle(const char* name, const QColor& panel)
+{
+    ZvStyle style(name);
+    style.setColour(ZvStyleBrush::Panel, panel);
+    return style;
+}
+
+QColor panel(const ZvStyle& style)
+{
+    return style.colour(ZvStyleBrush::Panel).qColour();
+}
+
+QString panelInSheet(const QColor& panel)
+{
+    return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
+}
+
+/// The signals of the manager, in the order in which they come.
+class Listener
+{
+public:
+    Listener()
+    {
+        QObject::connect(&styleManager(), &ZvStyleManager::currentStyleChanged, &m_context,
+                         [this](const ZvStyle& style) {
+                             events += QStringLiteral("style ") + style.name().toQString();
+                             sheets += qApp->styleSheet();
+                             onManagersThread &= QThread::currentThread() == qApp->thread()
+                                 && &style == &ZvStyleManager::CurrentStyle();
+                         });
+        QObject::connect(&styleManager(), &ZvStyleManager::styleLibraryChanged, &m_context,
+                         [this] { events += QStringLiteral("library"); });
+    }
+
+    QStringList events;
+    QStringList sheets; ///< the application's sheet at each change of style
+    bool onManagersThread = true;
+
+private:
+    QObject m_context;
+};
+
+} // namespace
+
+/// One manager serves all these tests, each of which brings it back to the built-in styles. How it
+/// starts is tested in processes of its own.
+class tst_ZvStyleManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_host.isValid());
+        QVERIFY(qApp->styleSheet().isEmpty());
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn);
+    }
+
+    void init()
+    {
+        QFile::remove(m_host.modificationsFile());
+        ZvStyleManager::SetLibrary(ZvStyleLibrary());
+        ZvStyleManager::SetStyle(ZvStyleManager::Library().light());
+        qApp->setStyleSheet(QString());
+    }
+
+    void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    void metaObject()
+    {
+        const QMetaObject& meta = ZvStyleManager::staticMetaObject;
+        QCOMPARE(meta.className(), "libzvutil::ZvStyleManager");
+        QStringList methods;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
+            methods += QString::fromLatin1(meta.method(i).methodSignature());
+        }
+        QCOMPARE(methods,
+                 (QStringList{QStringLiteral("currentStyleChanged(ZvStyle)"),
+                              QStringLiteral("styleLibraryChanged()")}));
+    }
+
+    void paths_data()
+    {
+        QTest::addColumn<QString>("symbol");
+        QTest::addColumn<QString>("directory");
+        QTest::newRow("plain") << QStringLiteral("C:\\data") << QStringLiteral("C:\\data\\ui");
+        QTest::newRow("separator at the end")
+            << QStringLiteral("C:\\data\\") << QStringLiteral("C:\\data\\ui");
+        QTest::newRow("slash at the end")
+            << QStringLiteral("C:/data/") << QStringLiteral("C:\\data\\ui");
+        QTest::newRow("no value") << QString() << QStringLiteral("ui");
+    }
+
+    void paths()
+    {
+        QFETCH(QString, symbol);
+        QFETCH(QString, directory);
+        host::setPathSymbol("ZVAPPDATAPATH", symbol.toStdString());
+        const ZvFilePath paths[] = {ZvStyleManager::StyleDirectory(),
+                                    ZvStyleManager::StyleConfigPath(),
+                                    ZvStyleManager::StyleModificationsPath()};
+        host::setPathSymbol("ZVAPPDATAPATH", m_host.path().toStdString());
+        QCOMPARE(paths[0].toQString(), directory);
+        QCOMPARE(paths[1].toQString(), directory + QStringLiteral("\\styles.xml"));
+        QCOMPARE(paths[2].toQString(), directory + QStringLiteral("\\modifications.qss"));
+        QVERIFY(!QFile::exists(QStringLiteral("ui")));
+    }
+
+    void setStyle()
+    {
+        Listener listener;
+        const ZvStyle style = userStyle("Unknown", Qt::red);
+        ZvStyleManager::SetStyle(style);
+        QCOMPARE(current(), QStringLiteral("Unknown"));
+        QCOMPARE(panel(ZvStyleManager::CurrentStyle()), QColor(Qt::red));
+        QVERIFY(&ZvStyle::Current() == &ZvStyleManager::CurrentStyle());
+        QCOMPARE(listener.events, QStringList{QStringLiteral("style Unknown")});
+        // No sheet, and nothing in the library.
+        QVERIFY(qApp->styleSheet().isEmpty());
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn);
+
+        ZvStyle temporary = userStyle("Temporary", Qt::blue);
+        ZvStyleManager::SetStyle(std::move(temporary));
+        QCOMPARE(current(), QStringLiteral("Temporary"));
+        // NOLINTNEXTLINE(bugprone-use-after-move): it stays as it is
+        QCOMPARE(temporary.name().toQString(), QStringLiteral("Temporary"));
+
+        // The current style itself.
+        ZvStyleManager::SetStyle(ZvStyleManager::CurrentStyle());
+        QCOMPARE(current(), QStringLiteral("Temporary"));
+    }
+
+    void setLibrary()
+    {
+        ZvStyleLibrary library;
+        library.clear(true);
+        library.update(userStyle("Light", Qt::red));
+        library.update(userStyle("One", Qt::blue));
+        ZvStyleManager::SetStyle(userStyle("ONE", Qt::red));
+
+        Listener listener;
+        ZvStyleManager::SetLibrary(library);
+        QCOMPARE(listener.events,
+                 (QStringList{QStringLiteral("library"), QStringLiteral("style One")}));
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
+                 builtIn + QStringList{QStringLiteral("One")});
+        QCOMPARE(panel(ZvStyleManager::CurrentStyle()), QColor(Qt::blue));
+        QCOMPARE(panel(ZvStyleManager::Library().light()), QColor(0xF0, 0xF0, 0xF0));
+        QVERIFY(qApp->styleSheet().isEmpty());
+        QVERIFY(!QFile::exists(m_host.libraryFile()));
+
+        // Styles that are no longer there go, and the current one falls back.
+        ZvStyleLibrary next;
+        next.update(userStyle("Two", Qt::red));
+        ZvStyleManager::SetLibrary(next);
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
+                 builtIn + QStringList{QStringLiteral("Two")});
+        QCOMPARE(current(), QStringLiteral("Light"));
+
+        // The manager's own.
+        ZvStyleManager::SetLibrary(ZvStyleManager::Library());
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
+                 builtIn + QStringList{QStringLiteral("Two")});
+    }
+
+    void freeStandingStyleFallsBackToLight()
+    {
+        ZvStyleManager::SetStyle(userStyle("Unknown", Qt::red));
+        ZvStyleManager::SetLibrary(ZvStyleLibrary());
+        QCOMPARE(current(), QStringLiteral("Light"));
+    }
+
+    void style()
+    {
+        QCOMPARE(ZvStyleManager::Style(QStringLiteral("dark")).name().toQString(),
+                 QStringLiteral("Dark"));
+        try {
+            ZvStyleManager::Style(QStringLiteral("\u00E4"));
+            QFAIL("nothing thrown");
+        } catch (const zvutil::ZvException& error) {
+            QCOMPARE(std::string(error.what()), "Style not found: \xC3\xA4"s);
+        }
+    }
+
+    void refreshAppliesTheCurrentStyle()
+    {
+        ZvStyleManager::SetStyle(userStyle("Mine", QColor(1, 2, 3)));
+        Listener listener;
+        ZvStyleManager::Refresh();
+        QCOMPARE(listener.events, QStringList{QStringLiteral("style Mine")});
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+        // The sheet is there before the listeners hear of it.
+        QCOMPARE(listener.sheets, QStringList{qApp->styleSheet()});
+
+        // A style alone changes nothing on the screen.
+        ZvStyleManager::SetStyle(ZvStyleManager::Library().dark());
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+        ZvStyleManager::Refresh();
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0x20, 0x20, 0x20))));
+    }
+
+    void applyJoinsTemplateAndModifications()
+    {
+        const ZvStyle& light = ZvStyleManager::Library().light();
+        QVERIFY(light.apply());
+        const QString plain = qApp->styleSheet();
+        QVERIFY(plain.endsWith(QStringLiteral("\r\n}\n")));
+
+        QVERIFY(
+            m_host.write(m_host.modificationsFile(),
+                         "QLabel { color: @panel } /* \xC3\xA4 @testplanCommentTextEnabled */"));
+        QVERIFY(light.apply());
+        QCOMPARE(qApp->styleSheet(),
+                 plain + QStringLiteral("QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */"));
+
+        QWidget widget;
+        QVERIFY(light.apply(&widget));
+        QCOMPARE(widget.styleSheet(),
+                 plain.left(plain.size() - 1)
+                     + QStringLiteral("QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */"));
+
+        QVERIFY(light.apply(QStringLiteral("QLabel { color: @textDisabled; }")));
+        QCOMPARE(qApp->styleSheet(), plain + QStringLiteral("QLabel { color: #61000000; }"));
+        QVERIFY(light.apply(QString()));
+        QCOMPARE(qApp->styleSheet(), plain);
+    }
+
+    void applyOfAFile()
+    {
+        const ZvStyle& light = ZvStyleManager::Library().light();
+        const QString file = m_host.path() + QStringLiteral("/own.qss");
+        const ZvFilePath path(file.toStdWString());
+        qApp->setStyleSheet(QStringLiteral("QLabel {}"));
+        QVERIFY(!light.apply(path));
+        QVERIFY(m_host.write(file, QByteArray()));
+        QVERIFY(!light.apply(path));
+        QCOMPARE(qApp->styleSheet(), QStringLiteral("QLabel {}"));
+        QVERIFY(m_host.write(file, "QLabel { image: url(@iconMenu) }"));
+        QVERIFY(light.apply(path));
+        QCOMPARE(qApp->styleSheet(),
+                 QStringLiteral("QLabel { image: url(:/libzvutil/style/menu-black.svg) }"));
+    }
+
+    void update()
+    {
+        Listener listener;
+        const ZvStyle mine = userStyle("Mine", QColor(1, 2, 3));
+        ZvStyleManager::Update(mine);
+        QVERIFY(listener.events.isEmpty());
+        QCOMPARE(current(), QStringLiteral("Light"));
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
+                 builtIn + QStringList{QStringLiteral("Mine")});
+        const ZvFilePath config(m_host.libraryFile().toStdWString());
+        QCOMPARE(ZvStyleLibrary(config).names(), ZvStyleManager::AvailableStyleNames());
+        QCOMPARE(panel(ZvStyleLibrary(config).style("Mine")), QColor(1, 2, 3));
+
+        // A default style stays, and the library is saved all the same.
+        QVERIFY(QFile::remove(m_host.libraryFile()));
+        ZvStyleManager::Update(userStyle("Dark", Qt::red));
+        QCOMPARE(panel(ZvStyleManager::Library().dark()), QColor(0x20, 0x20, 0x20));
+        QVERIFY(QFile::exists(m_host.libraryFile()));
+        QVERIFY(QFile::remove(m_host.libraryFile()));
+    }
+
+    void updateThatCannotBeSavedSaysNothing()
+    {
+        QVERIFY(QDir(m_host.path()).rename(QStringLiteral("ui"), QStringLiteral("gone")));
+        ZvStyleManager::Update(userStyle("Mine", Qt::red));
+        QVERIFY(QDir(m_host.path()).rename(QStringLiteral("gone"), QStringLiteral("ui")));
+        QVERIFY(ZvStyleManager::AvailableStyleNames().contains(QStringLiteral("Mine")));
+    }
+
+    void callsFromAnotherThreadComeInTheirOrder()
+    {
+        Listener listener;
+        ZvStyleLibrary library;
+        library.update(userStyle("Other", Qt::red));
+        std::thread other([&library] {
+            for (int i = 0; i < 50; ++i) {
+                ZvStyleManager::SetStyle(userStyle(std::to_string(i).c_str(), QColor(i, 0, 0)));
+                ZvStyleManager::SetLibrary(library);
+                ZvStyleManager::SetStyle(userStyle("Other", QColor(i, 0, 0)));
+                ZvStyleManager::Refresh();
+            }
+        });
+        other.join();
+        // Nothing has been waited for.
+        QVERIFY(listener.events.isEmpty());
+        QCoreApplication::sendPostedEvents(&styleManager(), QEvent::MetaCall);
+        QStringList expected;
+        for (int i = 0; i < 50; ++i)
+            expected += {QStringLiteral("style %1").arg(i), QStringLiteral("library"),
+                         QStringLiteral("style Light"), QStringLiteral("style Other"),
+                         QStringLiteral("style Other")};
+        QCOMPARE(listener.events, expected);
+        QVERIFY(listener.onManagersThread);
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(49, 0, 0))));
+    }
+
+    void commands()
+    {
+        ZvStyleManager::SetStyle(userStyle("Mine", QColor(1, 2, 3)));
+        Listener listener;
+        host::callCommand("_s1", {}, {}, {"test", 1});
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0x20, 0x20, 0x20))));
+        host::callCommand("_s2", {"ignored"}, {}, {"test", 1});
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0xF0, 0xF0, 0xF0))));
+        // The look alone.
+        QCOMPARE(current(), QStringLiteral("Mine"));
+        QVERIFY(listener.events.isEmpty());
+        ZvStyleManager::Refresh();
+        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+    }
+
+    void options()
+    {
+        std::vector<std::string> options;
+        for (const host::OptionInfo& option : host::options())
+            options.push_back(option.name + " " + option.defaultValue + " " + option.source + " "
+                              + std::to_string(option.line) + " "
+                              + std::to_string(option.cacheStatus) + " "
+                              + std::to_string(option.flag));
+        QCOMPARE(options,
+                 (std::vector{"ZvStyle Light src\\ZvStyleManager 13 0 1"s,
+                              "ZvStyleAccent #2D7D9A src\\impl\\ZvStyleImpl 13 0 1"s}));
+        for (const host::CommandInfo& command : host::commands())
+            QCOMPARE(command.flags, 0);
+    }
+
+    void start_data()
+    {
+        QTest::addColumn<QByteArray>("library");
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("printed");
+        const QByteArray none;
+        const QByteArray user = "<a><b><c name='LIGHT'><d><e name='Panel' colour='#010203'/></d>"
+                                "<f/></c><c name='User'><d/><f/></c></b><g/></a>";
+        const auto row = [](const char* name, const QByteArray& library, const char* option,
+                            const char* printed) {
+            QTest::newRow(name) << library << QString::fromUtf8(option)
+                                << QString::fromUtf8(printed);
+        };
+        row("nothing there", none, "", "Light|Light,Dark|#f0f0f0");
+        row("option", none, "Dark", "Dark|Light,Dark|#f0f0f0");
+        row("option in another case", none, "dARK", "Dark|Light,Dark|#f0f0f0");
+        row("option unknown", none, "Blue", "Light|Light,Dark|#f0f0f0");
+        row("user's library", user, "", "Light|Light,Dark,User|#f0f0f0");
+        row("user's style", user, "User", "User|Light,Dark,User|#f0f0f0");
+        row("bad element", "<a><b><c/></b></a>", "", "Light|Light,Dark|#f0f0f0");
+        row("no root", "none", "", "Light|Light,Dark|#f0f0f0");
+        row("style without lists", "<a><b><c name='x'/></b></a>", "Dark",
+            "Dark|Light,Dark|#f0f0f0");
+        row("breaks off", user.left(90), "", "Light|Light,Dark|#f0f0f0");
+    }
+
+    void start()
+    {
+        QFETCH(QByteArray, library);
+        QFETCH(QString, option);
+        QFETCH(QString, printed);
+        const zvtest::StyleHost user;
+        if (!library.isEmpty())
+            QVERIFY(user.write(user.libraryFile(), library));
+        QCOMPARE(probe(user, {QStringLiteral("start"), option}), printed);
+        QVERIFY(QDir(user.path()).exists(QStringLiteral("ui")));
+        // No file is written, and none is touched.
+        if (library.isEmpty())
+            QVERIFY(!QFile::exists(user.libraryFile()));
+        else
+            QCOMPARE(zvtest::StyleHost::read(user.libraryFile()), library);
+        QVERIFY(!QFile::exists(user.modificationsFile()));
+    }
+
+    void startWithoutADirectory()
+    {
+        // A file where the directory is to be.
+        const zvtest::StyleHost user;
+        QFile blocking(user.path() + QStringLiteral("/ui"));
+        QVERIFY(blocking.open(QIODevice::WriteOnly));
+        QCOMPARE(probe(user, {QStringLiteral("start"), QString()}),
+                 QStringLiteral("Light|Light,Dark|#f0f0f0"));
+    }
+
+    void theWholeRoad()
+    {
+        // The user has a library on disc; a process changes it, applies it and saves a style.
+        const zvtest::StyleHost user;
+        QVERIFY(user.write(user.libraryFile(),
+                           "<a><b><c name='Mine'><d><e name='Panel' colour='#010203'/></d><f/>"
+                           "</c></b><g/></a>"));
+        QCOMPARE(
+            probe(user, {QStringLiteral("road"), QStringLiteral("Mine")}),
+            QStringLiteral("Mine|library|style Mine|style Edited|style Edited|sheet #ff040506"));
+        // Another one reads what it has saved.
+        QCOMPARE(probe(user, {QStringLiteral("start"), QStringLiteral("Saved")}),
+                 QStringLiteral("Saved|Light,Dark,Mine,Saved|#f0f0f0"));
+        QCOMPARE(QDir(user.path() + QStringLiteral("/ui")).entryList(QDir::Files),
+                 QStringList{QStringLiteral("styles.xml")});
+    }
+
+    void processesThatUpdateAtOnceLeaveAWholeFile()
+    {
+        const zvtest::StyleHost user;
+        QProcess first;
+        QProcess second;
+        startProbe(first, user, {QStringLiteral("update"), QStringLiteral("First")});
+        startProbe(second, user, {QStringLiteral("update"), QStringLiteral("Second")});
+        int seen = 0;
+        while (first.state() != QProcess::NotRunning || second.state() != QProcess::NotRunning) {
+            first.waitForFinished(5);
+            second.waitForFinished(5);
+            const ZvStyleLibrary library(ZvFilePath(user.libraryFile().toStdWString()));
+            if (library.names().isEmpty())
+                continue; // not there yet
+            ++seen;
+            QCOMPARE(library.names().mid(0, 2), builtIn);
+            QVERIFY(zvtest::StyleHost::read(user.libraryFile()).endsWith("</Accents>"));
+        }
+        QCOMPARE(first.exitCode(), 0);
+        QCOMPARE(second.exitCode(), 0);
+        QVERIFY(seen > 0);
+        QCOMPARE(QDir(user.path() + QStringLiteral("/ui")).entryList(QDir::Files),
+                 QStringList{QStringLiteral("styles.xml")});
+    }
+
+    void missingSvgPluginIsALineInTheLog()
+    {
+        const zvtest::StyleHost user;
+        QVERIFY(probe(user, {QStringLiteral("icons")}).isEmpty());
+        QCOMPARE(
+            probe(user, {QStringLiteral("icons"), QStringLiteral("none")}),
+            QStringLiteral("4 style: Icons can't be shown: Qt has no image format plugin for SVG"));
+    }
+
+private:
+    static void startProbe(QProcess& process, const zvtest::StyleHost& user,
+                           const QStringList& arguments)
+    {
+        process.start(QStringLiteral(PROBE_FILE), QStringList{user.path()} + arguments);
+        if (!process.waitForStarted())
+            QFAIL("the probe doesn't start");
+    }
+
+    /// What the probe prints about a manager of its own.
+    static QString probe(const zvtest::StyleHost& user, const QStringList& arguments)
+    {
+        QProcess process;
+        startProbe(process, user, arguments);
+        if (!process.waitForFinished() || process.exitCode() != 0)
+            return QStringLiteral("failed: ") + QString::fromUtf8(process.readAllStandardError());
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    const zvtest::StyleHost m_host;
+};
+
+QTEST_MAIN(tst_ZvStyleManager)
+#include "tst_ZvStyleManager.moc"

@@ -1,0 +1,143 @@
+// One pass against one replacement after the other, on texts that are rich in what could tell them
+// apart.
+
+#include "impl/variable_substitution.h"
+
+#include "support/rapidcheck.h"
+
+#include <QString>
+#include <QStringList>
+#include <QTest>
+
+#include <string>
+#include <vector>
+
+using libzvutil::impl::substitute_variables;
+using libzvutil::impl::variable;
+
+namespace {
+
+const char* const names[] = {
+    "@panel",
+    "@editorEnabled",
+    "@editorDisabled",
+    "@editorFocus",
+    "@editorHover",
+    "@interactiveEnabled",
+    "@interactiveHover",
+    "@interactivePressed",
+    "@borderEditorEnabled",
+    "@borderEditorDisabled",
+    "@borderEditorFocus",
+    "@borderEditorHover",
+    "@borderInteractiveEnabled",
+    "@borderInteractiveDisabled",
+    "@borderInteractiveHover",
+    "@borderInteractivePressed",
+    "@accentD1",
+    "@accentD2",
+    "@accentD3",
+    "@accentL1",
+    "@accentL2",
+    "@accentL3",
+    "@accentForeground",
+    "@accent",
+    "@textEnabled",
+    "@textDisabled",
+    "@textHover",
+    "@iconCheckboxTick",
+    "@iconCheckboxIndeterminate",
+    "@iconClose",
+    "@iconMenu",
+    "@testplanCommentTextEnabled",
+};
+
+bool isIcon(const std::string& name)
+{
+    return name.rfind("@icon", 0) == 0;
+}
+
+QString inSequence(QString text, const std::vector<variable>& variables)
+{
+    for (const variable& v : variables)
+        text.replace(QString(v.name), v.value, Qt::CaseSensitive);
+    return text;
+}
+
+/// A variable, its beginning, its end, or something else.
+rc::Gen<std::string> genPiece()
+{
+    return rc::gen::mapcat(
+        rc::gen::elementOf(std::vector<std::string>(std::begin(names), std::end(names))),
+        [](const std::string& name) {
+            const auto cut = rc::gen::inRange<std::size_t>(0, name.size() + 1);
+            return rc::gen::oneOf(
+                rc::gen::just(name),
+                rc::gen::map(cut, [name](std::size_t n) { return name.substr(0, n); }),
+                rc::gen::map(cut, [name](std::size_t n) { return name.substr(n); }),
+                rc::gen::elementOf(std::vector<std::string>{"@", "@@", "x", " ", "D1", "Menu", "L3",
+                                                            "\xC3\xA4", ";"}));
+        });
+}
+
+rc::Gen<QString> genText(std::size_t pieces)
+{
+    return rc::gen::map(rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, pieces + 1),
+                                        [](std::size_t n) {
+                                            return rc::gen::container<std::vector<std::string>>(
+                                                n, genPiece());
+                                        }),
+                        [](const std::vector<std::string>& parts) {
+                            std::string text;
+                            for (const std::string& part : parts)
+                                text += part;
+                            return QString::fromStdString(text);
+                        });
+}
+
+/// Values as a style has them: colours, and paths of icons that may hold anything.
+rc::Gen<std::vector<variable>> genVariables()
+{
+    return rc::gen::map(rc::gen::container<std::vector<QString>>(std::size(names), genText(2)),
+                        [](const std::vector<QString>& paths) {
+                            std::vector<variable> variables;
+                            for (std::size_t i = 0; i < std::size(names); ++i)
+                                variables.push_back(
+                                    {QLatin1String(names[i]),
+                                     isIcon(names[i]) ? paths[i] : QStringLiteral("#ff00ff00")});
+                            return variables;
+                        });
+}
+
+/// The same with paths that hold no sign, which is what one pass is for.
+std::vector<variable> withoutSigns(std::vector<variable> variables)
+{
+    for (variable& v : variables)
+        v.value.remove(QLatin1Char('@'));
+    return variables;
+}
+
+void compareTexts(const std::vector<variable>& variables)
+{
+    for (const QString& text : *rc::gen::container<std::vector<QString>>(50, genText(12)))
+        RC_ASSERT(substitute_variables(text, variables) == inSequence(text, variables));
+}
+
+} // namespace
+
+class tst_variable_substitution_properties : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void equalsReplacingInSequence()
+    {
+        // 100 runs of 50 texts each.
+        QVERIFY(rc::check("any values", [] { compareTexts(*genVariables()); }));
+        QVERIFY(
+            rc::check("values without signs", [] { compareTexts(withoutSigns(*genVariables())); }));
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_variable_substitution_properties)
+#include "tst_variable_substitution_properties.moc"
