@@ -14,6 +14,7 @@
 
 using libzvutil::impl::substitute_variables;
 using libzvutil::impl::variable;
+using namespace std::string_literals;
 
 namespace {
 
@@ -95,10 +96,26 @@ rc::Gen<QString> genText(std::size_t pieces)
                         });
 }
 
+/// Beginnings, and values that may complete them.
+rc::Gen<std::string> genIconPiece()
+{
+    return rc::gen::element("@"s, "@i"s, "@icon"s, "@iconC"s, "@iconCheckbox"s, "@iconMen"s,
+                            "@iconCheckboxTick"s, "@iconCheckboxIndeterminate"s, "@iconClose"s,
+                            "@iconMenu"s, "@testplanComment"s);
+}
+
+rc::Gen<QString> genIconValue()
+{
+    const auto value = rc::gen::element("", "x", "Menu", "u", "onMenu", "Close", "lose", "Tick",
+                                        "iconClose", "TextEnabled", "panel", "@", "@icon", "@panel",
+                                        "@iconMenu", "@iconCheckboxTick");
+    return rc::gen::map(value, [](const char* v) { return QString::fromLatin1(v); });
+}
+
 /// Values as a style has them: colours, and paths of icons that may hold anything.
 rc::Gen<std::vector<variable>> genVariables()
 {
-    return rc::gen::map(rc::gen::container<std::vector<QString>>(std::size(names), genText(2)),
+    return rc::gen::map(rc::gen::container<std::vector<QString>>(std::size(names), genIconValue()),
                         [](const std::vector<QString>& paths) {
                             std::vector<variable> variables;
                             for (std::size_t i = 0; i < std::size(names); ++i)
