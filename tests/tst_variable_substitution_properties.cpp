@@ -81,6 +81,14 @@ rc::Gen<std::string> genPiece()
         });
 }
 
+/// Beginnings that a value may complete.
+rc::Gen<std::string> genIconPiece()
+{
+    return rc::gen::element("@"s, "@i"s, "@icon"s, "@iconC"s, "@iconCheckbox"s, "@iconMen"s,
+                            "@iconCheckboxTick"s, "@iconCheckboxIndeterminate"s, "@iconClose"s,
+                            "@iconMenu"s, "@testplanComment"s);
+}
+
 rc::Gen<QString> genText(std::size_t pieces)
 {
     return rc::gen::map(rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, pieces + 1),
@@ -94,14 +102,6 @@ rc::Gen<QString> genText(std::size_t pieces)
                                 text += part;
                             return QString::fromStdString(text);
                         });
-}
-
-/// Beginnings, and values that may complete them.
-rc::Gen<std::string> genIconPiece()
-{
-    return rc::gen::element("@"s, "@i"s, "@icon"s, "@iconC"s, "@iconCheckbox"s, "@iconMen"s,
-                            "@iconCheckboxTick"s, "@iconCheckboxIndeterminate"s, "@iconClose"s,
-                            "@iconMenu"s, "@testplanComment"s);
 }
 
 rc::Gen<QString> genIconValue()
