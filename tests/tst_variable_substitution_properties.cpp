@@ -94,7 +94,7 @@ rc::Gen<QString> genText(std::size_t pieces)
     return rc::gen::map(rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, pieces + 1),
                                         [](std::size_t n) {
                                             return rc::gen::container<std::vector<std::string>>(
-                                                n, genPiece());
+                                                n, rc::gen::oneOf(genPiece(), genIconPiece()));
                                         }),
                         [](const std::vector<std::string>& parts) {
                             std::string text;
