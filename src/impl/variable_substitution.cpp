@@ -25,9 +25,10 @@ QString inSequence(QString text, const std::vector<variable>& variables)
 /// Whether \p text begins with \p name; Qt's own test takes longer than the short names do.
 bool beginsWith(QStringView text, QLatin1String name)
 {
-    return text.size() >= name.size()
-        && std::equal(name.begin(), name.end(), text.begin(),
-                      [](char a, QChar b) { return b == QLatin1Char(a); });
+    const auto same = [](char a, QChar b) { return b == QLatin1Char(a); };
+    // The last letters tell most names apart, the first ones few.
+    return text.size() >= name.size() && same(name.back().toLatin1(), text[name.size() - 1])
+        && std::equal(name.begin(), name.end(), text.begin(), same);
 }
 
 /// The place of the next sign from \p from on, or -1. The standard library's search for a byte is several
