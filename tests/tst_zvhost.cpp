@@ -50,6 +50,20 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
     }
 
+    void runsTheCommandsOfStyles()
+    {
+        const QTemporaryDir user;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+            environment.insert(QLatin1String(variable), user.path());
+        // Without a display nobody could close the window, so the host doesn't wait for that.
+        const Outcome outcome = run(
+            {QStringLiteral("-e"), QStringLiteral("_s1(); _s2(); _modifystyle(); print('done')")},
+            environment);
+        QCOMPARE(outcome.output, QStringLiteral("done\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
     void prints_data()
     {
         QTest::addColumn<QString>("script");

@@ -6,7 +6,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
+#include <QWidget>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -60,6 +62,15 @@ bool runFile(ScriptEngine& engine, const QString& path)
         return false;
     }
     return runText(engine, QString::fromUtf8(file.readAll()), path);
+}
+
+/// Whether a script has opened a window that somebody can close.
+bool hasOpenWindows()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return QGuiApplication::platformName() != QLatin1String("offscreen")
+        && std::any_of(windows.begin(), windows.end(),
+                       [](const QWidget* window) { return window->isVisible(); });
 }
 
 } // namespace
@@ -117,5 +128,5 @@ int main(int argc, char* argv[])
         if (!runFile(engine, file))
             return 1;
     }
-    return 0;
+    return hasOpenWindows() ? QApplication::exec() : 0;
 }

@@ -3,10 +3,16 @@
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvCompression.h>
+#include <zvutil/ZvEditorStyle.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvNamedColour.h>
+#include <zvutil/ZvNamedIcon.h>
 #include <zvutil/ZvString.h>
+#include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleLibrary.h>
+#include <zvutil/ZvStyleManager.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
@@ -28,7 +34,13 @@ int main()
     } handles[] = {
         {"ZvCompression", sizeof(ZvCompression)},
         {"ZvURI", sizeof(ZvURI)},
+        {"libzvutil::ZvEditorStyle", sizeof(libzvutil::ZvEditorStyle)},
+        {"libzvutil::ZvNamedColour", sizeof(libzvutil::ZvNamedColour)},
+        {"libzvutil::ZvNamedIcon", sizeof(libzvutil::ZvNamedIcon)},
         {"libzvutil::ZvString", sizeof(libzvutil::ZvString)},
+        {"libzvutil::ZvStyle", sizeof(libzvutil::ZvStyle)},
+        {"libzvutil::ZvStyleLibrary", sizeof(libzvutil::ZvStyleLibrary)},
+        {"libzvutil::ZvStyleManager", sizeof(libzvutil::ZvStyleManager)},
         {"libzvutil::ZvVariant", sizeof(libzvutil::ZvVariant)},
         {"libzvutil::ZvWString", sizeof(libzvutil::ZvWString)},
         {"zvutil::basic_pimpl<T>", sizeof(zvutil::basic_pimpl<int>)},
