@@ -184,8 +184,13 @@ private Q_SLOTS:
                  QStringLiteral("function PathToURI(string)\n"
                                 "function Schemes(string, number)\n"
                                 "function Throw()\n"
+                                "command  _s1\n"
+                                "command  _s2\n"
+                                "command  _modifystyle\n"
                                 "command  tell\n"
                                 "command  failing\n"
+                                "option   ZvStyle = \"Light\"\n"
+                                "option   ZvStyleAccent = \"#2D7D9A\"\n"
                                 "option   ModuleOption = \"some default\"\n"));
         QCOMPARE(outcome.status, 0);
     }
