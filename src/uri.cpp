@@ -1,5 +1,6 @@
 #include <zvutil/uri.h>
 
+#include "impl/file_uri.h"
 #include "impl/path_text.h"
 #include "impl/utf8.h"
 
@@ -140,10 +141,15 @@ std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 
 std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 {
+    return parse_uri(file_uri_text(path_text(path)));
+}
+
+std::string file_uri_text(std::wstring_view path)
+{
     // Wanted: one slash, whatever the path begins with.
     std::string text = "file:/";
-    append_units_as_utf8<wchar_t>(text, path_text(path));
-    return parse_uri(std::string_view(text));
+    append_units_as_utf8(text, path);
+    return text;
 }
 
 } // namespace zvutil::impl

@@ -1,7 +1,13 @@
 // Counts allocations, in a program of its own since it replaces operator new for the whole process.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvString.h>
+#include <zvutil/ZvURI.h>
+#include <zvutil/ZvUUID.h>
+#include <zvutil/ZvVariant.h>
+#include <zvutil/ZvWString.h>
 #include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/uri.h>
 
@@ -109,6 +115,61 @@ private Q_SLOTS:
         QCOMPARE(allocationsOf([&] { const zvutil::uri made(bytes); }), 2);
         zvutil::uri source(bytes);
         QCOMPARE(allocationsOf([&] { const zvutil::uri moved(std::move(source)); }), 0);
+    }
+
+    void uriHandles()
+    {
+        // The handle's, the URI's and the text's.
+        const std::string bytes = "http://srv/" + std::string(100, 'x');
+        ZvURI source(bytes);
+        QCOMPARE(allocationsOf([] { const ZvURI made; }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvURI copy(source); }), 4);
+        QCOMPARE(allocationsOf([&] { source.set("x"); }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvURI moved(std::move(source)); }), 0);
+    }
+
+    void identifiers()
+    {
+        zvutil::ZvUUID source;
+        QCOMPARE(allocationsOf([] { const zvutil::uuid made; }), 1);
+        QCOMPARE(allocationsOf([] { const zvutil::ZvUUID made; }), 2);
+        QCOMPARE(allocationsOf([&] { const zvutil::ZvUUID copy(source); }), 2);
+        QCOMPARE(allocationsOf([&] { const zvutil::ZvUUID moved(std::move(source)); }), 0);
+    }
+
+    void appendableStrings()
+    {
+        const std::string bytes(100, 'x');
+        const std::wstring units(100, L'x');
+        libzvutil::ZvString narrow(bytes.c_str());
+        libzvutil::ZvWString wide(units);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvString made; }), 1);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvWString made; }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvString copy(narrow); }), 2);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvWString copy(wide); }), 2);
+        QCOMPARE(allocationsOf([&] { QCOMPARE(narrow.compare(bytes.c_str()), 0); }), 0);
+        QCOMPARE(allocationsOf([&] {
+                     libzvutil::ZvString moved(std::move(narrow));
+                     narrow = std::move(moved);
+                 }),
+                 0);
+    }
+
+    void variants()
+    {
+        libzvutil::ZvVariant source(1);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvVariant made(1.5); }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant copy(source); }), 1);
+        QCOMPARE(allocationsOf([&] { source = libzvutil::ZvVariant(source); }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant moved(std::move(source)); }), 0);
+    }
+
+    void compression()
+    {
+        ZvCompression source;
+        QCOMPARE(allocationsOf([] { const ZvCompression made; }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvCompression copy(source); }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvCompression moved(std::move(source)); }), 0);
     }
 
     void xmlElements()

@@ -13,7 +13,7 @@ namespace zvbench {
 ///
 /// A benchmark is named CASE/CONTENDER; the contender "floor" does the least work that gives the
 /// result, "library" is ours, all others are peers. Times are medians over the repetitions, in CPU
-/// time, or in wall time where the benchmark asks for it.
+/// time, or in wall time where the benchmark asks for it. A counter "peak" is shown behind them.
 class RatioReporter : public benchmark::BenchmarkReporter
 {
 public:
@@ -22,8 +22,12 @@ public:
     void Finalize() override;
 
 private:
-    using Times = std::vector<double>;
-    using Contenders = std::map<std::string, Times>;
+    struct Measured
+    {
+        std::vector<double> times;
+        std::vector<double> peaks;
+    };
+    using Contenders = std::map<std::string, Measured>;
 
     static void printCase(const std::string& name, const Contenders& contenders);
 

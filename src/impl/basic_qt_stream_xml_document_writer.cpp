@@ -49,9 +49,7 @@ basic_qt_stream_xml_document_writer<C>::basic_qt_stream_xml_document_writer(
 template <typename C>
 basic_qt_stream_xml_document_writer<C>::~basic_qt_stream_xml_document_writer()
 {
-    // What is written to a closed device is lost, and Qt complains about it.
-    const QIODevice* const device = m_stream->device();
-    if (device && device->isOpen())
+    if (zvutil::impl::takes_output(*m_stream))
         m_stream->writeEndDocument();
 }
 

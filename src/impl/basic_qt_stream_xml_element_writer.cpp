@@ -1,5 +1,6 @@
 #include "impl/basic_qt_stream_xml_element_writer.h"
 
+#include "impl/stream_on_device.h"
 #include "impl/xml_text.h"
 
 #include <utility>
@@ -20,7 +21,8 @@ basic_qt_stream_xml_element_writer<C>::basic_qt_stream_xml_element_writer(
 template <typename C>
 basic_qt_stream_xml_element_writer<C>::~basic_qt_stream_xml_element_writer()
 {
-    m_stream->writeEndElement();
+    if (zvutil::impl::takes_output(*m_stream))
+        m_stream->writeEndElement();
 }
 
 template <typename C>

@@ -45,11 +45,11 @@ std::filesystem::path native_path(std::wstring_view text)
     return nativeOf<std::filesystem::path::string_type>(text);
 }
 
-QString file_name(const std::wstring& text)
+QString native_file_name(std::wstring_view text)
 {
-    QString name = QString::fromStdWString(text);
+    QString name = QString::fromWCharArray(text.data(), static_cast<int>(text.size()));
     if constexpr (pathsAreBytes)
-        name.replace(QLatin1Char('\\'), QLatin1Char('/'));
+        name.replace(u'\\', u'/');
     return name;
 }
 

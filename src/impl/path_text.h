@@ -18,7 +18,7 @@ std::wstring path_text(const std::filesystem::path& path);
 /// text is written as UTF-8, an unpaired surrogate in three bytes.
 std::filesystem::path native_path(std::wstring_view text);
 
-/// The same as the name by which Qt's file classes know it.
-QString file_name(const std::wstring& text);
+/// The same for Qt's file classes.
+QString native_file_name(std::wstring_view text);
 
 } // namespace zvutil::impl

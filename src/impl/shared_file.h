@@ -16,7 +16,7 @@ std::shared_ptr<File> shared_file(const std::wstring& path)
         if (file)
             file->deleteLater();
     };
-    return {new File(file_name(path)), deleteLater};
+    return {new File(native_file_name(path)), deleteLater};
 }
 
 } // namespace zvutil::impl

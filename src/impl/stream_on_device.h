@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIODevice>
+#include <QXmlStreamWriter>
 
 #include <memory>
 #include <utility>
@@ -21,6 +22,13 @@ struct stream_on_device
     std::shared_ptr<QIODevice> device;
     Stream stream;
 };
+
+/// Whether the stream's device is open. What is written to a closed one is lost, and Qt complains.
+inline bool takes_output(const QXmlStreamWriter& stream)
+{
+    const QIODevice* const device = stream.device();
+    return device && device->isOpen();
+}
 
 /// A device that somebody else owns.
 inline std::shared_ptr<QIODevice> borrowed(QIODevice* device)

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <zvutil/ZvCompressionType.h>
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/zvutil_export.h>
+
+namespace zvutil {
+class ZvFilePath;
+}
+
+/// Compresses one file into another, and back.
+///
+/// A compressed file is exactly what `qCompress` yields: the length of the content in four bytes,
+/// big-endian, and a zlib stream; so any program that uses Qt can read and write it.
+///
+/// Both operations hold the whole source and the whole result in memory and block until all is
+/// written. Any thread may call them; two calls at once need different targets.
+///
+/// The target is truncated when it is opened and not saved by way of a temporary file: what was
+/// there is gone from then on, whatever happens. So **source and target must not be the same file**,
+/// whose content would be lost; nothing checks that.
+///
+/// Both throw a `zvutil::ZvFileException`, the first two before the target is touched:
+/// - "Cannot open file for reading: " and the path of the source if that can't be opened;
+/// - "File too large: " and the path of the source if that has more than 2,126,221,300 bytes, or
+///   nearly 2 GiB when it is decompressed, which is the limit of a `QByteArray`;
+/// - "Cannot open file for writing: " and the path of the target if that can't be opened.
+///
+/// What fails later is not reported: on a full disk the target ends short.
+///
+/// The object itself has no state.
+class ZVUTIL_EXPORT ZvCompression
+{
+public:
+    ZvCompression();
+    ZvCompression(const ZvCompression& other);
+    ZvCompression(ZvCompression&& other) noexcept;
+    ZvCompression& operator=(const ZvCompression& other);
+    ZvCompression& operator=(ZvCompression&& other) noexcept;
+    ~ZvCompression();
+
+    /// Writes \p source to \p target, compressed. \p level is that of `qCompress`: from 0, nothing is
+    /// compressed, to 9, slow and small; -1 and every other is the default of zlib. With another
+    /// \p type than `Zlib` nothing happens at all.
+    static void compress(const zvutil::ZvFilePath& source, const zvutil::ZvFilePath& target,
+                         ZvCompressionType type, int level);
+
+    /// Writes the content of the compressed file \p source to \p target, which ends up empty if
+    /// \p source isn't in the format or is broken. With another \p type than `Zlib` nothing happens
+    /// at all.
+    static void decompress(const zvutil::ZvFilePath& source, const zvutil::ZvFilePath& target,
+                           ZvCompressionType type);
+
+private:
+    struct ZvCompressionImpl;
+
+    zvutil::basic_pimpl<ZvCompressionImpl> m_impl;
+};
+
+static_assert(sizeof(ZvCompression) == 2 * sizeof(void*));

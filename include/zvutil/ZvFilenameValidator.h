@@ -1,0 +1,33 @@
+#pragma once
+
+#include <zvutil/zvutil_export.h>
+
+#include <QRegularExpressionValidator>
+
+#include <cstddef>
+
+/// For a line edit in which a user types the name of a file, without a directory.
+///
+/// A name has at least one character, and none of `<` `>` `:` `"` `/` `\` `|` `?` `*` and of the
+/// control characters up to 0x1F. It has to be **shorter** than the limit: with the default of 256
+/// the longest acceptable one has 255 units of 16 bits.
+///
+/// Only the text is judged, no file system is asked. Reserved names of devices, a dot or a blank at
+/// the end, `.` and `..` are acceptable.
+class ZVUTIL_EXPORT ZvFilenameValidator : public QRegularExpressionValidator
+{
+public:
+    /// With the limit 256.
+    explicit ZvFilenameValidator(QObject* parent);
+    /// With a limit of \p maximumLength units; with 0 everything is invalid, the empty text too.
+    explicit ZvFilenameValidator(std::size_t maximumLength = 256, QObject* parent = nullptr);
+    ~ZvFilenameValidator() override;
+
+    /// `Invalid` for a text that has reached the limit or has a banned character anywhere, otherwise
+    /// `Acceptable`, or `Intermediate` for the empty text. Changes neither argument. Takes linear
+    /// time.
+    State validate(QString& input, int& position) const override;
+
+private:
+    std::size_t m_maximumLength;
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <zvutil/ZvAbstractString.h>
+
+#include <string>
+
+class QString;
+
+namespace libzvutil {
+
+/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: a value above 0xFFFF
+/// that comes in is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
+///
+/// There is no comparison and no assignment, on purpose: a text is made, appended to and read.
+class ZVUTIL_EXPORT ZvWString : public ZvAbstractString
+{
+public:
+    ZvWString();
+    /// Copies \p text, which must not be null, up to its first NUL.
+    ZvWString(const wchar_t* text);
+    ZvWString(const std::wstring& text);
+
+    /// Copies the text of \p other up to its first NUL.
+    ZvWString(const ZvWString& other);
+    ZvWString(ZvWString&& other) noexcept;
+    ~ZvWString() override;
+
+    /// Appends a text, which may be this one, up to its first NUL, behind all that this one holds.
+    ZvWString& operator+=(const ZvWString& other);
+    ZvWString& operator+=(const wchar_t* text);
+    ZvWString& operator+=(const std::wstring& text);
+    /// Appends one unit, also a NUL.
+    ZvWString& operator+=(wchar_t unit);
+    /// Appends what `QString::toStdWString` makes of \p text, up to the first NUL: all its units, but
+    /// for an unpaired surrogate U+FFFD where `wchar_t` has 32 bits.
+    ZvWString& operator+=(const QString& text);
+
+    /// The text with a NUL behind it; valid until the text changes.
+    const wchar_t* c_str() const;
+
+private:
+    ZvBasicString<wchar_t>& impl();
+    const ZvBasicString<wchar_t>& impl() const;
+};
+
+static_assert(sizeof(ZvWString) == sizeof(ZvAbstractString));
+
+} // namespace libzvutil

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <zvutil/zvutil_export.h>
+
+#include <string>
+#include <utility>
+
+namespace zvutil {
+
+/// A universally unique identifier as text, by value. A standard string in all but its type.
+///
+/// Nothing looks into the text, so any text can be one. What is generated has the form
+/// `3F2504E0-4F89-41D3-9A0C-0305E82C3301`: 36 characters, the letters in upper case.
+class uuid
+{
+public:
+    /// Generates a new identifier, from `CoCreateGuid` on Windows and from the operating system's
+    /// random source elsewhere, as a random identifier of version 4. There is no null identifier.
+    ///
+    /// Any thread, without a lock; a forked child never repeats what its parent generates. Takes
+    /// one allocation.
+    ZVUTIL_EXPORT uuid();
+
+    /// Keeps \p text as it is.
+    explicit uuid(std::string text) noexcept
+        : m_text(std::move(text))
+    {
+    }
+
+    const std::string& text() const noexcept { return m_text; }
+    const char* c_str() const noexcept { return m_text.c_str(); }
+
+    /// Compares the texts byte for byte, so case counts.
+    friend bool operator==(const uuid& a, const uuid& b) noexcept { return a.m_text == b.m_text; }
+    friend bool operator!=(const uuid& a, const uuid& b) noexcept { return !(a == b); }
+
+private:
+    std::string m_text;
+};
+
+static_assert(sizeof(uuid) == sizeof(std::string));
+
+} // namespace zvutil

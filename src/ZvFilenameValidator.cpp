@@ -1,0 +1,30 @@
+#include <zvutil/ZvFilenameValidator.h>
+
+#include <QRegularExpression>
+#include <QString>
+
+ZvFilenameValidator::ZvFilenameValidator(QObject* parent)
+    : ZvFilenameValidator(256, parent)
+{
+}
+
+ZvFilenameValidator::ZvFilenameValidator(std::size_t maximumLength, QObject* parent)
+    : QRegularExpressionValidator(
+        QRegularExpression(QStringLiteral(R"re(^[^<>:"/\\|?*\x00-\x1f]+$)re")), parent)
+    , m_maximumLength(maximumLength)
+{
+}
+
+ZvFilenameValidator::~ZvFilenameValidator() = default;
+
+QValidator::State ZvFilenameValidator::validate(QString& input, int& position) const
+{
+    // Wanted: a name as long as the limit is too long.
+    if (static_cast<std::size_t>(input.size()) >= m_maximumLength)
+        return Invalid;
+    // The base class moves the position to the end of an invalid text.
+    int scratch = position;
+    const State state = QRegularExpressionValidator::validate(input, scratch);
+    // A line break at the end has passed the `$`, which makes the text look unfinished.
+    return state == Intermediate && !input.isEmpty() ? Invalid : state;
+}

@@ -1,0 +1,107 @@
+#include <zvutil/ZvURI.h>
+
+#include <zvutil/ZvFilePath.h>
+
+#include "impl/file_uri.h"
+
+#include <memory>
+
+struct ZvURI::ZvURIImpl
+{
+    zvutil::uri uri;
+};
+
+ZvURI::ZvURI()
+    : m_impl(std::make_unique<ZvURIImpl>())
+{
+}
+
+ZvURI::ZvURI(const char* text)
+    : ZvURI()
+{
+    set(text);
+}
+
+ZvURI::ZvURI(const std::string& text)
+    : ZvURI(text.c_str())
+{
+}
+
+ZvURI::ZvURI(const zvutil::ZvBasicString<char>& text)
+    : ZvURI(text.c_str())
+{
+}
+
+ZvURI::ZvURI(const zvutil::ZvFilePath& path)
+    : ZvURI()
+{
+    set(path);
+}
+
+ZvURI::ZvURI(const zvutil::uri& uri)
+    : ZvURI(uri.text().c_str())
+{
+}
+
+ZvURI::ZvURI(const ZvURI& other)
+    : ZvURI()
+{
+    set(other);
+}
+
+ZvURI::ZvURI(ZvURI&& other) noexcept = default;
+
+ZvURI& ZvURI::operator=(const ZvURI& other)
+{
+    set(other);
+    return *this;
+}
+
+ZvURI& ZvURI::operator=(ZvURI&& other) noexcept = default;
+
+ZvURI::~ZvURI() = default;
+
+void ZvURI::set(const char* text)
+{
+    m_impl.impl().uri = zvutil::uri(text);
+}
+
+void ZvURI::set(const zvutil::ZvBasicString<char>& text)
+{
+    set(text.c_str());
+}
+
+void ZvURI::set(const zvutil::ZvFilePath& path)
+{
+    m_impl.impl().uri = zvutil::uri(zvutil::impl::file_uri_text(path.c_str()));
+}
+
+void ZvURI::set(const ZvURI& other)
+{
+    m_impl.impl().uri = other.toURI();
+}
+
+bool ZvURI::operator==(const ZvURI& other) const
+{
+    return m_impl.impl().uri.text() == other.m_impl.impl().uri.text();
+}
+
+bool ZvURI::operator!=(const ZvURI& other) const
+{
+    return !(*this == other);
+}
+
+const char* ZvURI::c_str() const
+{
+    return m_impl.impl().uri.text().c_str();
+}
+
+zvutil::ZvBasicString<char> ZvURI::toString() const
+{
+    return c_str();
+}
+
+zvutil::uri ZvURI::toURI() const
+{
+    return zvutil::uri(m_impl.impl().uri.text());
+}
