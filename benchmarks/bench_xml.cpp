@@ -32,7 +32,7 @@ const char* const attributeNames[] = {"id", "name", "value"};
 
 int groupCount()
 {
-    return zvbench::isQuick() ? 100 : 100'000;
+    return zvbench::isQuick() ? 100 : 120'000;
 }
 
 class File : public ZvXMLReadFile

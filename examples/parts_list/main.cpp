@@ -105,8 +105,8 @@ private:
     }
 };
 
-/// Closes the files that are no longer used. An application's event loop does that; this program has
-/// none, and can't replace a file on Windows that it still has open.
+/// Closes the files that are no longer used. An application's event loop does that; this program
+/// has none, and can't replace a file on Windows that it still has open.
 void closeFiles()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -21,7 +21,7 @@ utf32_device::utf32_device(std::shared_ptr<QIODevice> target)
 
 utf32_device::~utf32_device()
 {
-    // The target may be deleted by its thread as soon as it is released, before the base looks at it.
+    // Once released the target may be deleted by its thread before the base looks at it.
     if (m_target)
         m_target->disconnect(this);
 }
