@@ -9,7 +9,7 @@
 
 namespace libzvutil {
 
-class ZvNamedColour::Impl
+class ZVUTIL_NO_EXPORT ZvNamedColour::Impl
 {
 public:
     ZvString name;

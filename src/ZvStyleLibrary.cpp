@@ -99,7 +99,7 @@ bool isBefore(const ZvStyle* a, const ZvStyle* b)
 
 } // namespace
 
-class ZvStyleLibrary::Impl
+class ZVUTIL_NO_EXPORT ZvStyleLibrary::Impl
 {
 public:
     Impl() = default;

@@ -83,7 +83,7 @@ ZvStyle hostStyle(const ZvStyleLibrary& library)
 
 } // namespace
 
-class ZvStyleManager::Impl
+class ZVUTIL_NO_EXPORT ZvStyleManager::Impl
 {
 public:
     Impl();

@@ -8,7 +8,7 @@
 
 namespace libzvutil {
 
-class ZvVariant::Impl
+class ZVUTIL_NO_EXPORT ZvVariant::Impl
 {
 public:
     QVariant value;

@@ -7,7 +7,7 @@
 namespace libzvutil {
 
 /// The text behind a handle.
-class ZvAbstractString::Impl
+class ZVUTIL_NO_EXPORT ZvAbstractString::Impl
 {
 public:
     Impl() = default;

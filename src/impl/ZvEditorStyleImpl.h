@@ -7,7 +7,7 @@
 
 namespace libzvutil {
 
-class ZvEditorStyle::Impl
+class ZVUTIL_NO_EXPORT ZvEditorStyle::Impl
 {
 public:
     std::string name;

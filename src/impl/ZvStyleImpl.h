@@ -10,7 +10,7 @@ class QColor;
 
 namespace libzvutil {
 
-class ZvStyle::Impl
+class ZVUTIL_NO_EXPORT ZvStyle::Impl
 {
 public:
     /// Reads the accent from the host.
