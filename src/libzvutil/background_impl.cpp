@@ -94,6 +94,8 @@ void background_impl::pump()
             self->m_pumping = false;
     });
     m_pumping = true;
+    // GLib's event loop, entered from an event, passes over posted events that it has seen before.
+    QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents(QEventLoop::AllEvents);
 }
 
