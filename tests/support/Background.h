@@ -97,6 +97,15 @@ void runOn(QObject& context, Work work)
                               same ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
 }
 
+/// Ends a thread's event loop. On Unix a quit is lost if the loop is just handling an event that itself
+/// handles events.
+inline void endThread(QThread& thread)
+{
+    do
+        thread.quit();
+    while (!thread.wait(20));
+}
+
 /// A thread with an event loop.
 class Worker
 {
@@ -107,11 +116,7 @@ public:
         m_thread.start();
     }
 
-    ~Worker()
-    {
-        m_thread.quit();
-        m_thread.wait();
-    }
+    ~Worker() { endThread(m_thread); }
 
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
@@ -186,9 +191,7 @@ public:
         if (!m_thread)
             return;
         m_manager.reset();
-        m_thread->quit();
-        m_thread->wait();
-        m_thread = nullptr;
+        endThread(*std::exchange(m_thread, nullptr));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 

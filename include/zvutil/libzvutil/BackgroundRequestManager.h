@@ -26,8 +26,9 @@ namespace zvutil::libzvutil {
 /// \code
 /// QThread* const worker = request->thread(); // of any request that was added
 /// manager.reset();
-/// worker->quit();
-/// worker->wait();
+/// do
+///     worker->quit(); // again, since work that handles events may swallow it
+/// while (!worker->wait(100));
 /// \endcode
 class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
 {
