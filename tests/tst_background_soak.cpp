@@ -207,7 +207,8 @@ struct Soak
     std::atomic<int> lostEnds{0};
 };
 
-/// Makes requests on a thread of its own, a hundred at a time, until they have all come to their end.
+/// Makes requests on a thread of its own, a hundred at a time, until they have all come to their end;
+/// then the thread ends, too.
 class Maker : public QObject
 {
 public:
@@ -219,11 +220,13 @@ public:
         , m_left(end - begin)
     {
         moveToThread(&m_thread);
-        m_thread.start();
-        QMetaObject::invokeMethod(this, [this] {
-            for (int i = 0; i < 100; ++i)
-                makeOne();
-        });
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                for (int i = 0; i < 100; ++i)
+                    makeOne();
+            },
+            Qt::QueuedConnection);
     }
 
     ~Maker() override { zvtest::endThread(m_thread); }
@@ -368,6 +371,8 @@ void soak(std::size_t count, unsigned seed)
             if (--running == 0)
                 loop.quit();
         });
+    for (auto& maker : made)
+        maker->thread().start();
     loop.exec();
     made = {};
     QCOMPARE(soak.lostEnds.load(), 0);

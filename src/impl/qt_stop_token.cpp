@@ -47,20 +47,21 @@ qt_stop_token::qt_stop_token(stop_token token, QObject* parent)
     : QObject(parent)
     , m_token(std::move(token))
 {
-    auto emitTriggered = [this] {
+    const std::shared_ptr<void> lifetime(nullptr, [gone = m_receiverGone](void*) { *gone = true; });
+    auto emitTriggered = [this, lifetime] {
         const Reception reception(this);
         Q_EMIT triggered();
     };
     m_registration = m_token.connect_receiver(
-        std::make_unique<signalling::basic_receiver<decltype(emitTriggered)>>(emitTriggered));
+        std::make_unique<signalling::basic_receiver<decltype(emitTriggered)>>(
+            std::move(emitTriggered)));
 }
 
 qt_stop_token::~qt_stop_token()
 {
-    const std::weak_ptr<signalling::parameterised_abstract_receiver<>> receiver = m_registration;
     m_registration.reset();
     // A stop on another thread may have got hold of the receiver, and with it of this object.
-    while (!receiver.expired() && !Reception::isUnderWay(this))
+    while (!*m_receiverGone && !Reception::isUnderWay(this))
         std::this_thread::yield();
 }
 
