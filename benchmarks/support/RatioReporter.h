@@ -8,12 +8,15 @@
 
 namespace zvbench {
 
+/// Whether each case only has to show that it works.
+bool isQuick();
+
 /// Prints, for each case of a benchmark program, the time of each contender and its ratio to the
 /// floor.
 ///
 /// A benchmark is named CASE/CONTENDER; the contender "floor" does the least work that gives the
 /// result, "library" is ours, all others are peers. Times are medians over the repetitions, in CPU
-/// time, or in wall time where the benchmark asks for it.
+/// time, or in wall time or the time that is told where the benchmark asks for it.
 class RatioReporter : public benchmark::BenchmarkReporter
 {
 public:

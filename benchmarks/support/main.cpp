@@ -5,6 +5,17 @@
 #include <cstring>
 #include <vector>
 
+namespace {
+
+bool quick = false;
+
+} // namespace
+
+bool zvbench::isQuick()
+{
+    return quick;
+}
+
 /// Runs all cases several times in mixed order and prints their ratios. `--quick` runs each case
 /// just long enough to see that it works; all other arguments are Google Benchmark's.
 int main(int argc, char* argv[])
@@ -15,7 +26,7 @@ int main(int argc, char* argv[])
     char minimalTime[] = "--benchmark_min_time=0.03";
     char quickRepetitions[] = "--benchmark_repetitions=1";
     char quickTime[] = "--benchmark_min_time=0.0001";
-    const bool quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
+    quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
     arguments.push_back(interleaving);
     arguments.push_back(quick ? quickRepetitions : repetitions);
     arguments.push_back(quick ? quickTime : minimalTime);

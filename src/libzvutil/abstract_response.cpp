@@ -6,6 +6,7 @@
 #include "impl/string_metatype.h"
 
 #include <QCoreApplication>
+#include <QtAlgorithms>
 
 namespace zvutil::libzvutil {
 
@@ -32,7 +33,11 @@ abstract_response::abstract_response(abstract_request* request)
     connect(m_trigger.get(), &GenericTrigger::signal, request, &abstract_request::abort);
 }
 
-abstract_response::~abstract_response() = default;
+abstract_response::~abstract_response()
+{
+    // They wait for a stop that is on its way here, so they go while this is still whole.
+    qDeleteAll(findChildren<qt_stop_token*>(QString(), Qt::FindDirectChildrenOnly));
+}
 
 void abstract_response::attachStopToken(stop_token token)
 {
