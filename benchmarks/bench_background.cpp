@@ -2,7 +2,7 @@
 // just the queued calls that a request needs, and against Qt's concurrent run. Stopping: the library
 // against the standard library's stop source, which is why this program is C++20.
 
-#include "support/RatioReporter.h"
+#include "support/Quick.h"
 
 #include <zvutil/libzvutil/BackgroundRequestManager.h>
 #include <zvutil/libzvutil/abstract_response.h>

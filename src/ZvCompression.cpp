@@ -8,8 +8,10 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <limits>
 #include <memory>
 
+using zvutil::ZvBasicString;
 using zvutil::ZvFileException;
 using zvutil::ZvFilePath;
 
@@ -19,19 +21,38 @@ struct ZvCompression::ZvCompressionImpl
 
 namespace {
 
+/// The most bytes that a `QByteArray` holds, with some to spare for its header.
+constexpr qint64 maxSize = std::numeric_limits<int>::max() - 64;
+
+/// The most bytes that `qCompress` takes without a crash: it adds up the bytes and a hundredth of
+/// them as an `int`.
+constexpr qint64 maxContentSize = maxSize / 101 * 100;
+
+void requireSize(qint64 size, qint64 limit, const ZvFilePath& file)
+{
+    if (size <= limit)
+        return;
+    const ZvBasicString<char> text = ZvBasicString<wchar_t>(file.c_str()).toString();
+    throw ZvFileException(file, ZvBasicString<char>("File too large: ").appended(text));
+}
+
 /// Writes to \p target what \p convert makes of the bytes of \p source.
 template <typename Convert>
-void convertFile(const ZvFilePath& source, const ZvFilePath& target, Convert convert)
+void convertFile(const ZvFilePath& source, const ZvFilePath& target, qint64 limit, Convert convert)
 {
     QFile in(zvutil::impl::native_file_name(source.c_str()));
     QFile out(zvutil::impl::native_file_name(target.c_str()));
     if (!in.open(QIODevice::ReadOnly))
         throw ZvFileException::cannotRead(source);
+    requireSize(in.size(), limit, source);
     // Wanted: this truncates the target before anything is read, also where it is the source.
     if (!out.open(QIODevice::WriteOnly))
         throw ZvFileException::cannotWrite(target);
+    const QByteArray content = in.readAll();
+    // A device doesn't tell its size beforehand.
+    requireSize(content.size(), limit, source);
     // Wanted: nobody looks at how many bytes have been written.
-    out.write(convert(in.readAll()));
+    out.write(convert(content));
 }
 
 } // namespace
@@ -62,7 +83,7 @@ void ZvCompression::compress(const ZvFilePath& source, const ZvFilePath& target,
 {
     if (type != ZvCompressionType::Zlib)
         return;
-    convertFile(source, target,
+    convertFile(source, target, maxContentSize,
                 [level](const QByteArray& content) { return qCompress(content, level); });
 }
 
@@ -71,5 +92,6 @@ void ZvCompression::decompress(const ZvFilePath& source, const ZvFilePath& targe
 {
     if (type != ZvCompressionType::Zlib)
         return;
-    convertFile(source, target, [](const QByteArray& packed) { return qUncompress(packed); });
+    convertFile(source, target, maxSize,
+                [](const QByteArray& packed) { return qUncompress(packed); });
 }

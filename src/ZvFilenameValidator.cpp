@@ -22,5 +22,9 @@ QValidator::State ZvFilenameValidator::validate(QString& input, int& position) c
     // Wanted: a name as long as the limit is too long.
     if (static_cast<std::size_t>(input.size()) >= m_maximumLength)
         return Invalid;
-    return QRegularExpressionValidator::validate(input, position);
+    // The base class moves the position to the end of an invalid text.
+    int scratch = position;
+    const State state = QRegularExpressionValidator::validate(input, scratch);
+    // A line break at the end has passed the `$`, which makes the text look unfinished.
+    return state == Intermediate && !input.isEmpty() ? Invalid : state;
 }

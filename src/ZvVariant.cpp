@@ -82,7 +82,9 @@ ZvVariant::~ZvVariant()
 
 ZvVariant& ZvVariant::operator=(const ZvVariant& other)
 {
-    return *this = other.data();
+    if (this != &other)
+        *this = other.data();
+    return *this;
 }
 
 ZvVariant& ZvVariant::operator=(const QVariant& value)

@@ -3,6 +3,7 @@
 
 #include <HostSupport/host.h>
 
+#include <QFile>
 #include <QLibrary>
 #include <QMetaType>
 #include <QTest>
@@ -52,7 +53,9 @@ private Q_SLOTS:
             m_events.clear();
             QVERIFY2(library.load(), qPrintable(library.errorString()));
             QVERIFY(zvtest::isInProcess(library.fileName()));
-            QCOMPARE(m_events, (Events{"function PathToURI"}));
+            QCOMPARE(m_events,
+                     (Events{"function PathToURI", "command _s1", "command _s2", "option ZvStyle",
+                             "command _modifystyle", "option ZvStyleAccent"}));
             QVERIFY(isCallable());
 
             m_events.clear();
@@ -74,7 +77,20 @@ private Q_SLOTS:
         QCOMPARE(QMetaType::type("ZvFilePath"), QMetaType::type("zvutil::ZvFilePath"));
         QVERIFY(library.unload());
         QVERIFY(!hasPathConverter());
-        QCOMPARE(convertible, (std::vector{false, false}));
+        QCOMPARE(convertible, (std::vector{false, true, true, true, true, true, false}));
+    }
+
+    void resourcesComeLastAndGoFirst()
+    {
+        const auto hasResources = [] { return QFile::exists(QStringLiteral(":/libzvutil/style")); };
+        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        std::vector<bool> there;
+        host::setRegistrationObserver([&](const std::string&) { there.push_back(hasResources()); });
+        QVERIFY(library.load());
+        QVERIFY(hasResources());
+        QVERIFY(library.unload());
+        QVERIFY(!hasResources());
+        QCOMPARE(there, std::vector<bool>(7, false));
     }
 
     void functionIsCallableFromItsRegistrationToItsEnd()
@@ -85,7 +101,7 @@ private Q_SLOTS:
         QLibrary library(QStringLiteral(ZVUTIL_FILE));
         QVERIFY(library.load());
         QVERIFY(library.unload());
-        QCOMPARE(callable, (std::vector{true, false}));
+        QCOMPARE(callable, (std::vector{true, true, true, true, true, true, false}));
     }
 
 private:

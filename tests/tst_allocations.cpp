@@ -1,9 +1,18 @@
 // Counts allocations, in a program of its own since it replaces operator new for the whole process.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvString.h>
+#include <zvutil/ZvURI.h>
+#include <zvutil/ZvUUID.h>
+#include <zvutil/ZvVariant.h>
+#include <zvutil/ZvWString.h>
+#include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/uri.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -108,7 +117,91 @@ private Q_SLOTS:
         QCOMPARE(allocationsOf([&] { const zvutil::uri moved(std::move(source)); }), 0);
     }
 
+    void uriHandles()
+    {
+        // The handle's, the URI's and the text's.
+        const std::string bytes = "http://srv/" + std::string(100, 'x');
+        ZvURI source(bytes);
+        QCOMPARE(allocationsOf([] { const ZvURI made; }), 2);
+        QCOMPARE(allocationsOf([&] { const ZvURI copy(source); }), 4);
+        QCOMPARE(allocationsOf([&] { source.set("x"); }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvURI moved(std::move(source)); }), 0);
+    }
+
+    void identifiers()
+    {
+        zvutil::ZvUUID source;
+        QCOMPARE(allocationsOf([] { const zvutil::uuid made; }), 1);
+        QCOMPARE(allocationsOf([] { const zvutil::ZvUUID made; }), 2);
+        QCOMPARE(allocationsOf([&] { const zvutil::ZvUUID copy(source); }), 2);
+        QCOMPARE(allocationsOf([&] { const zvutil::ZvUUID moved(std::move(source)); }), 0);
+    }
+
+    void appendableStrings()
+    {
+        const std::string bytes(100, 'x');
+        const std::wstring units(100, L'x');
+        libzvutil::ZvString narrow(bytes.c_str());
+        libzvutil::ZvWString wide(units);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvString made; }), 1);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvWString made; }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvString copy(narrow); }), 2);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvWString copy(wide); }), 2);
+        QCOMPARE(allocationsOf([&] { QCOMPARE(narrow.compare(bytes.c_str()), 0); }), 0);
+        QCOMPARE(allocationsOf([&] {
+                     libzvutil::ZvString moved(std::move(narrow));
+                     narrow = std::move(moved);
+                 }),
+                 0);
+    }
+
+    void variants()
+    {
+        libzvutil::ZvVariant source(1);
+        QCOMPARE(allocationsOf([] { const libzvutil::ZvVariant made(1.5); }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant copy(source); }), 1);
+        QCOMPARE(allocationsOf([&] { source = libzvutil::ZvVariant(source); }), 1);
+        QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant moved(std::move(source)); }), 0);
+    }
+
+    void compression()
+    {
+        ZvCompression source;
+        QCOMPARE(allocationsOf([] { const ZvCompression made; }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvCompression copy(source); }), 1);
+        QCOMPARE(allocationsOf([&] { const ZvCompression moved(std::move(source)); }), 0);
+    }
+
+    void xmlElements()
+    {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("a.xml")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<r><a/><b x='1' y='2'/><c><d/><d/><d/></c><e>text</e><f/></r>");
+        file.close();
+        XMLFile document(file.fileName().toStdWString());
+        const auto root = document.reader().root_element();
+        const auto next = [&root] { root->next_child(); };
+        // The reader, what it shares with its parent, and its attributes if it has any.
+        QCOMPARE(allocationsOf(next), 2);
+        QCOMPARE(allocationsOf(next), 3);
+        // What is skipped takes none.
+        QCOMPARE(allocationsOf(next), 2);
+        const auto element = root->next_child();
+        QCOMPARE(allocationsOf([&element] { QVERIFY(*element->name() == 'e'); }), 0);
+        QCOMPARE(allocationsOf([&element] { QVERIFY(*element->text() == 't'); }), 0);
+        QCOMPARE(allocationsOf(next), 2);
+        QCOMPARE(allocationsOf(next), 0);
+    }
+
 private:
+    class XMLFile : public ZvXMLReadFile
+    {
+    public:
+        using ZvXMLReadFile::reader;
+        using ZvXMLReadFile::ZvXMLReadFile;
+    };
+
     template <typename C>
     static void stringsOf()
     {

@@ -42,8 +42,11 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs)
         const std::size_t slash = name.rfind('/');
         const bool wall = !run.run_name.time_type.empty();
         const double seconds = wall ? run.real_accumulated_time : run.cpu_accumulated_time;
-        m_cases[name.substr(0, slash)][name.substr(slash + 1)].push_back(
-            1e9 * seconds / static_cast<double>(run.iterations));
+        Measured& measured = m_cases[name.substr(0, slash)][name.substr(slash + 1)];
+        measured.times.push_back(1e9 * seconds / static_cast<double>(run.iterations));
+        const auto peak = run.counters.find("peak");
+        if (peak != run.counters.end())
+            measured.peaks.push_back(peak->second);
     }
 }
 
@@ -58,8 +61,8 @@ void RatioReporter::printCase(const std::string& name, const Contenders& contend
 {
     std::vector<std::pair<double, std::string>> byTime;
     std::map<std::string, double> medians;
-    for (const auto& [contender, times] : contenders) {
-        medians[contender] = median(times);
+    for (const auto& [contender, measured] : contenders) {
+        medians[contender] = median(measured.times);
         byTime.emplace_back(medians[contender], contender);
     }
     std::sort(byTime.begin(), byTime.end());
@@ -67,6 +70,9 @@ void RatioReporter::printCase(const std::string& name, const Contenders& contend
         std::printf("%-24s %-24s %14.1f", name.c_str(), contender.c_str(), time);
         printRatio(time, medians["floor"]);
         printRatio(time, medians["library"]);
+        const std::vector<double>& peaks = contenders.at(contender).peaks;
+        if (!peaks.empty())
+            std::printf("   peak %.2f", median(peaks));
         std::printf("\n");
     }
 }

@@ -8,15 +8,13 @@
 
 namespace zvbench {
 
-/// Whether each case only has to show that it works.
-bool isQuick();
-
 /// Prints, for each case of a benchmark program, the time of each contender and its ratio to the
 /// floor.
 ///
 /// A benchmark is named CASE/CONTENDER; the contender "floor" does the least work that gives the
 /// result, "library" is ours, all others are peers. Times are medians over the repetitions, in CPU
-/// time, or in wall time or the time that is told where the benchmark asks for it.
+/// time, or in wall time or the time that is told where the benchmark asks for it. A counter "peak"
+/// is shown behind them.
 class RatioReporter : public benchmark::BenchmarkReporter
 {
 public:
@@ -25,8 +23,12 @@ public:
     void Finalize() override;
 
 private:
-    using Times = std::vector<double>;
-    using Contenders = std::map<std::string, Times>;
+    struct Measured
+    {
+        std::vector<double> times;
+        std::vector<double> peaks;
+    };
+    using Contenders = std::map<std::string, Measured>;
 
     static void printCase(const std::string& name, const Contenders& contenders);
 

@@ -1,3 +1,4 @@
+#include "support/Quick.h"
 #include "support/RatioReporter.h"
 
 #include <benchmark/benchmark.h>

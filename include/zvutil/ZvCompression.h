@@ -18,13 +18,15 @@ class ZvFilePath;
 ///
 /// The target is truncated when it is opened and not saved by way of a temporary file: what was
 /// there is gone from then on, whatever happens. So **source and target must not be the same file**,
-/// whose content would be lost; nothing checks that. A content of 2 GiB and more, which no
-/// `QByteArray` holds, is taken for an empty one.
+/// whose content would be lost; nothing checks that.
 ///
-/// Both throw a `zvutil::ZvFileException`: "Cannot open file for reading: " and the path of the
-/// source if that can't be opened, and then leave the target alone; "Cannot open file for writing: "
-/// and the path of the target if that can't be opened. What fails later is not reported: on a full
-/// disk the target ends short.
+/// Both throw a `zvutil::ZvFileException`, the first two before the target is touched:
+/// - "Cannot open file for reading: " and the path of the source if that can't be opened;
+/// - "File too large: " and the path of the source if that has more than 2,126,221,300 bytes, or
+///   nearly 2 GiB when it is decompressed, which is the limit of a `QByteArray`;
+/// - "Cannot open file for writing: " and the path of the target if that can't be opened.
+///
+/// What fails later is not reported: on a full disk the target ends short.
 ///
 /// The object itself has no state.
 class ZVUTIL_EXPORT ZvCompression

@@ -20,7 +20,7 @@ else()
     list(TRANSFORM lines REPLACE " .*" "")
 endif()
 # What the library instantiates of the standard library is no interface of ours.
-list(FILTER lines EXCLUDE REGEX "^_Z(N?K?|T[VISC])St")
+list(FILTER lines EXCLUDE REGEX "^_Z(Z?N?K?|T[VISC])St")
 
 find_program(CXXFILT c++filt REQUIRED)
 list(JOIN lines "\n" mangled)

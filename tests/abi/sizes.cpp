@@ -1,11 +1,21 @@
 // Prints the sizes of the handles, which are part of the interface.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvBasicXMLSaveFile.h>
+#include <zvutil/ZvCompression.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvString.h>
+#include <zvutil/ZvURI.h>
+#include <zvutil/ZvUUID.h>
+#include <zvutil/ZvVariant.h>
+#include <zvutil/ZvWString.h>
+#include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/basic_pimpl.h>
+#include <zvutil/experimental/unique_destroyable_ptr.h>
 #include <zvutil/uri.h>
+#include <zvutil/uuid.h>
 
 #include <cstdio>
 
@@ -16,6 +26,11 @@ int main()
         const char* name;
         std::size_t size;
     } handles[] = {
+        {"ZvCompression", sizeof(ZvCompression)},
+        {"ZvURI", sizeof(ZvURI)},
+        {"libzvutil::ZvString", sizeof(libzvutil::ZvString)},
+        {"libzvutil::ZvVariant", sizeof(libzvutil::ZvVariant)},
+        {"libzvutil::ZvWString", sizeof(libzvutil::ZvWString)},
         {"zvutil::basic_pimpl<T>", sizeof(zvutil::basic_pimpl<int>)},
         {"zvutil::uri", sizeof(zvutil::uri)},
         {"zvutil::ZvBasicString<char>", sizeof(zvutil::ZvBasicString<char>)},
@@ -25,6 +40,14 @@ int main()
         {"zvutil::ZvException", sizeof(zvutil::ZvException)},
         {"zvutil::ZvFileException", sizeof(zvutil::ZvFileException)},
         {"zvutil::ZvFilePath", sizeof(zvutil::ZvFilePath)},
+        {"zvutil::ZvUUID", sizeof(zvutil::ZvUUID)},
+        {"zvutil::experimental::unique_destroyable_ptr<T>",
+         sizeof(zvutil::experimental::unique_destroyable_ptr<int>)},
+        {"ZvXMLReadFile", sizeof(ZvXMLReadFile)},
+        {"ZvBasicXMLSaveFile<char>", sizeof(ZvBasicXMLSaveFile<char>)},
+        {"ZvBasicXMLSaveFile<char16_t>", sizeof(ZvBasicXMLSaveFile<char16_t>)},
+        {"ZvBasicXMLSaveFile<char32_t>", sizeof(ZvBasicXMLSaveFile<char32_t>)},
+        {"ZvBasicXMLSaveFile<wchar_t>", sizeof(ZvBasicXMLSaveFile<wchar_t>)},
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);

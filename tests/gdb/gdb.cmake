@@ -9,10 +9,12 @@ foreach(line IN LISTS lines)
     endif()
 endforeach()
 
-set(names path emptyPath narrow units codes wide uri source target)
+set(names
+    path emptyPath narrow units codes wide uri handle plainId id appendable wideAppendable source target
+)
 set(expected
     [["C:\\a b/€"]] [[""]] [["say \"hi\""]] [["𝄞!"]] [["𝄞!"]] [["𝄞!"]] [["http://srv/a%20b"]]
-    [[<moved from>]] [["gone"]]
+    [["a%20b"]] [["3F25"]] [["3F2504E0"]] [["say \"hi\""]] [["𝄞!"]] [[<moved from>]] [["gone"]]
 )
 set(prints)
 foreach(name IN LISTS names)

@@ -4,8 +4,8 @@ GDB loads this by itself with the library, beside which it is installed, if its 
 covers that folder:  add-auto-load-safe-path PREFIX/lib
 
 The implementations are hidden, so this reads their memory and needs no debug information of the
-library: each begins with a string of the standard library, whose first two words are the address
-and the number of the units.
+library: each begins with a string of the standard library, some behind a virtual table. The first
+two words of such a string are the address and the number of its units.
 """
 
 import gdb
@@ -14,18 +14,21 @@ import gdb.printing
 MOVED_FROM = '<moved from>'
 
 
+def pointer_size():
+    return gdb.lookup_type('void').pointer().sizeof
+
+
 def word(address):
-    size = gdb.lookup_type('void').pointer().sizeof
-    return int.from_bytes(gdb.selected_inferior().read_memory(address, size).tobytes(), 'little')
+    memory = gdb.selected_inferior().read_memory(address, pointer_size())
+    return int.from_bytes(memory.tobytes(), 'little')
 
 
-def units_at(implementation, width):
-    """The bytes of the string that an implementation begins with."""
-    address = word(implementation)
-    count = word(implementation + gdb.lookup_type('void').pointer().sizeof)
+def units_at(string, width):
+    """The bytes of a string of the standard library."""
+    count = word(string + pointer_size())
     if count == 0:
         return b''
-    return gdb.selected_inferior().read_memory(address, count * width).tobytes()
+    return gdb.selected_inferior().read_memory(word(string), count * width).tobytes()
 
 
 def decoded(units, width):
@@ -41,31 +44,66 @@ def decoded(units, width):
 
 
 class TextPrinter:
-    """A handle whose implementation begins with a string of units of some width."""
+    """A string of units of some width at an address, which is 0 if there is none."""
 
-    def __init__(self, holder, width):
-        self.implementation = int(holder['m_implementation'])
+    def __init__(self, string, width):
+        self.string = string
         self.width = width
 
     def to_string(self):
-        if self.implementation == 0:
+        if self.string == 0:
             return MOVED_FROM
-        text = decoded(units_at(self.implementation, self.width), self.width)
+        text = decoded(units_at(self.string, self.width), self.width)
         # In C's notation, so that a NUL or a quote in the text shows.
         return '"' + text.replace('\\', '\\\\').replace('"', '\\"').replace('\0', '\\0') + '"'
 
 
+def implementation(holder):
+    return int(holder['m_implementation'])
+
+
+def behind_vtable(address):
+    return address + pointer_size() if address else 0
+
+
 def file_path(value):
-    return TextPrinter(value['m_impl'], gdb.lookup_type('wchar_t').sizeof)
+    return TextPrinter(implementation(value['m_impl']), gdb.lookup_type('wchar_t').sizeof)
 
 
 def basic_string(value):
-    return TextPrinter(value['m_impl'], value.type.strip_typedefs().template_argument(0).sizeof)
+    width = value.type.strip_typedefs().template_argument(0).sizeof
+    return TextPrinter(implementation(value['m_impl']), width)
+
+
+def base(value):
+    return value[value.type.strip_typedefs().fields()[0]]
 
 
 def uri(value):
-    # The holder is the base class.
-    return TextPrinter(value[value.type.strip_typedefs().fields()[0]], 1)
+    return TextPrinter(implementation(base(value)), 1)
+
+
+def uri_handle(value):
+    # The implementation is a uri: a virtual table and a pointer to what begins with the text.
+    holder = behind_vtable(implementation(value['m_impl']))
+    return TextPrinter(word(holder) if holder else 0, 1)
+
+
+def identifier(value):
+    return TextPrinter(int(value['m_text'].address), 1)
+
+
+def identifier_handle(value):
+    return TextPrinter(implementation(value['m_impl']), 1)
+
+
+def appendable(value):
+    return TextPrinter(behind_vtable(implementation(base(value))), 1)
+
+
+def wide_appendable(value):
+    width = gdb.lookup_type('wchar_t').sizeof
+    return TextPrinter(behind_vtable(implementation(base(value))), width)
 
 
 def printers():
@@ -73,6 +111,11 @@ def printers():
     collection.add_printer('ZvFilePath', '^zvutil::ZvFilePath$', file_path)
     collection.add_printer('ZvBasicString', '^zvutil::ZvBasicString<.*>$', basic_string)
     collection.add_printer('uri', '^zvutil::uri$', uri)
+    collection.add_printer('ZvURI', '^ZvURI$', uri_handle)
+    collection.add_printer('uuid', '^zvutil::uuid$', identifier)
+    collection.add_printer('ZvUUID', '^zvutil::ZvUUID$', identifier_handle)
+    collection.add_printer('ZvString', '^libzvutil::ZvString$', appendable)
+    collection.add_printer('ZvWString', '^libzvutil::ZvWString$', wide_appendable)
     return collection
 
 

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <zvutil/ZvFilePath.h>
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/experimental/xml/basic_abstract_xml_document_writer.h>
+#include <zvutil/impl/template_export.h>
+
+/// An XML file to write, in UTF-8 for `char`, UTF-16 for `char16_t` and `wchar_t`, UTF-32 for
+/// `char32_t`. A class of the application derives from it and writes the document in its own methods.
+///
+/// Saving is atomic: all is written into a temporary file beside the target, and `commit` puts it in
+/// the target's place in one step. Without `commit` the target stays as it was, byte for byte, and
+/// the temporary file is removed by the event loop of the thread that has made this object. If the
+/// target is a symbolic link, the file that it leads to is replaced and the link stays.
+///
+/// Copies are handles on one and the same file with its open elements; the first `commit` or
+/// `cancelWriting` of any of them decides. They may be destroyed on different threads, but not used
+/// at the same time.
+///
+/// Nothing is thrown for a target that can't be written: `commit` tells.
+template <typename C>
+class ZvBasicXMLSaveFile
+{
+public:
+    /// Opens the temporary file and writes the XML declaration.
+    ZvBasicXMLSaveFile(const zvutil::ZvFilePath& path);
+    ZvBasicXMLSaveFile(const ZvBasicXMLSaveFile& other);
+    ZvBasicXMLSaveFile& operator=(const ZvBasicXMLSaveFile& other);
+    virtual ~ZvBasicXMLSaveFile();
+
+    /// Replaces the target. An element that is still open doesn't get its end tag into the file, so
+    /// let all element writers go before. Returns false after any error since the file was opened,
+    /// after `cancelWriting` and when called again; in all these cases nothing has been changed.
+    /// This is the only report of a failure.
+    bool commit();
+
+    /// Gives the save up. More can be written, and is lost.
+    void cancelWriting();
+
+protected:
+    zvutil::experimental::xml::basic_abstract_xml_document_writer<C>& writer();
+
+private:
+    struct ZvBasicXMLSaveFileImpl;
+
+    zvutil::basic_pimpl<ZvBasicXMLSaveFileImpl> m_impl;
+};
+
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicXMLSaveFile<char>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicXMLSaveFile<char16_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicXMLSaveFile<char32_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE ZvBasicXMLSaveFile<wchar_t>;
+
+static_assert(sizeof(ZvBasicXMLSaveFile<char>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicXMLSaveFile<char16_t>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicXMLSaveFile<char32_t>) == 3 * sizeof(void*));
+static_assert(sizeof(ZvBasicXMLSaveFile<wchar_t>) == 3 * sizeof(void*));

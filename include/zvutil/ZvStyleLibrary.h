@@ -1,0 +1,83 @@
+#pragma once
+
+#include <zvutil/ZvStyle.h>
+#include <zvutil/zvutil_export.h>
+
+#include <QStringList>
+
+namespace zvutil {
+class ZvFilePath;
+}
+
+namespace libzvutil {
+
+/// A list of styles and of accent colours, as it is kept in one XML file. Names of styles are
+/// compared without regard to case.
+///
+/// The styles of the built-in library are default styles. They are never replaced, neither by `add`
+/// nor by `update`; only a default-constructed library and its copies hold them.
+///
+/// Loading throws `attribute_not_found_xml_exception` where a name, a colour or a path is missing,
+/// and `null_element_xml_exception` for a document without a root element or with an empty one, and
+/// for a style without its lists of brushes and icons; both are of `zvutil::experimental::xml`.
+/// Elements are known by their places, not by their names. Unknown brushes and icons are no error,
+/// and neither is a file that breaks off: what has been read until then counts.
+///
+/// Copies share nothing. A moved-from library may only be destroyed or be the target of a move
+/// assignment. One thread at a time.
+class ZVUTIL_EXPORT ZvStyleLibrary
+{
+public:
+    /// The built-in library: "Light", "Dark" and 48 accents.
+    ZvStyleLibrary();
+    /// The library in a file; empty if the file can't be read. None of its styles is a default
+    /// style.
+    ZvStyleLibrary(const zvutil::ZvFilePath& path);
+
+    ZvStyleLibrary(const ZvStyleLibrary& other);
+    ZvStyleLibrary(ZvStyleLibrary&& other) noexcept;
+    ZvStyleLibrary& operator=(const ZvStyleLibrary& other);
+    ZvStyleLibrary& operator=(ZvStyleLibrary&& other) noexcept;
+    virtual ~ZvStyleLibrary();
+
+    /// Appends those styles of \p other whose names this library doesn't hold yet, in their order.
+    /// Accents are never taken over. The second form moves the styles out of \p other.
+    void add(const ZvStyleLibrary& other);
+    void add(ZvStyleLibrary&& other);
+    /// The same with the library in a file. If that can't be loaded, this library stays as it is.
+    void add(const zvutil::ZvFilePath& path);
+
+    /// Replaces the style of that name, or appends it if there is none. A default style stays as it
+    /// is, without a word.
+    void update(const ZvStyle& style);
+    void update(ZvStyle&& style);
+
+    /// Removes all styles, or all but the default ones. The accents stay.
+    void clear(bool all);
+
+    /// The first style of that name; valid until the library changes. Throws `zvutil::ZvException`
+    /// with "Style not found: " and \p name.
+    const ZvStyle& style(const char* name) const;
+    /// The styles "Dark" and "Light", or the same exception.
+    const ZvStyle& dark() const;
+    const ZvStyle& light() const;
+
+    QStringList names() const;
+
+    /// Writes all styles, the default ones included, and the accents. The file takes the place of
+    /// the one before in one step or not at all; nobody is told which. Colours lose their alpha. The
+    /// end tag of the root element isn't written, and loading doesn't need it.
+    void save(const zvutil::ZvFilePath& path) const;
+
+private:
+    class Impl;
+
+    Impl* d_impl();
+    const Impl* d_impl() const;
+
+    Impl* m_implementation;
+};
+
+static_assert(sizeof(ZvStyleLibrary) == 2 * sizeof(void*));
+
+} // namespace libzvutil

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvStyle.h>
+#include <zvutil/zvutil_export.h>
+
+#include <QObject>
+#include <QStringList>
+
+namespace libzvutil {
+
+class ZvStyleLibrary;
+
+/// Holds the application's style library and its current style, and tells listeners when they
+/// change.
+///
+/// The one manager is built when it is first asked for anything but a path, which must be on the GUI
+/// thread: that thread is the manager's from then on. It loads the built-in library, makes the style
+/// directory and adds the user's library to it, and starts with the style that the host option
+/// "ZvStyle" names, or with "Light". A directory that can't be made and a user's library that can't
+/// be loaded are left out without a word.
+///
+/// `SetStyle`, `SetLibrary` and `Refresh` may be called on any thread. They copy their argument and
+/// do their work on the manager's thread: at once if called there, else when its event loop comes to
+/// it, in the order of the calls, and nobody waits. Everything else that isn't a path belongs on the
+/// manager's thread.
+///
+/// Only `Refresh` puts a style sheet on the application, only `Update` writes to disc. A host that
+/// wants another style on the screen calls `SetStyle` and then `Refresh`.
+class ZVUTIL_EXPORT ZvStyleManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~ZvStyleManager() override;
+
+    /// The directory of the user's style files, without a separator at its end: "ui" in the host's
+    /// directory for the user's data. This and the two files in it are only computed, on any thread;
+    /// nothing is made.
+    static zvutil::ZvFilePath StyleDirectory();
+    /// The user's style library, "styles.xml".
+    static zvutil::ZvFilePath StyleConfigPath();
+    /// The user's additions to the style sheet, "modifications.qss".
+    static zvutil::ZvFilePath StyleModificationsPath();
+
+    /// A copy that may differ from the library's style of that name. Valid until the next change.
+    static const ZvStyle& CurrentStyle();
+    static const ZvStyleLibrary& Library();
+    static QStringList AvailableStyleNames();
+
+    /// A copy of the library's style of that name. Throws `zvutil::ZvException` with "Style not
+    /// found: " and the name.
+    static ZvStyle Style(const QString& name);
+
+    /// Makes a copy of \p style, which need not be in the library, the current one and tells the
+    /// listeners. The application's style sheet stays as it is.
+    static void SetStyle(const ZvStyle& style);
+    /// Copies as well: \p style stays as it is.
+    static void SetStyle(ZvStyle&& style);
+
+    /// Replaces all styles of the library but the default ones by those of a copy of \p library, and
+    /// the current style by the new one of its name, or by "Light" if there is none. Then tells the
+    /// listeners. The application's style sheet stays as it is, and nothing is written to disc.
+    static void SetLibrary(const ZvStyleLibrary& library);
+
+    /// Applies the current style to the application and tells the listeners, also if the sheet
+    /// couldn't be made.
+    static void Refresh();
+
+    /// Puts \p style into the library, unless one of the default styles has its name, and saves the
+    /// library in either case. Neither a failure nor a change is told to anybody, and the current
+    /// style stays as it is.
+    static void Update(const ZvStyle& style);
+    static void Update(ZvStyle&& style);
+
+Q_SIGNALS:
+    /// Sent on the manager's thread; \p style is valid as long as no listener changes it. `ZvStyle`
+    /// is no meta-type, so listeners connect directly.
+    void currentStyleChanged(const ZvStyle& style, QPrivateSignal);
+    void styleLibraryChanged(QPrivateSignal);
+
+private:
+    friend ZVUTIL_EXPORT ZvStyleManager& styleManager();
+    class Impl;
+
+    ZvStyleManager();
+
+    static ZvStyleManager& _Get();
+
+    void setStyle(const ZvStyle& style);
+    void setStyle(ZvStyle&& style);
+    void setLibrary(const ZvStyleLibrary& library);
+    void refresh();
+
+    Impl* d_impl();
+    const Impl* d_impl() const;
+
+    Impl* m_implementation;
+};
+
+/// The one manager, for connections to its signals. On the manager's thread.
+ZVUTIL_EXPORT ZvStyleManager& styleManager();
+
+} // namespace libzvutil

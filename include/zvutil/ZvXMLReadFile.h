@@ -1,0 +1,33 @@
+#pragma once
+
+#include <zvutil/ZvFilePath.h>
+#include <zvutil/basic_pimpl.h>
+#include <zvutil/experimental/xml/abstract_xml_document_reader.h>
+#include <zvutil/zvutil_export.h>
+
+/// An XML file to read, in any encoding that its declaration tells. A class of the application
+/// derives from it and walks the document in its own methods.
+///
+/// A file that is missing or can't be read is no error: it has no root element. The file is open from
+/// construction until this object and all element readers have gone, and from then until the event
+/// loop of the thread that has made it has run. Who writes the same path right after reading must
+/// allow for that. One thread at a time.
+class ZVUTIL_EXPORT ZvXMLReadFile
+{
+public:
+    /// Opens the file.
+    ZvXMLReadFile(const zvutil::ZvFilePath& path);
+    ZvXMLReadFile(const ZvXMLReadFile&) = delete;
+    ZvXMLReadFile& operator=(const ZvXMLReadFile&) = delete;
+    virtual ~ZvXMLReadFile();
+
+protected:
+    zvutil::experimental::xml::abstract_xml_document_reader& reader();
+
+private:
+    struct ZvXMLReadFileImpl;
+
+    zvutil::basic_pimpl<ZvXMLReadFileImpl> m_impl;
+};
+
+static_assert(sizeof(ZvXMLReadFile) == 3 * sizeof(void*));

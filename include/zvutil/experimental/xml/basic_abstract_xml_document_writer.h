@@ -1,0 +1,37 @@
+#pragma once
+
+#include <zvutil/experimental/unique_destroyable_ptr.h>
+#include <zvutil/experimental/xml/basic_abstract_xml_element_writer.h>
+#include <zvutil/impl/template_export.h>
+
+namespace zvutil::experimental::xml {
+
+/// Writes a document from its beginning to its end. There are four of them: for `char` (UTF-8),
+/// `char16_t`, `char32_t` and `wchar_t` (UTF-16).
+///
+/// Nothing tells whether writing has worked; that is for the owner of the medium to say. Its
+/// destructor closes what is still open. A document and its elements belong to one thread at a time.
+template <typename C>
+class basic_abstract_xml_document_writer
+{
+public:
+    basic_abstract_xml_document_writer();
+    basic_abstract_xml_document_writer(const basic_abstract_xml_document_writer&) = delete;
+    basic_abstract_xml_document_writer&
+    operator=(const basic_abstract_xml_document_writer&) = delete;
+    virtual ~basic_abstract_xml_document_writer();
+
+    /// Opens an element at the top level; \p name ends in a NUL.
+    virtual unique_destroyable_ptr<basic_abstract_xml_element_writer<C>>
+    root_element(const C* name) = 0;
+
+    /// Gives the document up, where the medium can do that. More can be written, and is lost.
+    virtual void cancel_writing() = 0;
+};
+
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_document_writer<char>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_document_writer<char16_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_document_writer<char32_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_document_writer<wchar_t>;
+
+} // namespace zvutil::experimental::xml

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <zvutil/experimental/unique_destroyable_ptr.h>
+#include <zvutil/impl/template_export.h>
+
+namespace zvutil::experimental::xml {
+
+/// Writes one element: its start tag when it is made, its end tag when it is destroyed.
+///
+/// Attributes come first, then texts and children. A child has to be destroyed before its next
+/// sibling is opened, for the end tag that a writer writes is that of the innermost open element:
+/// \code
+/// auto child = parent->child("a");
+/// child.reset(); // without this the assignment would open b within a
+/// child = parent->child("b");
+/// \endcode
+/// Texts end in a NUL and have to be valid in the encoding of \p C: UTF-8 for `char`, UTF-16 for
+/// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well). What is
+/// invalid becomes U+FFFD; characters that XML doesn't allow are left out. Markup is escaped, names
+/// are written as they are. A byte order mark in front of a text of 16 or 32 bits is taken for one.
+template <typename C>
+class basic_abstract_xml_element_writer
+{
+public:
+    basic_abstract_xml_element_writer();
+    basic_abstract_xml_element_writer(const basic_abstract_xml_element_writer&) = delete;
+    basic_abstract_xml_element_writer& operator=(const basic_abstract_xml_element_writer&) = delete;
+    virtual ~basic_abstract_xml_element_writer();
+
+    /// Deletes this object. `unique_destroyable_ptr` calls it, and nobody else needs to.
+    virtual void destroy() = 0;
+
+    /// Opens an element within this one. \p name must not be null.
+    virtual unique_destroyable_ptr<basic_abstract_xml_element_writer> child(const C* name) = 0;
+
+    /// Writes an attribute whose value has \p length units; a negative one stands for a value that
+    /// ends in a NUL.
+    virtual void attribute(const C* name, const C* value, int length) = 0;
+    /// Writes an attribute. A null \p value is an empty one.
+    virtual void attribute(const C* name, const C* value) = 0;
+
+    /// Writes character data; null is none.
+    virtual void text(const C* text) = 0;
+};
+
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_element_writer<char>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_element_writer<char16_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_element_writer<char32_t>;
+extern template class ZVUTIL_TEMPLATE_DECLARE basic_abstract_xml_element_writer<wchar_t>;
+
+} // namespace zvutil::experimental::xml

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <zvutil/experimental/xml/xml_exception.h>
+#include <zvutil/zvutil_export.h>
+
+namespace zvutil::experimental::xml {
+
+/// Somebody wanted to read on in an element that has been read to its end.
+class ZVUTIL_EXPORT null_element_xml_exception : public xml_exception
+{
+public:
+    /// The message is always "null element xml exception".
+    null_element_xml_exception();
+    null_element_xml_exception(const null_element_xml_exception& other) noexcept;
+    ~null_element_xml_exception() override;
+};
+
+} // namespace zvutil::experimental::xml

@@ -1,0 +1,106 @@
+#include <zvutil/ZvNamedColour.h>
+
+#include <QByteArray>
+#include <QColor>
+#include <QString>
+
+#include <memory>
+#include <utility>
+
+namespace libzvutil {
+
+class ZvNamedColour::Impl
+{
+public:
+    ZvString name;
+    QColor colour;
+};
+
+ZvNamedColour::ZvNamedColour()
+    : m_implementation(new Impl)
+{
+}
+
+// Wanted: the text goes to Qt as it is, and no hash is added where it lacks one.
+ZvNamedColour::ZvNamedColour(const char* name, const char* colour)
+    : ZvNamedColour(name, QColor(colour))
+{
+}
+
+ZvNamedColour::ZvNamedColour(const char* name, const QColor& colour)
+    : m_implementation(new Impl{name, colour})
+{
+}
+
+ZvNamedColour::ZvNamedColour(const ZvNamedColour& other)
+    : m_implementation(new Impl(*other.d_impl()))
+{
+}
+
+ZvNamedColour::ZvNamedColour(ZvNamedColour&& other) noexcept
+    : m_implementation(std::exchange(other.m_implementation, nullptr))
+{
+}
+
+ZvNamedColour::~ZvNamedColour()
+{
+    std::default_delete<Impl>()(m_implementation);
+}
+
+ZvNamedColour& ZvNamedColour::operator=(const ZvNamedColour& other)
+{
+    if (this != &other)
+        *d_impl() = *other.d_impl();
+    return *this;
+}
+
+ZvNamedColour& ZvNamedColour::operator=(ZvNamedColour&& other) noexcept
+{
+    ZvNamedColour taken(std::move(other));
+    std::swap(m_implementation, taken.m_implementation);
+    return *this;
+}
+
+ZvNamedColour& ZvNamedColour::operator=(const QColor& colour)
+{
+    setColour(colour);
+    return *this;
+}
+
+ZvNamedColour::operator const QColor&() const
+{
+    return qColour();
+}
+
+const QColor& ZvNamedColour::qColour() const
+{
+    return d_impl()->colour;
+}
+
+const ZvString& ZvNamedColour::name() const
+{
+    return d_impl()->name;
+}
+
+ZvString ZvNamedColour::colourString() const
+{
+    // Wanted: without alpha.
+    return qColour().name().toUtf8().constData();
+}
+
+void ZvNamedColour::setColour(const QColor& colour)
+{
+    d_impl()->colour = colour;
+}
+
+ZvNamedColour::Impl* ZvNamedColour::d_impl()
+{
+    return m_implementation;
+}
+
+const ZvNamedColour::Impl* ZvNamedColour::d_impl() const
+{
+    return m_implementation;
+}
+
+} // namespace libzvutil

@@ -1,0 +1,246 @@
+#include <zvutil/ZvStyleManager.h>
+
+#include <zvutil/ZvStyleLibrary.h>
+
+#include "impl/StyleModifier.h"
+
+#include <HostSupport/ComConstruct.h>
+#include <HostSupport/MakeOption.h>
+#include <HostSupport/Options.h>
+
+#include <QMetaObject>
+#include <QString>
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace libzvutil {
+
+using zvutil::StandardPath;
+using zvutil::ZvFilePath;
+
+namespace {
+
+constexpr char styleOption[] = "ZvStyle";
+
+COMERROR applyDark(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
+                   const ScpParseContext& /*context*/)
+{
+    ZvStyleManager::Library().style("Dark").apply();
+    return COM_OK;
+}
+
+COMERROR applyLight(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
+                    const ScpParseContext& /*context*/)
+{
+    ZvStyleManager::Library().style("Light").apply();
+    return COM_OK;
+}
+
+COMERROR modifyStyle(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
+                     const ScpParseContext& /*context*/)
+{
+    auto* const window = new StyleModifier(nullptr);
+    window->setAttribute(Qt::WA_DeleteOnClose, true);
+    window->show();
+    return COM_OK;
+}
+
+const ComConstruct darkCommand("_s1", &applyDark, 0);
+const ComConstruct lightCommand("_s2", &applyLight, 0);
+const MakeOption optionRegistration("src\\ZvStyleManager", 13, styleOption, "Light",
+                                    OPTION_DEFAULT_CACHING, true);
+const ComConstruct modifyCommand("_modifystyle", &modifyStyle, 0);
+
+void makeStyleDirectory()
+{
+    const std::filesystem::path directory = ZvStyleManager::StyleDirectory().toStdFilePath();
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (error)
+        throw std::filesystem::filesystem_error("create_directories", directory, error);
+}
+
+/// The library's style of that name, or its light one.
+ZvStyle styleOrLight(const ZvStyleLibrary& library, const char* name)
+{
+    try {
+        return library.style(name);
+    } catch (...) {
+        return library.light();
+    }
+}
+
+ZvStyle hostStyle(const ZvStyleLibrary& library)
+{
+    YString name;
+    // The default is the one that the option has been declared with.
+    sp_ReadOptionsInfo(styleOption, &name, name);
+    return styleOrLight(library, name.c_str());
+}
+
+} // namespace
+
+class ZvStyleManager::Impl
+{
+public:
+    Impl();
+
+    void merge(const ZvStyleLibrary& other);
+
+    ZvStyleLibrary library;
+    ZvStyle current; ///< by value: it may differ from the library's style of its name
+};
+
+ZvStyleManager::Impl::Impl()
+{
+    try {
+        makeStyleDirectory();
+        library.add(StyleConfigPath());
+    } catch (...) {
+        // Wanted: whatever is wrong with the user's files, the built-in styles work.
+    }
+    current = hostStyle(library);
+}
+
+void ZvStyleManager::Impl::merge(const ZvStyleLibrary& other)
+{
+    library.clear(false);
+    library.add(other);
+    current = styleOrLight(library, current.name().c_str());
+}
+
+ZvStyleManager::ZvStyleManager()
+    : m_implementation(new Impl)
+{
+}
+
+ZvStyleManager::~ZvStyleManager()
+{
+    std::default_delete<Impl>()(m_implementation);
+}
+
+ZvFilePath ZvStyleManager::StyleDirectory()
+{
+    ZvFilePath path = ZvFilePath::Directory(StandardPath::AppData);
+    path /= ZvFilePath();
+    return path /= ZvFilePath("ui");
+}
+
+ZvFilePath ZvStyleManager::StyleConfigPath()
+{
+    return StyleDirectory() /= ZvFilePath("styles.xml");
+}
+
+ZvFilePath ZvStyleManager::StyleModificationsPath()
+{
+    return StyleDirectory() /= ZvFilePath("modifications.qss");
+}
+
+const ZvStyle& ZvStyleManager::CurrentStyle()
+{
+    return _Get().d_impl()->current;
+}
+
+const ZvStyleLibrary& ZvStyleManager::Library()
+{
+    return _Get().d_impl()->library;
+}
+
+QStringList ZvStyleManager::AvailableStyleNames()
+{
+    return Library().names();
+}
+
+ZvStyle ZvStyleManager::Style(const QString& name)
+{
+    return Library().style(name.toStdString().c_str());
+}
+
+void ZvStyleManager::SetStyle(const ZvStyle& style)
+{
+    ZvStyleManager& manager = _Get();
+    QMetaObject::invokeMethod(
+        &manager, [&manager, copy = style] { manager.setStyle(copy); }, Qt::AutoConnection);
+}
+
+void ZvStyleManager::SetStyle(ZvStyle&& style)
+{
+    // Wanted: a temporary is copied like any other.
+    SetStyle(std::as_const(style));
+}
+
+void ZvStyleManager::SetLibrary(const ZvStyleLibrary& library)
+{
+    ZvStyleManager& manager = _Get();
+    QMetaObject::invokeMethod(
+        &manager, [&manager, copy = library] { manager.setLibrary(copy); }, Qt::AutoConnection);
+}
+
+void ZvStyleManager::Refresh()
+{
+    ZvStyleManager& manager = _Get();
+    QMetaObject::invokeMethod(
+        &manager, [&manager] { manager.refresh(); }, Qt::AutoConnection);
+}
+
+void ZvStyleManager::Update(const ZvStyle& style)
+{
+    Update(ZvStyle(style));
+}
+
+void ZvStyleManager::Update(ZvStyle&& style)
+{
+    ZvStyleLibrary& library = _Get().d_impl()->library;
+    library.update(std::move(style));
+    library.save(StyleConfigPath());
+}
+
+ZvStyleManager& ZvStyleManager::_Get()
+{
+    static const std::unique_ptr<ZvStyleManager> manager(new ZvStyleManager);
+    return *manager;
+}
+
+void ZvStyleManager::setStyle(const ZvStyle& style)
+{
+    setStyle(ZvStyle(style));
+}
+
+void ZvStyleManager::setStyle(ZvStyle&& style)
+{
+    d_impl()->current = std::move(style);
+    Q_EMIT currentStyleChanged(d_impl()->current, QPrivateSignal());
+}
+
+void ZvStyleManager::setLibrary(const ZvStyleLibrary& library)
+{
+    d_impl()->merge(library);
+    Q_EMIT styleLibraryChanged(QPrivateSignal());
+    Q_EMIT currentStyleChanged(d_impl()->current, QPrivateSignal());
+}
+
+void ZvStyleManager::refresh()
+{
+    d_impl()->current.apply();
+    Q_EMIT currentStyleChanged(d_impl()->current, QPrivateSignal());
+}
+
+ZvStyleManager::Impl* ZvStyleManager::d_impl()
+{
+    return m_implementation;
+}
+
+const ZvStyleManager::Impl* ZvStyleManager::d_impl() const
+{
+    return m_implementation;
+}
+
+ZvStyleManager& styleManager()
+{
+    return ZvStyleManager::_Get();
+}
+
+} // namespace libzvutil

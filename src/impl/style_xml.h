@@ -1,0 +1,23 @@
+#pragma once
+
+#include <zvutil/ZvNamedColour.h>
+#include <zvutil/experimental/unique_destroyable_ptr.h>
+#include <zvutil/experimental/xml/basic_abstract_xml_element_writer.h>
+
+#include <vector>
+
+/// What styles and their editors write alike.
+namespace libzvutil::impl {
+
+using xml_element_writer = zvutil::experimental::unique_destroyable_ptr<
+    zvutil::experimental::xml::basic_abstract_xml_element_writer<char>, void>;
+
+/// Writes the child "Brushes" of \p parent.
+void write_brushes(zvutil::experimental::xml::basic_abstract_xml_element_writer<char>& parent,
+                   const std::vector<ZvNamedColour>& brushes);
+
+/// Writes a child \p element with name and colour, as colours are kept in files: without alpha.
+void write_colour(zvutil::experimental::xml::basic_abstract_xml_element_writer<char>& parent,
+                  const char* element, const ZvNamedColour& colour);
+
+} // namespace libzvutil::impl

@@ -1,0 +1,155 @@
+// Saves where the test itself had better not: until it is killed, as another user, without space.
+//
+//   xml_saver loop PATH               one document after the other; tells the number of each
+//   xml_saver once PATH               one document; tells whether commit says that it worked
+//   xml_saver limited PATH BYTES      the same, but no file may become larger
+//   xml_saver unprivileged PATH       the same as a user who may do nothing
+//   xml_saver full FOLDER BYTES       the same into a file system mounted there that has little space,
+//                                     then the length of the target, which has 4 bytes before
+//
+// Where a mode can't be had here it tells "skip".
+
+#include <zvutil/ZvBasicXMLSaveFile.h>
+
+#include "support/XmlGeneration.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QString>
+#include <QStringList>
+
+#include <cstdio>
+#include <string>
+
+#if defined(Q_OS_UNIX)
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+#if defined(Q_OS_LINUX)
+#include <sched.h>
+#include <sys/mount.h>
+#endif
+
+namespace {
+
+class Saver : public ZvBasicXMLSaveFile<char>
+{
+public:
+    explicit Saver(const QString& path)
+        : ZvBasicXMLSaveFile(path.toStdWString())
+    {
+    }
+
+    bool save(int generation)
+    {
+        zvtest::writeGeneration(writer(), generation);
+        return commit();
+    }
+};
+
+/// A document of many blocks.
+constexpr int large = 39;
+
+void tell(const char* text)
+{
+    std::puts(text);
+    std::fflush(stdout);
+}
+
+void tell(bool committed)
+{
+    tell(committed ? "true" : "false");
+}
+
+[[noreturn]] void loop(const QString& path)
+{
+    for (int generation = 1;; ++generation) {
+        if (Saver(path).save(generation))
+            tell(std::to_string(generation).c_str());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+bool limitFiles(const QString& bytes)
+{
+#if defined(Q_OS_UNIX)
+    const rlim_t size = bytes.toULong();
+    const rlimit limit = {size, size};
+    std::signal(SIGXFSZ, SIG_IGN);
+    return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+#else
+    Q_UNUSED(bytes)
+    return false;
+#endif
+}
+
+bool dropPrivileges()
+{
+#if defined(Q_OS_UNIX)
+    constexpr unsigned nobody = 65534;
+    return getuid() != 0 || (setgid(nobody) == 0 && setuid(nobody) == 0);
+#else
+    return false;
+#endif
+}
+
+/// In a namespace of its own, so that the mount goes with this process.
+bool mountSmall(const QString& folder, const QString& bytes)
+{
+#if defined(Q_OS_LINUX)
+    return unshare(CLONE_NEWNS) == 0
+        && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+        && mount("none", qPrintable(folder), "tmpfs", 0, qPrintable(QLatin1String("size=") + bytes))
+        == 0;
+#else
+    Q_UNUSED(folder)
+    Q_UNUSED(bytes)
+    return false;
+#endif
+}
+
+void saveIntoLittleSpace(const QString& target)
+{
+    QFile file(target);
+    file.open(QIODevice::WriteOnly);
+    file.write("old\n");
+    file.close();
+    // All that is left is taken but for one page.
+    QFile filler(target + QLatin1String(".filler"));
+    filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    const QByteArray page(4096, 'x');
+    while (filler.write(page) == page.size()) { }
+    tell(Saver(target).save(large));
+    tell(Saver(target).save(0));
+    tell(std::to_string(file.size()).c_str());
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.size() < 2)
+        return 1;
+    const QString& mode = arguments[0];
+    const QString& path = arguments[1];
+    if (mode == QLatin1String("loop"))
+        loop(path);
+    if (mode == QLatin1String("full")) {
+        if (mountSmall(path, arguments.value(2)))
+            saveIntoLittleSpace(path + QLatin1String("/a.xml"));
+        else
+            tell("skip");
+        return 0;
+    }
+    const bool prepared = mode == QLatin1String("once")
+        || (mode == QLatin1String("limited") && limitFiles(arguments.value(2)))
+        || (mode == QLatin1String("unprivileged") && dropPrivileges());
+    if (!prepared)
+        tell("skip");
+    else
+        tell(Saver(path).save(large));
+    return 0;
+}
