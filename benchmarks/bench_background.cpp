@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFutureWatcher>
+#include <QSemaphore>
 #include <QThread>
 #include <QtConcurrent>
 
@@ -58,6 +59,13 @@ QObject& elsewhere()
     return *object;
 }
 
+/// An object on the main thread, for as long as the program runs.
+QObject& here()
+{
+    static auto* const object = new QObject;
+    return *object;
+}
+
 BackgroundRequestManager& manager()
 {
     static auto* const made = new BackgroundRequestManager;
@@ -70,11 +78,41 @@ protected:
     void perform() override { Q_EMIT completed(); }
 };
 
+/// An object on the manager's thread.
+QObject& onManagersThread()
+{
+    static QObject* const object = [] {
+        const auto request = std::make_shared<EmptyRequest>();
+        manager().add(request);
+        auto* const made = new QObject;
+        made->moveToThread(request->thread());
+        return made;
+    }();
+    return *object;
+}
+
 template <typename Work>
 void send(QObject& to, Work work)
 {
     QMetaObject::invokeMethod(&to, std::move(work), Qt::QueuedConnection);
 }
+
+/// Keeps the thread of an object busy until it is opened, so that all that is sent there waits. For one
+/// call alone there is no need to.
+class Gate
+{
+public:
+    Gate(QObject& object, int count)
+    {
+        if (count > 1)
+            send(object, [this] { m_semaphore.acquire(); });
+    }
+
+    void open() { m_semaphore.release(); }
+
+private:
+    QSemaphore m_semaphore;
+};
 
 /// Counts what comes back on this thread, and ends the wait for it.
 class Arrivals
@@ -109,15 +147,17 @@ private:
 class Sketch
 {
 public:
-    explicit Sketch(Arrivals& arrivals)
-        : m_arrivals(arrivals)
+    /// Lives as long as the program, since its last call may outlast the last arrival.
+    static Sketch& instance()
     {
+        static auto* const made = new Sketch;
+        return *made;
     }
 
-    void add()
+    void add(Arrivals& arrivals)
     {
-        send(elsewhere(), [this] {
-            ++m_waiting;
+        send(elsewhere(), [this, &arrivals] {
+            m_queue.push_back(&arrivals);
             runNext();
         });
     }
@@ -130,26 +170,26 @@ private:
         m_pumping = true;
         QCoreApplication::processEvents();
         m_pumping = false;
-        if (m_running || m_waiting == 0)
+        if (m_running || m_queue.empty())
             return;
-        --m_waiting;
+        Arrivals& arrivals = *m_queue.front();
+        m_queue.pop_front();
         m_running = true;
-        send(m_arrivals.context(), [] { benchmark::ClobberMemory(); });
+        send(here(), [] { benchmark::ClobberMemory(); });
         send(elsewhere(), [this] {
             m_running = false;
-            send(m_arrivals.context(), [this] { m_arrivals.arrived(); });
+            send(here(), [] { benchmark::ClobberMemory(); });
             runNext();
         });
-        send(m_arrivals.context(), [] { benchmark::ClobberMemory(); });
+        send(arrivals.context(), [&arrivals] { arrivals.arrived(); });
     }
 
-    Arrivals& m_arrivals;
-    int m_waiting = 0;
+    std::deque<Arrivals*> m_queue;
     bool m_running = false;
     bool m_pumping = false;
 };
 
-/// Requests with responses that tell when they have gone, which is the last that is heard of them.
+/// Requests with responses that tell of their completion.
 class Requests
 {
 public:
@@ -158,7 +198,7 @@ public:
         for (int i = 0; i < count; ++i) {
             m_requests.push_back(std::make_shared<EmptyRequest>());
             m_responses.push_back(std::make_unique<abstract_response>(m_requests.back().get()));
-            QObject::connect(m_responses.back().get(), &abstract_response::finished,
+            QObject::connect(m_responses.back().get(), &abstract_response::completed,
                              &arrivals.context(), [&arrivals] { arrivals.arrived(); });
         }
     }
@@ -180,9 +220,11 @@ void thereAndBack(benchmark::State& state)
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
         Arrivals arrivals(count);
+        Gate gate(elsewhere(), count);
         for (int i = 0; i < count; ++i)
             send(elsewhere(),
                  [&arrivals] { send(arrivals.context(), [&arrivals] { arrivals.arrived(); }); });
+        gate.open();
         arrivals.wait();
     }
 }
@@ -193,13 +235,11 @@ void sketch(benchmark::State& state)
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
         Arrivals arrivals(count);
-        Sketch sketch(arrivals);
+        Gate gate(elsewhere(), count);
         for (int i = 0; i < count; ++i)
-            sketch.add();
+            Sketch::instance().add(arrivals);
+        gate.open();
         arrivals.wait();
-        // Its last call may still be handling events.
-        QMetaObject::invokeMethod(
-            &elsewhere(), [] {}, Qt::BlockingQueuedConnection);
     }
 }
 
@@ -212,7 +252,9 @@ void library(benchmark::State& state)
         Arrivals arrivals(count);
         auto requests = std::make_unique<Requests>(count, arrivals);
         state.ResumeTiming();
+        Gate gate(onManagersThread(), count);
         requests->add();
+        gate.open();
         arrivals.wait();
         state.PauseTiming();
         requests.reset();
@@ -228,7 +270,9 @@ void libraryWithMaking(benchmark::State& state)
     for (auto _ : state) {
         Arrivals arrivals(count);
         auto requests = std::make_unique<Requests>(count, arrivals);
+        Gate gate(onManagersThread(), count);
         requests->add();
+        gate.open();
         arrivals.wait();
         requests.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -244,12 +288,16 @@ void concurrentRun(benchmark::State& state)
     for (auto _ : state) {
         Arrivals arrivals(count);
         std::vector<std::unique_ptr<QFutureWatcher<void>>> watchers;
+        QSemaphore gate;
+        if (count > 1)
+            QtConcurrent::run(&pool, [&gate] { gate.acquire(); });
         for (int i = 0; i < count; ++i) {
             watchers.push_back(std::make_unique<QFutureWatcher<void>>());
             QObject::connect(watchers.back().get(), &QFutureWatcher<void>::finished,
                              &arrivals.context(), [&arrivals] { arrivals.arrived(); });
             watchers.back()->setFuture(QtConcurrent::run(&pool, [] {}));
         }
+        gate.release();
         arrivals.wait();
     }
 }

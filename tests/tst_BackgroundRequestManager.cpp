@@ -54,8 +54,10 @@ std::shared_ptr<Request> recorded(Journal& journal, const std::string& name,
 /// Handles the events of this thread until \p journal has \p count lines.
 void waitForLines(const Journal& journal, std::size_t count)
 {
-    while (journal.size() < count)
+    while (journal.size() < count) {
         QCoreApplication::processEvents();
+        QThread::yieldCurrentThread();
+    }
 }
 
 /// Keeps a worker from handling events, so that several can be made to wait for it.
@@ -336,12 +338,14 @@ private Q_SLOTS:
         auto first = recorded(journal, "1", &leaveOpen);
         managed.add(first);
         managed.add(recorded(journal, "2"));
+        waitForLines(journal, 1);
         managed.settle();
         QCOMPARE(journal.lines(), Lines{"1: started 1"});
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
         });
+        waitForLines(journal, 6);
         managed.settle();
         QCOMPARE(journal.lines(),
                  (Lines{"1: started 1", "1: completed 2", "1: finished 2", "2: started 1",
@@ -355,6 +359,7 @@ private Q_SLOTS:
         managed.add(recorded(journal, "1", &leaveOpen));
         for (int i = 2; i < 5; ++i)
             managed.add(recorded(journal, std::to_string(i)));
+        waitForLines(journal, 1);
         managed.settle();
         QCOMPARE(journal.lines(), Lines{"1: started 1"});
         managed.end();
@@ -372,6 +377,7 @@ private Q_SLOTS:
         managed.add(recorded(journal, "3"));
         waitForLines(journal, 3);
         zvtest::runOn(managed.context(), [&] { Q_EMIT first->failed("as well"); });
+        waitForLines(journal, 7);
         managed.settle();
         // The third has run, though the second hasn't ended.
         QCOMPARE(journal.lines(),
@@ -449,12 +455,14 @@ private Q_SLOTS:
         managed.add(std::move(second));
         response.abort();
         response.wait();
+        waitForLines(journal, 2);
         managed.settle();
         QCOMPARE(journal.lines(), (Lines{"1: started 1", "2: failed (abort requested) 3"}));
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
         });
+        waitForLines(journal, 5);
         managed.settle();
         QCOMPARE(journal.lines(),
                  (Lines{"1: started 1", "2: failed (abort requested) 3", "1: completed 2",
@@ -521,6 +529,7 @@ private Q_SLOTS:
             Q_EMIT running->completed();
             running.reset();
         });
+        waitForLines(journal, 1);
         managed.settle();
         // It is gone though the one before it in the queue has only begun.
         QCOMPARE(journal.lines(), Lines{"finished"});
@@ -603,6 +612,7 @@ private Q_SLOTS:
             Q_EMIT running->completed();
             running.reset();
         });
+        waitForLines(journal, 7);
         managed.settle();
         QCOMPARE(journal.lines(),
                  (Lines{"2: failed (abort requested) 3", "2: finished 3",
@@ -718,8 +728,9 @@ private Q_SLOTS:
             responses.push_back(std::make_unique<abstract_response>(request.get()));
             managed.add(std::move(request));
         }
-        managed.settle();
+        waitForLines(journal, 1);
         managed.destroyManager();
+        waitForLines(journal, 9);
         managed.settle();
         const std::string before = ": failed (request terminated before starting) 3";
         QCOMPARE(journal.lines(),
@@ -743,6 +754,7 @@ private Q_SLOTS:
         managed.add(held);
         managed.settle();
         managed.destroyManager();
+        waitForLines(journal, 3);
         managed.settle();
         QCOMPARE(held->status(), request_pending);
         QCOMPARE(journal.size(), std::size_t(3));
@@ -768,6 +780,7 @@ private Q_SLOTS:
         }
         managed.settle();
         managed.destroyManager();
+        waitForLines(journal, 6);
         managed.settle();
         QCOMPARE(journal.size(), std::size_t(6));
         for (const std::string& line : journal.lines())
@@ -785,6 +798,7 @@ private Q_SLOTS:
         managed.destroyManager();
         QCOMPARE(journal.lines(), Lines{"1: started 1"});
         blocking.end();
+        waitForLines(journal, 5);
         managed.settle();
         // The work has ended first, and its manager went before it came to the next.
         Lines lines = journal.lines();
@@ -840,6 +854,7 @@ private Q_SLOTS:
             managed.add(recorded(journal, std::to_string(i)));
         managed.destroyManager();
         gate.open();
+        waitForLines(journal, 6);
         managed.settle();
         // Its end was among the events that waited, and came before the choice.
         QCOMPARE(journal.size(), std::size_t(6));
@@ -877,6 +892,7 @@ private Q_SLOTS:
         releasing.acquire();
         managed.destroyManager();
         destroyed.release();
+        waitForLines(journal, 3);
         managed.settle();
         QCOMPARE(journal.lines(),
                  (Lines{"1: failed (request terminated before starting) 3", "1: finished 3",

@@ -175,7 +175,8 @@ public:
 
     void add(std::shared_ptr<Request> request) { m_manager->add(std::move(request)); }
 
-    /// Waits until the worker has handled what was sent to it, and all that was sent by that.
+    /// Waits until the worker has handled what was sent to it. That may be while it handles events
+    /// before it starts the next request, so what is to come is to be waited for before.
     void settle()
     {
         for (int i = 0; i < 4; ++i)
