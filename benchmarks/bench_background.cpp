@@ -1,6 +1,6 @@
-// Handing work to another thread and hearing of its end: the library against bare queued calls, against
-// just the queued calls that a request needs, and against Qt's concurrent run. Stopping: the library
-// against the standard library's stop source, which is why this program is C++20.
+// Handing work to another thread and hearing of its end: the library against bare queued calls,
+// against just the queued calls that a request needs, and against Qt's concurrent run. Stopping:
+// the library against the standard library's stop source, which is why this program is C++20.
 
 #include "support/Quick.h"
 
@@ -97,8 +97,8 @@ void send(QObject& to, Work work)
     QMetaObject::invokeMethod(&to, std::move(work), Qt::QueuedConnection);
 }
 
-/// Keeps the thread of an object busy until it is opened, so that all that is sent there waits. For one
-/// call alone there is no need to.
+/// Keeps the thread of an object busy until it is opened, so that all that is sent there waits. For
+/// one call alone there is no need to.
 class Gate
 {
 public:

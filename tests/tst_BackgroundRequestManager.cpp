@@ -131,7 +131,7 @@ private:
 class StackSize
 {
 public:
-    explicit StackSize(std::size_t bytes)
+    explicit StackSize([[maybe_unused]] std::size_t bytes)
     {
 #ifdef Q_OS_LINUX
         pthread_attr_t attributes;
@@ -139,8 +139,6 @@ public:
         pthread_attr_getstacksize(&attributes, &m_before);
         set(bytes);
         pthread_attr_destroy(&attributes);
-#else
-        Q_UNUSED(bytes)
 #endif
     }
 

@@ -206,7 +206,8 @@ private Q_SLOTS:
 
     void secondStartFindsTheFirstRunOver()
     {
-        // The first run handles no events, since it has no step, so the second start comes behind it.
+        // The first run handles no events, since it has no step, so the second start comes behind
+        // it.
         Process process(0);
         process.start();
         process.start();

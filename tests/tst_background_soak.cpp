@@ -207,8 +207,8 @@ struct Soak
     std::atomic<int> lostEnds{0};
 };
 
-/// Makes requests on a thread of its own, a hundred at a time, until they have all come to their end;
-/// then the thread ends, too.
+/// Makes requests on a thread of its own, a hundred at a time, until they have all come to their
+/// end; then the thread ends, too.
 class Maker : public QObject
 {
 public:

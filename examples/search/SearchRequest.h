@@ -10,9 +10,9 @@ class QFile;
 
 /// Searches the text files of a directory and all below it.
 ///
-/// A file is text if there is no NUL in its first 4 KB. Lines above 64 KB are searched in pieces. Links
-/// aren't followed; what can't be read is counted and passed over. It fails if there is no such
-/// directory, and with "cancelled" when it is aborted.
+/// A file is text if there is no NUL in its first 4 KB. Lines above 64 KB are searched in pieces.
+/// Links aren't followed; what can't be read is counted and passed over. It fails if there is no
+/// such directory, and with "cancelled" when it is aborted.
 class SearchRequest : public zvutil::libzvutil::abstract_request
 {
     Q_OBJECT

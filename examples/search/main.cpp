@@ -2,8 +2,9 @@
 //
 //   zvsearch [--cancel-after HITS] TEXT DIRECTORY
 //
-// Hits go to standard output as FILE:LINE: TEXT, all else to standard error. Returns 0 if there were
-// hits, 1 if there were none, 2 if something is wrong and 3 if it was cancelled, by Ctrl+C for example.
+// Hits go to standard output as FILE:LINE: TEXT, all else to standard error. Returns 0 if there
+// were hits, 1 if there were none, 2 if something is wrong and 3 if it was cancelled, by Ctrl+C for
+// example.
 
 #include "SearchRequest.h"
 
@@ -130,8 +131,8 @@ int main(int argc, char* argv[])
     manager->add(request);
     const int result = QCoreApplication::exec();
 
-    // The event loop is over, so the manager may go. Its thread is ended for the request's sake, which
-    // is destroyed here and must not be in use there.
+    // The event loop is over, so the manager may go. Its thread is ended for the request's sake,
+    // which is destroyed here and must not be in use there.
     manager.reset();
     QThread* const worker = request->thread();
     do

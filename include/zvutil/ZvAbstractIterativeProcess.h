@@ -10,8 +10,9 @@ class QTimerEvent;
 /// Long work on the thread of the user interface, cut into steps between which events are handled.
 ///
 /// A subclass says what a step is. The steps run on the object's own thread, from its event loop;
-/// after each one all waiting events are handled once, so whatever they call may run between any two
-/// steps, also `stop` and `restart`. A step should be short, since nothing else happens meanwhile.
+/// after each one all waiting events are handled once, so whatever they call may run between any
+/// two steps, also `stop` and `restart`. A step should be short, since nothing else happens
+/// meanwhile.
 ///
 /// `start`, `stop` and `restart` may be called on any thread, all else on the object's own. It must
 /// not be deleted while it runs, from a slot that is called between steps for example.
@@ -37,12 +38,12 @@ public:
     /// Does one step.
     virtual void processStep() = 0;
 
-    /// Has a run begin when the event loop comes to it, never at once. If a run is under way by then,
-    /// nothing happens, now or later.
+    /// Has a run begin when the event loop comes to it, never at once. If a run is under way by
+    /// then, nothing happens, now or later.
     void start();
 
-    /// Ends the run that is under way, behind its current step. A start that is still waiting in the
-    /// event loop isn't taken back. From another thread it takes effect when the process next
+    /// Ends the run that is under way, behind its current step. A start that is still waiting in
+    /// the event loop isn't taken back. From another thread it takes effect when the process next
     /// handles events.
     void stop();
 

@@ -25,9 +25,9 @@ public:
     [[nodiscard]] stop_token get_token() const { return stop_token(m_impl); }
 
     /// Asks to stop. Returns true the first time; then it also calls, on this thread and in the
-    /// order in which they were connected, all receivers that are connected now and alive when their
-    /// turn comes. Later calls return false and do nothing. However many threads call, exactly one
-    /// of them gets true.
+    /// order in which they were connected, all receivers that are connected now and alive when
+    /// their turn comes. Later calls return false and do nothing. However many threads call,
+    /// exactly one of them gets true.
     ///
     /// A receiver may connect further ones, which aren't called any more, and destroy receivers and
     /// the source. What a receiver throws comes out here and leaves those behind it uncalled.

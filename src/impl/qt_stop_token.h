@@ -12,8 +12,8 @@ namespace zvutil::libzvutil {
 
 /// Makes a Qt signal of a stop.
 ///
-/// It is made and destroyed on its own thread. The stop may be requested on any other meanwhile, but
-/// not while the object is being made (see `stop_token::connect_receiver`).
+/// It is made and destroyed on its own thread. The stop may be requested on any other meanwhile,
+/// but not while the object is being made (see `stop_token::connect_receiver`).
 class qt_stop_token : public QObject
 {
     Q_OBJECT

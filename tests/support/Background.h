@@ -48,8 +48,8 @@ private:
     Lines m_lines;
 };
 
-/// Has \p journal record the signals that requests and responses have in common, each with the status
-/// that its slot sees and, if it comes on another thread than that of \p subject, a mark.
+/// Has \p journal record the signals that requests and responses have in common, each with the
+/// status that its slot sees and, if it comes on another thread than that of \p subject, a mark.
 template <typename Subject>
 void record(Subject& subject, Journal& journal, const std::string& name = {})
 {
@@ -97,8 +97,8 @@ void runOn(QObject& context, Work work)
                               same ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
 }
 
-/// Ends a thread's event loop. On Unix a quit is lost if the loop is just handling an event that itself
-/// handles events.
+/// Ends a thread's event loop. On Unix a quit is lost if the loop is just handling an event that
+/// itself handles events.
 inline void endThread(QThread& thread)
 {
     do

@@ -5,16 +5,18 @@
 
 namespace zvutil::libzvutil {
 
-/// Runs requests one at a time on a worker thread of its own, in the order in which they were added.
+/// Runs requests one at a time on a worker thread of its own, in the order in which they were
+/// added.
 ///
 /// The next request starts when the one before it has emitted `completed` or `failed`; one that
-/// never does blocks all that come later. One that is aborted while it waits is dropped without being
-/// started. A request that is added by a slot or by work on the worker thread itself is queued like
-/// any other, so nothing that runs there may wait for another request of the same manager.
+/// never does blocks all that come later. One that is aborted while it waits is dropped without
+/// being started. A request that is added by a slot or by work on the worker thread itself is
+/// queued like any other, so nothing that runs there may wait for another request of the same
+/// manager.
 ///
-/// `add` may be called on any thread, but must be called on the one on which the request lives, since
-/// it moves the request to the worker thread and takes it from its parent. It never waits. Make the
-/// request's `abstract_response` before.
+/// `add` may be called on any thread, but must be called on the one on which the request lives,
+/// since it moves the request to the worker thread and takes it from its parent. It never waits.
+/// Make the request's `abstract_response` before.
 ///
 /// **A manager has to live as long as the event loop of the thread that made it.** Its destructor
 /// returns at once. Thereafter, when the worker's event loop gets to it, the requests that are left

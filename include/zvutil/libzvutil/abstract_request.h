@@ -38,8 +38,8 @@ public:
     ~abstract_request() override;
 
     /// Whether it was aborted after it was started. Work that takes long polls this and ends early
-    /// when it turns true. It turns true only when `abort` runs, and an abort from another thread is
-    /// an event: work that doesn't return to the event loop has to handle events, by
+    /// when it turns true. It turns true only when `abort` runs, and an abort from another thread
+    /// is an event: work that doesn't return to the event loop has to handle events, by
     /// `QCoreApplication::processEvents`, or the abort comes when it is done.
     bool abort_requested() const;
 
@@ -72,9 +72,10 @@ public Q_SLOTS:
     void start();
 
 protected:
-    /// Does the work and emits exactly one of `completed` and `failed`, at once or, having returned,
-    /// from the event loop later on. A request that emits neither is never done, and its manager
-    /// starts no other; one that emits both has its manager take the next request for done, too.
+    /// Does the work and emits exactly one of `completed` and `failed`, at once or, having
+    /// returned, from the event loop later on. A request that emits neither is never done, and its
+    /// manager starts no other; one that emits both has its manager take the next request for done,
+    /// too.
     ///
     /// Must not throw. What it throws comes out of `start`, and from there, on a manager's worker
     /// thread, gets into Qt's event loop, which ends the program by `std::terminate`. Where the

@@ -22,8 +22,8 @@ class abstract_request;
 /// It has no parent and belongs to whoever made it. It knows its request by connections alone, so
 /// either may be destroyed first; a request that is still waiting or running then goes on.
 ///
-/// All operations are to be called on the response's own thread, which is the one that makes it, but
-/// for `requestID`, which may be called on any. All that arrives here comes by way of that
+/// All operations are to be called on the response's own thread, which is the one that makes it,
+/// but for `requestID`, which may be called on any. All that arrives here comes by way of that
 /// thread's event loop.
 class ZVUTIL_EXPORT abstract_response : public QObject
 {

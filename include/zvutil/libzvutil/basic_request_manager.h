@@ -11,8 +11,8 @@ namespace zvutil::libzvutil {
 
 class background_impl;
 
-/// A request manager in front of `Impl`, which runs the requests. `Impl` lives where it likes, and is
-/// deleted by the event loop of the thread that it lives on.
+/// A request manager in front of `Impl`, which runs the requests. `Impl` lives where it likes, and
+/// is deleted by the event loop of the thread that it lives on.
 template <typename Impl>
 class basic_request_manager : public abstract_request_manager
 {
