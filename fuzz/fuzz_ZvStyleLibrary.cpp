@@ -7,6 +7,7 @@
 
 #include <HostSupport/host.h>
 
+#include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>

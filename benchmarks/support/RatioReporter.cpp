@@ -40,7 +40,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs)
         if (run.run_type != Run::RT_Iteration)
             continue;
         const std::size_t slash = name.rfind('/');
-        const bool wall = run.run_name.time_type == "real_time";
+        const bool wall = !run.run_name.time_type.empty();
         const double seconds = wall ? run.real_accumulated_time : run.cpu_accumulated_time;
         Measured& measured = m_cases[name.substr(0, slash)][name.substr(slash + 1)];
         measured.times.push_back(1e9 * seconds / static_cast<double>(run.iterations));

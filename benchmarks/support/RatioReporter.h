@@ -13,7 +13,8 @@ namespace zvbench {
 ///
 /// A benchmark is named CASE/CONTENDER; the contender "floor" does the least work that gives the
 /// result, "library" is ours, all others are peers. Times are medians over the repetitions, in CPU
-/// time, or in wall time where the benchmark asks for it. A counter "peak" is shown behind them.
+/// time, or in wall time or the time that is told where the benchmark asks for it. A counter "peak"
+/// is shown behind them.
 class RatioReporter : public benchmark::BenchmarkReporter
 {
 public:

@@ -1,5 +1,6 @@
 // Prints the sizes of the handles, which are part of the interface.
 
+#include <zvutil/ZvAbstractIterativeProcess.h>
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvCompression.h>
@@ -20,6 +21,10 @@
 #include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/basic_pimpl.h>
 #include <zvutil/experimental/unique_destroyable_ptr.h>
+#include <zvutil/libzvutil/BackgroundRequestManager.h>
+#include <zvutil/libzvutil/abstract_response.h>
+#include <zvutil/libzvutil/background_impl.h>
+#include <zvutil/stop_source.h>
 #include <zvutil/uri.h>
 #include <zvutil/uuid.h>
 
@@ -60,6 +65,16 @@ int main()
         {"ZvBasicXMLSaveFile<char16_t>", sizeof(ZvBasicXMLSaveFile<char16_t>)},
         {"ZvBasicXMLSaveFile<char32_t>", sizeof(ZvBasicXMLSaveFile<char32_t>)},
         {"ZvBasicXMLSaveFile<wchar_t>", sizeof(ZvBasicXMLSaveFile<wchar_t>)},
+        {"zvutil::stop_source", sizeof(zvutil::stop_source)},
+        {"zvutil::stop_token", sizeof(zvutil::stop_token)},
+        {"zvutil::details::stop_source_impl", sizeof(zvutil::details::stop_source_impl)},
+        {"zvutil::libzvutil::GenericTrigger", sizeof(zvutil::libzvutil::GenericTrigger)},
+        {"zvutil::libzvutil::abstract_request", sizeof(zvutil::libzvutil::abstract_request)},
+        {"zvutil::libzvutil::abstract_response", sizeof(zvutil::libzvutil::abstract_response)},
+        {"zvutil::libzvutil::BackgroundRequestManager",
+         sizeof(zvutil::libzvutil::BackgroundRequestManager)},
+        {"zvutil::libzvutil::background_impl", sizeof(zvutil::libzvutil::background_impl)},
+        {"ZvAbstractIterativeProcess", sizeof(ZvAbstractIterativeProcess)},
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);

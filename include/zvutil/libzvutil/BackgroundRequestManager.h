@@ -1,0 +1,44 @@
+#pragma once
+
+#include <zvutil/libzvutil/basic_request_manager.h>
+#include <zvutil/zvutil_export.h>
+
+namespace zvutil::libzvutil {
+
+/// Runs requests one at a time on a worker thread of its own, in the order in which they were
+/// added.
+///
+/// The next request starts when the one before it has emitted `completed` or `failed`; one that
+/// never does blocks all that come later. One that is aborted while it waits is dropped without
+/// being started. A request that is added by a slot or by work on the worker thread itself is
+/// queued like any other, so nothing that runs there may wait for another request of the same
+/// manager.
+///
+/// `add` may be called on any thread, but must be called on the one on which the request lives,
+/// since it moves the request to the worker thread and takes it from its parent. It never waits.
+/// Make the request's `abstract_response` before.
+///
+/// **A manager has to live as long as the event loop of the thread that made it.** Its destructor
+/// returns at once. Thereafter, when the worker's event loop gets to it, the requests that are left
+/// are released, the running one first and then the last added ones before those before them; what
+/// nobody else holds is destroyed there. The worker thread itself is not ended, and its `QThread`
+/// object is deleted by the event loop of the thread that made the manager: if that still runs, Qt
+/// ends the program, since the worker does. A program that has to let a manager go earlier ends the
+/// worker itself, in the same breath:
+/// \code
+/// QThread* const worker = request->thread(); // of any request that was added
+/// manager.reset();
+/// do
+///     worker->quit(); // again, since work that handles events may swallow it
+/// while (!worker->wait(100));
+/// \endcode
+class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
+{
+public:
+    explicit BackgroundRequestManager(QObject* parent = nullptr);
+    ~BackgroundRequestManager() override;
+};
+
+static_assert(sizeof(BackgroundRequestManager) == sizeof(QObject) + sizeof(void*));
+
+} // namespace zvutil::libzvutil

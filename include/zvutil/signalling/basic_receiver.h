@@ -1,0 +1,25 @@
+#pragma once
+
+#include <zvutil/signalling/parameterised_abstract_receiver.h>
+
+#include <utility>
+
+namespace zvutil::signalling {
+
+/// A receiver that hands what it is told on to a callable, which it holds by value.
+template <typename F, typename... Args>
+class basic_receiver : public parameterised_abstract_receiver<Args...>
+{
+public:
+    explicit basic_receiver(F callable)
+        : m_callable(std::move(callable))
+    {
+    }
+
+    void receive(Args... args) override { m_callable(std::forward<Args>(args)...); }
+
+private:
+    F m_callable;
+};
+
+} // namespace zvutil::signalling

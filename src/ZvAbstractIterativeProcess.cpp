@@ -1,0 +1,85 @@
+#include <zvutil/ZvAbstractIterativeProcess.h>
+
+#include <QCoreApplication>
+#include <QTimerEvent>
+
+ZvAbstractIterativeProcess::ZvAbstractIterativeProcess(QObject* parent)
+    : QObject(parent)
+{
+    connect(this, &ZvAbstractIterativeProcess::startRequested, this,
+            &ZvAbstractIterativeProcess::run, Qt::QueuedConnection);
+    connect(this, &ZvAbstractIterativeProcess::stopRequested, this, [this] { m_stopFlag = true; });
+}
+
+ZvAbstractIterativeProcess::ZvAbstractIterativeProcess(int interval, QObject* parent)
+    : ZvAbstractIterativeProcess(parent)
+{
+    connect(this, &ZvAbstractIterativeProcess::started, this,
+            [this, interval] { m_timer.start(interval, this); });
+    connect(this, &ZvAbstractIterativeProcess::finished, this, [this] {
+        m_timer.stop();
+        reportStatus();
+    });
+}
+
+ZvAbstractIterativeProcess::~ZvAbstractIterativeProcess()
+{
+    if (m_timer.isActive())
+        m_timer.stop();
+}
+
+void ZvAbstractIterativeProcess::start()
+{
+    Q_EMIT startRequested(QPrivateSignal());
+}
+
+void ZvAbstractIterativeProcess::stop()
+{
+    Q_EMIT stopRequested(QPrivateSignal());
+}
+
+void ZvAbstractIterativeProcess::restart()
+{
+    Q_EMIT stopRequested(QPrivateSignal());
+    Q_EMIT restarted(QPrivateSignal());
+    Q_EMIT startRequested(QPrivateSignal());
+}
+
+bool ZvAbstractIterativeProcess::running() const
+{
+    return m_isRunning;
+}
+
+void ZvAbstractIterativeProcess::reportStatus()
+{
+}
+
+void ZvAbstractIterativeProcess::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_timer.timerId())
+        reportStatus();
+    else
+        QObject::timerEvent(event);
+}
+
+void ZvAbstractIterativeProcess::run()
+{
+    // Wanted: a start that arrives during a run is dropped, not remembered.
+    if (m_isRunning)
+        return;
+    m_stopFlag = false;
+    m_isRunning = true;
+    try {
+        Q_EMIT started(QPrivateSignal());
+        while (!m_stopFlag && hasMoreWork()) {
+            processStep();
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
+        }
+    } catch (...) {
+        // Wanted: the exception goes no further, nobody is told, and the timer stays active.
+        m_isRunning = false;
+        return;
+    }
+    m_isRunning = false;
+    Q_EMIT finished(QPrivateSignal());
+}

@@ -1,0 +1,78 @@
+#include <zvutil/libzvutil/abstract_request.h>
+
+#include "impl/departures.h"
+#include "impl/string_metatype.h"
+
+namespace zvutil::libzvutil {
+
+abstract_request::abstract_request(QObject* parent)
+    : QObject(parent)
+{
+    impl::register_string_metatype();
+    // The first connections, so that every other slot sees the new status.
+    const auto setStatus = [this](request_status status) {
+        if (m_status == request_pending)
+            ++impl::departures();
+        m_status = status;
+    };
+    connect(this, &abstract_request::started, this, [setStatus] { setStatus(request_started); });
+    connect(this, &abstract_request::completed, this,
+            [setStatus] { setStatus(request_completed); });
+    connect(this, &abstract_request::failed, this, [setStatus] { setStatus(request_failed); });
+}
+
+abstract_request::~abstract_request()
+{
+    if (m_status == request_pending)
+        Q_EMIT failed("request terminated before starting");
+    else if (m_status == request_started)
+        Q_EMIT failed("request terminated before completing");
+    Q_EMIT finished();
+}
+
+bool abstract_request::abort_requested() const
+{
+    return m_stop.stop_requested();
+}
+
+bool abstract_request::has_failed() const
+{
+    return m_status == request_failed;
+}
+
+const uuid& abstract_request::id() const
+{
+    return m_id;
+}
+
+bool abstract_request::is_pending() const
+{
+    return m_status == request_pending;
+}
+
+request_status abstract_request::status() const
+{
+    return m_status;
+}
+
+void abstract_request::abort()
+{
+    if (m_status == request_pending) {
+        // Wanted: nothing was under way, so there is no `aborted`.
+        Q_EMIT failed("abort requested");
+    } else if (m_status == request_started) {
+        m_stop.request_stop();
+        // Wanted: each further abort emits it again.
+        Q_EMIT aborted();
+    }
+}
+
+void abstract_request::start()
+{
+    if (m_status != request_pending)
+        return;
+    Q_EMIT started();
+    perform();
+}
+
+} // namespace zvutil::libzvutil

@@ -1,0 +1,72 @@
+#include <zvutil/libzvutil/abstract_response.h>
+
+#include <zvutil/libzvutil/abstract_request.h>
+
+#include "impl/qt_stop_token.h"
+#include "impl/string_metatype.h"
+
+#include <QCoreApplication>
+#include <QtAlgorithms>
+
+namespace zvutil::libzvutil {
+
+abstract_response::abstract_response(abstract_request* request)
+    : m_trigger(new GenericTrigger)
+    , m_requestID(request ? request->id() : uuid("unknown"))
+{
+    impl::register_string_metatype();
+    if (!request)
+        return;
+    connect(request, &abstract_request::started, this, [this] {
+        m_status = request_started;
+        Q_EMIT started();
+    });
+    connect(request, &abstract_request::completed, this, [this] {
+        m_status = request_completed;
+        Q_EMIT completed();
+    });
+    connect(request, &abstract_request::failed, this, [this](const std::string& errorMessage) {
+        m_status = request_failed;
+        Q_EMIT failed(errorMessage);
+    });
+    connect(request, &abstract_request::finished, this, &abstract_response::finished);
+    connect(m_trigger.get(), &GenericTrigger::signal, request, &abstract_request::abort);
+}
+
+abstract_response::~abstract_response()
+{
+    // They wait for a stop that is on its way here, so they go while this is still whole.
+    qDeleteAll(findChildren<qt_stop_token*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
+void abstract_response::attachStopToken(stop_token token)
+{
+    const qt_stop_token* const attached = new qt_stop_token(token, this);
+    connect(attached, &qt_stop_token::triggered, this, &abstract_response::abort);
+    // Asked last: a stop is then seen here, or there, or in both places.
+    if (token.stop_requested())
+        m_trigger->trigger();
+}
+
+const uuid& abstract_response::requestID() const
+{
+    return m_requestID;
+}
+
+request_status abstract_response::status() const
+{
+    return m_status;
+}
+
+void abstract_response::wait()
+{
+    while (m_status != request_completed && m_status != request_failed)
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+void abstract_response::abort()
+{
+    m_trigger->trigger();
+}
+
+} // namespace zvutil::libzvutil
