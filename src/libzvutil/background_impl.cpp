@@ -38,6 +38,7 @@ void background_impl::add(request_ptr request)
         return;
     request->setParent(nullptr);
     request->moveToThread(m_thread.get());
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): Qt keeps the functor
     QMetaObject::invokeMethod(this, [this, request = std::move(request)]() mutable {
         // One that isn't pending any more has left that state on another thread, uncounted.
         if (!request->is_pending())
