@@ -60,6 +60,14 @@ void waitForLines(const Journal& journal, std::size_t count)
     }
 }
 
+/// The worker handles events before it starts a request, so what is sent to it may come first.
+void waitUntilStarted(Managed& managed, const Request& request)
+{
+    bool isStarted = false;
+    while (!isStarted)
+        zvtest::runOn(managed.context(), [&] { isStarted = !request.is_pending(); });
+}
+
 /// Keeps a worker from handling events, so that several can be made to wait for it.
 class Gate
 {
@@ -335,6 +343,7 @@ private Q_SLOTS:
         Managed managed;
         auto first = recorded(journal, "1", &leaveOpen);
         managed.add(first);
+        waitUntilStarted(managed, *first);
         managed.add(recorded(journal, "2"));
         waitForLines(journal, 1);
         managed.settle();
@@ -448,6 +457,7 @@ private Q_SLOTS:
         Managed managed;
         auto first = recorded(journal, "1", &leaveOpen);
         managed.add(first);
+        waitUntilStarted(managed, *first);
         auto second = recorded(journal, "2");
         abstract_response response(second.get());
         managed.add(std::move(second));
@@ -474,6 +484,7 @@ private Q_SLOTS:
         Managed managed;
         auto first = recorded(journal, "1", &leaveOpen);
         managed.add(first);
+        waitUntilStarted(managed, *first);
         managed.add(recorded(journal, "2", &leaveOpen));
         std::vector<std::shared_ptr<Request>> waiting;
         for (int i = 3; i < 9; ++i) {
@@ -487,6 +498,7 @@ private Q_SLOTS:
             Q_EMIT first->completed();
             first.reset();
         });
+        waitForLines(journal, 10);
         managed.settle();
         QCOMPARE(
             journal.lines(),
@@ -509,6 +521,7 @@ private Q_SLOTS:
         Managed managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
+        waitUntilStarted(managed, *running);
         managed.add(std::make_shared<Request>(&leaveOpen));
         auto subject = std::make_shared<Request>();
         if (how == QLatin1String("aborted before it was added"))
@@ -595,6 +608,7 @@ private Q_SLOTS:
         Managed managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
+        waitUntilStarted(managed, *running);
         auto front = recorded(journal, "1");
         auto second = recorded(journal, "2");
         connect(second.get(), &abstract_request::finished, [&] {
@@ -621,10 +635,11 @@ private Q_SLOTS:
     void choiceOfManyAbortedRequestsIsALoop()
     {
         // Each release aborts the next front, so that each choice finds one that has left.
-        constexpr int count = 20'000;
+        constexpr int count = 3'000;
         Managed managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
+        waitUntilStarted(managed, *running);
         std::vector<std::shared_ptr<Request>> chain;
         for (int i = 0; i < count; ++i)
             chain.push_back(std::make_shared<Request>());
@@ -868,6 +883,7 @@ private Q_SLOTS:
         Managed managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
+        waitUntilStarted(managed, *running);
         auto aborted = std::make_shared<Request>();
         QSemaphore destroyed;
         QSemaphore releasing;

@@ -38,6 +38,7 @@ void background_impl::add(request_ptr request)
         return;
     request->setParent(nullptr);
     request->moveToThread(m_thread.get());
+#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(this, [this, request = std::move(request)]() mutable {
         // One that isn't pending any more has left that state on another thread, uncounted.
         if (!request->is_pending())
@@ -45,6 +46,7 @@ void background_impl::add(request_ptr request)
         m_queue.push_back(std::move(request));
         run_next();
     });
+#endif
 }
 
 void background_impl::run_next()
