@@ -418,6 +418,28 @@ private Q_SLOTS:
         QCOMPARE(content(file("target")), QByteArray());
     }
 
+    void claimsNeedNoMemory()
+    {
+#if defined(ZV_SANITIZED)
+        QSKIP("A sanitizer needs more address space than there is to be");
+#elif defined(Q_OS_LINUX)
+        const QByteArray packed = qCompress(QByteArray("some content").repeated(10));
+        for (const quint32 length : {0x40000000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
+            QByteArray claim = packed.left(30);
+            qToBigEndian(length, claim.data());
+            QVERIFY(write(file("foreign"), claim));
+            QVERIFY(zvtest::holdsInChild([this] {
+                const rlimit limit = {400U << 20, 400U << 20};
+                return setrlimit(RLIMIT_AS, &limit) == 0
+                    && decompressFailure(file("foreign"), file("target")) == "nothing";
+            }));
+            QCOMPARE(content(file("target")), QByteArray());
+        }
+#else
+        QSKIP("Made with a resource limit of Linux");
+#endif
+    }
+
     void everyTruncation()
     {
         const QByteArray bytes = QByteArray("some content").repeated(20) + randomBytes(50);
