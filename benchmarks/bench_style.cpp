@@ -3,6 +3,7 @@
 // same text.
 
 #include "impl/variable_substitution.h"
+#include "support/StyleVariables.h"
 
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
@@ -77,46 +78,16 @@ QString templateText()
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The variables with values like those of a style, each with its value as it is computed.
+/// The variables with values like those of a style.
 std::vector<variable> variables()
 {
-    const char* const colours[] = {
-        "@panel",
-        "@editorEnabled",
-        "@editorDisabled",
-        "@editorFocus",
-        "@editorHover",
-        "@interactiveEnabled",
-        "@interactiveHover",
-        "@interactivePressed",
-        "@borderEditorEnabled",
-        "@borderEditorDisabled",
-        "@borderEditorFocus",
-        "@borderEditorHover",
-        "@borderInteractiveEnabled",
-        "@borderInteractiveDisabled",
-        "@borderInteractiveHover",
-        "@borderInteractivePressed",
-        "@accentD1",
-        "@accentD2",
-        "@accentD3",
-        "@accentL1",
-        "@accentL2",
-        "@accentL3",
-        "@accentForeground",
-        "@accent",
-        "@textEnabled",
-        "@textDisabled",
-        "@textHover",
-    };
-    const char* const icons[] = {"@iconCheckboxTick", "@iconCheckboxIndeterminate", "@iconClose",
-                                 "@iconMenu"};
     std::vector<variable> result;
-    for (const char* name : colours)
-        result.push_back({QLatin1String(name), QStringLiteral("#ff2d7d9a")});
-    for (const char* name : icons)
-        result.push_back({QLatin1String(name), QStringLiteral(":/libzvutil/style/tick-black.svg")});
-    result.push_back({QLatin1String("@testplanCommentTextEnabled"), QStringLiteral("#ff000000")});
+    for (const char* name : zvtest::styleVariables) {
+        const bool isIcon = zvtest::isIconVariable(name);
+        result.push_back({QLatin1String(name),
+                          isIcon ? QStringLiteral(":/libzvutil/style/tick-black.svg")
+                                 : QStringLiteral("#ff2d7d9a")});
+    }
     return result;
 }
 

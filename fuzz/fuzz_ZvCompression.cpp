@@ -1,37 +1,22 @@
 // Any bytes as a compressed file: the target holds what Qt makes of them, and what is there can be
 // compressed and read back.
 
+#include "support/files.h"
+
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
 
 #include <QByteArray>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+
+using zvfuzz::content;
+using zvfuzz::require;
+using zvfuzz::write;
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-void write(const QString& name, const QByteArray& bytes)
-{
-    QFile file(name);
-    require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
-
-QByteArray content(const QString& name)
-{
-    QFile file(name);
-    require(file.open(QIODevice::ReadOnly));
-    return file.readAll();
-}
 
 zvutil::ZvFilePath path(const QString& name)
 {

@@ -1,6 +1,8 @@
 // Any bytes as a user's style library: it is loaded or refused, the built-in styles stay what they
 // are, and what has been loaded can be saved and loaded again.
 
+#include "support/files.h"
+
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/experimental/xml/xml_exception.h>
@@ -10,31 +12,19 @@
 #include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 
 using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleLibrary;
+using zvfuzz::require;
+using zvfuzz::write;
 using zvutil::ZvFilePath;
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-void write(const QString& name, const QByteArray& bytes)
-{
-    QFile file(name);
-    require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 std::optional<ZvStyleLibrary> loaded(const ZvFilePath& path)
 {

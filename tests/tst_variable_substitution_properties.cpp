@@ -3,6 +3,7 @@
 
 #include "impl/variable_substitution.h"
 
+#include "support/StyleVariables.h"
 #include "support/rapidcheck.h"
 
 #include <QString>
@@ -14,49 +15,11 @@
 
 using libzvutil::impl::substitute_variables;
 using libzvutil::impl::variable;
+using zvtest::isIconVariable;
+using zvtest::styleVariables;
 using namespace std::string_literals;
 
 namespace {
-
-const char* const names[] = {
-    "@panel",
-    "@editorEnabled",
-    "@editorDisabled",
-    "@editorFocus",
-    "@editorHover",
-    "@interactiveEnabled",
-    "@interactiveHover",
-    "@interactivePressed",
-    "@borderEditorEnabled",
-    "@borderEditorDisabled",
-    "@borderEditorFocus",
-    "@borderEditorHover",
-    "@borderInteractiveEnabled",
-    "@borderInteractiveDisabled",
-    "@borderInteractiveHover",
-    "@borderInteractivePressed",
-    "@accentD1",
-    "@accentD2",
-    "@accentD3",
-    "@accentL1",
-    "@accentL2",
-    "@accentL3",
-    "@accentForeground",
-    "@accent",
-    "@textEnabled",
-    "@textDisabled",
-    "@textHover",
-    "@iconCheckboxTick",
-    "@iconCheckboxIndeterminate",
-    "@iconClose",
-    "@iconMenu",
-    "@testplanCommentTextEnabled",
-};
-
-bool isIcon(const std::string& name)
-{
-    return name.rfind("@icon", 0) == 0;
-}
 
 QString inSequence(QString text, const std::vector<variable>& variables)
 {
@@ -69,7 +32,8 @@ QString inSequence(QString text, const std::vector<variable>& variables)
 rc::Gen<std::string> genPiece()
 {
     return rc::gen::mapcat(
-        rc::gen::elementOf(std::vector<std::string>(std::begin(names), std::end(names))),
+        rc::gen::elementOf(
+            std::vector<std::string>(std::begin(styleVariables), std::end(styleVariables))),
         [](const std::string& name) {
             const auto cut = rc::gen::inRange<std::size_t>(0, name.size() + 1);
             return rc::gen::oneOf(
@@ -115,15 +79,16 @@ rc::Gen<QString> genIconValue()
 /// Values as a style has them: colours, and paths of icons that may hold anything.
 rc::Gen<std::vector<variable>> genVariables()
 {
-    return rc::gen::map(rc::gen::container<std::vector<QString>>(std::size(names), genIconValue()),
-                        [](const std::vector<QString>& paths) {
-                            std::vector<variable> variables;
-                            for (std::size_t i = 0; i < std::size(names); ++i)
-                                variables.push_back(
-                                    {QLatin1String(names[i]),
-                                     isIcon(names[i]) ? paths[i] : QStringLiteral("#ff00ff00")});
-                            return variables;
-                        });
+    return rc::gen::map(
+        rc::gen::container<std::vector<QString>>(std::size(styleVariables), genIconValue()),
+        [](const std::vector<QString>& paths) {
+            std::vector<variable> variables;
+            for (std::size_t i = 0; i < std::size(styleVariables); ++i)
+                variables.push_back(
+                    {QLatin1String(styleVariables[i]),
+                     isIconVariable(styleVariables[i]) ? paths[i] : QStringLiteral("#ff00ff00")});
+            return variables;
+        });
 }
 
 /// The same with paths that hold no sign, which is what one pass is for.
