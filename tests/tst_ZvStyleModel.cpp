@@ -1,5 +1,3 @@
-// Also counts what is allocated, since it replaces operator new for the whole process.
-
 #include <zvutil/ZvStyleModel.h>
 
 #include <zvutil/ZvStyle.h>
@@ -7,6 +5,7 @@
 #include <zvutil/ZvStyleManager.h>
 
 #include "support/BuiltInStyles.h"
+#include "support/LiveBlocks.h"
 #include "support/StyleHost.h"
 #include "support/Warnings.h"
 
@@ -21,41 +20,12 @@
 #include <QTest>
 #include <QTreeView>
 
-#include <atomic>
-#include <cstdlib>
 #include <map>
-#include <new>
 #include <set>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <vector>
-
-namespace {
-
-std::atomic<int> blocks{0};
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    void* const memory = std::malloc(size > 0 ? size : 1);
-    if (!memory)
-        throw std::bad_alloc();
-    ++blocks;
-    return memory;
-}
-
-void operator delete(void* memory) noexcept
-{
-    blocks -= memory ? 1 : 0;
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    operator delete(memory);
-}
 
 using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
@@ -552,18 +522,18 @@ private Q_SLOTS:
 
     void eachIndexBelowAnEditorHasAHandlerUntilTheStyleIsSet()
     {
-        if (!countsInTheLibrary())
+        if (!zvtest::countsBlocksOf([] { return ZvStyle("x"); }))
             QSKIP("An operator new that is replaced in a program doesn't reach its DLLs");
         const ZvStyle style = light();
         ZvStyleModel model(style, nullptr);
         const QModelIndex editor = at(model, {Editors, 0});
         std::vector<QModelIndex> held;
         held.reserve(1000);
-        const int before = blocks;
+        const int before = zvtest::liveBlocks;
         for (int i = 0; i < 1000; ++i)
             held.push_back(model.index(i % 8, 0, editor));
         // One each, and one for their list.
-        QCOMPARE(blocks - before, 1001);
+        QCOMPARE(zvtest::liveBlocks - before, 1001);
         // The first is as good as the last.
         QCOMPARE(text(model, held.front()), QStringLiteral("CommentText"));
         QCOMPARE(model.parent(held.front()), editor);
@@ -571,12 +541,12 @@ private Q_SLOTS:
 
         // The list stays, and nothing that it held.
         model.setStyle(style);
-        QCOMPARE(blocks - before, 1);
+        QCOMPARE(zvtest::liveBlocks - before, 1);
         for (int i = 0; i < 1000; ++i) {
             model.index(0, 0, editor);
             model.setStyle(style);
         }
-        QCOMPARE(blocks - before, 1);
+        QCOMPARE(zvtest::liveBlocks - before, 1);
     }
 
     void setStyleResets()
@@ -657,14 +627,6 @@ private Q_SLOTS:
     }
 
 private:
-    /// Whether the replaced operator serves the library as well.
-    static bool countsInTheLibrary()
-    {
-        const int before = blocks;
-        const ZvStyle style("x");
-        return blocks > before;
-    }
-
     const zvtest::StyleHost m_host;
 };
 
