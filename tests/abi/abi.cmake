@@ -19,8 +19,9 @@ else()
     string(REGEX MATCHALL "[^\n]+" lines "${dump}")
     list(TRANSFORM lines REPLACE " .*" "")
 endif()
-# What the library instantiates of the standard library is no interface of ours.
+# What the library instantiates of the standard library and of Qt's inline functions is no interface of ours.
 list(FILTER lines EXCLUDE REGEX "^_Z(Z?N?K?|T[VISC])St")
+list(FILTER lines EXCLUDE REGEX "^_ZNK?[0-9]+Q[A-Z]")
 
 find_program(CXXFILT c++filt REQUIRED)
 list(JOIN lines "\n" mangled)
