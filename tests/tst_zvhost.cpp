@@ -56,10 +56,11 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
             environment.insert(QLatin1String(variable), user.path());
-        // Without a display nobody could close the window, so the host doesn't wait for that.
-        const Outcome outcome = run(
-            {QStringLiteral("-e"), QStringLiteral("_s1(); _s2(); _modifystyle(); print('done')")},
-            environment);
+        // Without a display nobody could close the windows, so the host doesn't wait for that.
+        const Outcome outcome =
+            run({QStringLiteral("-e"),
+                 QStringLiteral("_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')")},
+                environment);
         QCOMPARE(outcome.output, QStringLiteral("done\n"));
         QCOMPARE(outcome.status, 0);
     }
@@ -184,9 +185,11 @@ private Q_SLOTS:
                  QStringLiteral("function PathToURI(string)\n"
                                 "function Schemes(string, number)\n"
                                 "function Throw()\n"
+                                "command  _se\n"
                                 "command  _s1\n"
                                 "command  _s2\n"
                                 "command  _modifystyle\n"
+                                "command  _s3\n"
                                 "command  tell\n"
                                 "command  failing\n"
                                 "option   ZvStyle = \"Light\"\n"

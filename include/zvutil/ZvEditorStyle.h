@@ -55,6 +55,7 @@ public:
 
 private:
     friend class ZvStyle;
+    friend class ZvStyleModel;
     class Impl;
 
     Impl* d_impl();

@@ -12,8 +12,10 @@
 #include <zvutil/ZvNamedIcon.h>
 #include <zvutil/ZvString.h>
 #include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleEditor.h>
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
+#include <zvutil/ZvStyleModel.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
@@ -44,8 +46,10 @@ int main()
         {"libzvutil::ZvNamedIcon", sizeof(libzvutil::ZvNamedIcon)},
         {"libzvutil::ZvString", sizeof(libzvutil::ZvString)},
         {"libzvutil::ZvStyle", sizeof(libzvutil::ZvStyle)},
+        {"libzvutil::ZvStyleEditor", sizeof(libzvutil::ZvStyleEditor)},
         {"libzvutil::ZvStyleLibrary", sizeof(libzvutil::ZvStyleLibrary)},
         {"libzvutil::ZvStyleManager", sizeof(libzvutil::ZvStyleManager)},
+        {"libzvutil::ZvStyleModel", sizeof(libzvutil::ZvStyleModel)},
         {"libzvutil::ZvVariant", sizeof(libzvutil::ZvVariant)},
         {"libzvutil::ZvWString", sizeof(libzvutil::ZvWString)},
         {"zvutil::basic_pimpl<T>", sizeof(zvutil::basic_pimpl<int>)},

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <zvutil/zvutil_export.h>
+
+#include <QAbstractItemModel>
+#include <QVariant>
+
+namespace libzvutil {
+
+class ZvStyle;
+
+/// A style as a tree of one column: the groups "Brushes", "Icons" and "Editors", and below them the
+/// brushes, the icons, and the editors with their brushes. A row's text is a name, its decoration a
+/// `QColor` or a `QIcon`; there is nothing for any other role.
+///
+/// The model works on a copy of its style: edits reach neither a library nor the application. No
+/// row is marked as editable; `setData` is for direct calls.
+///
+/// Each call of `index` for a brush of an editor gives an index of its own, which differs from those
+/// that earlier calls gave and keeps some bytes until `setStyle` or the model's end. The parent of
+/// an icon has the row 0, though the group is in row 1. GUI thread only.
+class ZVUTIL_EXPORT ZvStyleModel : public QAbstractItemModel
+{
+public:
+    /// Of the application's current style, as it is now.
+    ZvStyleModel(QObject* parent = nullptr);
+    ZvStyleModel(const ZvStyle& style, QObject* parent);
+    ~ZvStyleModel() override;
+
+    /// The model's copy, with the edits made so far. Valid as long as the model.
+    const ZvStyle& style();
+    /// Resets the model to a copy of \p style, which may be the model's own; the edits are lost, and
+    /// no index is valid any more.
+    void setStyle(const ZvStyle& style);
+
+    /// An index of any row and column below the root, a group or an editor, whether there is such a
+    /// row or not; one that there isn't has no data. Invalid below a brush or an icon.
+    QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    QModelIndex parent(const QModelIndex& index) const override;
+    int rowCount(const QModelIndex& parent) const override;
+    int columnCount(const QModelIndex& parent) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+    /// Sets the colour of a brush, for `Qt::DecorationRole` alone, to whatever `QVariant` converts to
+    /// a `QColor`; anything else makes it invalid. Emits `dataChanged` for this row and role. Changes
+    /// the one entry: the shades of an accent stay. Returns false, and changes nothing, for any
+    /// other role and for rows that aren't brushes.
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+private:
+    class Impl;
+
+    Impl* d_impl();
+    const Impl* d_impl() const;
+
+    Impl* m_implementation;
+};
+
+static_assert(sizeof(ZvStyleModel) == sizeof(QAbstractItemModel) + sizeof(void*));
+
+} // namespace libzvutil

@@ -1,0 +1,136 @@
+#include <zvutil/ZvStyleEditor.h>
+
+#include <zvutil/ZvStyleManager.h>
+#include <zvutil/ZvStyleModel.h>
+
+#include "impl/ZvBasicUIPreviewWidget.h"
+#include "impl/ZvStyleEditorImpl.h"
+
+#include <HostSupport/ComConstruct.h>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QSplitter>
+#include <QString>
+#include <QTabWidget>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace libzvutil {
+
+namespace {
+
+COMERROR editStyles(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
+                    const ScpParseContext& /*context*/)
+{
+    auto* const window = new ZvStyleEditor(nullptr);
+    window->setAttribute(Qt::WA_DeleteOnClose, true);
+    window->show();
+    return COM_OK;
+}
+
+const ComConstruct editCommand("_se", &editStyles, 0);
+
+/// Puts a button behind all that a page holds, in the order of the tab key.
+void putBehind(const QWidget& page, QWidget& button)
+{
+    QWidget* last = page.nextInFocusChain();
+    while (page.isAncestorOf(last->nextInFocusChain()))
+        last = last->nextInFocusChain();
+    QWidget::setTabOrder(last, &button);
+}
+
+} // namespace
+
+// The order of the steps counts: what is done before its signal is connected has no reaction.
+ZvStyleEditor::ZvStyleEditor(QWidget* parent)
+    : QWidget(parent)
+    , m_implementation(new Impl)
+{
+    auto* const layout = new QVBoxLayout(this);
+    auto* const splitter = new QSplitter(this);
+
+    auto* const combo = new QComboBox;
+    combo->setAccessibleName(QStringLiteral("Style"));
+    combo->insertItems(0, d_impl()->library.names());
+    combo->setCurrentText(ZvStyleManager::CurrentStyle().name().toQString());
+    auto* const duplicateButton = new QPushButton(QStringLiteral("Duplicate"));
+    auto* const topRow = new QHBoxLayout;
+    topRow->addWidget(combo);
+    topRow->addStretch();
+    topRow->addWidget(duplicateButton);
+    layout->addLayout(topRow);
+
+    auto* const tree = new QTreeView(splitter);
+    tree->setAccessibleName(QStringLiteral("Colours and icons"));
+    auto* const model = new ZvStyleModel(tree);
+    tree->setModel(model);
+    tree->setHeaderHidden(true);
+
+    auto* const panel = new QWidget(splitter);
+    auto* const tabs = new QTabWidget(panel);
+    tabs->setAccessibleName(QStringLiteral("Preview"));
+    (new QVBoxLayout(panel))->addWidget(tabs);
+
+    splitter->addWidget(tree);
+    splitter->addWidget(panel);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    layout->addWidget(splitter);
+
+    auto* const applyButton = new QPushButton(QStringLiteral("Apply"));
+    auto* const bottomRow = new QHBoxLayout;
+    bottomRow->addStretch();
+    bottomRow->addWidget(applyButton);
+    layout->addLayout(bottomRow);
+
+    connect(d_impl(), &Impl::addTab, tabs,
+            qOverload<QWidget*, const QString&>(&QTabWidget::addTab));
+    connect(d_impl(), &Impl::addTab, applyButton,
+            [applyButton](const QWidget* page) { putBehind(*page, *applyButton); });
+    d_impl()->addPreviewTab(QStringLiteral("Basic UI"), new ZvBasicUIPreviewWidget(panel));
+    d_impl()->connectControls(*this, {combo, duplicateButton, tree, model, panel, applyButton});
+
+    // A copy, since a factory may register another one.
+    for (const auto& [name, factory] : Impl::PreviewFactories(Impl::previewFactories())) {
+        if (factory)
+            d_impl()->addPreviewTab(name, factory(this));
+    }
+    model->setStyle(ZvStyleManager::CurrentStyle());
+}
+
+ZvStyleEditor::~ZvStyleEditor()
+{
+    std::default_delete<Impl>()(m_implementation);
+}
+
+void ZvStyleEditor::apply()
+{
+    ZvStyleManager::SetLibrary(d_impl()->library);
+}
+
+void ZvStyleEditor::addPreviewWidget(const QString& name, QWidget* widget)
+{
+    d_impl()->addPreviewTab(name, widget);
+}
+
+ZvStyleEditor::PreviewFactory& ZvStyleEditor::RegisterPreviewWidget(const char* name,
+                                                                    PreviewFactory&& factory)
+{
+    return Impl::previewFactories().emplace_back(QString::fromUtf8(name), factory).second;
+}
+
+ZvStyleEditor::Impl* ZvStyleEditor::d_impl()
+{
+    return m_implementation;
+}
+
+const ZvStyleEditor::Impl* ZvStyleEditor::d_impl() const
+{
+    return m_implementation;
+}
+
+} // namespace libzvutil

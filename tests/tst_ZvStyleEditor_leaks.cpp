@@ -1,0 +1,72 @@
+// What the style editor leaves behind when it is used for long. The leak sanitizer is the judge.
+
+#include <zvutil/ZvStyleEditor.h>
+
+#include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleLibrary.h>
+#include <zvutil/ZvStyleManager.h>
+
+#include "support/StyleHost.h"
+
+#include <QColor>
+#include <QComboBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeView>
+
+using libzvutil::ZvStyleEditor;
+using libzvutil::ZvStyleLibrary;
+using libzvutil::ZvStyleManager;
+
+/// The editors aren't shown, so that Qt needn't paint them, too.
+class tst_ZvStyleEditor_leaks : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_host.isValid());
+        ZvStyleLibrary library;
+        library.update(library.light().duplicate("Mine"));
+        ZvStyleManager::SetLibrary(library);
+    }
+
+    void thousandEditsSwitchesAndCopies()
+    {
+        ZvStyleEditor editor;
+        // Most of the time would go to restyling the samples.
+        delete editor.findChild<QTabWidget*>()->widget(0);
+        auto* const combo = editor.findChild<QComboBox*>();
+        QAbstractItemModel* const model = editor.findChild<QTreeView*>()->model();
+        for (int i = 0; i < 1000; ++i) {
+            combo->setCurrentIndex(i % 3);
+            const QColor colour(i % 256, 0, 0);
+            const QModelIndex brushes = model->index(0, 0);
+            const QModelIndex testplan = model->index(0, 0, model->index(2, 0));
+            for (const QModelIndex& index :
+                 {model->index(i % 27, 0, brushes), model->index(i % 8, 0, testplan)}) {
+                QVERIFY(model->setData(index, colour, Qt::DecorationRole));
+                QCOMPARE(index.data(Qt::DecorationRole).value<QColor>(), colour);
+            }
+            if (i % 100 == 0)
+                editor.findChild<QPushButton*>()->click();
+        }
+        QCOMPARE(combo->count(), 13);
+    }
+
+    void thousandEditors()
+    {
+        for (int i = 0; i < 1000; ++i) {
+            const ZvStyleEditor editor;
+            QCOMPARE(editor.findChild<QTabWidget*>()->count(), 1);
+        }
+    }
+
+private:
+    const zvtest::StyleHost m_host;
+};
+
+QTEST_MAIN(tst_ZvStyleEditor_leaks)
+#include "tst_ZvStyleEditor_leaks.moc"
