@@ -666,7 +666,7 @@ private Q_SLOTS:
         QCOMPARE(previews.names, QStringList{QStringLiteral("User Light")});
     }
 
-    void applyHandsTheLibraryOver()
+    void applyHandsTheLibraryOver() const
     {
         const Window window;
         chooseColour(window, window.row({Brushes, 0}), Qt::red);
@@ -693,7 +693,7 @@ private Q_SLOTS:
                  QColor(Qt::blue));
     }
 
-    void closingAsksNothingAndLosesEdits()
+    void closingAsksNothingAndLosesEdits() const
     {
         {
             const Window window;

@@ -29,7 +29,6 @@
 
 using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
-using libzvutil::ZvStyleIcon;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
 using libzvutil::ZvStyleModel;
@@ -205,10 +204,10 @@ private Q_SLOTS:
     void showsACopyOfTheStyle()
     {
         QObject owner;
-        auto* const current = new ZvStyleModel(&owner);
-        QCOMPARE(static_cast<QObject*>(current)->parent(), &owner);
-        QCOMPARE(current->style().name().toQString(), QStringLiteral("Light"));
-        QVERIFY(current->style().isDefaultStyle());
+        ZvStyleModel current(&owner);
+        QCOMPARE(static_cast<QObject&>(current).parent(), &owner);
+        QCOMPARE(current.style().name().toQString(), QStringLiteral("Light"));
+        QVERIFY(current.style().isDefaultStyle());
 
         ZvStyle style("Mine");
         style.setColour(ZvStyleBrush::Panel, Qt::red);
@@ -220,7 +219,7 @@ private Q_SLOTS:
         QVERIFY(model.setData(at(model, {Brushes, 0}), QColor(Qt::green), Qt::DecorationRole));
         QCOMPARE(model.style().colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::green));
         QCOMPARE(style.colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::blue));
-        QVERIFY(current->setData(at(*current, {Brushes, 0}), QColor(Qt::red), Qt::DecorationRole));
+        QVERIFY(current.setData(at(current, {Brushes, 0}), QColor(Qt::red), Qt::DecorationRole));
         QCOMPARE(ZvStyle::Current().colour(ZvStyleBrush::Panel).qColour(),
                  light().colour(ZvStyleBrush::Panel).qColour());
     }
@@ -426,6 +425,7 @@ private Q_SLOTS:
     {
         ZvStyleModel model(light(), nullptr);
         std::vector<QVariant> before;
+        before.reserve(27);
         for (int row = 0; row < 27; ++row)
             before.push_back(decoration(model, at(model, {Brushes, row})));
         const int accent = int(ZvStyleBrush::Accent);

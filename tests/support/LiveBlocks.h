@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <memory>
 #include <new>
 
 namespace zvtest {
@@ -14,6 +13,7 @@ inline std::atomic<int> liveBlocks{0};
 
 } // namespace zvtest
 
+// NOLINTBEGIN(misc-definitions-in-headers): they can't be inline
 void* operator new(std::size_t size)
 {
     void* const memory = std::malloc(size > 0 ? size : 1);
@@ -34,6 +34,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
     operator delete(memory);
 }
+// NOLINTEND(misc-definitions-in-headers)
 
 namespace zvtest {
 
