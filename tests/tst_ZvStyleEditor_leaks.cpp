@@ -19,6 +19,17 @@ using libzvutil::ZvStyleEditor;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
 
+namespace {
+
+#if defined(ZV_SANITIZED)
+constexpr int rounds = 1000;
+#else
+// Only the sanitizer sees a leak.
+constexpr int rounds = 100;
+#endif
+
+} // namespace
+
 /// The editors aren't shown, so that Qt needn't paint them, too.
 class tst_ZvStyleEditor_leaks : public QObject
 {
@@ -33,14 +44,14 @@ private Q_SLOTS:
         ZvStyleManager::SetLibrary(library);
     }
 
-    void thousandEditsSwitchesAndCopies()
+    void editsSwitchesAndCopies()
     {
         ZvStyleEditor editor;
         // Most of the time would go to restyling the samples.
         delete editor.findChild<QTabWidget*>()->widget(0);
         auto* const combo = editor.findChild<QComboBox*>();
         QAbstractItemModel* const model = editor.findChild<QTreeView*>()->model();
-        for (int i = 0; i < 1000; ++i) {
+        for (int i = 0; i < rounds; ++i) {
             combo->setCurrentIndex(i % 3);
             const QColor colour(i % 256, 0, 0);
             const QModelIndex brushes = model->index(0, 0);
@@ -52,12 +63,12 @@ private Q_SLOTS:
             if (i % 100 == 0)
                 editor.findChild<QPushButton*>()->click();
         }
-        QCOMPARE(combo->count(), 13);
+        QCOMPARE(combo->count(), 3 + rounds / 100);
     }
 
-    void thousandEditors()
+    void editors()
     {
-        for (int i = 0; i < 1000; ++i) {
+        for (int i = 0; i < rounds; ++i) {
             const ZvStyleEditor editor;
             QCOMPARE(editor.findChild<QTabWidget*>()->count(), 1);
         }
