@@ -10,7 +10,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -129,7 +128,7 @@ private Q_SLOTS:
 
     void copiesAreTheSameSource()
     {
-        std::optional<stop_source> source(std::in_place);
+        auto source = std::make_unique<stop_source>();
         const stop_source copy = *source;
         const stop_token token = source->get_token();
         source.reset();
@@ -184,7 +183,7 @@ private Q_SLOTS:
     void tokenOutlivesItsSource()
     {
         QFETCH(bool, stopped);
-        std::optional<stop_source> source(std::in_place);
+        auto source = std::make_unique<stop_source>();
         const stop_token token = source->get_token();
         if (stopped)
             source->request_stop();
@@ -197,7 +196,7 @@ private Q_SLOTS:
 
     void registrationOutlivesItsSource()
     {
-        std::optional<stop_source> source(std::in_place);
+        auto source = std::make_unique<stop_source>();
         int destroyed = 0;
         Registration registration =
             source->get_token().connect_receiver(std::make_unique<Watched>(destroyed));
@@ -253,7 +252,7 @@ private Q_SLOTS:
 
     void receiverMayEndOthersItselfAndTheSource()
     {
-        std::optional<stop_source> source(std::in_place);
+        auto source = std::make_unique<stop_source>();
         const stop_token token = source->get_token();
         Registration first;
         Registration second;

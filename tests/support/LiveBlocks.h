@@ -3,6 +3,8 @@
 // Counts the blocks of memory that are in use. For one source of a program: it replaces operator new
 // for the whole process.
 
+#include <QtGlobal>
+
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -14,7 +16,8 @@ inline std::atomic<int> liveBlocks{0};
 } // namespace zvtest
 
 // NOLINTBEGIN(misc-definitions-in-headers): they can't be inline
-void* operator new(std::size_t size)
+// Not inlined either, or GCC takes malloc and operator delete for a mismatched pair.
+Q_NEVER_INLINE void* operator new(std::size_t size)
 {
     void* const memory = std::malloc(size > 0 ? size : 1);
     if (!memory)
@@ -23,14 +26,14 @@ void* operator new(std::size_t size)
     return memory;
 }
 
-void operator delete(void* memory) noexcept
+Q_NEVER_INLINE void operator delete(void* memory) noexcept
 {
     if (memory)
         --zvtest::liveBlocks;
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t /*size*/) noexcept
+Q_NEVER_INLINE void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
     operator delete(memory);
 }
