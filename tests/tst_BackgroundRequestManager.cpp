@@ -922,8 +922,10 @@ private Q_SLOTS:
     void busyWorkerTakesAMillionRequests_data()
     {
         QTest::addColumn<int>("stack");
-        QTest::newRow("8 MB of stack") << (8 << 20);
         QTest::newRow("1 MB of stack") << (1 << 20);
+#ifdef Q_OS_LINUX // Elsewhere a stack has the size that the program was linked with.
+        QTest::newRow("8 MB of stack") << (8 << 20);
+#endif
     }
 
     void busyWorkerTakesAMillionRequests()
@@ -991,8 +993,10 @@ private Q_SLOTS:
     }
 
 private:
-#if defined(ZV_SANITIZED) || defined(Q_OS_WIN)
-    // Enough to overflow a stack that grows; under Wine each event takes a look at another process.
+#ifdef Q_OS_WIN
+    // Enough to overflow a stack that grows; under Wine each event asks another process several times.
+    static constexpr int waitingRequests = 20'000;
+#elif defined(ZV_SANITIZED)
     static constexpr int waitingRequests = 100'000;
 #else
     static constexpr int waitingRequests = 1'000'000;
