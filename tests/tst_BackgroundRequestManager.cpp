@@ -996,7 +996,7 @@ private:
 #ifdef Q_OS_WIN
     // Enough to overflow a stack that grows; under Wine each event asks another process several times.
     static constexpr int waitingRequests = 20'000;
-#elif defined(ZV_SANITIZED)
+#elif defined(__SANITIZE_THREAD__)
     static constexpr int waitingRequests = 100'000;
 #else
     static constexpr int waitingRequests = 1'000'000;
