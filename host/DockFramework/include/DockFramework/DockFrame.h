@@ -1,0 +1,46 @@
+#pragma once
+
+#include <DockFramework/DockFramework_export.h>
+
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+
+class DockableWidget;
+class DockableWidgetContents;
+
+/// A main window that is all docks: documents in tabs, panels at their sides.
+class DOCKFRAMEWORK_EXPORT DockFrame : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit DockFrame(QWidget* parent = nullptr);
+    ~DockFrame() override;
+
+    /// Shows \p contents in a window where they prefer to stand. The frame owns both.
+    DockableWidget* addContents(DockableWidgetContents* contents);
+
+    /// In the order in which they were added.
+    QList<DockableWidget*> dockableWidgets() const;
+
+    /// The window that the user works in, or nullptr.
+    DockableWidget* highlighted() const;
+
+    /// Brings \p window to the front and has the user work in it.
+    void activate(DockableWidget* window);
+
+    /// Closes all documents, and stops at the first that refuses: then the result is false.
+    bool closeDocuments();
+
+Q_SIGNALS:
+    /// \p window may be nullptr.
+    void highlightedChanged(DockableWidget* window);
+
+private:
+    void place(DockableWidget& window);
+    void highlight(DockableWidget* window);
+    void followFocus(const QWidget* focused);
+
+    QPointer<DockableWidget> m_highlighted;
+};

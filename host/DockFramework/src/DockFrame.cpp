@@ -1,0 +1,124 @@
+#include <DockFramework/DockFrame.h>
+
+#include <DockFramework/DockableWidget.h>
+#include <DockFramework/DockableWidgetContents.h>
+
+#include <QApplication>
+#include <QString>
+
+DockFrame::DockFrame(QWidget* parent)
+    : QMainWindow(parent)
+{
+    setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks | GroupedDragging);
+    setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](const QWidget* /*before*/, const QWidget* now) { followFocus(now); });
+}
+
+DockFrame::~DockFrame() = default;
+
+DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
+{
+    auto* const window = new DockableWidget(contents, this);
+    connect(window, &QDockWidget::visibilityChanged, this, [this, window](bool visible) {
+        // Another tab was chosen.
+        if (visible && !window->isFloating())
+            highlight(window);
+    });
+    connect(window, &QObject::destroyed, this, [this] {
+        if (!m_highlighted)
+            Q_EMIT highlightedChanged(nullptr);
+    });
+    place(*window);
+    contents->show();
+    window->show();
+    activate(window);
+    return window;
+}
+
+QList<DockableWidget*> DockFrame::dockableWidgets() const
+{
+    QList<DockableWidget*> windows;
+    for (DockableWidget* const window :
+         findChildren<DockableWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (window->contents())
+            windows.append(window);
+    }
+    return windows;
+}
+
+DockableWidget* DockFrame::highlighted() const
+{
+    return m_highlighted;
+}
+
+void DockFrame::activate(DockableWidget* window)
+{
+    window->show();
+    window->raise();
+    window->contents()->setFocus();
+    highlight(window);
+}
+
+bool DockFrame::closeDocuments()
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (window->contents()->isContentWidget() && !window->close())
+            return false;
+    }
+    return true;
+}
+
+void DockFrame::place(DockableWidget& window)
+{
+    switch (window.contents()->getPreferredDockLocation()) {
+    case DockLocationPreference::Left:
+        addDockWidget(Qt::LeftDockWidgetArea, &window);
+        return;
+    case DockLocationPreference::Right:
+        addDockWidget(Qt::RightDockWidgetArea, &window);
+        return;
+    case DockLocationPreference::Top:
+        addDockWidget(Qt::TopDockWidgetArea, &window);
+        return;
+    case DockLocationPreference::Bottom:
+        addDockWidget(Qt::BottomDockWidgetArea, &window);
+        return;
+    case DockLocationPreference::Floating:
+        addDockWidget(Qt::RightDockWidgetArea, &window);
+        window.setFloating(true);
+        return;
+    case DockLocationPreference::Documents:
+        break;
+    }
+    for (DockableWidget* const other : dockableWidgets()) {
+        if (other == &window || other->isFloating() || other->isHidden()
+            || !other->contents()->isContentWidget())
+            continue;
+        tabifyDockWidget(other, &window);
+        return;
+    }
+    addDockWidget(Qt::RightDockWidgetArea, &window);
+}
+
+void DockFrame::highlight(DockableWidget* window)
+{
+    if (m_highlighted == window)
+        return;
+    if (m_highlighted)
+        m_highlighted->setHighlighted(false);
+    m_highlighted = window;
+    if (window)
+        window->setHighlighted(true);
+    Q_EMIT highlightedChanged(window);
+}
+
+void DockFrame::followFocus(const QWidget* focused)
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (focused && (window == focused || window->isAncestorOf(focused))) {
+            highlight(window);
+            return;
+        }
+    }
+}

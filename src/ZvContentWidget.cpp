@@ -1,0 +1,181 @@
+#include <zvutil/ZvContentWidget.h>
+
+#include <QFileDialog>
+#include <QMetaType>
+#include <QScopeGuard>
+#include <QString>
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// Wanted: what the application calls its documents outside of files. Nothing in this library asks.
+[[maybe_unused]] constexpr char schematicMediaType[] = "application/Corvane-Schematic";
+[[maybe_unused]] constexpr char symbolMediaType[] = "application/Corvane-Symbol";
+[[maybe_unused]] constexpr char scriptMediaType[] = "application/Corvane-Script";
+
+/// The extensions of a type of file; none for documents without a file.
+const std::vector<QString>& extensions(int fileType)
+{
+    static const std::array<std::vector<QString>, 3> table{
+        {{}, {QStringLiteral(".zvsch")}, {QStringLiteral(".testplan")}}};
+    return table.at(static_cast<std::size_t>(fileType));
+}
+
+QString dialogFilter(const QString& documentTypeName, int fileType)
+{
+    QString patterns;
+    for (const QString& extension : extensions(fileType))
+        patterns += QLatin1Char('*') + extension + QLatin1Char(',');
+    patterns.chop(1);
+    // Wanted: the plural is made by an s, whatever the name.
+    return documentTypeName + QStringLiteral("s (") + patterns + QLatin1Char(')');
+}
+
+} // namespace
+
+ZvContentWidget::Impl::Impl() = default;
+
+ZvContentWidget::Impl::~Impl() = default;
+
+ZvContentWidget::ZvContentWidget(const QString& name, QWidget* parent)
+    : ZvContentWidget(new Impl, name, parent)
+{
+}
+
+ZvContentWidget::ZvContentWidget(Impl* impl, const QString& name, QWidget* parent)
+    : ContentWidget(name, parent, true)
+    , d(impl)
+{
+    // So that signals can come from other threads: the meta-object knows the arguments by these names.
+    [[maybe_unused]] static const int registered[] = {
+        qRegisterMetaType<zvutil::ZvFilePath>("zvutil::ZvFilePath"),
+        qRegisterMetaType<QProtectedSignal>("QProtectedSignal"),
+    };
+    connect(this, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
+        setFilename(path);
+        setModified(false);
+    });
+    connect(this, &ZvContentWidget::beginSave, this, [this] { fileWatcherIgnoreChanges(true); });
+    connect(this, &ZvContentWidget::endSave, this,
+            [this](bool success, const zvutil::ZvFilePath& path) {
+                fileWatcherIgnoreChanges(false);
+                if (success)
+                    Q_EMIT saved(path, QProtectedSignal());
+            });
+}
+
+ZvContentWidget::~ZvContentWidget()
+{
+    std::default_delete<Impl>()(d);
+}
+
+zvutil::ZvFilePath ZvContentWidget::filename() const
+{
+    return d_impl()->filename;
+}
+
+void ZvContentWidget::setFilename(const zvutil::ZvFilePath& path)
+{
+    if (d_impl()->filename == path)
+        return;
+    d_impl()->filename = path;
+    setLongTitle(path.toQString());
+    setShortTitle(path.filename().toQString());
+    // Wanted: it watched the file of the old name, and stays off.
+    enableFileWatcher(false);
+}
+
+zvutil::ZvFilePath ZvContentWidget::save() const
+{
+    zvutil::ZvFilePath path = d_impl()->filename.isEmpty() ? requestSavePath() : d_impl()->filename;
+    if (!path.isEmpty())
+        saveAs(path);
+    return path;
+}
+
+zvutil::ZvFilePath ZvContentWidget::saveAs() const
+{
+    zvutil::ZvFilePath path = requestSavePath();
+    if (!path.isEmpty())
+        saveAs(path);
+    return path;
+}
+
+void ZvContentWidget::saveAs(const zvutil::ZvFilePath& path) const
+{
+    if (path.isEmpty())
+        return;
+    // The frame's operations aren't const; a widget never is.
+    auto* const self = const_cast<ZvContentWidget*>(this);
+    self->fileWatcherIgnoreChanges(true);
+    const auto watchAgain = qScopeGuard([self] { self->fileWatcherIgnoreChanges(false); });
+    writeFile(path);
+}
+
+QString ZvContentWidget::getFilename() const
+{
+    return QString::fromWCharArray(d_impl()->filename.c_str());
+}
+
+QString ZvContentWidget::getMenuTitle() const
+{
+    return menuName();
+}
+
+QString ZvContentWidget::getViewContextName() const
+{
+    return documentTypeName();
+}
+
+QString ZvContentWidget::menuName() const
+{
+    return documentTypeName().simplified();
+}
+
+zvutil::ZvFilePath ZvContentWidget::requestSavePath() const
+{
+    if (fileType() == 0)
+        return {};
+    const QString title = QStringLiteral("Save ") + documentTypeName() + QStringLiteral(" as...");
+    const QString chosen = QFileDialog::getSaveFileName(
+        nullptr, title, QString(), dialogFilter(documentTypeName(), fileType()));
+    if (chosen.isNull())
+        return {};
+    return chosen.toStdWString().c_str();
+}
+
+void ZvContentWidget::closeEvent(QCloseEvent* event)
+{
+    const QString first = closeEventText(0);
+    const QString second = closeEventText(1);
+    // Wanted: the frame's own, past the override below, and the second text first.
+    DockableWidgetContents::closeEvent(event, second, first);
+}
+
+void ZvContentWidget::closeEvent(QCloseEvent* /*event*/, const QString& /*details*/,
+                                 const QString& /*question*/)
+{
+    // Wanted: a call through the frame's base class does nothing.
+}
+
+void ZvContentWidget::callOnCloseScript()
+{
+}
+
+void ZvContentWidget::onClosing()
+{
+}
+
+ZvContentWidget::Impl* ZvContentWidget::d_impl()
+{
+    return d;
+}
+
+const ZvContentWidget::Impl* ZvContentWidget::d_impl() const
+{
+    return d;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QColor>
+#include <QObject>
+
+class QTimerEvent;
+class ZvProcessingIndicator;
+
+/// The state of a spinner, a child of it.
+class ZvProcessingIndicatorPrivate : public QObject
+{
+public:
+    explicit ZvProcessingIndicatorPrivate(ZvProcessingIndicator* owner);
+    ~ZvProcessingIndicatorPrivate() override;
+
+    ZvProcessingIndicator* q;
+    QBasicTimer timer;
+    int angle = 0; ///< of the opaque bar, in degrees
+    QColor colour;
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+};

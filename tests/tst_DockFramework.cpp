@@ -1,0 +1,623 @@
+// The stand-in for the host's docking framework.
+
+#include <DockFramework/ContentWidget.h>
+#include <DockFramework/DockFrame.h>
+#include <DockFramework/DockableWidget.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPointer>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <functional>
+#include <utility>
+
+namespace {
+
+bool writeTo(const QString& filename, const QByteArray& bytes)
+{
+    QFile file(filename);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+/// A document with a field to work in.
+class Document : public ContentWidget
+{
+public:
+    explicit Document(const QString& name, QWidget* parent = nullptr)
+        : ContentWidget(name, parent, true)
+        , edit(new QLineEdit(this))
+    {
+        (new QVBoxLayout(this))->addWidget(edit);
+        setFocusProxy(edit);
+    }
+
+    QString getFilename() const override { return filename; }
+    bool canReloadFile() const override { return true; }
+    void reloadFile() override { calls << QStringLiteral("reload"); }
+    void notifyHighlighted() override { calls << QStringLiteral("notify"); }
+    void notifyTitleBarPressed() override { calls << QStringLiteral("pressed"); }
+    void widgetHighlightedEvent() override { calls << QStringLiteral("highlighted"); }
+    void widgetUnhighlightedEvent() override { calls << QStringLiteral("unhighlighted"); }
+    void windowChanged() override { calls << QStringLiteral("window"); }
+    void notifyLocationChanged(Qt::DockWidgetArea area) override
+    {
+        calls << QStringLiteral("area %1").arg(int(area));
+    }
+    DockLocationPreference getPreferredDockLocation() const override { return location; }
+    QSize getPreferredNewWindowSize() const override { return QSize(321, 123); }
+
+    QLineEdit* edit;
+    QString filename;
+    QStringList calls;
+    DockLocationPreference location = DockLocationPreference::Documents;
+
+protected:
+    using DockableWidgetContents::closeEvent;
+    void closeEvent(QCloseEvent* event) override
+    {
+        DockableWidgetContents::closeEvent(event, QStringLiteral("details"),
+                                           QStringLiteral("question"));
+    }
+    void callOnCloseScript() override { calls << QStringLiteral("script"); }
+    void onClosing() override { calls << QStringLiteral("closing"); }
+};
+
+class Panel : public DockableWidgetContents
+{
+public:
+    explicit Panel(const QString& name)
+        : DockableWidgetContents(name, nullptr)
+    {
+    }
+
+    DockLocationPreference getPreferredDockLocation() const override
+    {
+        return DockLocationPreference::Left;
+    }
+};
+
+/// Runs something as soon as a window of this kind waits for an answer.
+template <typename Window>
+class Answer : public QObject
+{
+public:
+    explicit Answer(std::function<void(Window&)> answer)
+    {
+        m_timer.callOnTimeout(this, [this, answer = std::move(answer)] {
+            QWidget* const popup = QApplication::activePopupWidget();
+            auto* const window =
+                qobject_cast<Window*>(popup ? popup : QApplication::activeModalWidget());
+            if (!window)
+                return;
+            m_timer.stop();
+            ++count;
+            answer(*window);
+        });
+        m_timer.start(10);
+    }
+
+    int count = 0;
+
+private:
+    QTimer m_timer;
+};
+
+/// Presses a button of the box that asks, having looked at its texts.
+Answer<QMessageBox> answered(QMessageBox::StandardButton button)
+{
+    return Answer<QMessageBox>([button](QMessageBox& box) {
+        QCOMPARE(box.text(), QStringLiteral("question"));
+        QCOMPARE(box.informativeText(), QStringLiteral("details"));
+        box.button(button)->click();
+    });
+}
+
+template <typename Child>
+Child* child(const QObject& parent, const char* name)
+{
+    return parent.findChild<Child*>(QString::fromLatin1(name));
+}
+
+} // namespace
+
+class tst_DockFramework : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
+
+    void contentsOnTheirOwn()
+    {
+        DockableWidgetContents contents(QStringLiteral("name"), nullptr);
+        QCOMPARE(contents.objectName(), QStringLiteral("name"));
+        QCOMPARE(contents.shortTitle(), QStringLiteral("name"));
+        QCOMPARE(contents.longTitle(), QStringLiteral("name"));
+        QCOMPARE(contents.getViewContextName(), QStringLiteral("name"));
+        QCOMPARE(contents.getToolBarContext(), QStringLiteral("name"));
+        const QSignalSpy titles(&contents, &DockableWidgetContents::titlesChanged);
+        contents.setShortTitle(QStringLiteral("short"));
+        contents.setLongTitle(QStringLiteral("long"));
+        QCOMPARE(titles.count(), 2);
+        QCOMPARE(contents.shortTitle(), QStringLiteral("short"));
+        QCOMPARE(contents.longTitle(), QStringLiteral("long"));
+        QCOMPARE(contents.windowTitle(), QStringLiteral("short[*]"));
+        QCOMPARE(contents.getShortName(), QStringLiteral("short"));
+        QCOMPARE(contents.getMenuTitle(), QStringLiteral("short"));
+        QCOMPARE(contents.getRightClickMenuTitle(), QStringLiteral("short"));
+        QVERIFY(!contents.updateEnabledMenusOnKeyPress());
+        QVERIFY(!contents.isContentWidget());
+        QVERIFY(contents.isSystemWidget());
+        QVERIFY(!contents.canReloadFile());
+        QVERIFY(contents.requireDefaultMenu());
+        QVERIFY(contents.getIcon().isNull());
+        QVERIFY(!contents.getPreferredNewWindowSize().isValid());
+        QCOMPARE(contents.getPreferredDockLocation(), DockLocationPreference::Documents);
+        const RestoreWidgetInfo info = contents.getRestoreWidgetInfo();
+        QCOMPARE(info.name, QStringLiteral("name"));
+        QVERIFY(info.filename.isEmpty() && info.command.isEmpty());
+    }
+
+    void documentsOnTheirOwn()
+    {
+        ContentWidget document(QStringLiteral("name"), nullptr, false);
+        QVERIFY(document.isContentWidget());
+        QVERIFY(!document.isSystemWidget());
+        QVERIFY(!document.testAttribute(Qt::WA_DeleteOnClose));
+        document.setShortTitle(QString());
+        QCOMPARE(document.getShortName(), QStringLiteral("name"));
+        const QSignalSpy modified(&document, &DockableWidgetContents::modifiedChanged);
+        document.setModified(true);
+        document.setModified(true);
+        QVERIFY(document.isModified() && document.isWindowModified());
+        document.setWindowModified(false);
+        QVERIFY(!document.isModified());
+        QCOMPARE(modified.count(), 2);
+        QCOMPARE(modified.at(0).at(0).toBool(), true);
+        QCOMPARE(modified.at(1).at(0).toBool(), false);
+    }
+
+    void closeAsksOnlyForChanges()
+    {
+        auto* const document = new Document(QStringLiteral("a"));
+        const QPointer<Document> guard(document);
+        document->show();
+        QVERIFY(document->close());
+        QCOMPARE(document->calls,
+                 (QStringList{QStringLiteral("closing"), QStringLiteral("script")}));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!guard);
+    }
+
+    void closeWithChanges_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<bool>("saves");
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("discard") << int(QMessageBox::Discard) << false << true;
+        QTest::newRow("cancel") << int(QMessageBox::Cancel) << false << false;
+        QTest::newRow("save") << int(QMessageBox::Save) << true << true;
+        QTest::newRow("save that fails") << int(QMessageBox::Save) << false << false;
+    }
+
+    void closeWithChanges()
+    {
+        QFETCH(int, button);
+        QFETCH(bool, saves);
+        QFETCH(bool, closes);
+        Document document(QStringLiteral("a"));
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        document.setModified(true);
+        document.show();
+        connect(&document, &DockableWidgetContents::saveRequested, &document,
+                [&] { document.setModified(!saves); });
+        const auto answer = answered(QMessageBox::StandardButton(button));
+        QCOMPARE(document.close(), closes);
+        QCOMPARE(answer.count, 1);
+        QCOMPARE(document.calls.contains(QStringLiteral("closing")), closes);
+    }
+
+    void saveIsOfferedOnlyWhereSomebodySaves()
+    {
+        Document document(QStringLiteral("a"));
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        document.setModified(true);
+        const Answer<QMessageBox> answer([](QMessageBox& box) {
+            QVERIFY(!box.button(QMessageBox::Save));
+            QCOMPARE(box.defaultButton(), box.button(QMessageBox::Cancel));
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        QVERIFY(!document.close());
+        QCOMPARE(answer.count, 1);
+    }
+
+    void partsBearTheNamesOfTheStyleSheet()
+    {
+        DockFrame frame;
+        auto* const window = frame.addContents(new Document(QStringLiteral("a")));
+        QCOMPARE(QByteArray(window->metaObject()->className()), QByteArray("DockableWidget"));
+        auto* const bar = child<QWidget>(*window, "dockWidgetTitleBar");
+        QVERIFY(bar);
+        auto* const label = child<QLabel>(*bar, "TitleBarLabel");
+        QVERIFY(label && label->parentWidget() == bar);
+        QVERIFY(child<QToolButton>(*bar, "toolButton_DockWidgetClose"));
+        QVERIFY(child<QToolButton>(*bar, "toolButton_DockWidgetOptions"));
+        auto* const border = child<QWidget>(*window, "borderObject");
+        QVERIFY(border && border->parentWidget() == window);
+        QVERIFY(label->property("highlight").isValid());
+        for (const QToolButton* const button : bar->findChildren<QToolButton*>()) {
+            QVERIFY(!button->accessibleName().isEmpty());
+            QVERIFY(!button->toolTip().isEmpty());
+        }
+    }
+
+    void titleBarShowsTitlesAndTheMark()
+    {
+        DockFrame frame;
+        auto* const document = new Document(QStringLiteral("a"));
+        auto* const window = frame.addContents(document);
+        frame.resize(600, 400);
+        frame.show();
+        const auto* const label = child<QLabel>(*window, "TitleBarLabel");
+        QCOMPARE(label->text(), QStringLiteral("a"));
+        document->setShortTitle(QStringLiteral("plan.txt"));
+        document->setLongTitle(QStringLiteral("/folder/plan.txt"));
+        QCOMPARE(label->text(), QStringLiteral("plan.txt"));
+        QCOMPARE(label->toolTip(), QStringLiteral("/folder/plan.txt"));
+        document->setModified(true);
+        QCOMPARE(label->text(), QStringLiteral("plan.txt*"));
+        QVERIFY(window->isWindowModified());
+        document->setModified(false);
+        QCOMPARE(label->text(), QStringLiteral("plan.txt"));
+        QVERIFY(!window->isWindowModified());
+        // What is too long for the bar ends in dots, and is read out whole.
+        const QString longName(200, QLatin1Char('x'));
+        document->setShortTitle(longName);
+        QTRY_VERIFY(label->text().endsWith(QChar(0x2026)));
+        QCOMPARE(label->accessibleName(), longName);
+    }
+
+    void documentsAreTabs()
+    {
+        DockFrame frame;
+        frame.resize(700, 500);
+        auto* const first = frame.addContents(new Document(QStringLiteral("first")));
+        auto* const second = frame.addContents(new Document(QStringLiteral("second")));
+        auto* const panel = frame.addContents(new Panel(QStringLiteral("panel")));
+        frame.show();
+        QCOMPARE(frame.dockableWidgets(), (QList<DockableWidget*>{first, second, panel}));
+        QCOMPARE(frame.tabifiedDockWidgets(first), QList<QDockWidget*>{second});
+        QCOMPARE(frame.dockWidgetArea(panel), Qt::LeftDockWidgetArea);
+        QTRY_VERIFY(frame.findChild<QTabBar*>());
+        auto* const tabs = frame.findChild<QTabBar*>();
+        QTRY_COMPARE(tabs->count(), 2);
+        QTRY_COMPARE(tabs->tabText(0), QStringLiteral("first"));
+        second->contents()->setModified(true);
+        QTRY_COMPARE(tabs->tabText(1), QStringLiteral("second*"));
+    }
+
+    void preferredLocations_data()
+    {
+        QTest::addColumn<int>("location");
+        QTest::addColumn<int>("area");
+        QTest::newRow("left") << int(DockLocationPreference::Left) << int(Qt::LeftDockWidgetArea);
+        QTest::newRow("right") << int(DockLocationPreference::Right)
+                               << int(Qt::RightDockWidgetArea);
+        QTest::newRow("top") << int(DockLocationPreference::Top) << int(Qt::TopDockWidgetArea);
+        QTest::newRow("bottom") << int(DockLocationPreference::Bottom)
+                                << int(Qt::BottomDockWidgetArea);
+    }
+
+    void preferredLocations()
+    {
+        QFETCH(int, location);
+        QFETCH(int, area);
+        DockFrame frame;
+        auto* const document = new Document(QStringLiteral("a"));
+        document->location = DockLocationPreference(location);
+        auto* const window = frame.addContents(document);
+        QCOMPARE(int(frame.dockWidgetArea(window)), area);
+        QVERIFY(document->calls.contains(QStringLiteral("area %1").arg(area)));
+    }
+
+    void windowsFloatAndDock()
+    {
+        DockFrame frame;
+        frame.resize(700, 500);
+        frame.show();
+        auto* const document = new Document(QStringLiteral("a"));
+        document->location = DockLocationPreference::Floating;
+        auto* const window = frame.addContents(document);
+        QVERIFY(window->isFloating());
+        QVERIFY(document->calls.contains(QStringLiteral("window")));
+        QCOMPARE(window->size(), QSize(321, 123));
+        document->calls.clear();
+        const Answer<QMenu> dock([](QMenu& menu) {
+            QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Dock"));
+            menu.actions().at(0)->trigger();
+            menu.close();
+        });
+        child<QToolButton>(*window, "toolButton_DockWidgetOptions")->click();
+        QTRY_VERIFY(!window->isFloating());
+        QVERIFY(document->calls.contains(QStringLiteral("window")));
+        const Answer<QMenu> undock([](QMenu& menu) {
+            QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Float"));
+            menu.actions().at(0)->trigger();
+            menu.close();
+        });
+        child<QToolButton>(*window, "toolButton_DockWidgetOptions")->click();
+        QTRY_VERIFY(window->isFloating());
+    }
+
+    void highlightFollowsTheFocus()
+    {
+        DockFrame frame;
+        frame.resize(700, 500);
+        auto* const first = new Document(QStringLiteral("first"));
+        auto* const second = new Document(QStringLiteral("second"));
+        second->location = DockLocationPreference::Left;
+        auto* const firstWindow = frame.addContents(first);
+        auto* const secondWindow = frame.addContents(second);
+        frame.show();
+        QApplication::setActiveWindow(&frame);
+        QCOMPARE(frame.highlighted(), secondWindow);
+        first->calls.clear();
+        second->calls.clear();
+        const QSignalSpy changes(&frame, &DockFrame::highlightedChanged);
+        first->edit->setFocus();
+        QTRY_COMPARE(frame.highlighted(), firstWindow);
+        QCOMPARE(first->calls,
+                 (QStringList{QStringLiteral("notify"), QStringLiteral("highlighted")}));
+        QCOMPARE(second->calls, QStringList{QStringLiteral("unhighlighted")});
+        QVERIFY(child<QLabel>(*firstWindow, "TitleBarLabel")->property("highlight").toBool());
+        QVERIFY(!child<QLabel>(*secondWindow, "TitleBarLabel")->property("highlight").toBool());
+        QCOMPARE(changes.count(), 1);
+        frame.activate(secondWindow);
+        QCOMPARE(frame.highlighted(), secondWindow);
+        QTest::mousePress(child<QWidget>(*firstWindow, "dockWidgetTitleBar"), Qt::LeftButton);
+        QVERIFY(first->calls.contains(QStringLiteral("pressed")));
+    }
+
+    void windowsGoWithTheirContents()
+    {
+        DockFrame frame;
+        frame.show();
+        const QPointer<Document> document = new Document(QStringLiteral("a"));
+        const QPointer<DockableWidget> window = frame.addContents(document);
+        child<QToolButton>(*window, "toolButton_DockWidgetClose")->click();
+        QVERIFY(window->isHidden());
+        QTRY_VERIFY(!document);
+        QTRY_VERIFY(!window);
+        QVERIFY(!frame.highlighted());
+        QVERIFY(frame.dockableWidgets().isEmpty());
+    }
+
+    void windowStaysWhereTheContentsRefuse()
+    {
+        DockFrame frame;
+        frame.show();
+        auto* const document = new Document(QStringLiteral("a"));
+        auto* const window = frame.addContents(document);
+        frame.addContents(new Document(QStringLiteral("b")));
+        document->setModified(true);
+        {
+            const auto answer = answered(QMessageBox::Cancel);
+            QVERIFY(!window->close());
+            QVERIFY(!window->isHidden());
+        }
+        {
+            const auto answer = answered(QMessageBox::Cancel);
+            QVERIFY(!frame.closeDocuments());
+        }
+        const auto answer = answered(QMessageBox::Discard);
+        QVERIFY(frame.closeDocuments());
+        QTRY_VERIFY(frame.dockableWidgets().isEmpty());
+    }
+
+    void panelsAreHiddenAndStay()
+    {
+        DockFrame frame;
+        frame.show();
+        auto* const window = frame.addContents(new Panel(QStringLiteral("panel")));
+        QVERIFY(window->close());
+        QCoreApplication::processEvents();
+        QCOMPARE(frame.dockableWidgets(), QList<DockableWidget*>{window});
+        QVERIFY(window->isHidden());
+        frame.activate(window);
+        QVERIFY(window->isVisible() && window->contents()->isVisible());
+        QVERIFY(frame.closeDocuments());
+        QVERIFY(window->isVisible());
+    }
+
+    void contextMenu()
+    {
+        Document document(QStringLiteral("a"));
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        document.show();
+        const auto ask = [&document] {
+            QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(1, 1), QPoint(1, 1));
+            QCoreApplication::sendEvent(&document, &event);
+        };
+        {
+            const Answer<QMenu> answer([](QMenu& menu) {
+                QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("a"));
+                menu.setActiveAction(menu.actions().at(1));
+                QTest::keyClick(&menu, Qt::Key_Return);
+            });
+            ask();
+            QCOMPARE(answer.count, 1);
+        }
+        QCOMPARE(document.calls, QStringList{QStringLiteral("reload")});
+        document.disableContextMenuOnce();
+        ask();
+        const Answer<QMenu> answer([](QMenu& menu) {
+            menu.setActiveAction(menu.actions().constLast());
+            QTest::keyClick(&menu, Qt::Key_Return);
+        });
+        ask();
+        QTRY_VERIFY(!document.isVisible());
+    }
+
+    void droppedFiles()
+    {
+        Document document(QStringLiteral("a"));
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        QMimeData data;
+        data.setUrls(
+            {QUrl::fromLocalFile(QStringLiteral("/a b")), QUrl(QStringLiteral("http://x/"))});
+        const auto enter = [&] {
+            QDragEnterEvent event(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton,
+                                  Qt::NoModifier);
+            event.setAccepted(false);
+            QCoreApplication::sendEvent(&document, &event);
+            return event.isAccepted();
+        };
+        QVERIFY(!enter());
+        const QSignalSpy dropped(&document, &DockableWidgetContents::filesDropped);
+        QVERIFY(enter());
+        QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&document, &event);
+        QCOMPARE(dropped.count(), 1);
+        QCOMPARE(dropped.at(0).at(0).toStringList(), QStringList{QStringLiteral("/a b")});
+        data.setUrls({QUrl(QStringLiteral("http://x/"))});
+        QVERIFY(!enter());
+    }
+
+    void outsideChangesAreReported_data()
+    {
+        QTest::addColumn<int>("change");
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("written") << 0 << true;
+        QTest::newRow("replaced") << 1 << true;
+        QTest::newRow("removed") << 2 << false;
+    }
+
+    void outsideChangesAreReported()
+    {
+        QFETCH(int, change);
+        QFETCH(bool, exists);
+        Document document(QStringLiteral("a"));
+        document.filename = m_dir.filePath(QStringLiteral("watched %1").arg(change));
+        QVERIFY(writeTo(document.filename, "1"));
+        document.enableFileWatcher(true);
+        QVERIFY(document.isFileWatcherEnabled());
+        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
+        // Twice: what is replaced has to be watched anew.
+        for (int round = 1; round <= 2; ++round) {
+            if (change == 0) {
+                QVERIFY(writeTo(document.filename, QByteArray(round + 1, 'x')));
+            } else if (change == 1) {
+                QSaveFile file(document.filename);
+                QVERIFY(file.open(QIODevice::WriteOnly)
+                        && file.write(QByteArray(round + 1, 'x')) > 0 && file.commit());
+            } else {
+                QVERIFY(QFile::remove(document.filename));
+            }
+            QTRY_COMPARE(changes.count(), change == 2 ? 2 * round - 1 : round);
+            QCOMPARE(changes.constLast().at(0).toBool(), exists);
+            if (change == 2) {
+                QVERIFY(writeTo(document.filename, "back"));
+                QTRY_COMPARE(changes.count(), 2 * round);
+                QCOMPARE(changes.constLast().at(0).toBool(), true);
+            }
+        }
+        document.enableFileWatcher(false);
+        QVERIFY(!document.isFileWatcherEnabled());
+        const int last = changes.count();
+        QVERIFY(writeTo(document.filename, "unseen"));
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), last);
+    }
+
+    void ignoredChangesAreKnownAfterwards()
+    {
+        Document document(QStringLiteral("a"));
+        document.filename = m_dir.filePath(QStringLiteral("ignored"));
+        QVERIFY(writeTo(document.filename, "1"));
+        document.enableFileWatcher(true);
+        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
+        document.fileWatcherIgnoreChanges(true);
+        document.fileWatcherIgnoreChanges(true);
+        QVERIFY(writeTo(document.filename, "22"));
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 0);
+        // Not counted.
+        document.fileWatcherIgnoreChanges(false);
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(writeTo(document.filename, "333"));
+        QTRY_COMPARE(changes.count(), 1);
+    }
+
+    void nothingIsWatchedWithoutAName()
+    {
+        Document document(QStringLiteral("a"));
+        document.enableFileWatcher(true);
+        QVERIFY(!document.isFileWatcherEnabled());
+        document.fileWatcherIgnoreChanges(true);
+        document.fileWatcherIgnoreChanges(false);
+    }
+
+    void reloadIsOffered()
+    {
+        DockFrame frame;
+        frame.show();
+        auto* const document = new Document(QStringLiteral("a"));
+        document->filename = m_dir.filePath(QStringLiteral("offered"));
+        QVERIFY(writeTo(document->filename, "1"));
+        auto* const window = frame.addContents(document);
+        document->enableFileWatcher(true);
+        auto* const bar = child<QWidget>(*window, "reloadBar");
+        QVERIFY(bar && !bar->isVisible());
+        const auto button = [bar](const QString& text) -> QPushButton* {
+            for (QPushButton* const found : bar->findChildren<QPushButton*>()) {
+                if (found->text() == text && found->isVisible())
+                    return found;
+            }
+            return nullptr;
+        };
+        const auto* const label = bar->findChild<QLabel*>();
+        QVERIFY(writeTo(document->filename, "22"));
+        QTRY_VERIFY(bar->isVisible());
+        QVERIFY(!label->text().contains(QStringLiteral("loses")));
+        button(QStringLiteral("Reload"))->click();
+        QVERIFY(!bar->isVisible());
+        QVERIFY(document->calls.contains(QStringLiteral("reload")));
+        document->setModified(true);
+        QVERIFY(writeTo(document->filename, "333"));
+        QTRY_VERIFY(bar->isVisible());
+        QVERIFY(label->text().contains(QStringLiteral("loses")));
+        button(QStringLiteral("Ignore"))->click();
+        QVERIFY(!bar->isVisible());
+        QVERIFY(QFile::remove(document->filename));
+        QTRY_VERIFY(bar->isVisible());
+        QVERIFY(!button(QStringLiteral("Reload")));
+        document->setModified(false);
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_MAIN(tst_DockFramework)
+
+#include "tst_DockFramework.moc"

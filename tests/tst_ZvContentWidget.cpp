@@ -1,0 +1,885 @@
+// Documents that write real files, in windows of the docking frame's base classes.
+
+#include <zvutil/ZvContentWidget.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+using zvutil::ZvFilePath;
+
+namespace {
+
+ZvFilePath pathOf(const QString& text)
+{
+    return ZvFilePath(text.toStdWString());
+}
+
+QString textOf(const ZvFilePath& path)
+{
+    return path.toQString();
+}
+
+QByteArray contentsOf(const QString& filename)
+{
+    QFile file(filename);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
+}
+
+bool writeTo(const QString& filename, const QByteArray& bytes)
+{
+    QFile file(filename);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+/// A document whose text is written to its file, and which notes all that happens to it.
+class Document : public ZvContentWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Document(int type = 1, QWidget* parent = nullptr)
+        : ZvContentWidget(QStringLiteral("document"), parent)
+        , m_type(type)
+    {
+        setAttribute(Qt::WA_DeleteOnClose, false);
+        record();
+    }
+
+    int fileType() const override { return m_type; }
+    QString documentTypeName() const override { return typeName; }
+
+    QString closeEventText(int index) const override
+    {
+        note(QStringLiteral("text %1").arg(index));
+        return QStringLiteral("text of index %1").arg(index);
+    }
+
+    void writeFile(const ZvFilePath& path) const override
+    {
+        note(QStringLiteral("write ") + textOf(path));
+        write(*this, path);
+    }
+
+    /// What `writeFile` does.
+    std::function<void(const Document&, const ZvFilePath&)> write = &Document::writeWell;
+
+    void writeWell(const ZvFilePath& path) const
+    {
+        Q_EMIT beginSave(path, QProtectedSignal());
+        const bool isWritten = writeTo(textOf(path), text);
+        note(QStringLiteral("written"));
+        Q_EMIT endSave(isWritten, path, QProtectedSignal());
+    }
+
+    void begin(const ZvFilePath& path) const { Q_EMIT beginSave(path, QProtectedSignal()); }
+    void end(bool success, const ZvFilePath& path) const
+    {
+        Q_EMIT endSave(success, path, QProtectedSignal());
+    }
+    void tellSaved(const ZvFilePath& path) const { Q_EMIT saved(path, QProtectedSignal()); }
+
+    bool canReloadFile() const override { return true; }
+    void reloadFile() override { text = contentsOf(getFilename()); }
+
+    using ZvContentWidget::requestSavePath;
+
+    QStringList takeNotes() { return std::exchange(*m_notes, QStringList()); }
+    void note(const QString& line) const { m_notes->append(line); }
+
+    QByteArray text = "contents";
+    QString typeName = QStringLiteral("Schematic");
+
+private:
+    void record()
+    {
+        connect(this, &ZvContentWidget::beginSave, this,
+                [this](const ZvFilePath& path) { note(QStringLiteral("begin ") + textOf(path)); });
+        connect(this, &ZvContentWidget::endSave, this,
+                [this](bool success, const ZvFilePath& path) {
+                    note(QStringLiteral("end %1 %2").arg(success).arg(textOf(path)));
+                });
+        connect(this, &ZvContentWidget::saved, this,
+                [this](const ZvFilePath& path) { note(QStringLiteral("saved ") + textOf(path)); });
+        connect(this, &DockableWidgetContents::fileWatcherIgnores, this,
+                [this](bool ignores) { note(QStringLiteral("ignore %1").arg(ignores)); });
+        connect(this, &DockableWidgetContents::fileWatcherEnabled, this,
+                [this](bool enabled) { note(QStringLiteral("watch %1").arg(enabled)); });
+        connect(this, &DockableWidgetContents::modifiedChanged, this,
+                [this](bool modified) { note(QStringLiteral("modified %1").arg(modified)); });
+    }
+
+    int m_type;
+    // For const operations, which is what all writing is.
+    std::shared_ptr<QStringList> m_notes = std::make_shared<QStringList>();
+};
+
+/// Answers the file dialog that opens next, and keeps what it showed.
+class DialogAnswer : public QObject
+{
+public:
+    explicit DialogAnswer(const QString& file)
+        : m_file(file)
+    {
+        m_timer.callOnTimeout(this, [this] { answer(); });
+        m_timer.start(10);
+    }
+
+    QString title;
+    QStringList filters;
+    QWidget* parent = nullptr;
+    int dialogs = 0;
+
+private:
+    void answer()
+    {
+        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        m_timer.stop();
+        ++dialogs;
+        title = dialog->windowTitle();
+        filters = dialog->nameFilters();
+        parent = dialog->parentWidget();
+        if (m_file.isEmpty()) {
+            dialog->reject();
+            return;
+        }
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(m_file);
+        QMetaObject::invokeMethod(dialog, "accept");
+    }
+
+    QString m_file;
+    QTimer m_timer;
+};
+
+/// Answers the message box that opens next, and keeps what it said.
+class BoxAnswer : public QObject
+{
+public:
+    explicit BoxAnswer(QMessageBox::StandardButton button)
+        : m_button(button)
+    {
+        m_timer.callOnTimeout(this, [this] { answer(); });
+        m_timer.start(10);
+    }
+
+    QString text;
+    QString details;
+    int boxes = 0;
+
+private:
+    void answer()
+    {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        m_timer.stop();
+        ++boxes;
+        text = box->text();
+        details = box->informativeText();
+        box->button(m_button)->click();
+    }
+
+    QMessageBox::StandardButton m_button;
+    QTimer m_timer;
+};
+
+#if defined(__GNUC__)
+/// The place of a virtual operation among those of its class.
+template <typename Member>
+std::uintptr_t slot(Member member)
+{
+    // A pointer to a virtual member is its offset, plus one.
+    std::uintptr_t words[2] = {};
+    static_assert(sizeof member == sizeof words);
+    std::memcpy(words, &member, sizeof words);
+    return words[0];
+}
+
+/// Names what the public can't.
+class Slots : public ZvContentWidget
+{
+public:
+    using Close = void (DockableWidgetContents::*)(QCloseEvent*, const QString&, const QString&);
+
+    static std::vector<std::uintptr_t> ofTheFrame()
+    {
+        using Frame = DockableWidgetContents;
+        return {slot(&Frame::getViewContextName),
+                slot(&Frame::getMenuTitle),
+                slot(&Frame::getShortName),
+                slot(&Frame::getRightClickMenuTitle),
+                slot(&Frame::getToolBarContext),
+                slot(&Frame::updateEnabledMenusOnKeyPress),
+                slot(&Frame::getRestoreCommand),
+                slot(&Frame::getFilename),
+                slot(&Frame::disableContextMenuOnce),
+                slot(&Frame::getPreferredDockLocation),
+                slot(&Frame::getPreferredNewWindowSize),
+                slot(&Frame::getRestoreWidgetInfo),
+                slot(&Frame::getIcon),
+                slot(&Frame::notifyHighlighted),
+                slot(&Frame::notifyTitleBarPressed),
+                slot(&Frame::isContentWidget),
+                slot(&Frame::isSystemWidget),
+                slot(&Frame::reloadFile),
+                slot(&Frame::canReloadFile),
+                slot(&Frame::requireDefaultMenu),
+                slot(&Frame::windowChanged),
+                slot(close()),
+                slot(&FrameSlots::callOnCloseScript),
+                slot(&FrameSlots::onClosing),
+                slot(&Frame::notifyLocationChanged),
+                slot(&ContentWidget::saveSessionBackup),
+                slot(&ContentWidget::widgetHighlightedEvent),
+                slot(&ContentWidget::widgetUnhighlightedEvent)};
+    }
+
+    static std::vector<std::uintptr_t> added()
+    {
+        return {slot(&Slots::fileType),       slot(&Slots::menuName),
+                slot(&Slots::closeEventText), slot(&Slots::documentTypeName),
+                slot(&Slots::writeFile),      slot(&Slots::requestSavePath)};
+    }
+
+    static Close close() { return FrameSlots::close(); }
+
+private:
+    class FrameSlots : public DockableWidgetContents
+    {
+    public:
+        static Close close() { return static_cast<Close>(&FrameSlots::closeEvent); }
+        using DockableWidgetContents::callOnCloseScript;
+        using DockableWidgetContents::onClosing;
+    };
+};
+#endif
+
+/// Reaches the operation with three arguments as the frame does.
+class Frame : public DockableWidgetContents
+{
+public:
+    static void close(DockableWidgetContents& contents, QCloseEvent& event)
+    {
+        using Close =
+            void (DockableWidgetContents::*)(QCloseEvent*, const QString&, const QString&);
+        (contents.*static_cast<Close>(&Frame::closeEvent))(&event, QString(), QString());
+    }
+};
+
+} // namespace
+
+class tst_ZvContentWidget : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
+
+    void shape()
+    {
+        static_assert(std::is_base_of_v<ContentWidget, ZvContentWidget>);
+        static_assert(std::is_base_of_v<DockableWidgetContents, ContentWidget>);
+        static_assert(std::is_abstract_v<ZvContentWidget>);
+        const QMetaObject& meta = ZvContentWidget::staticMetaObject;
+        QCOMPARE(meta.className(), "ZvContentWidget");
+        QCOMPARE(meta.methodCount() - meta.methodOffset(), 3);
+        const char* const names[] = {"beginSave", "endSave", "saved"};
+        for (int i = 0; i < 3; ++i) {
+            const QMetaMethod method = meta.method(meta.methodOffset() + i);
+            QCOMPARE(method.methodType(), QMetaMethod::Signal);
+            QCOMPARE(method.name(), QByteArray(names[i]));
+        }
+    }
+
+    void virtualOperationsStandInTheirOrder()
+    {
+#if defined(__GNUC__)
+        std::vector<std::uintptr_t> slots = Slots::ofTheFrame();
+        QCOMPARE(slots.size(), std::size_t(28));
+        const std::vector<std::uintptr_t> added = Slots::added();
+        slots.insert(slots.end(), added.begin(), added.end());
+        for (std::size_t i = 1; i < slots.size(); ++i)
+            QCOMPARE(slots[i], slots[i - 1] + sizeof(void*));
+#else
+        QSKIP("what a pointer to a member holds is this compiler's own affair");
+#endif
+    }
+
+    void newDocument()
+    {
+        QWidget parent;
+        auto* const document = new Document(1, &parent);
+        QCOMPARE(document->parentWidget(), &parent);
+        QCOMPARE(document->objectName(), QStringLiteral("document"));
+        QVERIFY(document->filename().isEmpty());
+        QCOMPARE(document->getFilename(), QString());
+        QVERIFY(!document->isModified());
+        QVERIFY(document->takeNotes().isEmpty());
+    }
+
+    void documentIsDeletedWhenItCloses()
+    {
+        class Plain : public ZvContentWidget
+        {
+        public:
+            using ZvContentWidget::ZvContentWidget;
+            int fileType() const override { return 0; }
+            QString closeEventText(int /*index*/) const override { return QString(); }
+            QString documentTypeName() const override { return QString(); }
+            void writeFile(const ZvFilePath& /*path*/) const override { }
+        };
+        const QPointer<QWidget> plain = new Plain(QString(), nullptr);
+        QVERIFY(plain->close());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(plain.isNull());
+    }
+
+    void largerImplementation()
+    {
+        class Large : public ZvContentWidget
+        {
+        public:
+            class LargeImpl : public Impl
+            {
+            public:
+                explicit LargeImpl(bool& isGone)
+                    : m_isGone(isGone)
+                {
+                }
+                ~LargeImpl() override { m_isGone = true; }
+
+            private:
+                bool& m_isGone;
+            };
+
+            explicit Large(bool& isGone)
+                : ZvContentWidget(new LargeImpl(isGone), QStringLiteral("large"), nullptr)
+            {
+            }
+            int fileType() const override { return 0; }
+            QString closeEventText(int /*index*/) const override { return QString(); }
+            QString documentTypeName() const override { return QString(); }
+            void writeFile(const ZvFilePath& path) const override
+            {
+                Q_EMIT endSave(true, path, QProtectedSignal());
+            }
+        };
+        bool isGone = false;
+        {
+            Large large(isGone);
+            large.saveAs(pathOf(QStringLiteral("/a/b.txt")));
+            QCOMPARE(large.getFilename(), QStringLiteral("/a/b.txt"));
+            QVERIFY(!isGone);
+        }
+        QVERIFY(isGone);
+    }
+
+    void newNameShowsInTheTitles_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("shortTitle");
+        QTest::newRow("slashes") << QStringLiteral("/a/b/plan.zvsch")
+                                 << QStringLiteral("plan.zvsch");
+        QTest::newRow("backslashes")
+            << QStringLiteral("C:\\a\\plan.zvsch") << QStringLiteral("plan.zvsch");
+        QTest::newRow("no folder") << QStringLiteral("plan") << QStringLiteral("plan");
+        QTest::newRow("folder only") << QStringLiteral("/a/b/") << QString();
+        QTest::newRow("beyond ASCII")
+            << QStringLiteral("/\u00E4/\u65E5\u672C.zvsch") << QStringLiteral("\u65E5\u672C.zvsch");
+    }
+
+    void newNameShowsInTheTitles()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, shortTitle);
+        Document document;
+        document.setFilename(pathOf(path));
+        QCOMPARE(document.filename(), pathOf(path));
+        QCOMPARE(document.getFilename(), path);
+        QCOMPARE(document.longTitle(), path);
+        QCOMPARE(document.shortTitle(), shortTitle);
+        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("watch 0")});
+        // Nor is anything made, or looked for.
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void sameNameChangesNothing()
+    {
+        Document document;
+        document.setFilename(pathOf(QStringLiteral("/a/plan.zvsch")));
+        document.setLongTitle(QStringLiteral("long"));
+        document.setShortTitle(QStringLiteral("short"));
+        document.takeNotes();
+        document.setFilename(pathOf(QStringLiteral("/a/plan.zvsch")));
+        QVERIFY(document.takeNotes().isEmpty());
+        QCOMPARE(document.longTitle(), QStringLiteral("long"));
+        QCOMPARE(document.shortTitle(), QStringLiteral("short"));
+        document.setFilename(ZvFilePath());
+        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("watch 0")});
+        QCOMPARE(document.longTitle(), QString());
+        document.setFilename(ZvFilePath());
+        QVERIFY(document.takeNotes().isEmpty());
+    }
+
+    void emptyNameOfANewDocumentChangesNothing()
+    {
+        Document document;
+        document.setFilename(ZvFilePath());
+        QVERIFY(document.takeNotes().isEmpty());
+        QCOMPARE(document.longTitle(), QStringLiteral("document"));
+    }
+
+    void goodSave()
+    {
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("good.zvsch"));
+        document.setModified(true);
+        document.takeNotes();
+        document.saveAs(pathOf(file));
+        // Those of the document come behind what the library does in the same place.
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
+                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
+                              QStringLiteral("written"), QStringLiteral("ignore 0"),
+                              QStringLiteral("watch 0"), QStringLiteral("modified 0"),
+                              QStringLiteral("saved ") + file, QStringLiteral("end 1 ") + file,
+                              QStringLiteral("ignore 0")}));
+        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(document.getFilename(), file);
+        QVERIFY(!document.isModified());
+        // Now without asking.
+        document.text = "more";
+        document.setModified(true);
+        document.takeNotes();
+        QCOMPARE(document.save(), pathOf(file));
+        QVERIFY(!document.takeNotes().contains(QStringLiteral("watch 0")));
+        QCOMPARE(contentsOf(file), QByteArray("more"));
+        QVERIFY(!document.isModified());
+    }
+
+    void failingWrite()
+    {
+        Document document;
+        const QString before = m_dir.filePath(QStringLiteral("before.zvsch"));
+        document.saveAs(pathOf(before));
+        document.setModified(true);
+        document.takeNotes();
+        const QString file = m_dir.filePath(QStringLiteral("no such folder/x.zvsch"));
+        document.saveAs(pathOf(file));
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
+                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
+                              QStringLiteral("written"), QStringLiteral("ignore 0"),
+                              QStringLiteral("end 0 ") + file, QStringLiteral("ignore 0")}));
+        QCOMPARE(document.getFilename(), before);
+        QVERIFY(document.isModified());
+        // The result is the path that was tried.
+        document.setFilename(pathOf(file));
+        QCOMPARE(document.save(), pathOf(file));
+        QVERIFY(document.isModified());
+    }
+
+    void throwingWrite_data()
+    {
+        QTest::addColumn<bool>("begins");
+        QTest::newRow("at once") << false;
+        QTest::newRow("behind beginSave") << true;
+    }
+
+    void throwingWrite()
+    {
+        QFETCH(bool, begins);
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("throwing.zvsch"));
+        document.write = [begins](const Document& self, const ZvFilePath& path) {
+            if (begins)
+                self.begin(path);
+            throw 42;
+        };
+        document.setModified(true);
+        document.takeNotes();
+        bool isCaught = false;
+        try {
+            document.saveAs(pathOf(file));
+        } catch (int number) {
+            isCaught = number == 42;
+        }
+        QVERIFY(isCaught);
+        QStringList expected{QStringLiteral("ignore 1"), QStringLiteral("write ") + file};
+        if (begins)
+            expected << QStringLiteral("ignore 1") << QStringLiteral("begin ") + file;
+        expected << QStringLiteral("ignore 0");
+        QCOMPARE(document.takeNotes(), expected);
+        QVERIFY(document.filename().isEmpty());
+        QVERIFY(document.isModified());
+        document.setFilename(pathOf(file));
+        QVERIFY_EXCEPTION_THROWN(document.save(), int);
+    }
+
+    void writeThatTellsNothing()
+    {
+        Document document;
+        document.write = [](const Document& /*self*/, const ZvFilePath& /*path*/) {};
+        document.setModified(true);
+        document.takeNotes();
+        document.saveAs(pathOf(QStringLiteral("/x")));
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write /x"),
+                              QStringLiteral("ignore 0")}));
+        QVERIFY(document.filename().isEmpty());
+        QVERIFY(document.isModified());
+    }
+
+    void savedClearsTheMarkAlsoForTheSameName()
+    {
+        Document document;
+        const ZvFilePath path = pathOf(QStringLiteral("/a/b"));
+        document.setFilename(path);
+        document.setModified(true);
+        document.takeNotes();
+        document.tellSaved(path);
+        QVERIFY(!document.isModified());
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("modified 0"), QStringLiteral("saved /a/b")}));
+    }
+
+    void saveFromAWorkerThread()
+    {
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("worker.zvsch"));
+        std::thread worker;
+        std::atomic<bool> mayWrite{false};
+        document.write = [&](const Document& self, const ZvFilePath& path) {
+            worker = std::thread([&self, path, &mayWrite] {
+                while (!mayWrite)
+                    QThread::yieldCurrentThread();
+                self.begin(path);
+                self.end(writeTo(textOf(path), self.text), path);
+            });
+        };
+        document.setModified(true);
+        document.takeNotes();
+        document.saveAs(pathOf(file));
+        // It has returned before anything else has happened.
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
+                              QStringLiteral("ignore 0")}));
+        mayWrite = true;
+        worker.join();
+        QVERIFY(document.takeNotes().isEmpty());
+        QTRY_VERIFY(!document.isModified());
+        QCoreApplication::processEvents();
+        QStringList notes = document.takeNotes();
+        // The document's own notes of the signals are delivered along with the library's.
+        QCOMPARE(notes,
+                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
+                              QStringLiteral("ignore 0"), QStringLiteral("watch 0"),
+                              QStringLiteral("modified 0"), QStringLiteral("saved ") + file,
+                              QStringLiteral("end 1 ") + file}));
+        QCOMPARE(document.getFilename(), file);
+        QCOMPARE(contentsOf(file), QByteArray("contents"));
+    }
+
+    void emptyPathDoesNothing()
+    {
+        Document document;
+        document.saveAs(ZvFilePath());
+        QVERIFY(document.takeNotes().isEmpty());
+    }
+
+    void dialogAsksForThePath_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("filter");
+        QTest::newRow("schematic")
+            << 1 << QStringLiteral("Schematic") << QStringLiteral("Save Schematic as...")
+            << QStringLiteral("Schematics (*.zvsch)");
+        QTest::newRow("test plan")
+            << 2 << QStringLiteral("Test plan") << QStringLiteral("Save Test plan as...")
+            << QStringLiteral("Test plans (*.testplan)");
+        QTest::newRow("plural by an s")
+            << 1 << QStringLiteral("Entry") << QStringLiteral("Save Entry as...")
+            << QStringLiteral("Entrys (*.zvsch)");
+        // Qt itself shows the filter without needless blanks.
+        QTest::newRow("blanks stay")
+            << 1 << QStringLiteral(" My  type ") << QStringLiteral("Save  My  type  as...")
+            << QStringLiteral("My type s (*.zvsch)");
+    }
+
+    void dialogAsksForThePath()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, name);
+        QFETCH(QString, title);
+        QFETCH(QString, filter);
+        Document document(type);
+        document.typeName = name;
+        const QString file = m_dir.filePath(QStringLiteral("chosen \u00E4.x"));
+        const DialogAnswer answer(file);
+        QCOMPARE(textOf(document.requestSavePath()), file);
+        QCOMPARE(answer.dialogs, 1);
+        QCOMPARE(answer.title, title);
+        QCOMPARE(answer.filters, QStringList{filter});
+        QVERIFY(!answer.parent);
+    }
+
+    void firstSaveAsks()
+    {
+        Document document;
+        // Without an extension, which nobody adds.
+        const QString file = m_dir.filePath(QStringLiteral("first"));
+        {
+            const DialogAnswer answer(file);
+            QCOMPARE(textOf(document.save()), file);
+            QCOMPARE(answer.dialogs, 1);
+        }
+        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(document.getFilename(), file);
+        {
+            const DialogAnswer answer(file);
+            QCOMPARE(textOf(document.save()), file);
+            QCOMPARE(answer.dialogs, 0);
+        }
+        const QString other = m_dir.filePath(QStringLiteral("other.zvsch"));
+        const DialogAnswer answer(other);
+        QCOMPARE(textOf(document.saveAs()), other);
+        QCOMPARE(answer.dialogs, 1);
+        QCOMPARE(document.getFilename(), other);
+    }
+
+    void cancelledDialogChangesNothing()
+    {
+        Document document;
+        document.setModified(true);
+        document.takeNotes();
+        {
+            const DialogAnswer answer{QString()};
+            QVERIFY(document.save().isEmpty());
+            QCOMPARE(answer.dialogs, 1);
+        }
+        {
+            const DialogAnswer answer{QString()};
+            QVERIFY(document.saveAs().isEmpty());
+        }
+        QVERIFY(document.takeNotes().isEmpty());
+        QVERIFY(document.isModified());
+        QVERIFY(document.filename().isEmpty());
+    }
+
+    void documentWithoutAFile()
+    {
+        Document document(0);
+        const DialogAnswer answer(m_dir.filePath(QStringLiteral("x")));
+        QVERIFY(document.save().isEmpty());
+        QVERIFY(document.saveAs().isEmpty());
+        QCOMPARE(answer.dialogs, 0);
+        QVERIFY(document.takeNotes().isEmpty());
+        // One that has a name all the same is written.
+        const QString file = m_dir.filePath(QStringLiteral("type 0"));
+        document.setFilename(pathOf(file));
+        QCOMPARE(textOf(document.save()), file);
+        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QVERIFY(document.saveAs().isEmpty());
+        QCOMPARE(answer.dialogs, 0);
+    }
+
+    void unknownTypeIsAnError()
+    {
+        const Document document(3);
+        QVERIFY_EXCEPTION_THROWN(document.requestSavePath(), std::out_of_range);
+        const Document negative(-1);
+        QVERIFY_EXCEPTION_THROWN(negative.requestSavePath(), std::out_of_range);
+    }
+
+    void subclassMayAskOtherwise()
+    {
+        class Asking : public Document
+        {
+        public:
+            QString answer;
+
+        protected:
+            ZvFilePath requestSavePath() const override { return pathOf(answer); }
+        };
+        Asking document;
+        QVERIFY(document.save().isEmpty());
+        document.answer = m_dir.filePath(QStringLiteral("asked"));
+        QCOMPARE(textOf(document.save()), document.answer);
+        document.answer = m_dir.filePath(QStringLiteral("asked again"));
+        QCOMPARE(textOf(document.saveAs()), document.answer);
+    }
+
+    void names()
+    {
+        Document document;
+        document.typeName = QStringLiteral("  Test \t\n plan ");
+        QCOMPARE(document.menuName(), QStringLiteral("Test plan"));
+        QCOMPARE(document.getMenuTitle(), QStringLiteral("Test plan"));
+        QCOMPARE(document.getViewContextName(), document.typeName);
+        class Renamed : public Document
+        {
+        public:
+            QString menuName() const override { return QStringLiteral("other"); }
+        };
+        const Renamed renamed;
+        QCOMPARE(renamed.getMenuTitle(), QStringLiteral("other"));
+        QCOMPARE(renamed.getViewContextName(), QStringLiteral("Schematic"));
+    }
+
+    void closeAsksWithBothTexts_data()
+    {
+        QTest::addColumn<bool>("discards");
+        QTest::newRow("discard") << true;
+        QTest::newRow("cancel") << false;
+    }
+
+    void closeAsksWithBothTexts()
+    {
+        QFETCH(bool, discards);
+        Document document;
+        document.show();
+        document.setModified(true);
+        document.takeNotes();
+        const BoxAnswer answer(discards ? QMessageBox::Discard : QMessageBox::Cancel);
+        QCOMPARE(document.close(), discards);
+        QCOMPARE(answer.boxes, 1);
+        QCOMPARE(answer.text, QStringLiteral("text of index 0"));
+        QCOMPARE(answer.details, QStringLiteral("text of index 1"));
+        QCOMPARE(document.isVisible(), !discards);
+        QCOMPARE(document.takeNotes().mid(0, 2),
+                 (QStringList{QStringLiteral("text 0"), QStringLiteral("text 1")}));
+    }
+
+    void closeOfWhatIsSavedAsksNothing()
+    {
+        Document document;
+        document.show();
+        const BoxAnswer answer(QMessageBox::Cancel);
+        QVERIFY(document.close());
+        QCOMPARE(answer.boxes, 0);
+        // The texts are asked for all the same.
+        QCOMPARE(document.takeNotes().mid(0, 2),
+                 (QStringList{QStringLiteral("text 0"), QStringLiteral("text 1")}));
+    }
+
+    void closeThroughTheFrameDoesNothing()
+    {
+        Document document;
+        document.setModified(true);
+        document.takeNotes();
+        QCloseEvent event;
+        event.setAccepted(false);
+        Frame::close(document, event);
+        QVERIFY(!event.isAccepted());
+        event.setAccepted(true);
+        Frame::close(document, event);
+        QVERIFY(event.isAccepted());
+        QVERIFY(document.takeNotes().isEmpty());
+    }
+
+    void outsideChangeIsReportedButNotTheOwn()
+    {
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("watched.zvsch"));
+        document.saveAs(pathOf(file));
+        document.enableFileWatcher(true);
+        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
+        for (int i = 0; i < 3; ++i) {
+            document.text += " and more";
+            document.save();
+            QTest::qWait(300);
+        }
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(writeTo(file, "somebody else's"));
+        QTRY_COMPARE(changes.count(), 1);
+        QCOMPARE(changes.constFirst().constFirst().toBool(), true);
+        document.reloadFile();
+        QCOMPARE(document.text, QByteArray("somebody else's"));
+        document.text = "own again";
+        document.save();
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 1);
+        QVERIFY(QFile::remove(file));
+        QTRY_COMPARE(changes.count(), 2);
+        QCOMPARE(changes.at(1).constFirst().toBool(), false);
+    }
+
+    void ownWritingOnAWorkerIsNotReported()
+    {
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("watched worker.zvsch"));
+        document.saveAs(pathOf(file));
+        document.enableFileWatcher(true);
+        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
+        std::thread worker;
+        std::atomic<bool> isDone{false};
+        document.write = [&](const Document& self, const ZvFilePath& path) {
+            worker = std::thread([&self, path, &isDone] {
+                self.begin(path);
+                // In pieces, over a longer time than the watcher gathers changes.
+                QFile out(textOf(path));
+                bool isWritten = out.open(QIODevice::WriteOnly);
+                for (int i = 0; i < 6; ++i) {
+                    isWritten = isWritten && out.write("piece") == 5 && out.flush();
+                    QThread::msleep(50);
+                }
+                out.close();
+                self.end(isWritten, path);
+                isDone = true;
+            });
+        };
+        document.save();
+        QTRY_VERIFY(isDone);
+        worker.join();
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(contentsOf(file), QByteArray("piece").repeated(6));
+    }
+
+    void newNameEndsTheWatch()
+    {
+        Document document;
+        const QString file = m_dir.filePath(QStringLiteral("old name.zvsch"));
+        document.saveAs(pathOf(file));
+        document.enableFileWatcher(true);
+        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
+        document.saveAs(pathOf(m_dir.filePath(QStringLiteral("new name.zvsch"))));
+        QVERIFY(!document.isFileWatcherEnabled());
+        QVERIFY(writeTo(file, "x"));
+        QVERIFY(writeTo(document.getFilename(), "x"));
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 0);
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_MAIN(tst_ZvContentWidget)
+
+#include "tst_ZvContentWidget.moc"
