@@ -29,9 +29,13 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
         if (!m_highlighted)
             Q_EMIT highlightedChanged(nullptr);
     });
+    const bool isFirstDocument = contents->isContentWidget() && documents() == 1;
     place(*window);
     contents->show();
     window->show();
+    // What the user has made of it later stays.
+    if (isFirstDocument || !contents->isContentWidget())
+        leaveRoomForDocuments();
     activate(window);
     return window;
 }
@@ -45,6 +49,14 @@ QList<DockableWidget*> DockFrame::dockableWidgets() const
             windows.append(window);
     }
     return windows;
+}
+
+int DockFrame::documents() const
+{
+    int count = 0;
+    for (const DockableWidget* const window : dockableWidgets())
+        count += window->contents()->isContentWidget() ? 1 : 0;
+    return count;
 }
 
 DockableWidget* DockFrame::highlighted() const
@@ -99,6 +111,20 @@ void DockFrame::place(DockableWidget& window)
         return;
     }
     addDockWidget(Qt::RightDockWidgetArea, &window);
+}
+
+void DockFrame::leaveRoomForDocuments()
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (window->isFloating() || window->isHidden() || window->contents()->isContentWidget())
+            continue;
+        const Qt::DockWidgetArea area = dockWidgetArea(window);
+        const bool isAtTheSide = area == Qt::LeftDockWidgetArea || area == Qt::RightDockWidgetArea;
+        const QSize preferred = window->contents()->getPreferredNewWindowSize();
+        const QSize size = preferred.isValid() ? preferred : this->size() / 4;
+        resizeDocks({window}, {isAtTheSide ? size.width() : size.height()},
+                    isAtTheSide ? Qt::Horizontal : Qt::Vertical);
+    }
 }
 
 void DockFrame::highlight(DockableWidget* window)

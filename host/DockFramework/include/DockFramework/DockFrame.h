@@ -18,7 +18,8 @@ public:
     explicit DockFrame(QWidget* parent = nullptr);
     ~DockFrame() override;
 
-    /// Shows \p contents in a window where they prefer to stand. The frame owns both.
+    /// Shows \p contents in a window where they prefer to stand, panels in a quarter of the frame
+    /// or what they would have as a window of their own. The frame owns both.
     DockableWidget* addContents(DockableWidgetContents* contents);
 
     /// In the order in which they were added.
@@ -39,6 +40,8 @@ Q_SIGNALS:
 
 private:
     void place(DockableWidget& window);
+    int documents() const;
+    void leaveRoomForDocuments();
     void highlight(DockableWidget* window);
     void followFocus(const QWidget* focused);
 
