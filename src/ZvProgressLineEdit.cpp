@@ -4,6 +4,21 @@
 #include <QLinearGradient>
 #include <QPalette>
 
+namespace {
+
+/// Goes from \p before to \p behind where \p done of the width ends.
+QBrush hardEdge(const QRect& rect, double done, const QColor& before, const QColor& behind)
+{
+    QLinearGradient gradient(rect.topLeft(), rect.topRight());
+    // Wanted: Qt refuses the stops that lie outside, with a warning, and the others are used.
+    gradient.setColorAt(done - 0.001, before);
+    gradient.setColorAt(done, behind);
+    gradient.setColorAt(done + 0.001, behind);
+    return QBrush(gradient);
+}
+
+} // namespace
+
 ZvProgressLineEdit::ZvProgressLineEdit(QWidget* parent)
     : QLineEdit(parent)
 {
@@ -65,22 +80,16 @@ void ZvProgressLineEdit::resetBrush()
 void ZvProgressLineEdit::progressChanged()
 {
     QPalette changed = palette();
-    changed.setBrush(QPalette::All, QPalette::Base, progressBrush());
+    if (m_progressValue == 0) {
+        changed.setBrush(QPalette::All, QPalette::Base, m_baseBrush);
+    } else if (m_progressValue == m_progressMaximum) {
+        changed.setBrush(QPalette::All, QPalette::Base, QBrush(m_progressColour, Qt::SolidPattern));
+    } else {
+        const double done =
+            m_progressMaximum == 0 ? 0.0 : double(m_progressValue) / m_progressMaximum;
+        changed.setBrush(QPalette::All, QPalette::Base,
+                         hardEdge(rect(), done, m_progressColour, m_baseBrush.color()));
+    }
     setPalette(changed);
     update();
-}
-
-QBrush ZvProgressLineEdit::progressBrush() const
-{
-    if (m_progressValue == 0)
-        return m_baseBrush;
-    if (m_progressValue == m_progressMaximum)
-        return QBrush(m_progressColour, Qt::SolidPattern);
-    QLinearGradient gradient(rect().topLeft(), rect().topRight());
-    const double edge = m_progressMaximum == 0 ? 0.0 : double(m_progressValue) / m_progressMaximum;
-    // Wanted: Qt refuses the stops that lie outside, with a warning, and the others are used.
-    gradient.setColorAt(edge - 0.001, m_progressColour);
-    gradient.setColorAt(edge, m_baseBrush.color());
-    gradient.setColorAt(edge + 0.001, m_baseBrush.color());
-    return QBrush(gradient);
 }

@@ -2,16 +2,29 @@
 
 #include "impl/ZvSearchBarProcessingAction.h"
 
+namespace {
+
+void setUp(ZvSearchBar& bar)
+{
+    // Wanted: not translated.
+    bar.setPlaceholderText(QStringLiteral("Search"));
+    auto* const action = new ZvSearchBarProcessingAction(&bar);
+    bar.addAction(action, QLineEdit::TrailingPosition);
+    Q_EMIT action->searchStopped();
+}
+
+} // namespace
+
 ZvSearchBar::ZvSearchBar(QWidget* parent)
     : QLineEdit(parent)
 {
-    setUp();
+    setUp(*this);
 }
 
 ZvSearchBar::ZvSearchBar(const QString& text, QWidget* parent)
     : QLineEdit(text, parent)
 {
-    setUp();
+    setUp(*this);
 }
 
 ZvSearchBar::~ZvSearchBar() = default;
@@ -24,13 +37,4 @@ void ZvSearchBar::searchStarted()
 void ZvSearchBar::searchStopped()
 {
     Q_EMIT findChild<ZvSearchBarProcessingAction*>()->searchStopped();
-}
-
-void ZvSearchBar::setUp()
-{
-    // Wanted: not translated.
-    setPlaceholderText(QStringLiteral("Search"));
-    auto* const action = new ZvSearchBarProcessingAction(this);
-    addAction(action, QLineEdit::TrailingPosition);
-    Q_EMIT action->searchStopped();
 }

@@ -42,7 +42,6 @@ protected:
 private:
     void resetBrush();
     void progressChanged();
-    QBrush progressBrush() const;
 
     int m_progressMaximum = 0;
     int m_progressValue = 0;

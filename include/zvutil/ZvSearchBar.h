@@ -22,9 +22,6 @@ public:
     void searchStarted();
     /// Hides the spinner, as it is at first. No slot of the meta-object: connect to it by its address.
     void searchStopped();
-
-private:
-    void setUp();
 };
 
 static_assert(sizeof(ZvSearchBar) == sizeof(QLineEdit));

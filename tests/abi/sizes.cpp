@@ -4,12 +4,17 @@
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvCompression.h>
+#include <zvutil/ZvContentWidget.h>
 #include <zvutil/ZvEditorStyle.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvNamedColour.h>
 #include <zvutil/ZvNamedIcon.h>
+#include <zvutil/ZvProcessingIndicator.h>
+#include <zvutil/ZvProgressLineEdit.h>
+#include <zvutil/ZvResponsiveImage.h>
+#include <zvutil/ZvSearchBar.h>
 #include <zvutil/ZvString.h>
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleEditor.h>
@@ -40,6 +45,11 @@ int main()
         std::size_t size;
     } handles[] = {
         {"ZvCompression", sizeof(ZvCompression)},
+        {"ZvContentWidget", sizeof(ZvContentWidget)},
+        {"ZvProcessingIndicator", sizeof(ZvProcessingIndicator)},
+        {"ZvProgressLineEdit", sizeof(ZvProgressLineEdit)},
+        {"ZvResponsiveImage", sizeof(ZvResponsiveImage)},
+        {"ZvSearchBar", sizeof(ZvSearchBar)},
         {"ZvURI", sizeof(ZvURI)},
         {"libzvutil::ZvEditorStyle", sizeof(libzvutil::ZvEditorStyle)},
         {"libzvutil::ZvNamedColour", sizeof(libzvutil::ZvNamedColour)},
