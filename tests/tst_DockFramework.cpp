@@ -393,7 +393,7 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 1);
         frame.activate(secondWindow);
         QCOMPARE(frame.highlighted(), secondWindow);
-        QTest::mousePress(child<QWidget>(*firstWindow, "dockWidgetTitleBar"), Qt::LeftButton);
+        QTest::mouseClick(child<QWidget>(*firstWindow, "dockWidgetTitleBar"), Qt::LeftButton);
         QVERIFY(first->calls.contains(QStringLiteral("pressed")));
     }
 

@@ -15,7 +15,13 @@ DockFrame::DockFrame(QWidget* parent)
             [this](const QWidget* /*before*/, const QWidget* now) { followFocus(now); });
 }
 
-DockFrame::~DockFrame() = default;
+DockFrame::~DockFrame()
+{
+    // Windows and focus go while the base class goes, and tell of it.
+    qApp->disconnect(this);
+    for (DockableWidget* const window : findChildren<DockableWidget*>())
+        window->disconnect(this);
+}
 
 DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
 {
@@ -25,9 +31,11 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
         if (visible && !window->isFloating())
             highlight(window);
     });
-    connect(window, &QObject::destroyed, this, [this] {
-        if (!m_highlighted)
-            Q_EMIT highlightedChanged(nullptr);
+    connect(window, &QObject::destroyed, this, [this, window] {
+        if (m_highlighted != window)
+            return;
+        m_highlighted = nullptr;
+        Q_EMIT highlightedChanged(nullptr);
     });
     const bool isFirstDocument = contents->isContentWidget() && documents() == 1;
     place(*window);

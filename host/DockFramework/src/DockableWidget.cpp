@@ -35,7 +35,10 @@ DockableWidget::DockableWidget(DockableWidgetContents* contents, QWidget* parent
     connect(contents, &DockableWidgetContents::modifiedChanged, this, &DockableWidget::showTitles);
     connect(contents, &DockableWidgetContents::fileChangedOutside, this,
             &DockableWidget::offerToReload);
-    connect(contents, &QObject::destroyed, this, &QObject::deleteLater);
+    connect(contents, &QObject::destroyed, this, [this] {
+        m_contents = nullptr;
+        deleteLater();
+    });
     connect(m_titleBar, &DockTitleBar::closeRequested, this, &QWidget::close);
     connect(m_titleBar, &DockTitleBar::floatRequested, this,
             [this] { setFloating(!isFloating()); });
@@ -73,7 +76,7 @@ void DockableWidget::setHighlighted(bool highlighted)
         return;
     m_isHighlighted = highlighted;
     m_titleBar->setHighlighted(highlighted);
-    auto* const document = qobject_cast<ContentWidget*>(m_contents.data());
+    auto* const document = qobject_cast<ContentWidget*>(m_contents);
     if (highlighted) {
         if (m_contents)
             m_contents->notifyHighlighted();

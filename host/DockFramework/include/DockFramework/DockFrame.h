@@ -4,7 +4,6 @@
 
 #include <QList>
 #include <QMainWindow>
-#include <QPointer>
 
 class DockableWidget;
 class DockableWidgetContents;
@@ -45,5 +44,5 @@ private:
     void highlight(DockableWidget* window);
     void followFocus(const QWidget* focused);
 
-    QPointer<DockableWidget> m_highlighted;
+    DockableWidget* m_highlighted = nullptr;
 };

@@ -3,7 +3,6 @@
 #include <DockFramework/DockFramework_export.h>
 
 #include <QDockWidget>
-#include <QPointer>
 
 class DockTitleBar;
 class DockableWidgetContents;
@@ -41,7 +40,7 @@ private:
     void offerToReload(bool exists);
     void settle(bool floating);
 
-    QPointer<DockableWidgetContents> m_contents;
+    DockableWidgetContents* m_contents;
     DockTitleBar* m_titleBar;
     ReloadBar* m_reloadBar;
     bool m_isHighlighted = false;
