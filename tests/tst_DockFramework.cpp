@@ -4,6 +4,8 @@
 #include <DockFramework/DockFrame.h>
 #include <DockFramework/DockableWidget.h>
 
+#include "support/Answer.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
@@ -22,13 +24,11 @@
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include <functional>
-#include <utility>
+using zvtest::Answer;
 
 namespace {
 
@@ -93,32 +93,6 @@ public:
     {
         return DockLocationPreference::Left;
     }
-};
-
-/// Runs something as soon as a window of this kind waits for an answer.
-template <typename Window>
-class Answer : public QObject
-{
-public:
-    explicit Answer(std::function<void(Window&)> answer)
-    {
-        m_timer.callOnTimeout(this, [this, answer = std::move(answer)] {
-            QWidget* const popup = QApplication::activePopupWidget();
-            auto* const window =
-                qobject_cast<Window*>(popup ? popup : QApplication::activeModalWidget());
-            if (!window)
-                return;
-            m_timer.stop();
-            ++count;
-            answer(*window);
-        });
-        m_timer.start(10);
-    }
-
-    int count = 0;
-
-private:
-    QTimer m_timer;
 };
 
 /// Presses a button of the box that asks, having looked at its texts.

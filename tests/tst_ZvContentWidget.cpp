@@ -2,6 +2,8 @@
 
 #include <zvutil/ZvContentWidget.h>
 
+#include "support/Answer.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFile>
@@ -14,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
 
 #include <atomic>
 #include <cstdint>
@@ -135,75 +136,46 @@ private:
     std::shared_ptr<QStringList> m_notes = std::make_shared<QStringList>();
 };
 
-/// Answers the file dialog that opens next, and keeps what it showed.
-class DialogAnswer : public QObject
+/// Answers the file dialog that opens next, by a file or, without one, by Cancel, and keeps what it
+/// showed.
+struct DialogAnswer
 {
-public:
     explicit DialogAnswer(const QString& file)
-        : m_file(file)
+        : answer([this, file](QFileDialog& dialog) {
+            title = dialog.windowTitle();
+            filters = dialog.nameFilters();
+            parent = dialog.parentWidget();
+            if (file.isEmpty()) {
+                dialog.reject();
+                return;
+            }
+            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+            QMetaObject::invokeMethod(&dialog, "accept");
+        })
     {
-        m_timer.callOnTimeout(this, [this] { answer(); });
-        m_timer.start(10);
     }
 
     QString title;
     QStringList filters;
     QWidget* parent = nullptr;
-    int dialogs = 0;
-
-private:
-    void answer()
-    {
-        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        m_timer.stop();
-        ++dialogs;
-        title = dialog->windowTitle();
-        filters = dialog->nameFilters();
-        parent = dialog->parentWidget();
-        if (m_file.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(m_file);
-        QMetaObject::invokeMethod(dialog, "accept");
-    }
-
-    QString m_file;
-    QTimer m_timer;
+    zvtest::Answer<QFileDialog> answer;
 };
 
 /// Answers the message box that opens next, and keeps what it said.
-class BoxAnswer : public QObject
+struct BoxAnswer
 {
-public:
     explicit BoxAnswer(QMessageBox::StandardButton button)
-        : m_button(button)
+        : answer([this, button](QMessageBox& box) {
+            text = box.text();
+            details = box.informativeText();
+            box.button(button)->click();
+        })
     {
-        m_timer.callOnTimeout(this, [this] { answer(); });
-        m_timer.start(10);
     }
 
     QString text;
     QString details;
-    int boxes = 0;
-
-private:
-    void answer()
-    {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        m_timer.stop();
-        ++boxes;
-        text = box->text();
-        details = box->informativeText();
-        box->button(m_button)->click();
-    }
-
-    QMessageBox::StandardButton m_button;
-    QTimer m_timer;
+    zvtest::Answer<QMessageBox> answer;
 };
 
 #if defined(__GNUC__)
@@ -642,7 +614,7 @@ private Q_SLOTS:
         const QString file = m_dir.filePath(QStringLiteral("chosen \u00E4.x"));
         const DialogAnswer answer(file);
         QCOMPARE(textOf(document.requestSavePath()), file);
-        QCOMPARE(answer.dialogs, 1);
+        QCOMPARE(answer.answer.count, 1);
         QCOMPARE(answer.title, title);
         QCOMPARE(answer.filters, QStringList{filter});
         QVERIFY(!answer.parent);
@@ -656,19 +628,19 @@ private Q_SLOTS:
         {
             const DialogAnswer answer(file);
             QCOMPARE(textOf(document.save()), file);
-            QCOMPARE(answer.dialogs, 1);
+            QCOMPARE(answer.answer.count, 1);
         }
         QCOMPARE(contentsOf(file), QByteArray("contents"));
         QCOMPARE(document.getFilename(), file);
         {
             const DialogAnswer answer(file);
             QCOMPARE(textOf(document.save()), file);
-            QCOMPARE(answer.dialogs, 0);
+            QCOMPARE(answer.answer.count, 0);
         }
         const QString other = m_dir.filePath(QStringLiteral("other.zvsch"));
         const DialogAnswer answer(other);
         QCOMPARE(textOf(document.saveAs()), other);
-        QCOMPARE(answer.dialogs, 1);
+        QCOMPARE(answer.answer.count, 1);
         QCOMPARE(document.getFilename(), other);
     }
 
@@ -680,7 +652,7 @@ private Q_SLOTS:
         {
             const DialogAnswer answer{QString()};
             QVERIFY(document.save().isEmpty());
-            QCOMPARE(answer.dialogs, 1);
+            QCOMPARE(answer.answer.count, 1);
         }
         {
             const DialogAnswer answer{QString()};
@@ -697,7 +669,7 @@ private Q_SLOTS:
         const DialogAnswer answer(m_dir.filePath(QStringLiteral("x")));
         QVERIFY(document.save().isEmpty());
         QVERIFY(document.saveAs().isEmpty());
-        QCOMPARE(answer.dialogs, 0);
+        QCOMPARE(answer.answer.count, 0);
         QVERIFY(document.takeNotes().isEmpty());
         // One that has a name all the same is written.
         const QString file = m_dir.filePath(QStringLiteral("type 0"));
@@ -705,7 +677,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(document.save()), file);
         QCOMPARE(contentsOf(file), QByteArray("contents"));
         QVERIFY(document.saveAs().isEmpty());
-        QCOMPARE(answer.dialogs, 0);
+        QCOMPARE(answer.answer.count, 0);
     }
 
     void unknownTypeIsAnError()
@@ -767,7 +739,7 @@ private Q_SLOTS:
         document.takeNotes();
         const BoxAnswer answer(discards ? QMessageBox::Discard : QMessageBox::Cancel);
         QCOMPARE(document.close(), discards);
-        QCOMPARE(answer.boxes, 1);
+        QCOMPARE(answer.answer.count, 1);
         QCOMPARE(answer.text, QStringLiteral("text of index 0"));
         QCOMPARE(answer.details, QStringLiteral("text of index 1"));
         QCOMPARE(document.isVisible(), !discards);
@@ -781,7 +753,7 @@ private Q_SLOTS:
         document.show();
         const BoxAnswer answer(QMessageBox::Cancel);
         QVERIFY(document.close());
-        QCOMPARE(answer.boxes, 0);
+        QCOMPARE(answer.answer.count, 0);
         // The texts are asked for all the same.
         QCOMPARE(document.takeNotes().mid(0, 2),
                  (QStringList{QStringLiteral("text 0"), QStringLiteral("text 1")}));

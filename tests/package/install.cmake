@@ -1,6 +1,8 @@
 # Installs the build tree BUILD below the folder WORK, and removes what earlier runs left there.
 set(PREFIX "${WORK}/prefix")
-file(REMOVE_RECURSE "${PREFIX}" "${WORK}/consumer" "${WORK}/external")
+file(REMOVE_RECURSE "${PREFIX}" "${WORK}/consumer" "${WORK}/external"
+    "${WORK}/parts_list" "${WORK}/search"
+)
 execute_process(
     COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${PREFIX}"
     COMMAND_ERROR_IS_FATAL ANY
