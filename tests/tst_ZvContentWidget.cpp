@@ -249,6 +249,57 @@ private:
 };
 #endif
 
+template <typename Expected, typename Found>
+constexpr bool same(Found /*found*/)
+{
+    return std::is_same_v<Expected, Found>;
+}
+
+/// Whose operation it is that a document has, by the class in which its name is found.
+class Origins : public ZvContentWidget
+{
+    using Text = QString;
+    template <typename Owner>
+    using TextOperation = Text (Owner::*)() const;
+    template <typename Owner>
+    using Question = bool (Owner::*)() const;
+    template <typename Owner>
+    using Notice = void (Owner::*)();
+    using Frame = DockableWidgetContents;
+    using This = ZvContentWidget;
+
+    static_assert(same<TextOperation<This>>(&This::getViewContextName));
+    static_assert(same<TextOperation<This>>(&This::getMenuTitle));
+    static_assert(same<TextOperation<ContentWidget>>(&This::getShortName));
+    static_assert(same<TextOperation<Frame>>(&This::getRightClickMenuTitle));
+    static_assert(same<TextOperation<Frame>>(&This::getToolBarContext));
+    static_assert(same<Question<Frame>>(&This::updateEnabledMenusOnKeyPress));
+    static_assert(same<TextOperation<Frame>>(&This::getRestoreCommand));
+    static_assert(same<TextOperation<This>>(&This::getFilename));
+    static_assert(same<Notice<Frame>>(&This::disableContextMenuOnce));
+    static_assert(same<DockLocationPreference (Frame::*)() const>(&This::getPreferredDockLocation));
+    static_assert(same<QSize (Frame::*)() const>(&This::getPreferredNewWindowSize));
+    static_assert(same<RestoreWidgetInfo (Frame::*)() const>(&This::getRestoreWidgetInfo));
+    static_assert(same<QIcon (Frame::*)() const>(&This::getIcon));
+    static_assert(same<Notice<Frame>>(&This::notifyHighlighted));
+    static_assert(same<Notice<Frame>>(&This::notifyTitleBarPressed));
+    static_assert(same<Question<ContentWidget>>(&This::isContentWidget));
+    static_assert(same<Question<ContentWidget>>(&This::isSystemWidget));
+    static_assert(same<Notice<Frame>>(&This::reloadFile));
+    static_assert(same<Question<Frame>>(&This::canReloadFile));
+    static_assert(same<Question<Frame>>(&This::requireDefaultMenu));
+    static_assert(same<Notice<Frame>>(&This::windowChanged));
+    static_assert(same<void (Frame::*)(Qt::DockWidgetArea)>(&This::notifyLocationChanged));
+    static_assert(
+        same<void (ContentWidget::*)(const QString&, const QString&)>(&This::saveSessionBackup));
+    static_assert(same<Notice<ContentWidget>>(&This::widgetHighlightedEvent));
+    static_assert(same<Notice<ContentWidget>>(&This::widgetUnhighlightedEvent));
+    static_assert(same<bool (ContentWidget::*)(QEvent*)>(&Origins::event));
+    static_assert(same<void (Frame::*)(QContextMenuEvent*)>(&Origins::contextMenuEvent));
+    static_assert(same<void (Frame::*)(QDragEnterEvent*)>(&Origins::dragEnterEvent));
+    static_assert(same<void (Frame::*)(QDropEvent*)>(&Origins::dropEvent));
+};
+
 /// Reaches the operation with three arguments as the frame does.
 class Frame : public DockableWidgetContents
 {

@@ -80,6 +80,7 @@ void DockFrame::activate(DockableWidget* window)
     highlight(window);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): documents are part of the frame.
 bool DockFrame::closeDocuments()
 {
     for (DockableWidget* const window : dockableWidgets()) {

@@ -224,7 +224,7 @@ void DockableWidgetContents::contextMenuEvent(QContextMenuEvent* event)
     if (chosen == reload)
         reloadFile();
     else if (chosen == close)
-        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "close", Qt::QueuedConnection);
 }
 
 void DockableWidgetContents::dragEnterEvent(QDragEnterEvent* event)
