@@ -1,4 +1,4 @@
-// A table of short texts with some numbers: its text against the loop that only asks each cell for its
+// A table of short texts, and one with numbers among them: its text against the loop that only asks each cell for its
 // own, and its cells against a vector of `QVariant`. "peak" is bytes of memory per cell, for the texts
 // per byte of the result.
 
@@ -36,13 +36,22 @@ QVariant cellText(unsigned row, unsigned column)
     return text;
 }
 
+/// A text, or in three columns of ten a number.
+QVariant mixedCell(unsigned row, unsigned column)
+{
+    if (column < 2)
+        return row * columns + column;
+    return column == 2 ? QVariant(row / 7.0) : cellText(row, column);
+}
+
+template <QVariant (*Cell)(unsigned row, unsigned column)>
 const ZvTable& sample()
 {
     static const ZvTable table = [] {
         ZvTable made(rows(), columns, libzvutil::ZvVariant());
         for (unsigned row = 0; row < rows(); ++row) {
             for (unsigned column = 0; column < columns; ++column)
-                made.value(row, column) = cellText(row, column);
+                made.value(row, column) = Cell(row, column);
         }
         return made;
     }();
@@ -63,7 +72,7 @@ template <typename Make>
 void contend(const char* name, Make make, double (*size)())
 {
     benchmark::RegisterBenchmark(name, [make, size](benchmark::State& state) {
-        sample();
+        size();
         for (auto _ : state) {
             const zvbench::PeakMemory peak;
             auto made = make();
@@ -80,21 +89,30 @@ double cellCount()
     return static_cast<double>(rows()) * columns;
 }
 
+template <QVariant (*Cell)(unsigned row, unsigned column)>
 double textSize()
 {
-    static const std::size_t size = sample().toCSV().size();
+    static const std::size_t size = sample<Cell>().toCSV().size();
     return static_cast<double>(size);
 }
 
 const bool registered = [] {
     contend(
-        "text/floor", [] { return lengthOfTexts(sample()); }, &textSize);
+        "texts/floor", [] { return lengthOfTexts(sample<cellText>()); }, &textSize<cellText>);
     contend(
-        "text/library", [] { return sample().toCSV(); }, &textSize);
+        "texts/library", [] { return sample<cellText>().toCSV(); }, &textSize<cellText>);
     contend(
-        "text/library, tabs", [] { return sample().toTSV(); }, &textSize);
+        "texts/library, tabs", [] { return sample<cellText>().toTSV(); }, &textSize<cellText>);
     contend(
-        "text/step by step", [] { return zvtest::plainText(sample(), ','); }, &textSize);
+        "texts/step by step", [] { return zvtest::plainText(sample<cellText>(), ','); },
+        &textSize<cellText>);
+    contend(
+        "mixed/floor", [] { return lengthOfTexts(sample<mixedCell>()); }, &textSize<mixedCell>);
+    contend(
+        "mixed/library", [] { return sample<mixedCell>().toCSV(); }, &textSize<mixedCell>);
+    contend(
+        "mixed/step by step", [] { return zvtest::plainText(sample<mixedCell>(), ','); },
+        &textSize<mixedCell>);
 
     contend(
         "empty cells/floor",

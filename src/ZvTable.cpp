@@ -1,8 +1,7 @@
 #include <zvutil/ZvTable.h>
 
-#include "impl/ascii_step.h"
+#include "impl/row_text.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QVariant>
 
@@ -10,7 +9,6 @@
 #include <limits>
 #include <memory>
 #include <stdexcept>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -27,44 +25,31 @@ std::size_t cellCount(unsigned long long rows, unsigned long long columns)
     return static_cast<std::size_t>(rows * columns);
 }
 
-/// Appends UTF-8 up to the first NUL; tells whether that is all of \p text.
-bool appendUntilNul(std::string& target, const QString& text)
+/// Adds a cell's text to its row.
+void append(zvutil::impl::row_text& row, const QVariant& cell)
 {
-    const auto isOther = [](QChar unit) {
-        return unit.isNull() || !zvutil::impl::is_ascii(unit.unicode());
-    };
-    const auto plainEnd = std::find_if(text.begin(), text.end(), isOther);
-    const std::size_t before = target.size();
-    const std::ptrdiff_t plain = plainEnd - text.begin();
-    target.resize(before + static_cast<std::size_t>(plain));
-    std::transform(text.begin(), plainEnd, target.begin() + static_cast<std::ptrdiff_t>(before),
-                   [](QChar unit) { return static_cast<char>(unit.unicode()); });
-    if (plainEnd == text.end())
-        return true;
-    const QByteArray rest = text.midRef(static_cast<int>(plain)).toUtf8();
-    target += rest.constData();
-    return !rest.contains('\0');
-}
-
-/// Appends what a cell adds to the text of its row.
-void appendCell(std::string& row, const QString& text, char separator)
-{
-    // Wanted: nothing but the separator makes a cell quoted, and a quote within isn't doubled.
-    const bool quoted = text.contains(QLatin1Char(separator));
-    if (quoted)
-        row += '"';
-    // Wanted: a NUL cuts off all that would come behind it.
-    if (!appendUntilNul(row, text))
-        return;
-    if (quoted)
-        row += '"';
-    row += separator;
+    // The same as `toString` gives, without a copy.
+    if (cell.userType() == QMetaType::QString)
+        row.append(*static_cast<const QString*>(cell.constData()));
+    else
+        row.append(cell.toString());
 }
 
 void removeLast(ZvString& text)
 {
     if (text.size() != 0)
         text.resize(text.size() - 1);
+}
+
+/// How many rows tell how long the text of all will be.
+constexpr unsigned long long sampleRows = 1000;
+
+/// Makes room, so that a long text isn't copied over and over while it grows.
+void reserve(ZvString& text, std::size_t size)
+{
+    const std::size_t before = text.size();
+    text.resize(std::max(size, before));
+    text.resize(before);
 }
 
 } // namespace
@@ -87,6 +72,7 @@ public:
     }
 
     ZvString text(char separator) const;
+    std::size_t likelySize(std::size_t sampleSize) const;
 
     std::vector<ZvVariant> cells; ///< row by row
     unsigned long long rows;
@@ -95,24 +81,35 @@ public:
     unsigned long long columnCapacity;
 };
 
+/// How long the text of all rows will be, going by that of the first ones; at most about as much as
+/// the cells themselves take.
+std::size_t ZvTable::Impl::likelySize(std::size_t sampleSize) const
+{
+    constexpr std::size_t cellSize = 48;
+    const std::size_t perRow = sampleSize / sampleRows + 1;
+    return std::min(perRow, cellSize * static_cast<std::size_t>(columns))
+        * static_cast<std::size_t>(rows);
+}
+
 ZvString ZvTable::Impl::text(char separator) const
 {
     ZvString result;
     // Rows without cells come to nothing, however many there are.
     if (columns == 0)
         return result;
-    std::string line;
+    zvutil::impl::row_text line(separator);
     for (unsigned long long row = 0; row < rows; ++row) {
         line.clear();
         for (unsigned long long column = 0; column < columns; ++column)
-            appendCell(line, cells[index(row, column)].data().toString(), separator);
+            append(line, cells[index(row, column)].data());
         // Wanted: what is last goes, also where it is no separator but the end of the row above.
-        if (line.empty())
+        if (line.is_empty())
             removeLast(result);
         else
-            line.pop_back();
-        line += '\n';
-        result += line.c_str();
+            line.remove_last();
+        result += line.text('\n');
+        if (row == sampleRows)
+            reserve(result, likelySize(result.size()));
     }
     removeLast(result);
     return result;

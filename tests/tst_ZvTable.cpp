@@ -185,6 +185,11 @@ private Q_SLOTS:
         QTest::newRow("UTF-8") << Grid{{text("x\xC3\xA4\xF0\x9D\x84\x9E"), text("\xE2\x82\xAC,")}}
                                << "x\xC3\xA4\xF0\x9D\x84\x9E,\"\xE2\x82\xAC,\""s
                                << "x\xC3\xA4\xF0\x9D\x84\x9E\t\xE2\x82\xAC,"s;
+        QTest::newRow("long cells")
+            << Grid{{text("abcdefghijklmnopqrstuvwx"), text("abcdefgh,ijklmnop"),
+                     text("abcdefghijklmnopq\xC3\xA4rstuvwxyz,")}}
+            << "abcdefghijklmnopqrstuvwx,\"abcdefgh,ijklmnop\",\"abcdefghijklmnopq\xC3\xA4rstuvwxyz,\""s
+            << "abcdefghijklmnopqrstuvwx\tabcdefgh,ijklmnop\tabcdefghijklmnopq\xC3\xA4rstuvwxyz,"s;
         QTest::newRow("unpaired surrogates")
             << Grid{{QString(QChar(0xD834)), QString(QChar(0xDD1E))}} << "?,?"s
             << "?\t?"s;
@@ -220,6 +225,27 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(table.toTSV()), tsv);
         QCOMPARE(plainText(table, ','), csv);
         QCOMPARE(plainText(table, '\t'), tsv);
+    }
+
+    void longTables_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("later");
+        QTest::newRow("rows of one length") << 10 << 10;
+        QTest::newRow("long rows first") << 1000 << 1;
+        QTest::newRow("short rows first") << 0 << 100;
+    }
+
+    void longTables()
+    {
+        QFETCH(int, first);
+        QFETCH(int, later);
+        Grid grid;
+        for (int row = 0; row < 3000; ++row)
+            grid.append({QString(row < 1500 ? first : later, QLatin1Char('x')), row});
+        const ZvTable table = tableOf(grid);
+        QCOMPARE(bytesOf(table.toCSV()), plainText(table, ','));
+        QCOMPARE(bytesOf(table.toTSV()), plainText(table, '\t'));
     }
 
     void noRowsHaveNoText()

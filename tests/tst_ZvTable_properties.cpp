@@ -17,33 +17,40 @@ using zvtest::plainText;
 
 namespace {
 
-rc::Gen<QChar> genUnit()
+rc::Gen<QString> genPiece()
 {
-    return rc::gen::map(rc::gen::weightedElement<char16_t>({{6, u'a'},
-                                                            {3, u','},
-                                                            {3, u'\t'},
-                                                            {2, u'"'},
-                                                            {1, u'\n'},
-                                                            {1, u'\r'},
-                                                            {1, u' '},
-                                                            {1, u'\0'},
-                                                            {1, char16_t(0x7F)},
-                                                            {1, char16_t(0x80)},
-                                                            {1, char16_t(0xE4)},
-                                                            {1, char16_t(0x20AC)},
-                                                            {1, char16_t(0xD834)},
-                                                            {1, char16_t(0xDD1E)},
-                                                            {1, char16_t(0xFEFF)},
-                                                            {1, char16_t(0xFFFF)}}),
-                        [](char16_t unit) { return QChar(unit); });
+    const auto unit = rc::gen::weightedElement<char16_t>({{6, u'a'},
+                                                          {3, u','},
+                                                          {3, u'\t'},
+                                                          {2, u'"'},
+                                                          {1, u'\n'},
+                                                          {1, u'\r'},
+                                                          {1, u' '},
+                                                          {1, u'\0'},
+                                                          {1, char16_t(0x01)},
+                                                          {1, char16_t(0x7F)},
+                                                          {1, char16_t(0x80)},
+                                                          {1, char16_t(0xE4)},
+                                                          {1, char16_t(0x20AC)},
+                                                          {1, char16_t(0xD834)},
+                                                          {1, char16_t(0xDD1E)},
+                                                          {1, char16_t(0xFEFF)},
+                                                          {1, char16_t(0xFFFF)}});
+    return rc::gen::weightedOneOf<QString>(
+        {{4, rc::gen::map(unit, [](char16_t u) { return QString(QChar(u)); })},
+         {1, rc::gen::just(QStringLiteral("of eight units or more"))}});
 }
 
 rc::Gen<QVariant> genCell()
 {
-    const auto text = rc::gen::map(
-        rc::gen::container<std::vector<QChar>>(genUnit()), [](const std::vector<QChar>& units) {
-            return QVariant(QString(units.data(), static_cast<int>(units.size())));
-        });
+    const auto text =
+        rc::gen::map(rc::gen::scale(0.3, rc::gen::container<std::vector<QString>>(genPiece())),
+                     [](const std::vector<QString>& pieces) {
+                         QString joined;
+                         for (const QString& piece : pieces)
+                             joined += piece;
+                         return QVariant(joined);
+                     });
     return rc::gen::weightedOneOf<QVariant>(
         {{8, text},
          {1, rc::gen::map(rc::gen::arbitrary<int>(), [](int n) { return QVariant(n); })},

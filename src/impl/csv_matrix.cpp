@@ -110,14 +110,16 @@ void csv_matrix::store(const Field& field, char* position)
     else if (m_column >= m_columns)
         throw std::invalid_argument(
             "CSV clipboard data invalid format: rows have different number of columns");
-    m_cells.emplace_back(begin, static_cast<std::size_t>(end - begin));
+    // What stands there has been read.
+    *end = '\0';
+    m_cells.push_back(begin);
     ++m_column;
 }
 
 void csv_matrix::endRecord()
 {
     ++m_rows;
-    m_cells.resize(m_rows * m_columns, std::string_view(""));
+    m_cells.resize(m_rows * m_columns, "");
     m_column = 0;
 }
 

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <locale>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace zvutil::impl {
@@ -11,7 +10,7 @@ namespace zvutil::impl {
 /// The fields of a CSV text as a grid, which the first record makes as wide as it is.
 ///
 /// The separator is a comma. Fields lose the whitespace at their ends, by the global locale, also
-/// within quotes; nothing is decoded. Takes linear time, and 16 bytes per cell beside the text.
+/// within quotes; nothing is decoded. Takes linear time, and beside the text a pointer per cell.
 class csv_matrix
 {
 public:
@@ -25,8 +24,8 @@ public:
     std::size_t rows() const { return m_rows; }
     std::size_t columns() const { return m_columns; }
 
-    /// Valid as long as the matrix. Empty, but not without data, if the record has no such field.
-    std::string_view cell(std::size_t row, std::size_t column) const
+    /// Valid as long as the matrix. Empty if the record has no such field.
+    const char* cell(std::size_t row, std::size_t column) const
     {
         return m_cells[row * m_columns + column];
     }
@@ -39,8 +38,9 @@ private:
     void endRecord();
     void endText();
 
-    std::string m_text; ///< in which the cells lie; quotes are unescaped in place
-    std::vector<std::string_view> m_cells;
+    std::string
+        m_text; ///< in which the cells lie, unescaped in place and each with a NUL behind it
+    std::vector<const char*> m_cells;
     std::size_t m_rows = 0;
     std::size_t m_columns = 0;
     std::size_t m_column = 0; ///< that of the next field

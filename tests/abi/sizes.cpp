@@ -3,6 +3,8 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
+#include <zvutil/ZvClipboard.h>
+#include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvEditorStyle.h>
 #include <zvutil/ZvException.h>
@@ -16,6 +18,7 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 #include <zvutil/ZvStyleModel.h>
+#include <zvutil/ZvTable.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
@@ -39,7 +42,10 @@ int main()
         const char* name;
         std::size_t size;
     } handles[] = {
+        {"ZvClipboard", sizeof(ZvClipboard)},
+        {"ZvClipboardData", sizeof(ZvClipboardData)},
         {"ZvCompression", sizeof(ZvCompression)},
+        {"ZvTable", sizeof(ZvTable)},
         {"ZvURI", sizeof(ZvURI)},
         {"libzvutil::ZvEditorStyle", sizeof(libzvutil::ZvEditorStyle)},
         {"libzvutil::ZvNamedColour", sizeof(libzvutil::ZvNamedColour)},
