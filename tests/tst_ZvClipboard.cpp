@@ -388,6 +388,29 @@ private Q_SLOTS:
         QCOMPARE(gridOf(clipboard), (Grid{{QStringLiteral("a,b"), QStringLiteral("1")}}));
         QCOMPARE(bytesOf(clipboard.stringData()), "a,b\t1"s);
     }
+
+    void viewOnAnotherProcessShowsThePresent()
+    {
+        if (const char* const reason = hindrance(peer))
+            QSKIP(reason);
+        auto first =
+            std::make_unique<Peer>(QStringList{QStringLiteral("offer"), csv, QStringLiteral("a")});
+        QVERIFY(first->isReady());
+        const ZvClipboardData view = ZvClipboard().clipboardData();
+        int count = 0;
+        connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
+        QVERIFY(view.hasTableData());
+        // Qt has one object for the content of all others.
+        first.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(!view.hasTableData(), patience);
+        const Peer second({QStringLiteral("table"), QStringLiteral("b"), QStringLiteral("c")});
+        QVERIFY(second.isReady());
+        QTRY_VERIFY_WITH_TIMEOUT(view.hasTableData(), patience);
+        QCOMPARE(zvtest::gridOf(view.tableData()),
+                 (Grid{{QStringLiteral("b"), QStringLiteral("c")}}));
+        QVERIFY(view.isValid());
+        QCOMPARE(count, 0);
+    }
 };
 
 QTEST_MAIN(tst_ZvClipboard)
