@@ -131,6 +131,7 @@ private Q_SLOTS:
         const ZvTable target(std::move(source));
         QVERIFY(&target.value(0, 0) == place);
         QVERIFY(!hasStorage(source)); // NOLINT(bugprone-use-after-move)
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
         const ZvTable next(std::move(source));
         QVERIFY(!hasStorage(next));
     }
