@@ -265,8 +265,8 @@ private Q_SLOTS:
     {
         ZvClipboard clipboard;
         clipboard.setData(ZvTable(1, 1, 1));
-        const ZvClipboardData view = clipboard.clipboardData();
         int count = 0;
+        const ZvClipboardData view = clipboard.clipboardData();
         connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
         QVERIFY(view.isValid() && view.hasTableData());
         QCOMPARE(zvtest::gridOf(view.tableData()), (Grid{{1}}));
@@ -396,8 +396,8 @@ private Q_SLOTS:
         auto first =
             std::make_unique<Peer>(QStringList{QStringLiteral("offer"), csv, QStringLiteral("a")});
         QVERIFY(first->isReady());
-        const ZvClipboardData view = ZvClipboard().clipboardData();
         int count = 0;
+        const ZvClipboardData view = ZvClipboard().clipboardData();
         connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
         QVERIFY(view.hasTableData());
         // Qt has one object for the content of all others.

@@ -471,8 +471,8 @@ private Q_SLOTS:
     void staleWhenItIsTold()
     {
         auto data = content(csv, "a,b");
-        const ZvClipboardData view(data.get());
         int calls = 0;
+        const ZvClipboardData view(data.get());
         QObject::connect(&view, &ZvClipboardData::invalidated, [&] {
             ++calls;
             compareStale(view);

@@ -174,6 +174,7 @@ private Q_SLOTS:
         QCOMPARE(allocationsOf([] { const ZvTable none; }), 0);
         QCOMPARE(allocationsOf([&] { const ZvTable made(2, 3, fill); }), 2 + 6);
         QCOMPARE(allocationsOf([&] { const ZvTable empty(0, 3, fill); }), 1);
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         QCOMPARE(allocationsOf([&] { const ZvTable copy(source); }), 2 + 6);
         QCOMPARE(allocationsOf([&] { source.value(0, 0) = QVariant(2); }), 0);
         QCOMPARE(allocationsOf([&] { const ZvTable moved(std::move(source)); }), 0);

@@ -85,7 +85,7 @@ void row_text::appendOther(const QString& cell, const QChar* other)
     const QChar* const plainEnd = copyPlain(target, cell.begin(), end, u'\0');
     m_size = static_cast<std::size_t>(target - m_bytes.data());
     // Wanted: a NUL cuts off what would come behind the text as well.
-    if (plainEnd != end && !appendUntilNul(cell.mid(static_cast<int>(plainEnd - cell.begin()))))
+    if (plainEnd != end && !appendUntilNul(cell.midRef(static_cast<int>(plainEnd - cell.begin()))))
         return;
     target = room(2);
     if (quoted)
@@ -116,7 +116,7 @@ void row_text::grow(std::size_t size)
 }
 
 /// Appends any text up to its first NUL; tells whether that is all.
-bool row_text::appendUntilNul(const QString& text)
+bool row_text::appendUntilNul(const QStringRef& text)
 {
     const QByteArray bytes = text.toUtf8();
     const std::size_t size = std::strlen(bytes.constData());

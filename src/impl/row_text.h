@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringRef>
 
 #include <cstddef>
 #include <vector>
@@ -26,7 +27,7 @@ public:
 
 private:
     void appendOther(const QString& cell, const QChar* other);
-    bool appendUntilNul(const QString& text);
+    bool appendUntilNul(const QStringRef& text);
     char* room(std::size_t size);
     void grow(std::size_t size);
 
