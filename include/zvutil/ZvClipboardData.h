@@ -64,8 +64,8 @@ public:
     /// The separator is a comma. Cells lose the whitespace at their ends, also within quotes. The
     /// first record fixes the number of columns: shorter ones are filled up with empty texts, but a
     /// short last one is dropped; a longer one is told in the log and gives a table without storage,
-    /// as does lack of memory. Takes linear time, and beside the table at most 12 bytes for each byte
-    /// of the text.
+    /// as does lack of memory. Takes linear time, and beside the table a copy of the text and 8 bytes
+    /// per cell.
     ZvTable csvData() const;
 
 Q_SIGNALS:
