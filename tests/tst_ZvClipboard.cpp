@@ -104,7 +104,8 @@ QByteArray xclipOutput(const QString& target)
                      QStringLiteral("-o"), QStringLiteral("-t"), target});
 }
 
-/// A process that offers something on the clipboard as long as it runs.
+/// A process that offers something on the clipboard as long as it runs. When it is ready, word of it may
+/// still be on its way to this one.
 class Peer
 {
 public:
@@ -372,7 +373,8 @@ private Q_SLOTS:
                           QStringLiteral("c,d"), plain, QStringLiteral("e")});
         QVERIFY(other.isReady());
         const ZvClipboard clipboard;
-        QCOMPARE(gridOf(clipboard), (Grid{{QStringLiteral("c"), QStringLiteral("d")}}));
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
+                                  (Grid{{QStringLiteral("c"), QStringLiteral("d")}}), patience);
         QCOMPARE(bytesOf(clipboard.stringData()), "e"s);
     }
 
@@ -384,8 +386,9 @@ private Q_SLOTS:
         QVERIFY(other.isReady());
         // There it is its own, here it is a text like any other.
         const ZvClipboard clipboard;
-        QVERIFY(clipboard.hasTableData() && !clipboard.hasType(ZvInternalMimeType::table));
-        QCOMPARE(gridOf(clipboard), (Grid{{QStringLiteral("a,b"), QStringLiteral("1")}}));
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
+                                  (Grid{{QStringLiteral("a,b"), QStringLiteral("1")}}), patience);
+        QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
         QCOMPARE(bytesOf(clipboard.stringData()), "a,b\t1"s);
     }
 
@@ -399,7 +402,7 @@ private Q_SLOTS:
         int count = 0;
         const ZvClipboardData view = ZvClipboard().clipboardData();
         connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
-        QVERIFY(view.hasTableData());
+        QTRY_VERIFY_WITH_TIMEOUT(view.hasTableData(), patience);
         // Qt has one object for the content of all others.
         first.reset();
         QTRY_VERIFY_WITH_TIMEOUT(!view.hasTableData(), patience);
