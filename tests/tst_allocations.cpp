@@ -4,6 +4,7 @@
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvString.h>
+#include <zvutil/ZvTable.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
@@ -14,6 +15,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QVariant>
 
 #include <atomic>
 #include <cstdlib>
@@ -162,6 +164,20 @@ private Q_SLOTS:
         QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant copy(source); }), 1);
         QCOMPARE(allocationsOf([&] { source = libzvutil::ZvVariant(source); }), 1);
         QCOMPARE(allocationsOf([&] { const libzvutil::ZvVariant moved(std::move(source)); }), 0);
+    }
+
+    void tables()
+    {
+        // The implementation, the grid, and each cell; the value that fills it isn't counted.
+        const libzvutil::ZvVariant fill(1);
+        ZvTable source(2, 3, fill);
+        QCOMPARE(allocationsOf([] { const ZvTable none; }), 0);
+        QCOMPARE(allocationsOf([&] { const ZvTable made(2, 3, fill); }), 2 + 6);
+        QCOMPARE(allocationsOf([&] { const ZvTable empty(0, 3, fill); }), 1);
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        QCOMPARE(allocationsOf([&] { const ZvTable copy(source); }), 2 + 6);
+        QCOMPARE(allocationsOf([&] { source.value(0, 0) = QVariant(2); }), 0);
+        QCOMPARE(allocationsOf([&] { const ZvTable moved(std::move(source)); }), 0);
     }
 
     void compression()

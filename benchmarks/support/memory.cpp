@@ -37,4 +37,10 @@ std::int64_t PeakMemory::bytes() const
     return statusBytes("VmHWM:") - m_before;
 }
 
+std::int64_t PeakMemory::presentBytes() const
+{
+    malloc_trim(0);
+    return statusBytes("VmRSS:") - m_before;
+}
+
 } // namespace zvbench

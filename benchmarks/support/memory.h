@@ -13,6 +13,9 @@ public:
 
     std::int64_t bytes() const;
 
+    /// The rise at present, without what has been freed.
+    std::int64_t presentBytes() const;
+
 private:
     std::int64_t m_before = 0;
 };

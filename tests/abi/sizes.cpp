@@ -3,6 +3,8 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
+#include <zvutil/ZvClipboard.h>
+#include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvContentWidget.h>
 #include <zvutil/ZvEditorStyle.h>
@@ -21,6 +23,7 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 #include <zvutil/ZvStyleModel.h>
+#include <zvutil/ZvTable.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvVariant.h>
@@ -44,12 +47,15 @@ int main()
         const char* name;
         std::size_t size;
     } handles[] = {
+        {"ZvClipboard", sizeof(ZvClipboard)},
+        {"ZvClipboardData", sizeof(ZvClipboardData)},
         {"ZvCompression", sizeof(ZvCompression)},
         {"ZvContentWidget", sizeof(ZvContentWidget)},
         {"ZvProcessingIndicator", sizeof(ZvProcessingIndicator)},
         {"ZvProgressLineEdit", sizeof(ZvProgressLineEdit)},
         {"ZvResponsiveImage", sizeof(ZvResponsiveImage)},
         {"ZvSearchBar", sizeof(ZvSearchBar)},
+        {"ZvTable", sizeof(ZvTable)},
         {"ZvURI", sizeof(ZvURI)},
         {"libzvutil::ZvEditorStyle", sizeof(libzvutil::ZvEditorStyle)},
         {"libzvutil::ZvNamedColour", sizeof(libzvutil::ZvNamedColour)},

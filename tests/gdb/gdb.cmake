@@ -11,10 +11,12 @@ endforeach()
 
 set(names
     path emptyPath narrow units codes wide uri handle plainId id appendable wideAppendable source target
+    table noTable
 )
 set(expected
     [["C:\\a b/€"]] [[""]] [["say \"hi\""]] [["𝄞!"]] [["𝄞!"]] [["𝄞!"]] [["http://srv/a%20b"]]
     [["a%20b"]] [["3F25"]] [["3F2504E0"]] [["say \"hi\""]] [["𝄞!"]] [[<moved from>]] [["gone"]]
+    [[2 rows, 3 columns]] [[<no storage>]]
 )
 set(prints)
 foreach(name IN LISTS names)

@@ -3,6 +3,7 @@
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvString.h>
+#include <zvutil/ZvTable.h>
 #include <zvutil/ZvURI.h>
 #include <zvutil/ZvUUID.h>
 #include <zvutil/ZvWString.h>
@@ -28,5 +29,7 @@ int main()
     const libzvutil::ZvWString wideAppendable(L"\xD834\xDD1E!");
     ZvBasicString<char> source("gone");
     const ZvBasicString<char> target(std::move(source));
+    const ZvTable table(2, 3, 0);
+    const ZvTable noTable;
     return path.isEmpty() || target.c_str() == nullptr; // the breakpoint
 }

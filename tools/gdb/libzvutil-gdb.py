@@ -1,11 +1,11 @@
-"""Shows the texts behind libzvutil's handles in GDB.
+"""Shows what is behind libzvutil's handles in GDB: texts, and the sizes of tables.
 
 GDB loads this by itself with the library, beside which it is installed, if its auto-load safe path
 covers that folder:  add-auto-load-safe-path PREFIX/lib
 
 The implementations are hidden, so this reads their memory and needs no debug information of the
-library: each begins with a string of the standard library, some behind a virtual table. The first
-two words of such a string are the address and the number of its units.
+library: all but a table's begin with a string of the standard library, some behind a virtual table.
+The first two words of such a string are the address and the number of its units.
 """
 
 import gdb
@@ -106,6 +106,19 @@ def wide_appendable(value):
     return TextPrinter(behind_vtable(implementation(base(value))), width)
 
 
+class TablePrinter:
+    """The size of a table, whose vector of cells lies before the numbers of rows and columns."""
+
+    def __init__(self, value):
+        self.implementation = implementation(value)
+
+    def to_string(self):
+        if self.implementation == 0:
+            return '<no storage>'
+        sizes = self.implementation + 3 * pointer_size()
+        return '%d rows, %d columns' % (word(sizes), word(sizes + 8))
+
+
 def printers():
     collection = gdb.printing.RegexpCollectionPrettyPrinter('libzvutil')
     collection.add_printer('ZvFilePath', '^zvutil::ZvFilePath$', file_path)
@@ -116,6 +129,7 @@ def printers():
     collection.add_printer('ZvUUID', '^zvutil::ZvUUID$', identifier_handle)
     collection.add_printer('ZvString', '^libzvutil::ZvString$', appendable)
     collection.add_printer('ZvWString', '^libzvutil::ZvWString$', wide_appendable)
+    collection.add_printer('ZvTable', '^ZvTable$', TablePrinter)
     return collection
 
 

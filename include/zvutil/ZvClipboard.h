@@ -1,0 +1,40 @@
+#pragma once
+
+#include <zvutil/ZvClipboardData.h>
+#include <zvutil/ZvInternalMimeType.h>
+#include <zvutil/ZvString.h>
+#include <zvutil/ZvTable.h>
+#include <zvutil/mime_type.h>
+#include <zvutil/zvutil_export.h>
+
+/// Puts tables on the system's clipboard and asks what is there.
+///
+/// It has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an application
+/// object. GUI thread only.
+class ZVUTIL_EXPORT ZvClipboard
+{
+public:
+    ZvClipboard();
+    /// Both do nothing.
+    ZvClipboard& operator=(const ZvClipboard& other);
+    ZvClipboard& operator=(ZvClipboard&& other) noexcept;
+
+    /// A view on the present content, which tells by its signal `invalidated` when that goes.
+    ZvClipboardData clipboardData() const;
+
+    /// Each asks the `ZvClipboardData` of the present content.
+    bool hasTableData() const;
+    bool hasText() const;
+    bool hasType(ZvInternalMimeType type) const;
+    bool hasType(zvutil::mime_type type) const;
+    ZvTable tableData() const;
+
+    /// The format "text/plain" as it is, up to its first NUL; empty if there is none.
+    libzvutil::ZvString stringData() const;
+
+    /// Puts a table on the clipboard, which must have storage: as CSV ("text/csv", and "Csv" of
+    /// Windows), as text with tabs, and for this application as the table itself. The texts are made
+    /// at once; what they throw leaves the clipboard as it was.
+    void setData(const ZvTable& table);
+    void setData(ZvTable&& table);
+};

@@ -1,0 +1,81 @@
+#include <zvutil/ZvClipboard.h>
+
+#include "impl/ZvTableClipboardData.h"
+#include "impl/mime_type_text.h"
+
+#include <QByteArray>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+#include <utility>
+
+using libzvutil::ZvString;
+using zvutil::mime_type;
+
+namespace {
+
+const QMimeData* content()
+{
+    return QGuiApplication::clipboard()->mimeData(QClipboard::Clipboard);
+}
+
+} // namespace
+
+ZvClipboard::ZvClipboard() = default;
+
+ZvClipboard& ZvClipboard::operator=(const ZvClipboard& /*other*/) = default;
+
+ZvClipboard& ZvClipboard::operator=(ZvClipboard&& /*other*/) noexcept = default;
+
+ZvClipboardData ZvClipboard::clipboardData() const
+{
+    return ZvClipboardData(content());
+}
+
+bool ZvClipboard::hasTableData() const
+{
+    return clipboardData().hasTableData();
+}
+
+bool ZvClipboard::hasText() const
+{
+    return hasType(mime_type::text);
+}
+
+bool ZvClipboard::hasType(ZvInternalMimeType type) const
+{
+    return clipboardData().hasType(type);
+}
+
+bool ZvClipboard::hasType(mime_type type) const
+{
+    return clipboardData().hasType(type);
+}
+
+ZvTable ZvClipboard::tableData() const
+{
+    return clipboardData().tableData();
+}
+
+ZvString ZvClipboard::stringData() const
+{
+    const QMimeData* const data = content();
+    if (!data)
+        return {};
+    // Wanted: by the format's name. What Qt takes for text is more.
+    const QByteArray bytes = data->data(zvutil::impl::mime_type_text(mime_type::text));
+    return bytes.isNull() ? ZvString() : ZvString(bytes.toStdString().c_str());
+}
+
+void ZvClipboard::setData(const ZvTable& table)
+{
+    setData(ZvTable(table));
+}
+
+void ZvClipboard::setData(ZvTable&& table)
+{
+    auto data = std::make_unique<ZvTableClipboardData>(std::move(table));
+    QGuiApplication::clipboard()->setMimeData(data.release(), QClipboard::Clipboard);
+}

@@ -1,0 +1,178 @@
+#include <zvutil/ZvTable.h>
+
+#include "impl/row_text.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+using libzvutil::ZvString;
+using libzvutil::ZvVariant;
+
+namespace {
+
+/// How many cells a grid has. Throws `std::length_error` if there is no such number.
+std::size_t cellCount(unsigned long long rows, unsigned long long columns)
+{
+    if (columns != 0 && rows > std::numeric_limits<std::size_t>::max() / columns)
+        throw std::length_error("ZvTable: too many cells");
+    return static_cast<std::size_t>(rows * columns);
+}
+
+/// Adds a cell's text to its row.
+void append(zvutil::impl::row_text& row, const QVariant& cell)
+{
+    // The same as `toString` gives, without a copy.
+    if (cell.userType() == QMetaType::QString)
+        row.append(*static_cast<const QString*>(cell.constData()));
+    else
+        row.append(cell.toString());
+}
+
+void removeLast(ZvString& text)
+{
+    if (text.size() != 0)
+        text.resize(text.size() - 1);
+}
+
+/// How many rows tell how long the text of all will be.
+constexpr unsigned long long sampleRows = 1000;
+
+/// Makes room, so that a long text isn't copied over and over while it grows.
+void reserve(ZvString& text, std::size_t size)
+{
+    const std::size_t before = text.size();
+    text.resize(std::max(size, before));
+    text.resize(before);
+}
+
+} // namespace
+
+class ZVUTIL_NO_EXPORT ZvTable::Impl
+{
+public:
+    Impl(unsigned long long rowCount, unsigned long long columnCount, const ZvVariant& fill)
+        : cells(cellCount(rowCount, columnCount), fill)
+        , rows(rowCount)
+        , columns(columnCount)
+        , rowCapacity(rowCount)
+        , columnCapacity(columnCount)
+    {
+    }
+
+    std::size_t index(unsigned long long row, unsigned long long column) const
+    {
+        return static_cast<std::size_t>(row * columnCapacity + column);
+    }
+
+    ZvString text(char separator) const;
+    std::size_t likelySize(std::size_t sampleSize) const;
+
+    std::vector<ZvVariant> cells; ///< row by row
+    unsigned long long rows;
+    unsigned long long columns;
+    unsigned long long rowCapacity;
+    unsigned long long columnCapacity;
+};
+
+/// How long the text of all rows will be, going by that of the first ones; at most about as much as
+/// the cells themselves take.
+std::size_t ZvTable::Impl::likelySize(std::size_t sampleSize) const
+{
+    constexpr std::size_t cellSize = 48;
+    const std::size_t perRow = sampleSize / sampleRows + 1;
+    return std::min(perRow, cellSize * static_cast<std::size_t>(columns))
+        * static_cast<std::size_t>(rows);
+}
+
+ZvString ZvTable::Impl::text(char separator) const
+{
+    ZvString result;
+    // Rows without cells come to nothing, however many there are.
+    if (columns == 0)
+        return result;
+    zvutil::impl::row_text line(separator);
+    for (unsigned long long row = 0; row < rows; ++row) {
+        line.clear();
+        for (unsigned long long column = 0; column < columns; ++column)
+            append(line, cells[index(row, column)].data());
+        // Wanted: what is last goes, also where it is no separator but the end of the row above.
+        if (line.is_empty())
+            removeLast(result);
+        else
+            line.remove_last();
+        result += line.text('\n');
+        if (row == sampleRows)
+            reserve(result, likelySize(result.size()));
+    }
+    removeLast(result);
+    return result;
+}
+
+ZvTable::ZvTable() noexcept = default;
+
+ZvTable::ZvTable(unsigned long long rows, unsigned long long columns, const ZvVariant& fill)
+    : m_implementation(new Impl(rows, columns, fill))
+{
+}
+
+ZvTable::ZvTable(const ZvTable& other)
+    : m_implementation(new Impl(*other.d_impl()))
+{
+}
+
+ZvTable::ZvTable(ZvTable&& other) noexcept
+    : m_implementation(std::exchange(other.m_implementation, nullptr))
+{
+}
+
+ZvTable::~ZvTable()
+{
+    std::default_delete<Impl>()(m_implementation);
+}
+
+unsigned long long ZvTable::rows() const
+{
+    return d_impl()->rows;
+}
+
+unsigned long long ZvTable::columns() const
+{
+    return d_impl()->columns;
+}
+
+ZvVariant& ZvTable::value(unsigned long long row, unsigned long long column)
+{
+    return d_impl()->cells[d_impl()->index(row, column)];
+}
+
+const ZvVariant& ZvTable::value(unsigned long long row, unsigned long long column) const
+{
+    return d_impl()->cells[d_impl()->index(row, column)];
+}
+
+ZvString ZvTable::toCSV() const
+{
+    return d_impl()->text(',');
+}
+
+ZvString ZvTable::toTSV() const
+{
+    return d_impl()->text('\t');
+}
+
+ZvTable::Impl* ZvTable::d_impl()
+{
+    return m_implementation;
+}
+
+const ZvTable::Impl* ZvTable::d_impl() const
+{
+    return m_implementation;
+}

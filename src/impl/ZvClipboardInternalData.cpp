@@ -1,0 +1,17 @@
+#include "impl/ZvClipboardInternalData.h"
+
+#include "impl/mime_type_text.h"
+
+ZvClipboardInternalData::ZvClipboardInternalData() = default;
+
+ZvClipboardInternalData::~ZvClipboardInternalData() = default;
+
+bool ZvClipboardInternalData::hasMimeType(zvutil::mime_type type) const
+{
+    return hasFormat(zvutil::impl::mime_type_text(type));
+}
+
+ZvTable ZvClipboardInternalData::internalTableData() const
+{
+    return {};
+}

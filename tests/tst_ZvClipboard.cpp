@@ -1,0 +1,420 @@
+#include <zvutil/ZvClipboard.h>
+
+#include "support/StdString.h"
+#include "support/Tables.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+using zvtest::bytesOf;
+using zvtest::Grid;
+using zvtest::hasStorage;
+using zvtest::tableOf;
+using zvutil::mime_type;
+using namespace std::string_literals;
+
+namespace {
+
+static_assert(std::is_empty_v<ZvClipboard> && !std::is_polymorphic_v<ZvClipboard>);
+static_assert(std::is_default_constructible_v<ZvClipboard>);
+static_assert(std::is_copy_assignable_v<ZvClipboard> && std::is_move_assignable_v<ZvClipboard>);
+
+const QString csv = QStringLiteral("text/csv");
+const QString windowsCsv = QStringLiteral("application/x-qt-windows-mime;value=\"Csv\"");
+const QString plain = QStringLiteral("text/plain");
+
+/// Patience with another process on a busy machine.
+constexpr int patience = 60000;
+
+const QMimeData* content()
+{
+    return QGuiApplication::clipboard()->mimeData();
+}
+
+/// Puts on the clipboard what another library might.
+void setContent(const QString& format, const QByteArray& bytes)
+{
+    auto data = std::make_unique<QMimeData>();
+    data->setData(format, bytes);
+    QGuiApplication::clipboard()->setMimeData(data.release());
+}
+
+/// Text that says "text/plain" to nobody who asks for it by name, only to `QMimeData::text`.
+class OtherText : public QMimeData
+{
+protected:
+    QVariant retrieveData(const QString& /*format*/, QVariant::Type type) const override
+    {
+        return type == QVariant::String ? QVariant(QStringLiteral("x")) : QVariant();
+    }
+};
+
+/// Only there other programs share the clipboard with this one.
+bool isX11()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+const QString peer = QStringLiteral(PEER_FILE);
+
+QString xclip()
+{
+    return QStandardPaths::findExecutable(QStringLiteral("xclip"));
+}
+
+/// Why nothing can be exchanged with a program; null if it can.
+const char* hindrance(const QString& program)
+{
+    if (!isX11())
+        return "Other programs share the clipboard under X11 only";
+    return program.isEmpty() ? "There is no xclip" : nullptr;
+}
+
+/// The cells of the table that is there; none if there is none.
+Grid gridOf(const ZvClipboard& clipboard)
+{
+    const ZvTable table = clipboard.tableData();
+    return hasStorage(table) ? zvtest::gridOf(table) : Grid();
+}
+
+/// What a program prints that may ask this one for clipboard content.
+QByteArray outputOf(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    // The process' requests are events of this one.
+    if (!QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, patience))
+        return "it doesn't end";
+    return process.exitCode() == 0 ? process.readAllStandardOutput()
+                                   : process.readAllStandardError();
+}
+
+QByteArray xclipOutput(const QString& target)
+{
+    return outputOf(xclip(),
+                    {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                     QStringLiteral("-o"), QStringLiteral("-t"), target});
+}
+
+/// A process that offers something on the clipboard as long as it runs. When it is ready, word of it may
+/// still be on its way to this one.
+class Peer
+{
+public:
+    explicit Peer(const QStringList& arguments)
+    {
+        m_process.start(peer, arguments);
+        m_isReady = QTest::qWaitFor([this] { return m_process.canReadLine(); }, patience)
+            && m_process.readLine() == "ready\n"
+            && QTest::qWaitFor([] { return !QGuiApplication::clipboard()->ownsClipboard(); },
+                               patience);
+    }
+    Peer(const Peer&) = delete;
+    Peer& operator=(const Peer&) = delete;
+
+    ~Peer()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    bool isReady() const { return m_isReady; }
+
+private:
+    QProcess m_process;
+    bool m_isReady = false;
+};
+
+} // namespace
+
+class tst_ZvClipboard : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QGuiApplication::clipboard()->clear(); }
+
+    void cleanupTestCase() { QGuiApplication::clipboard()->clear(); }
+
+    void emptyClipboard()
+    {
+        const ZvClipboard clipboard;
+        QVERIFY(!clipboard.hasTableData() && !clipboard.hasText());
+        QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
+        QVERIFY(!hasStorage(clipboard.tableData()));
+        QCOMPARE(bytesOf(clipboard.stringData()), ""s);
+    }
+
+    void tableComesBackAsItWas_data()
+    {
+        QTest::addColumn<bool>("isMoved");
+        QTest::newRow("copied") << false;
+        QTest::newRow("moved") << true;
+    }
+
+    void tableComesBackAsItWas()
+    {
+        QFETCH(bool, isMoved);
+        const Grid grid{{1, QStringLiteral("a,b")}, {QVariant(), 1.5}};
+        ZvTable table = tableOf(grid);
+        const libzvutil::ZvVariant* const place = &table.value(0, 0);
+        ZvClipboard clipboard;
+        if (isMoved)
+            clipboard.setData(std::move(table));
+        else
+            clipboard.setData(table);
+        QCOMPARE(hasStorage(table), !isMoved); // NOLINT(bugprone-use-after-move)
+        if (!isMoved)
+            table.value(0, 0) = QVariant(2);
+
+        QVERIFY(clipboard.hasTableData() && clipboard.hasText());
+        QVERIFY(clipboard.hasType(ZvInternalMimeType::table));
+        QVERIFY(clipboard.hasType(mime_type::csv) && clipboard.hasType(mime_type::windows_csv));
+        QVERIFY(clipboard.hasType(mime_type::text));
+        QVERIFY(!clipboard.hasType(mime_type::xml_spreadsheet));
+        const ZvTable back = clipboard.tableData();
+        QCOMPARE(zvtest::gridOf(back), grid);
+        QVERIFY(&back.value(0, 0) != place);
+        for (int row = 0; row < 2; ++row) {
+            for (int column = 0; column < 2; ++column)
+                QCOMPARE(back.value(unsigned(row), unsigned(column)).data().userType(),
+                         grid[row][column].userType());
+        }
+
+        QCOMPARE(content()->data(csv), QByteArray("1,\"a,b\"\n,1.5"));
+        QCOMPARE(content()->data(windowsCsv), QByteArray("1,\"a,b\"\n,1.5"));
+        QCOMPARE(content()->text(), QStringLiteral("1\ta,b\n\t1.5"));
+        QCOMPARE(bytesOf(clipboard.stringData()), "1\ta,b\n\t1.5"s);
+    }
+
+    void tableWithoutCells()
+    {
+        ZvClipboard clipboard;
+        clipboard.setData(ZvTable(0, 5, 0));
+        QVERIFY(clipboard.hasTableData() && clipboard.hasText());
+        QCOMPARE(clipboard.tableData().rows(), 0ULL);
+        QCOMPARE(clipboard.tableData().columns(), 5ULL);
+        QCOMPARE(bytesOf(clipboard.stringData()), ""s);
+    }
+
+    void foreignText()
+    {
+        const ZvClipboard clipboard;
+        setContent(plain, "a,b\nc\td");
+        QVERIFY(clipboard.hasText() && !clipboard.hasTableData());
+        QVERIFY(!hasStorage(clipboard.tableData()));
+        QCOMPARE(bytesOf(clipboard.stringData()), "a,b\nc\td"s);
+    }
+
+    void foreignCsv()
+    {
+        const ZvClipboard clipboard;
+        setContent(csv, "a,b\n");
+        QVERIFY(clipboard.hasTableData() && !clipboard.hasText());
+        QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
+        QCOMPARE(gridOf(clipboard), (Grid{{QStringLiteral("a"), QStringLiteral("b")}}));
+        QCOMPARE(bytesOf(clipboard.stringData()), ""s);
+    }
+
+    void text_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<std::string>("expected");
+        QTest::newRow("UTF-8") << QByteArray("\xC3\xA4") << "\xC3\xA4"s;
+        QTest::newRow("no UTF-8") << QByteArray("a\xFF") << "a\xFF"s;
+        QTest::newRow("NUL") << QByteArray("a\0b", 3) << "a"s;
+        QTest::newRow("line ends") << QByteArray("a\r\nb") << "a\r\nb"s;
+        QTest::newRow("nothing") << QByteArray("") << ""s;
+        // Such bytes have no NUL behind them.
+        QTest::newRow("part of other bytes") << QByteArray::fromRawData("abc", 2) << "ab"s;
+    }
+
+    void text()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(std::string, expected);
+        setContent(plain, bytes);
+        QCOMPARE(bytesOf(ZvClipboard().stringData()), expected);
+    }
+
+    void textIsAskedForByItsName()
+    {
+        QGuiApplication::clipboard()->setMimeData(new OtherText);
+        QCOMPARE(content()->text(), QStringLiteral("x"));
+        QCOMPARE(bytesOf(ZvClipboard().stringData()), ""s);
+    }
+
+    void assignmentDoesNothing()
+    {
+        ZvClipboard clipboard;
+        clipboard.setData(ZvTable(1, 1, 7));
+        ZvClipboard other;
+        QVERIFY(&(clipboard = other) == &clipboard);
+        QVERIFY(&(clipboard = std::move(other)) == &clipboard);
+        QCOMPARE(gridOf(clipboard), (Grid{{7}}));
+    }
+
+    void viewOutlivesItsContent()
+    {
+        ZvClipboard clipboard;
+        clipboard.setData(ZvTable(1, 1, 1));
+        int count = 0;
+        const ZvClipboardData view = clipboard.clipboardData();
+        connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
+        QVERIFY(view.isValid() && view.hasTableData());
+        QCOMPARE(zvtest::gridOf(view.tableData()), (Grid{{1}}));
+        clipboard.setData(ZvTable(1, 1, 2));
+        QCOMPARE(count, 1);
+        QVERIFY(!view.isNull() && !view.isValid());
+        QVERIFY(!view.hasTableData() && !hasStorage(view.tableData()));
+        QCOMPARE(gridOf(clipboard), (Grid{{2}}));
+    }
+
+    void otherProgramsReadATable_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("CSV") << csv << QByteArray("\"a,b\",\xC3\xA4\n1,");
+        QTest::newRow("Windows CSV") << windowsCsv << QByteArray("\"a,b\",\xC3\xA4\n1,");
+        QTest::newRow("text") << "text/plain" << QByteArray("a,b\t\xC3\xA4\n1\t");
+        QTest::newRow("UTF-8 text") << "UTF8_STRING" << QByteArray("a,b\t\xC3\xA4\n1\t");
+        QTest::newRow("Latin-1 text") << "STRING" << QByteArray("a,b\t\xE4\n1\t");
+    }
+
+    void otherProgramsReadATable()
+    {
+        if (const char* const reason = hindrance(xclip()))
+            QSKIP(reason);
+        QFETCH(QString, target);
+        QFETCH(QByteArray, expected);
+        ZvClipboard().setData(
+            tableOf({{QStringLiteral("a,b"), QString(QChar(0xE4))}, {1, QVariant()}}));
+        QCOMPARE(xclipOutput(target), expected);
+    }
+
+    void otherProgramsSeeTheFormats()
+    {
+        if (const char* const reason = hindrance(xclip()))
+            QSKIP(reason);
+        ZvClipboard().setData(ZvTable(1, 1, 0));
+        const QList<QByteArray> targets = xclipOutput(QStringLiteral("TARGETS")).split('\n');
+        for (const QString& format : {csv, windowsCsv, plain})
+            QVERIFY2(targets.contains(format.toUtf8()), qPrintable(format));
+        QVERIFY(!targets.join().contains("XML Spreadsheet"));
+    }
+
+    void anotherProcessReadsATable()
+    {
+        if (const char* const reason = hindrance(peer))
+            QSKIP(reason);
+        ZvClipboard().setData(tableOf({{1, QStringLiteral("a,b")}, {QVariant(), 1.5}}));
+        QCOMPARE(outputOf(peer, {QStringLiteral("read")}),
+                 QByteArray("table 1 own 0 text 1\n1,\"a,b\"\n,1.5\n--\n1\ta,b\n\t1.5\n"));
+    }
+
+    void anotherProgramOffers_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<Grid>("expected");
+        QTest::addColumn<std::string>("text");
+        const auto row = [](const char* name, const QString& target, const char* cell,
+                            bool isText) {
+            const QByteArray bytes = "\"a,b\", " + QByteArray(cell) + "\xC3\xA4 \r\n";
+            const Grid grid{{QStringLiteral("a,b"), QString::fromUtf8(cell) + QChar(0xE4)}};
+            QTest::newRow(name) << target << bytes << (isText ? Grid() : grid)
+                                << (isText ? bytes.toStdString() : ""s);
+        };
+        row("CSV", csv, "1", false);
+        row("Windows CSV", windowsCsv, "2", false);
+        row("text", plain, "3", true);
+        row("UTF-8 text", QStringLiteral("UTF8_STRING"), "4", true);
+    }
+
+    void anotherProgramOffers()
+    {
+        if (const char* const reason = hindrance(xclip()))
+            QSKIP(reason);
+        QFETCH(QString, target);
+        QFETCH(QByteArray, bytes);
+        QFETCH(Grid, expected);
+        QFETCH(std::string, text);
+        // It goes to the background once it has read its input, and ends when another takes over.
+        QProcess process;
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(xclip(),
+                      {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                       QStringLiteral("-i"), QStringLiteral("-t"), target});
+        process.write(bytes);
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished(patience));
+
+        const ZvClipboard clipboard;
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard), expected, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(bytesOf(clipboard.stringData()), text, patience);
+        QCOMPARE(clipboard.hasTableData(), !expected.isEmpty());
+        QCOMPARE(clipboard.hasText(), !text.empty());
+    }
+
+    void anotherProcessOffersBothFormats()
+    {
+        if (const char* const reason = hindrance(peer))
+            QSKIP(reason);
+        const Peer other({QStringLiteral("offer"), csv, QStringLiteral("a,b"), windowsCsv,
+                          QStringLiteral("c,d"), plain, QStringLiteral("e")});
+        QVERIFY(other.isReady());
+        const ZvClipboard clipboard;
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
+                                  (Grid{{QStringLiteral("c"), QStringLiteral("d")}}), patience);
+        QCOMPARE(bytesOf(clipboard.stringData()), "e"s);
+    }
+
+    void anotherProcessOffersATable()
+    {
+        if (const char* const reason = hindrance(peer))
+            QSKIP(reason);
+        const Peer other({QStringLiteral("table"), QStringLiteral("a,b"), QStringLiteral("1")});
+        QVERIFY(other.isReady());
+        // There it is its own, here it is a text like any other.
+        const ZvClipboard clipboard;
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
+                                  (Grid{{QStringLiteral("a,b"), QStringLiteral("1")}}), patience);
+        QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
+        QCOMPARE(bytesOf(clipboard.stringData()), "a,b\t1"s);
+    }
+
+    void viewOnAnotherProcessShowsThePresent()
+    {
+        if (const char* const reason = hindrance(peer))
+            QSKIP(reason);
+        auto first =
+            std::make_unique<Peer>(QStringList{QStringLiteral("offer"), csv, QStringLiteral("a")});
+        QVERIFY(first->isReady());
+        int count = 0;
+        const ZvClipboardData view = ZvClipboard().clipboardData();
+        connect(&view, &ZvClipboardData::invalidated, [&count] { ++count; });
+        QTRY_VERIFY_WITH_TIMEOUT(view.hasTableData(), patience);
+        // Qt has one object for the content of all others.
+        first.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(!view.hasTableData(), patience);
+        const Peer second({QStringLiteral("table"), QStringLiteral("b"), QStringLiteral("c")});
+        QVERIFY(second.isReady());
+        QTRY_VERIFY_WITH_TIMEOUT(view.hasTableData(), patience);
+        QCOMPARE(zvtest::gridOf(view.tableData()),
+                 (Grid{{QStringLiteral("b"), QStringLiteral("c")}}));
+        QVERIFY(view.isValid());
+        QCOMPARE(count, 0);
+    }
+};
+
+QTEST_MAIN(tst_ZvClipboard)
+#include "tst_ZvClipboard.moc"
