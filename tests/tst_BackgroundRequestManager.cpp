@@ -331,7 +331,7 @@ private Q_SLOTS:
             for (const std::string& line :
                  {std::string("started 1"), (fails ? "failed (x)" : "completed") + status,
                   "finished" + status})
-                expected.push_back(name + ": " + line);
+                expected.push_back(std::string(name).append(": ").append(line));
         }
         waitForLines(journal, expected.size());
         QCOMPARE(journal.lines(), expected);
@@ -641,6 +641,7 @@ private Q_SLOTS:
         managed.add(running);
         waitUntilStarted(managed, *running);
         std::vector<std::shared_ptr<Request>> chain;
+        chain.reserve(count);
         for (int i = 0; i < count; ++i)
             chain.push_back(std::make_shared<Request>());
         StackReach stack;

@@ -15,7 +15,6 @@
 #include <QTimer>
 
 using libzvutil::styleManager;
-using libzvutil::ZvStyle;
 using libzvutil::ZvStyleManager;
 
 namespace {
@@ -188,6 +187,7 @@ private Q_SLOTS:
         expectGone(window);
     }
 
+    // NOLINTNEXTLINE(readability-make-member-function-const): a slot
     void closingWithoutAnEditAsksNothing()
     {
         const Window window = openWindow();

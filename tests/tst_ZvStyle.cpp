@@ -146,6 +146,7 @@ private Q_SLOTS:
 
         // No entry but this one changes.
         std::vector<QColor> expected;
+        expected.reserve(brushCount);
         for (int i = 0; i < brushCount; ++i)
             expected.push_back(style.color(static_cast<ZvStyleBrush>(i)));
         expected[std::size_t(value)] = QColor(1, 2, 3, 4);
@@ -217,7 +218,7 @@ private Q_SLOTS:
         host::writeOption("ZvStyleAccent", "#107C10");
         const ZvStyle second("x");
         // Only construction from a name reads the option.
-        const ZvStyle copy(first);
+        const ZvStyle copy(first); // NOLINT(performance-unnecessary-copy-initialization)
         QCOMPARE(first.colour(ZvStyleBrush::Accent).qColour(), QColor(0xE8, 0x11, 0x23));
         QCOMPARE(copy.colour(ZvStyleBrush::Accent).qColour(), QColor(0xE8, 0x11, 0x23));
         QCOMPARE(second.colour(ZvStyleBrush::Accent).qColour(), QColor(0x10, 0x7C, 0x10));
