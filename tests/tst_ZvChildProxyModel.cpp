@@ -271,7 +271,7 @@ private Q_SLOTS:
         proxy.setRootModelIndex(at(*source, "1"));
         const QAbstractItemModelTester tester(&proxy);
         QStringList journal;
-        const auto text = [&proxy](const QModelIndex& index) {
+        const auto text = [](const QModelIndex& index) {
             return index.isValid() ? index.data().toString() : QStringLiteral("-");
         };
         connect(&proxy, &QAbstractItemModel::rowsInserted, this,

@@ -1,13 +1,16 @@
 // Prints the sizes of the handles, which are part of the interface.
 
+#include <zvutil/ModelTest.h>
 #include <zvutil/ZvAbstractIterativeProcess.h>
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
+#include <zvutil/ZvChildProxyModel.h>
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvEditorStyle.h>
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvMultiDirectoryListModel.h>
 #include <zvutil/ZvNamedColour.h>
 #include <zvutil/ZvNamedIcon.h>
 #include <zvutil/ZvString.h>
@@ -39,7 +42,10 @@ int main()
         const char* name;
         std::size_t size;
     } handles[] = {
+        {"ModelTest", sizeof(ModelTest)},
+        {"ZvChildProxyModel", sizeof(ZvChildProxyModel)},
         {"ZvCompression", sizeof(ZvCompression)},
+        {"ZvMultiDirectoryListModel", sizeof(ZvMultiDirectoryListModel)},
         {"ZvURI", sizeof(ZvURI)},
         {"libzvutil::ZvEditorStyle", sizeof(libzvutil::ZvEditorStyle)},
         {"libzvutil::ZvNamedColour", sizeof(libzvutil::ZvNamedColour)},
