@@ -5,6 +5,23 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Sets \p fetchingMore while the model fetches.
+void fetchMore(QAbstractItemModel& model, const QModelIndex& parent, bool& fetchingMore)
+{
+    const auto done = qScopeGuard([&fetchingMore] { fetchingMore = false; });
+    fetchingMore = true;
+    model.fetchMore(parent);
+}
+
+QVariant rowData(const QAbstractItemModel& model, int row, const QModelIndex& parent)
+{
+    return model.data(model.index(row, 0, parent));
+}
+
+} // namespace
+
 ModelTest::ModelTest(QAbstractItemModel* model, QObject* parent)
     : QObject(parent)
     , m_model(model)
@@ -53,7 +70,7 @@ void ModelTest::nonDestructiveBasicTest()
 {
     const QModelIndex none;
     m_model->canFetchMore(none);
-    fetchMore(none);
+    fetchMore(*m_model, none, m_fetchingMore);
     m_model->flags(none);
     m_model->hasChildren(none);
     m_model->hasIndex(0, 0, none);
@@ -120,12 +137,12 @@ void ModelTest::checkChildren(const QModelIndex& parent, int currentDepth)
 {
     constexpr int deepest = 10;
     if (m_model->canFetchMore(parent))
-        fetchMore(parent);
+        fetchMore(*m_model, parent, m_fetchingMore);
     const int rows = m_model->rowCount(parent);
     const int columns = m_model->columnCount(parent);
     for (int row = 0; row < rows; ++row) {
         if (m_model->canFetchMore(parent))
-            fetchMore(parent);
+            fetchMore(*m_model, parent, m_fetchingMore);
         for (int column = 0; column < columns; ++column) {
             for (int i = 0; i < 3; ++i)
                 m_model->index(row, column, parent);
@@ -174,7 +191,8 @@ void ModelTest::layoutChanged()
 
 void ModelTest::rowsAboutToBeInserted(QModelIndex parent, int start, int /*end*/)
 {
-    m_insert.push(changeOf(parent, start - 1, start));
+    m_insert.push({parent, m_model->rowCount(parent), rowData(*m_model, start - 1, parent),
+                   rowData(*m_model, start, parent)});
 }
 
 void ModelTest::rowsInserted(QModelIndex /*parent*/, int /*start*/, int /*end*/)
@@ -186,25 +204,12 @@ void ModelTest::rowsInserted(QModelIndex /*parent*/, int /*start*/, int /*end*/)
 
 void ModelTest::rowsAboutToBeRemoved(QModelIndex parent, int start, int end)
 {
-    m_remove.push(changeOf(parent, start - 1, end + 1));
+    m_remove.push({parent, m_model->rowCount(parent), rowData(*m_model, start - 1, parent),
+                   rowData(*m_model, end + 1, parent)});
 }
 
 void ModelTest::rowsRemoved(QModelIndex /*parent*/, int /*start*/, int /*end*/)
 {
     if (!m_remove.isEmpty())
         m_remove.pop();
-}
-
-void ModelTest::fetchMore(const QModelIndex& parent)
-{
-    const auto done = qScopeGuard([this] { m_fetchingMore = false; });
-    m_fetchingMore = true;
-    m_model->fetchMore(parent);
-}
-
-ModelTest::Changing ModelTest::changeOf(const QModelIndex& parent, int last, int next) const
-{
-    const int oldSize = m_model->rowCount(parent);
-    const QVariant before = m_model->data(m_model->index(last, 0, parent));
-    return {parent, oldSize, before, m_model->data(m_model->index(next, 0, parent))};
 }

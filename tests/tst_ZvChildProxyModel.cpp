@@ -332,6 +332,7 @@ private Q_SLOTS:
         const QModelIndex deepest = proxy.mapFromSource(source.indexFromItem(item));
         QVERIFY(deepest.isValid());
         QVERIFY(!proxy.isDescendedFromRoot(source.index(1, 0)));
+        proxy.setSourceModel(nullptr);
         // Qt deletes items by recursion.
         while (item != source.invisibleRootItem()) {
             QStandardItem* const parent =

@@ -60,8 +60,6 @@ private:
     };
 
     void checkChildren(const QModelIndex& parent, int currentDepth);
-    void fetchMore(const QModelIndex& parent);
-    Changing changeOf(const QModelIndex& parent, int last, int next) const;
 
     QAbstractItemModel* m_model;
     QStack<Changing> m_insert;

@@ -145,7 +145,15 @@ void AbstractBackgroundListFilter::deliverAccepted()
 
 void AbstractBackgroundListFilter::recheck()
 {
-    QMetaObject::invokeMethod(this, [this] { runGuarded(); });
+    invokePass(Qt::AutoConnection);
+}
+
+void AbstractBackgroundListFilter::invokePass([[maybe_unused]] Qt::ConnectionType type)
+{
+#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
+    QMetaObject::invokeMethod(
+        this, [this] { runGuarded(); }, type);
+#endif
 }
 
 void AbstractBackgroundListFilter::runGuarded()
@@ -172,8 +180,7 @@ void AbstractBackgroundListFilter::runPass()
         return;
     // What has been asked for meanwhile is done when the stack has unwound.
     if (criteriaPending() || m_sourceState != source_clean)
-        QMetaObject::invokeMethod(this, &AbstractBackgroundListFilter::recheck,
-                                  Qt::QueuedConnection);
+        invokePass(Qt::QueuedConnection);
 }
 
 /// Returns false if this object has gone.

@@ -76,6 +76,7 @@ private:
     void beginDelivery();
     void deliverAccepted();
 
+    void invokePass(Qt::ConnectionType type);
     void runGuarded();
     void runPass();
     bool examineRows();

@@ -69,6 +69,14 @@ ZvMultiDirectoryListModelProcess::ZvMultiDirectoryListModelProcess(long long bat
 {
 }
 
+template <typename Work>
+void ZvMultiDirectoryListModelProcess::onOwnThread([[maybe_unused]] Work work)
+{
+#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
+    QMetaObject::invokeMethod(this, std::move(work));
+#endif
+}
+
 bool ZvMultiDirectoryListModelProcess::isStopRequested() const
 {
     return m_stopRequested.load(std::memory_order_relaxed)
@@ -88,7 +96,7 @@ void ZvMultiDirectoryListModelProcess::requestEnd()
 void ZvMultiDirectoryListModelProcess::addDirectory(std::wstring directory)
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this, added = canonicalForm(std::move(directory))] {
+    onOwnThread([this, added = canonicalForm(std::move(directory))] {
         m_directories.push_back(added);
         requestStop();
         restartScan();
@@ -98,7 +106,7 @@ void ZvMultiDirectoryListModelProcess::addDirectory(std::wstring directory)
 void ZvMultiDirectoryListModelProcess::removeDirectory(std::wstring directory)
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this, removed = canonicalForm(std::move(directory))] {
+    onOwnThread([this, removed = canonicalForm(std::move(directory))] {
         const auto isRemoved = [&removed](const std::wstring& listed) {
             return path_rules::compare(listed, removed) == 0;
         };
@@ -112,7 +120,7 @@ void ZvMultiDirectoryListModelProcess::removeDirectory(std::wstring directory)
 void ZvMultiDirectoryListModelProcess::setDirectories(const QList<zvutil::ZvFilePath>& directories)
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this, directories] {
+    onOwnThread([this, directories] {
         m_directories.clear();
         for (const zvutil::ZvFilePath& directory : directories)
             m_directories.push_back(canonicalForm(directory));
@@ -124,13 +132,13 @@ void ZvMultiDirectoryListModelProcess::setDirectories(const QList<zvutil::ZvFile
 void ZvMultiDirectoryListModelProcess::reloadPaths()
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this] { restartScan(); });
+    onOwnThread([this] { restartScan(); });
 }
 
 void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& types)
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this, types] {
+    onOwnThread([this, types] {
         m_allowedTypes.resize(static_cast<std::size_t>(types.size()));
         std::transform(types.begin(), types.end(), m_allowedTypes.begin(), &wideText);
         for (std::wstring& type : m_allowedTypes)
@@ -143,7 +151,7 @@ void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& ty
 void ZvMultiDirectoryListModelProcess::setFilterFixedString(const QString& text)
 {
     requestStop();
-    QMetaObject::invokeMethod(this, [this, text] {
+    onOwnThread([this, text] {
         m_filterText = text.toStdU16String();
         m_upperCase.apply(m_filterText);
         startScan();

@@ -59,6 +59,9 @@ Q_SIGNALS:
 private:
     using Walk = zvutil::impl::directory_walk;
 
+    template <typename Work>
+    void onOwnThread(Work work);
+
     void restartScan();
     std::shared_ptr<Walk> openNextDirectory();
     std::shared_ptr<Walk> nextEntry();
