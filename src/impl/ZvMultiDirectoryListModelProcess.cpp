@@ -140,9 +140,9 @@ void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& ty
     requestStop();
     onOwnThread([this, types] {
         m_allowedTypes.resize(static_cast<std::size_t>(types.size()));
-        std::transform(types.begin(), types.end(), m_allowedTypes.begin(), &wideText);
-        for (std::wstring& type : m_allowedTypes)
-            m_upperCase.apply(type);
+        for (int i = 0; i < types.size(); ++i)
+            m_upperCase.assign<wchar_t>(m_allowedTypes[static_cast<std::size_t>(i)],
+                                        wideText(types[i]));
         // Wanted: what was found of other types stays, and what was passed over isn't found.
         startScan();
     });
@@ -152,8 +152,7 @@ void ZvMultiDirectoryListModelProcess::setFilterFixedString(const QString& text)
 {
     requestStop();
     onOwnThread([this, text] {
-        m_filterText = text.toStdU16String();
-        m_upperCase.apply(m_filterText);
+        m_upperCase.assign<char16_t>(m_filterText, text.toStdU16String());
         startScan();
     });
 }
@@ -279,8 +278,7 @@ bool ZvMultiDirectoryListModelProcess::matchesAllowedType(std::u16string_view na
         return true;
     // In a directory, so that a name can't be taken for a drive.
     m_path.assign(L"x\\").append(name.begin(), name.end());
-    m_type.assign(path_rules::extension(m_path));
-    m_upperCase.apply(m_type);
+    m_upperCase.assign(m_type, path_rules::extension(m_path));
     return std::find(m_allowedTypes.begin(), m_allowedTypes.end(), m_type) != m_allowedTypes.end();
 }
 
@@ -288,7 +286,8 @@ bool ZvMultiDirectoryListModelProcess::matchesFilter(std::u16string_view name)
 {
     if (m_filterText.empty())
         return true;
-    m_name.assign(filenameOf(name));
-    m_upperCase.apply(m_name);
-    return m_name.find(m_filterText) != std::u16string::npos;
+    m_upperCase.assign(m_name, name);
+    // Few names get as far as to be searched for a separator.
+    return m_name.find(m_filterText) != std::u16string::npos
+        && filenameOf(m_name).find(m_filterText) != std::u16string_view::npos;
 }

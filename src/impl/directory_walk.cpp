@@ -18,16 +18,11 @@ constexpr native_string::value_type separator = namesAreBytes ? '/' : '\\';
 /// How many levels keep their directory open. The number of descriptors is limited.
 constexpr std::size_t openLevels = 64;
 
-bool isAscii(std::string_view bytes)
-{
-    return std::all_of(bytes.begin(), bytes.end(), &is_ascii<char>);
-}
-
 template <typename Native>
 void appendText(std::u16string& text, const Native& native)
 {
     if constexpr (namesAreBytes) {
-        if (isAscii(native)) {
+        if (std::all_of(native.begin(), native.end(), &is_ascii<char>)) {
             text.append(native.begin(), native.end());
             return;
         }

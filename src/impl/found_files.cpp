@@ -19,8 +19,8 @@ void found_files::add(const QString& folder, std::u16string_view name)
         m_runs.push_back({folder, {}});
     }
     std::u16string& names = m_runs.back().names;
+    names.push_back(static_cast<char16_t>(name.size()));
     names.append(name);
-    names.push_back(u'\0');
 }
 
 } // namespace zvutil::impl

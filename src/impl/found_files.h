@@ -16,7 +16,8 @@ class found_files
 public:
     void clear() { m_runs.clear(); }
 
-    /// Appends what is called \p name, which holds no NUL, in \p folder, which ends in a separator.
+    /// Appends what is called \p name, of less than 65,536 units, in \p folder, which ends in
+    /// a separator.
     void add(const QString& folder, std::u16string_view name);
 
     /// Calls \p visitor with folder and name of each, until it returns false.
@@ -26,10 +27,10 @@ public:
         for (const run& files : m_runs) {
             std::u16string_view rest = files.names;
             while (!rest.empty()) {
-                const std::u16string_view name = rest.substr(0, rest.find(u'\0'));
+                const std::u16string_view name = rest.substr(1, rest.front());
                 if (!visitor(files.folder, name))
                     return;
-                rest.remove_prefix(name.size() + 1);
+                rest.remove_prefix(1 + name.size());
             }
         }
     }
@@ -38,7 +39,7 @@ private:
     struct run
     {
         QString folder;
-        /// Each with a NUL behind it.
+        /// Each with its size in front of it.
         std::u16string names;
     };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <locale>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zvutil::impl {
@@ -14,11 +16,14 @@ public:
     /// Asks the locale for all units once.
     explicit upper_case(const std::locale& locale);
 
+    /// Sets \p target, whose memory is used again, to the upper case of \p text.
     template <typename Unit>
-    void apply(std::basic_string<Unit>& text) const
+    void assign(std::basic_string<Unit>& target, std::basic_string_view<Unit> text) const
     {
-        for (Unit& unit : text)
-            unit = static_cast<Unit>(m_table[static_cast<char16_t>(unit)]);
+        target.resize(text.size());
+        std::transform(text.begin(), text.end(), target.begin(), [this](Unit unit) {
+            return static_cast<Unit>(m_table[static_cast<char16_t>(unit)]);
+        });
     }
 
 private:
