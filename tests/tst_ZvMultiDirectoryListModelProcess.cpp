@@ -12,10 +12,13 @@
 #include <QMetaMethod>
 #include <QTest>
 
-#include <cerrno>
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <locale>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #if defined(Q_OS_UNIX)
@@ -70,10 +73,12 @@ Lines runLines(const Lines& errors = {}, const std::string& isRunning = "false")
     return lines;
 }
 
+#if defined(Q_OS_UNIX)
 bool isScanError(const std::string& line)
 {
     return line.rfind("write 1 FileView: File scan error: ", 0) == 0;
 }
+#endif
 
 /// A scan on this thread, so that each operation has its whole effect before it returns.
 class Scan
