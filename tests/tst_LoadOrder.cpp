@@ -29,6 +29,21 @@ private Q_SLOTS:
 
     void cleanup() { host::setRegistrationObserver({}); }
 
+    // The first, since Qt never forgets a type.
+    void typeOfFiltersIsRegisteredBehindAllThatTheHostSees()
+    {
+        const auto isKnown = [] { return QMetaType::type("ModelIndexVectorPtr") != 0; };
+        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        std::vector<bool> known;
+        host::setRegistrationObserver([&](const std::string&) { known.push_back(isKnown()); });
+        QVERIFY(library.load());
+        QCOMPARE(known, std::vector<bool>(8, false));
+        QVERIFY(isKnown());
+        QCOMPARE(QMetaType::type("ModelIndexVectorPtr"),
+                 QMetaType::type("AbstractBackgroundListFilter::ModelIndexVectorPtr"));
+        QVERIFY(library.unload());
+    }
+
     void sourcesRegisterInTheOrderOfTheirList()
     {
         QLibrary fixture(QStringLiteral(FIXTURE_FILE));

@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -196,6 +197,64 @@ private Q_SLOTS:
                                 "option   ZvStyleAccent = \"#2D7D9A\"\n"
                                 "option   ModuleOption = \"some default\"\n"));
         QCOMPARE(outcome.status, 0);
+    }
+
+    void listsFiles_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("all") << QStringList()
+                             << QStringList{QStringLiteral("a.txt"), QStringLiteral("b.bin"),
+                                            QStringLiteral("ab.txt")};
+        QTest::newRow("types") << QStringList{QStringLiteral("--types"), QStringLiteral(".txt,.c")}
+                               << QStringList{QStringLiteral("a.txt"), QStringLiteral("ab.txt")};
+        QTest::newRow("filter") << QStringList{QStringLiteral("--filter"), QStringLiteral("B")}
+                                << QStringList{QStringLiteral("b.bin"), QStringLiteral("ab.txt")};
+        QTest::newRow("both") << QStringList{QStringLiteral("--types=.txt"),
+                                             QStringLiteral("--filter=b")}
+                              << QStringList{QStringLiteral("ab.txt")};
+        QTest::newRow("nothing") << QStringList{QStringLiteral("--filter"),
+                                                QStringLiteral("nowhere")}
+                                 << QStringList();
+    }
+
+    void listsFiles()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QStringList, names);
+        // One file in each, since a scan passes over the first of several.
+        QTemporaryDir directory;
+        QStringList directories;
+        for (const char* name : {"a.txt", "b.bin", "ab.txt"}) {
+            const QString folder = directory.filePath(QString::number(directories.size()));
+            QVERIFY(QDir().mkpath(folder));
+            QVERIFY(
+                QFile(folder + QLatin1Char('/') + QLatin1String(name)).open(QIODevice::WriteOnly));
+            directories.append(folder);
+        }
+        const Outcome outcome = run(QStringList{QStringLiteral("--files")} + directories + options);
+        QCOMPARE(outcome.status, 0);
+        QStringList listed = outcome.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        for (QString& line : listed)
+            line = QDir::fromNativeSeparators(line).section(QLatin1Char('/'), -1);
+        QCOMPARE(listed, names);
+        const QString summary = names.isEmpty()
+            ? QStringLiteral("rows: 0, batches: 0, all after [0-9.]+ ms\n$")
+            : QStringLiteral("rows: %1, batches: 1, first row after [0-9.]+ ms, "
+                             "all after [0-9.]+ ms\n$")
+                  .arg(names.size());
+        QVERIFY2(QRegularExpression(summary).match(outcome.errors).hasMatch(),
+                 qPrintable(outcome.errors));
+    }
+
+    void listsNoFilesBelowWhatIsNoDirectory()
+    {
+        const Outcome outcome = run(
+            {QStringLiteral("--files"), QDir::tempPath(), QStringLiteral("/no/such/directory")});
+        QVERIFY2(outcome.errors.contains(QStringLiteral("no such directory: /no/such/directory")),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString());
+        QCOMPARE(outcome.status, 1);
     }
 
     void withNothingToDoSaysSo()

@@ -8,8 +8,9 @@
 
 namespace {
 
-/// The library as it lies in an install tree, in a build tree and, on Windows, beside the program.
-QStringList candidates()
+/// Where a library named \p name may lie: in an install tree, in a build tree and, on Windows, beside
+/// the program.
+QStringList candidates(const QString& name)
 {
     const QDir here(QCoreApplication::applicationDirPath());
     const QStringList directories = {
@@ -17,17 +18,19 @@ QStringList candidates()
         here.absoluteFilePath(QStringLiteral("../lib")),
         here.absolutePath(),
     };
-#if defined(Q_OS_WIN)
-    const QString name = QStringLiteral("libzvutil.dll");
-#elif defined(Q_OS_MACOS)
-    const QString name = QStringLiteral("libzvutil.dylib");
-#else
-    const QString name = QStringLiteral("libzvutil.so");
-#endif
     QStringList files;
     for (const QString& directory : directories)
         files += QDir::cleanPath(directory + QLatin1Char('/') + name);
     return files;
+}
+
+QString loadFirst(const QString& name, const QStringList& files)
+{
+    for (const QString& file : files) {
+        if (QFileInfo::exists(file))
+            return loadModule(file);
+    }
+    return QStringLiteral("Cannot find %1; tried %2").arg(name, files.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -36,16 +39,28 @@ QString loadLibrary(const QString& file)
 {
     if (!file.isEmpty())
         return loadModule(file);
-    for (const QString& candidate : candidates()) {
-        if (QFileInfo::exists(candidate))
-            return loadModule(candidate);
-    }
-    return QStringLiteral("Cannot find libzvutil; tried ")
-        + candidates().join(QStringLiteral(", "));
+#if defined(Q_OS_WIN)
+    const QString name = QStringLiteral("libzvutil.dll");
+#elif defined(Q_OS_MACOS)
+    const QString name = QStringLiteral("libzvutil.dylib");
+#else
+    const QString name = QStringLiteral("libzvutil.so");
+#endif
+    return loadFirst(QStringLiteral("libzvutil"), candidates(name));
 }
 
 QString loadModule(const QString& file)
 {
     QLibrary library(QFileInfo(file).absoluteFilePath());
     return library.load() ? QString() : library.errorString();
+}
+
+QString loadOwnModule(const QString& name)
+{
+#if defined(Q_OS_WIN)
+    const QString suffix = QStringLiteral(".dll");
+#else
+    const QString suffix = QStringLiteral(".so");
+#endif
+    return loadFirst(name, candidates(name + suffix));
 }

@@ -6,10 +6,13 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
+#include <QFileInfo>
 #include <QWidget>
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -64,6 +67,27 @@ bool runFile(ScriptEngine& engine, const QString& path)
     return runText(engine, QString::fromUtf8(file.readAll()), path);
 }
 
+/// Lists directories through the library's model.
+bool listFiles(const QStringList& directories, const QString& types, const QString& filter)
+{
+    for (const QString& directory : directories) {
+        if (!QFileInfo(directory).isDir()) {
+            complain(QStringLiteral("no such directory: %1").arg(directory));
+            return false;
+        }
+    }
+    const QString error = loadOwnModule(QStringLiteral("zvhost_files"));
+    if (!error.isEmpty()) {
+        complain(error);
+        return false;
+    }
+    std::vector<std::string> words = {types.toStdString(), filter.toStdString()};
+    for (const QString& directory : directories)
+        words.push_back(directory.toStdString());
+    host::callCommand("zvhost_files", words, {}, {"command line", 0});
+    return true;
+}
+
 /// Whether a script has opened a window that somebody can close.
 bool hasOpenWindows()
 {
@@ -97,8 +121,19 @@ int main(int argc, char* argv[])
     const QCommandLineOption module(QStringLiteral("module"),
                                     QStringLiteral("Loads a module after the library. Repeatable."),
                                     QStringLiteral("FILE"));
-    parser.addOptions({evaluate, list, library, module});
-    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Scripts to run in turn."),
+    const QCommandLineOption filesBelow(
+        QStringLiteral("files"),
+        QStringLiteral("Lists the files below directories, which come in place of scripts."));
+    const QCommandLineOption types(
+        QStringLiteral("types"), QStringLiteral("With --files: lists only these types, \".a,.b\"."),
+        QStringLiteral("TYPES"));
+    const QCommandLineOption filter(
+        QStringLiteral("filter"),
+        QStringLiteral("With --files: lists only files whose name contains TEXT."),
+        QStringLiteral("TEXT"));
+    parser.addOptions({evaluate, list, library, module, filesBelow, types, filter});
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("Scripts to run in turn, or directories."),
                                  QStringLiteral("[FILE...]"));
     parser.process(application);
 
@@ -119,6 +154,8 @@ int main(int argc, char* argv[])
         complain(QStringLiteral("nothing to run; see --help"));
         return 1;
     }
+    if (parser.isSet(filesBelow))
+        return listFiles(files, parser.value(types), parser.value(filter)) ? 0 : 1;
     ScriptEngine engine;
     for (const QString& text : texts) {
         if (!runText(engine, text, QStringLiteral("command line")))

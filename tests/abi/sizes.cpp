@@ -1,8 +1,10 @@
 // Prints the sizes of the handles, which are part of the interface.
 
+#include <zvutil/ModelTest.h>
 #include <zvutil/ZvAbstractIterativeProcess.h>
 #include <zvutil/ZvBasicString.h>
 #include <zvutil/ZvBasicXMLSaveFile.h>
+#include <zvutil/ZvChildProxyModel.h>
 #include <zvutil/ZvClipboard.h>
 #include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvCompression.h>
@@ -11,6 +13,7 @@
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
+#include <zvutil/ZvMultiDirectoryListModel.h>
 #include <zvutil/ZvNamedColour.h>
 #include <zvutil/ZvNamedIcon.h>
 #include <zvutil/ZvProcessingIndicator.h>
@@ -47,10 +50,13 @@ int main()
         const char* name;
         std::size_t size;
     } handles[] = {
+        {"ModelTest", sizeof(ModelTest)},
+        {"ZvChildProxyModel", sizeof(ZvChildProxyModel)},
         {"ZvClipboard", sizeof(ZvClipboard)},
         {"ZvClipboardData", sizeof(ZvClipboardData)},
         {"ZvCompression", sizeof(ZvCompression)},
         {"ZvContentWidget", sizeof(ZvContentWidget)},
+        {"ZvMultiDirectoryListModel", sizeof(ZvMultiDirectoryListModel)},
         {"ZvProcessingIndicator", sizeof(ZvProcessingIndicator)},
         {"ZvProgressLineEdit", sizeof(ZvProgressLineEdit)},
         {"ZvResponsiveImage", sizeof(ZvResponsiveImage)},

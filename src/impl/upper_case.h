@@ -1,0 +1,33 @@
+#pragma once
+
+#include <algorithm>
+#include <locale>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zvutil::impl {
+
+/// Upper case of 16-bit units, each by itself, as a locale has it. A unit whose upper case is no
+/// 16-bit unit is kept.
+class upper_case
+{
+public:
+    /// Asks the locale for all units once.
+    explicit upper_case(const std::locale& locale);
+
+    /// Sets \p target, whose memory is used again, to the upper case of \p text.
+    template <typename Unit>
+    void assign(std::basic_string<Unit>& target, std::basic_string_view<Unit> text) const
+    {
+        target.resize(text.size());
+        std::transform(text.begin(), text.end(), target.begin(), [this](Unit unit) {
+            return static_cast<Unit>(m_table[static_cast<char16_t>(unit)]);
+        });
+    }
+
+private:
+    std::vector<char16_t> m_table;
+};
+
+} // namespace zvutil::impl
