@@ -5,6 +5,7 @@
 #include "impl/ZvMultiDirectoryListModelProcess.h"
 #include "impl/narrow_text.h"
 #include "impl/path_text.h"
+#include "impl/row_batches.h"
 #include "impl/wide_text.h"
 
 #include <QThread>
@@ -34,7 +35,7 @@ struct ZVUTIL_NO_EXPORT ZvMultiDirectoryListModel::ZvMultiDirectoryListModelImpl
     ~ZvMultiDirectoryListModelImpl();
 
     QThread thread;
-    QList<QVariant> paths;
+    zvutil::impl::row_batches paths;
     ZvMultiDirectoryListModelProcess process;
 };
 
@@ -160,7 +161,7 @@ void ZvMultiDirectoryListModel::nextBatch(const QList<QVariant>& batch)
 {
     if (batch.isEmpty())
         return;
-    QList<QVariant>& paths = m_impl.impl().paths;
+    zvutil::impl::row_batches& paths = m_impl.impl().paths;
     beginInsertRows(QModelIndex(), paths.size(), paths.size() + batch.size() - 1);
     paths.append(batch);
     endInsertRows();
