@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QScopeGuard>
 #include <QStandardItemModel>
 #include <QStringListModel>
 #include <QTest>
@@ -577,15 +578,21 @@ private Q_SLOTS:
         QObject receiver;
         receiver.moveToThread(&thread);
         std::atomic<std::size_t> received{0};
+        std::atomic<bool> isElsewhere{true};
+        // In one batch or several.
         connect(&filter, &Filter::accepted, &receiver,
                 [&](const Filter::ModelIndexVectorPtr& indexes) {
-                    received = QThread::currentThread() == &thread ? indexes->size() : 99;
+                    isElsewhere = isElsewhere && QThread::currentThread() == &thread;
+                    received += indexes->size();
                 });
         thread.start();
+        const auto end = qScopeGuard([&thread] {
+            thread.quit();
+            thread.wait();
+        });
         filter.setSourceModel(source.get());
         QTRY_COMPARE_WITH_TIMEOUT(received.load(), std::size_t(3), 60'000);
-        thread.quit();
-        thread.wait();
+        QVERIFY(isElsewhere);
     }
 
     void recheckFromAnotherThreadRunsOnTheFiltersOwn()

@@ -18,7 +18,11 @@ struct close_search
 struct close_file
 {
     using pointer = HANDLE;
-    void operator()(HANDLE file) const { CloseHandle(file); }
+    void operator()(HANDLE file) const
+    {
+        if (file != INVALID_HANDLE_VALUE)
+            CloseHandle(file);
+    }
 };
 
 std::error_code lastError()
@@ -63,6 +67,12 @@ entry_type typeOf(const WIN32_FIND_DATAW& found)
     return isLink ? entry_type::link : typeOf(found.dwFileAttributes);
 }
 
+bool isDirectory(const native_string& path)
+{
+    const DWORD attributes = GetFileAttributesW(callPath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && typeOf(attributes) == entry_type::directory;
+}
+
 bool isDots(std::wstring_view name)
 {
     return name == L"." || name == L"..";
@@ -94,10 +104,12 @@ directory_stream::directory_stream(const native_string& path, std::error_code& e
     if (search != INVALID_HANDLE_VALUE) {
         m_state->search.reset(search);
         m_state->hasFound = true;
-    } else if (GetLastError() != ERROR_FILE_NOT_FOUND) {
-        // A directory without entries, as the root of a drive may be, is none.
-        error = lastError();
+        return;
     }
+    error = lastError();
+    // That a directory has no entries, as the root of a drive may have none, is no error.
+    if (error.value() == ERROR_FILE_NOT_FOUND && isDirectory(path))
+        error.clear();
 }
 
 directory_stream::directory_stream(const directory_stream& parent, const native_string& name,
