@@ -232,11 +232,13 @@ private Q_SLOTS:
         auto* const bar = child<QWidget>(*window, "dockWidgetTitleBar");
         QVERIFY(bar);
         auto* const label = child<QLabel>(*bar, "TitleBarLabel");
-        QVERIFY(label && label->parentWidget() == bar);
+        QVERIFY(label);
+        QCOMPARE(label->parentWidget(), bar);
         QVERIFY(child<QToolButton>(*bar, "toolButton_DockWidgetClose"));
         QVERIFY(child<QToolButton>(*bar, "toolButton_DockWidgetOptions"));
         auto* const border = child<QWidget>(*window, "borderObject");
-        QVERIFY(border && border->parentWidget() == window);
+        QVERIFY(border);
+        QCOMPARE(border->parentWidget(), window);
         QVERIFY(label->property("highlight").isValid());
         for (const QToolButton* const button : bar->findChildren<QToolButton*>()) {
             QVERIFY(!button->accessibleName().isEmpty());

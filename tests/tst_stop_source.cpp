@@ -141,6 +141,7 @@ private Q_SLOTS:
         const stop_source source;
         std::vector<int> order;
         std::vector<Registration> registrations;
+        registrations.reserve(1'000);
         for (int i = 0; i < 1'000; ++i)
             registrations.push_back(source.get_token().connect_receiver(
                 receiverOf([&order, i] { order.push_back(i); })));
@@ -306,6 +307,7 @@ private Q_SLOTS:
             std::atomic<bool> go{false};
             const Registration registration = token.connect_receiver(receiverOf([&] { ++calls; }));
             std::vector<std::thread> threads;
+            threads.reserve(4);
             for (int i = 0; i < 4; ++i)
                 threads.emplace_back([&, mine = source] {
                     while (!go)
@@ -344,6 +346,7 @@ private Q_SLOTS:
             const stop_source source;
             std::atomic<int> calls{0};
             std::vector<Registration> registrations;
+            registrations.reserve(50);
             for (int i = 0; i < 50; ++i)
                 registrations.push_back(
                     source.get_token().connect_receiver(receiverOf([&] { ++calls; })));
