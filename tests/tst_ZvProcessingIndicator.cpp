@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPointer>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimerEvent>
@@ -59,6 +60,20 @@ private:
     QObject* m_state;
     int m_timer = 0;
     bool m_isPassing = false;
+};
+
+/// A spinner that is shown and turns only when the test says so.
+struct Held
+{
+    explicit Held(const QSize& size = QSize(64, 64))
+    {
+        spinner.resize(size);
+        spinner.show();
+        QTRY_VERIFY(ticks.count > 0);
+    }
+
+    ZvProcessingIndicator spinner;
+    Ticks ticks{spinner};
 };
 
 /// What the widget paints, on nothing.
@@ -136,13 +151,9 @@ private Q_SLOTS:
     {
         QFETCH(QSize, size);
         QFETCH(int, turns);
-        ZvProcessingIndicator spinner;
-        Ticks ticks(spinner);
-        spinner.resize(size);
-        spinner.show();
-        QTRY_VERIFY(ticks.count > 0);
-        ticks.turn(turns);
-        const QImage image = painted(spinner);
+        Held held(size);
+        held.ticks.turn(turns);
+        const QImage image = painted(held.spinner);
         for (int bar = 0; bar < 12; ++bar) {
             const double degrees = (turns - bar) * 30.0;
             const int expected = qRound(255 * (12 - bar) / 12.0);
@@ -197,7 +208,7 @@ private Q_SLOTS:
         }
     }
 
-    void paintsNothingWithoutRoom()
+    void onePixelIsPaintedFaintly()
     {
         ZvProcessingIndicator spinner;
         spinner.resize(1, 1);
@@ -218,14 +229,10 @@ private Q_SLOTS:
 
     void timerOfAnotherIsPassedOn()
     {
-        ZvProcessingIndicator spinner;
-        Ticks ticks(spinner);
-        spinner.resize(64, 64);
-        spinner.show();
-        QTRY_VERIFY(ticks.count > 0);
-        const QImage before = painted(spinner);
-        ticks.sendForeign();
-        QCOMPARE(painted(spinner), before);
+        Held held;
+        const QImage before = painted(held.spinner);
+        held.ticks.sendForeign();
+        QCOMPARE(painted(held.spinner), before);
     }
 
     void noTimerRunsUnlessItIsShown()
@@ -257,23 +264,23 @@ private Q_SLOTS:
 
     void goesOnWhereItStopped()
     {
-        ZvProcessingIndicator spinner;
-        Ticks ticks(spinner);
-        spinner.resize(64, 64);
-        spinner.show();
-        QTRY_VERIFY(ticks.count > 0);
-        ticks.turn(5);
-        const QImage before = painted(spinner);
-        spinner.hide();
-        spinner.show();
-        QCOMPARE(painted(spinner), before);
+        Held held;
+        const QImage first = painted(held.spinner);
+        held.ticks.turn(5);
+        const QImage before = painted(held.spinner);
+        QVERIFY(before != first);
+        held.spinner.hide();
+        held.spinner.show();
+        QCOMPARE(painted(held.spinner), before);
     }
 
     void mayGoWhileItRuns()
     {
         auto* const spinner = new ZvProcessingIndicator;
         spinner->show();
+        const QPointer<QObject> state = spinner->children().constFirst();
         delete spinner;
+        QVERIFY(!state);
         QTest::qWait(150);
     }
 };

@@ -222,13 +222,15 @@ private Q_SLOTS:
 
     void eventGoesOnToTheLineEdit()
     {
-        // Which takes the new font into its size.
-        ZvProgressLineEdit edit;
-        const int before = edit.sizeHint().height();
+        // Which lays its text out anew in the new font.
+        ZvProgressLineEdit edit(QString(100, QLatin1Char('m')), nullptr);
+        edit.resize(300, 80);
+        const int before = edit.cursorPositionAt(QPoint(200, 40));
         QFont font = edit.font();
         font.setPixelSize(60);
         edit.setFont(font);
-        QVERIFY(edit.sizeHint().height() > before);
+        const int after = edit.cursorPositionAt(QPoint(200, 40));
+        QVERIFY2(after < before, qPrintable(QStringLiteral("%1, %2").arg(before).arg(after)));
     }
 
     void backgroundIsPainted()

@@ -5,6 +5,9 @@
 
 #include <QApplication>
 #include <QString>
+#include <QTimer>
+
+#include <algorithm>
 
 DockFrame::DockFrame(QWidget* parent)
     : QMainWindow(parent)
@@ -21,6 +24,15 @@ DockFrame::~DockFrame()
     qApp->disconnect(this);
     for (DockableWidget* const window : findChildren<DockableWidget*>())
         window->disconnect(this);
+}
+
+void DockFrame::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // Until the event has been handled there is no room to share.
+    if (!m_hasBeenShown)
+        QTimer::singleShot(0, this, &DockFrame::leaveRoomForDocuments);
+    m_hasBeenShown = true;
 }
 
 DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
@@ -124,15 +136,26 @@ void DockFrame::place(DockableWidget& window)
 
 void DockFrame::leaveRoomForDocuments()
 {
-    for (DockableWidget* const window : dockableWidgets()) {
+    const QList<DockableWidget*> windows = dockableWidgets();
+    const auto document = std::find_if(windows.begin(), windows.end(), [](DockableWidget* window) {
+        return window->contents()->isContentWidget() && !window->isFloating();
+    });
+    if (document == windows.end())
+        return;
+    for (DockableWidget* const window : windows) {
         if (window->isFloating() || window->isHidden() || window->contents()->isContentWidget())
             continue;
         const Qt::DockWidgetArea area = dockWidgetArea(window);
         const bool isAtTheSide = area == Qt::LeftDockWidgetArea || area == Qt::RightDockWidgetArea;
         const QSize preferred = window->contents()->getPreferredNewWindowSize();
         const QSize size = preferred.isValid() ? preferred : this->size() / 4;
-        resizeDocks({window}, {isAtTheSide ? size.width() : size.height()},
-                    isAtTheSide ? Qt::Horizontal : Qt::Vertical);
+        // Qt shares out what both are told to have.
+        if (isAtTheSide)
+            resizeDocks({window, *document}, {size.width(), width() - size.width()},
+                        Qt::Horizontal);
+        else
+            resizeDocks({window, *document}, {size.height(), height() - size.height()},
+                        Qt::Vertical);
     }
 }
 

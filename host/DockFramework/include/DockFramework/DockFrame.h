@@ -37,6 +37,9 @@ Q_SIGNALS:
     /// \p window may be nullptr.
     void highlightedChanged(DockableWidget* window);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void place(DockableWidget& window);
     int documents() const;
@@ -45,4 +48,5 @@ private:
     void followFocus(const QWidget* focused);
 
     DockableWidget* m_highlighted = nullptr;
+    bool m_hasBeenShown = false;
 };
