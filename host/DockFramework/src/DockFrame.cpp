@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QString>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -29,9 +28,9 @@ DockFrame::~DockFrame()
 void DockFrame::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    // Until the event has been handled there is no room to share.
+    // Before that there is no room to share.
     if (!m_hasBeenShown)
-        QTimer::singleShot(0, this, &DockFrame::leaveRoomForDocuments);
+        leaveRoomForDocuments();
     m_hasBeenShown = true;
 }
 
