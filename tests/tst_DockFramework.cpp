@@ -281,6 +281,8 @@ private Q_SLOTS:
         auto* const panel = frame.addContents(new Panel(QStringLiteral("panel")));
         frame.show();
         QCOMPARE(frame.dockableWidgets(), (QList<DockableWidget*>{first, second, panel}));
+        first->raise();
+        QCOMPARE(frame.dockableWidgets(), (QList<DockableWidget*>{first, second, panel}));
         QCOMPARE(frame.tabifiedDockWidgets(first), QList<QDockWidget*>{second});
         QCOMPARE(frame.dockWidgetArea(panel), Qt::LeftDockWidgetArea);
         QTRY_VERIFY(frame.findChild<QTabBar*>());
@@ -408,6 +410,41 @@ private Q_SLOTS:
         }
         const auto answer = answered(QMessageBox::Discard);
         QVERIFY(frame.closeDocuments());
+        QTRY_VERIFY(frame.dockableWidgets().isEmpty());
+    }
+
+    void closingAsksForChangesFirst()
+    {
+        DockFrame frame;
+        frame.show();
+        frame.addContents(new Document(QStringLiteral("unchanged")));
+        auto* const changed = new Document(QStringLiteral("changed"));
+        frame.addContents(changed);
+        changed->setModified(true);
+        {
+            const auto answer = answered(QMessageBox::Cancel);
+            QVERIFY(!frame.closeDocuments());
+            QCOMPARE(answer.count, 1);
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(frame.dockableWidgets().size(), 2);
+    }
+
+    void windowsMayGoWhileOneAsks()
+    {
+        DockFrame frame;
+        frame.show();
+        const QPointer<DockableWidget> other =
+            frame.addContents(new Document(QStringLiteral("unchanged")));
+        auto* const changed = new Document(QStringLiteral("changed"));
+        frame.addContents(changed);
+        changed->setModified(true);
+        const Answer<QMessageBox> answer([&other](QMessageBox& box) {
+            delete other;
+            box.button(QMessageBox::Discard)->click();
+        });
+        QVERIFY(frame.closeDocuments());
+        QCOMPARE(answer.count, 1);
         QTRY_VERIFY(frame.dockableWidgets().isEmpty());
     }
 

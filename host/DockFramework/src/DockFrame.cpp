@@ -4,6 +4,7 @@
 #include <DockFramework/DockableWidgetContents.h>
 
 #include <QApplication>
+#include <QPointer>
 #include <QString>
 
 #include <algorithm>
@@ -21,7 +22,7 @@ DockFrame::~DockFrame()
 {
     // Windows and focus go while the base class goes, and tell of it.
     qApp->disconnect(this);
-    for (DockableWidget* const window : findChildren<DockableWidget*>())
+    for (DockableWidget* const window : m_windows)
         window->disconnect(this);
 }
 
@@ -37,12 +38,14 @@ void DockFrame::showEvent(QShowEvent* event)
 DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
 {
     auto* const window = new DockableWidget(contents, this);
+    m_windows.append(window);
     connect(window, &QDockWidget::visibilityChanged, this, [this, window](bool visible) {
         // Another tab was chosen.
         if (visible && !window->isFloating())
             highlight(window);
     });
     connect(window, &QObject::destroyed, this, [this, window] {
+        m_windows.removeOne(window);
         if (m_highlighted != window)
             return;
         m_highlighted = nullptr;
@@ -62,8 +65,7 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
 QList<DockableWidget*> DockFrame::dockableWidgets() const
 {
     QList<DockableWidget*> windows;
-    for (DockableWidget* const window :
-         findChildren<DockableWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    for (DockableWidget* const window : m_windows) {
         if (window->contents())
             windows.append(window);
     }
@@ -94,11 +96,18 @@ void DockFrame::activate(DockableWidget* window)
 // NOLINTNEXTLINE(readability-make-member-function-const): documents are part of the frame.
 bool DockFrame::closeDocuments()
 {
+    // Each may ask the user, and windows may go meanwhile.
+    QList<QPointer<DockableWidget>> windows;
     for (DockableWidget* const window : dockableWidgets()) {
-        if (window->contents()->isContentWidget() && !window->close())
-            return false;
+        if (window->contents()->isContentWidget())
+            windows.append(window);
     }
-    return true;
+    std::stable_partition(
+        windows.begin(), windows.end(),
+        [](const QPointer<DockableWidget>& window) { return window->contents()->isModified(); });
+    return std::all_of(windows.begin(), windows.end(), [](const QPointer<DockableWidget>& window) {
+        return !window || window->close();
+    });
 }
 
 void DockFrame::place(DockableWidget& window)

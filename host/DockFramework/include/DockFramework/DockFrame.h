@@ -30,7 +30,8 @@ public:
     /// Brings \p window to the front and has the user work in it.
     void activate(DockableWidget* window);
 
-    /// Closes all documents, and stops at the first that refuses: then the result is false.
+    /// Closes all documents, those with changes first, so that all stay open if the user takes it
+    /// back at once. Stops at the first that refuses: then the result is false.
     bool closeDocuments();
 
 Q_SIGNALS:
@@ -47,6 +48,7 @@ private:
     void highlight(DockableWidget* window);
     void followFocus(const QWidget* focused);
 
+    QList<DockableWidget*> m_windows; // children; Qt changes the order of those
     DockableWidget* m_highlighted = nullptr;
     bool m_hasBeenShown = false;
 };
