@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -67,6 +68,43 @@ private Q_SLOTS:
         logging::write(1, "test", "progress");
         logging::write(2, "test", "information");
         QCOMPARE(logging::host::records().size(), std::size_t(1));
+    }
+
+    void looksAtWhatIsNew()
+    {
+        const std::uint64_t before = logging::host::recordsSince(0).count;
+        add_sink(2);
+        QVERIFY(logging::host::recordsSince(before).records.empty());
+        logging::write(2, "test", "one");
+        logging::write(0, "test", "not kept");
+        logging::write(4, "test", "two");
+        const logging::host::NewRecords both = logging::host::recordsSince(before);
+        QCOMPARE(both.count, before + 2);
+        QCOMPARE(both.records.size(), std::size_t(2));
+        QCOMPARE(both.records[0].text, std::string("one"));
+        QCOMPARE(both.records[1].level, 4);
+        const logging::host::NewRecords second = logging::host::recordsSince(before + 1);
+        QCOMPARE(second.records.size(), std::size_t(1));
+        QCOMPARE(second.records[0].text, std::string("two"));
+        QCOMPARE(second.records[0].category, std::string("test"));
+        QVERIFY(logging::host::recordsSince(both.count).records.empty());
+        QVERIFY(logging::host::recordsSince(both.count + 100).records.empty());
+    }
+
+    void whatIsNewIsBoundedByWhatIsKept()
+    {
+        add_sink(2);
+        const std::uint64_t before = logging::host::recordsSince(0).count;
+        for (int i = 0; i < 10'050; ++i)
+            logging::write(2, "test", std::to_string(i).c_str());
+        const logging::host::NewRecords all = logging::host::recordsSince(before);
+        QCOMPARE(all.count, before + 10'050);
+        QCOMPARE(all.records.size(), std::size_t(10'000));
+        QCOMPARE(all.records.front().text, std::string("50"));
+        QCOMPARE(all.records.back().text, std::string("10049"));
+        logging::host::reset();
+        QCOMPARE(logging::host::recordsSince(before).count, before + 10'050);
+        QVERIFY(logging::host::recordsSince(before).records.empty());
     }
 
     void levelOutsideTheScaleIsTheNearest()

@@ -34,6 +34,7 @@ struct Log
     std::array<spdlog::level::level_enum, sinkCount> levels = {
         spdlog::level::info, spdlog::level::info, spdlog::level::info};
     std::vector<int> order;
+    std::uint64_t recordCount = 0;
     std::string file;
     zvutil::logging::host::Observer observer;
 
@@ -125,6 +126,8 @@ void write(int level, const char* category, const char* text)
             continue;
         target->log(message);
         target->flush();
+        if (sink == memorySink)
+            ++log.recordCount;
     }
 }
 
@@ -132,15 +135,22 @@ namespace host {
 
 std::vector<Record> records()
 {
+    return recordsSince(0).records;
+}
+
+NewRecords recordsSince(std::uint64_t seen)
+{
     Log& log = theLog();
     const std::lock_guard lock(log.mutex);
-    std::vector<Record> result;
-    if (auto* memory = static_cast<RecordSink*>(log.sinks[memorySink].get())) {
-        for (const auto& message : memory->last_raw())
-            result.push_back({message.level,
-                              {message.logger_name.data(), message.logger_name.size()},
-                              {message.payload.data(), message.payload.size()}});
-    }
+    NewRecords result = {log.recordCount, {}};
+    auto* const memory = static_cast<RecordSink*>(log.sinks[memorySink].get());
+    if (!memory || seen >= log.recordCount)
+        return result;
+    const std::uint64_t fresh = std::min<std::uint64_t>(log.recordCount - seen, keptRecords);
+    for (const auto& message : memory->last_raw(fresh))
+        result.records.push_back({message.level,
+                                  {message.logger_name.data(), message.logger_name.size()},
+                                  {message.payload.data(), message.payload.size()}});
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include <zv_logging/zv_logging_export.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -18,6 +19,17 @@ struct Record
 
 /// The last lines that the memory sink has kept, oldest first; empty if it doesn't run.
 ZV_LOGGING_EXPORT std::vector<Record> records();
+
+/// What the memory sink has taken since somebody has looked before.
+struct NewRecords
+{
+    std::uint64_t count; ///< of all that it has ever taken, for the next look
+    std::vector<Record> records; ///< oldest first; those that it hasn't kept are missing
+};
+
+/// Those behind the first \p seen. With the count of the look before, that costs what is new, and next
+/// to nothing if there isn't anything.
+ZV_LOGGING_EXPORT NewRecords recordsSince(std::uint64_t seen);
 
 /// The running sinks, in the order in which they were added.
 ZV_LOGGING_EXPORT std::vector<int> sinks();
