@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -29,6 +30,15 @@ Outcome run(const QStringList& arguments,
     return outcome;
 }
 
+/// For a user who has never used the host before, but for other calls of this.
+Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        environment.insert(QLatin1String(variable), user.path());
+    return run(arguments, environment);
+}
+
 Outcome runScript(const QString& script)
 {
     return run(
@@ -54,14 +64,11 @@ private Q_SLOTS:
     void runsTheCommandsOfStyles()
     {
         const QTemporaryDir user;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
-            environment.insert(QLatin1String(variable), user.path());
         // Without a display nobody could close the windows, so the host doesn't wait for that.
         const Outcome outcome =
-            run({QStringLiteral("-e"),
-                 QStringLiteral("_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')")},
-                environment);
+            runFor(user,
+                   {QStringLiteral("-e"),
+                    QStringLiteral("_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')")});
         QCOMPARE(outcome.output, QStringLiteral("done\n"));
         QCOMPARE(outcome.status, 0);
     }
@@ -257,10 +264,79 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 1);
     }
 
-    void withNothingToDoSaysSo()
+    void opensNoWindowThatNobodySees()
     {
         const Outcome outcome = run({});
-        QVERIFY2(outcome.errors.contains(QStringLiteral("--help")), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(QStringLiteral("--screenshot")),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void picturesOfTheWorkbench_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("output");
+        const QStringList style = {QStringLiteral("--style"), QStringLiteral("Dark")};
+        QTest::newRow("alone") << QStringList() << "";
+        QTest::newRow("style") << style << "";
+        QTest::newRow("style in one word") << QStringList{QStringLiteral("--style=Dark")} << "";
+        QTest::newRow("new document")
+            << QStringList{QStringLiteral("--new"), QStringLiteral("schematic")} << "";
+        QTest::newRow("documents")
+            << QStringList{QStringLiteral(EXAMPLES "/workbench/amplifier.zvsch"),
+                           QStringLiteral(EXAMPLES "/workbench/amplifier.testplan")}
+            << "";
+        QTest::newRow("document and script")
+            << QStringList{QStringLiteral("-e"), QStringLiteral("print('ran')"),
+                           QStringLiteral(EXAMPLES "/workbench/currents.zvscr")}
+            << "ran\n";
+    }
+
+    void picturesOfTheWorkbench()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, output);
+        const QTemporaryDir user;
+        const QString alone = user.filePath(QStringLiteral("alone.png"));
+        const QString picture = user.filePath(QStringLiteral("picture.png"));
+        const auto screenshot = [](const QString& file) {
+            return QStringList{QStringLiteral("--screenshot"), file};
+        };
+        QCOMPARE(runFor(user, screenshot(alone)).status, 0);
+        const Outcome outcome = runFor(user, arguments + screenshot(picture));
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(outcome.output, output);
+        const QImage image(picture);
+        QCOMPARE(image.size(), QSize(1'200, 800));
+        // Two pictures of the same may differ in a cursor that blinks.
+        QVERIFY(arguments.isEmpty() || image != QImage(alone));
+        const bool isDark = qGray(image.pixel(600, 790)) < 128;
+        QCOMPARE(isDark, arguments.join(QString()).contains(QStringLiteral("Dark")));
+    }
+
+    void refusesWhatTheWorkbenchDoesntKnow_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("style") << QStringList{QStringLiteral("--style"), QStringLiteral("Blue")}
+                               << "There is no style “Blue”. There are: Light, Dark.";
+        QTest::newRow("type")
+            << QStringList{QStringLiteral("--new"), QStringLiteral("plan")}
+            << "There is no type of document “plan”. There are: testplan, schematic, script.";
+        QTest::newRow("picture") << QStringList{QStringLiteral("--screenshot"),
+                                                QStringLiteral("/no/such/folder/a.png")}
+                                 << "can't be written";
+    }
+
+    void refusesWhatTheWorkbenchDoesntKnow()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, error);
+        const QTemporaryDir user;
+        const QStringList picture = {QStringLiteral("--screenshot"),
+                                     user.filePath(QStringLiteral("a.png"))};
+        const Outcome outcome = runFor(user, picture + arguments);
+        QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 

@@ -1,16 +1,13 @@
 #include "ScriptEngine.h"
 
-#include <HostSupport/host.h>
+#include "ScriptHost.h"
 
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QUuid>
 
-#include <cstdio>
 #include <exception>
-#include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,12 +15,6 @@ namespace {
 
 /// The name under which our own script text shows in stack traces.
 const QString binding = QStringLiteral("zvhost-binding");
-
-class ConsoleMessages final : public MessageHandler
-{
-public:
-    void message(const char* text) override { std::fprintf(stderr, "%s\n", text); }
-};
 
 host::Value toHostValue(const QString& function, quint32 index, const QJSValue& argument)
 {
@@ -56,11 +47,30 @@ int scriptLine(const QString& stack)
 
 } // namespace
 
-ScriptEngine::ScriptEngine(QObject* parent)
-    : QObject(parent)
-    , m_messages(std::make_unique<ConsoleMessages>())
+ScriptEngine::ScriptEngine(const ScriptNames& names, ScriptHost& scriptHost)
+    : m_host(scriptHost)
 {
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    defineFunctions(names);
+    // The evaluation is indirect, so that what the text defines is global. The value is handed over,
+    // since the engine returns one that was thrown like one that was computed. JSON shows objects as
+    // people write them, but not all that there is.
+    QJSValue makeEvaluate = m_engine.evaluate(
+        QStringLiteral("(function(host) {"
+                       "  function described(value) {"
+                       "    if (typeof value == 'string' || (typeof value == 'object' && value)) {"
+                       "      try { return String(JSON.stringify(value)); } catch (circular) {}"
+                       "    }"
+                       "    return value === undefined ? '' : String(value);"
+                       "  }"
+                       "  return function(text) { host.show(described((0, eval)(text))); };"
+                       "})"),
+        binding);
+    m_evaluate = makeEvaluate.call({m_engine.newQObject(this)});
+}
+
+void ScriptEngine::defineFunctions(const ScriptNames& names)
+{
     const QJSValue self = m_engine.newQObject(this);
     QJSValue makePrint = m_engine.evaluate(
         QStringLiteral("(function(host) {"
@@ -76,17 +86,17 @@ ScriptEngine::ScriptEngine(QObject* parent)
                        "  };"
                        "})"),
         binding);
-    const auto define = [&](const QString& method, const std::string& registered) {
-        const QString name = QString::fromStdString(registered);
-        m_engine.globalObject().setProperty(name, makeCall.call({self, method, name}));
+    const auto define = [&](const QString& method, const std::vector<std::string>& registered) {
+        for (const std::string& text : registered) {
+            const QString name = QString::fromStdString(text);
+            m_engine.globalObject().setProperty(name, makeCall.call({self, method, name}));
+        }
     };
-    for (const host::FunctionInfo& function : host::functions())
-        define(QStringLiteral("callFunction"), function.name);
-    for (const host::CommandInfo& command : host::commands())
-        define(QStringLiteral("callCommand"), command.name);
+    define(QStringLiteral("callFunction"), names.functions);
+    define(QStringLiteral("callCommand"), names.commands);
 }
 
-QString ScriptEngine::run(const QString& text, const QString& source)
+host::ScriptOutcome ScriptEngine::run(const QString& text, const QString& source)
 {
     m_source = source;
     // The engine returns a value that was thrown like one that was computed, so the script is made
@@ -94,11 +104,26 @@ QString ScriptEngine::run(const QString& text, const QString& source)
     const QString completion = QUuid::createUuid().toString(QUuid::WithoutBraces);
     const QString program = text + QStringLiteral("\n;'%1'").arg(completion);
     const QJSValue result = m_engine.evaluate(program, source);
-    if (result.isError())
-        return describe(result);
-    if (result.toString() == completion)
+    if (!result.isError() && result.toString() == completion)
         return {};
-    return source + QStringLiteral(": uncaught exception: ") + result.toString();
+    return failure(result);
+}
+
+host::ScriptOutcome ScriptEngine::evaluate(const QString& text)
+{
+    m_source.clear();
+    m_value.reset();
+    const QJSValue result = m_evaluate.call({text});
+    if (!m_value)
+        return failure(result);
+    host::ScriptOutcome outcome;
+    outcome.value = m_value->toStdString();
+    return outcome;
+}
+
+void ScriptEngine::interrupt(bool interrupt)
+{
+    m_engine.setInterrupted(interrupt);
 }
 
 QJSValue ScriptEngine::callFunction(const QString& name, const QJSValue& arguments)
@@ -107,7 +132,7 @@ QJSValue ScriptEngine::callFunction(const QString& name, const QJSValue& argumen
         std::vector<host::Value> values;
         for (quint32 i = 0; i < lengthOf(arguments); ++i)
             values.push_back(toHostValue(name, i, arguments.property(i)));
-        const auto texts = host::callFunction(name.toStdString(), values, m_messages);
+        const std::vector<std::string> texts = m_host.callFunction(name.toStdString(), values);
         if (texts.size() == 1)
             return QString::fromStdString(texts.front());
         QJSValue list = m_engine.newArray(static_cast<uint>(texts.size()));
@@ -126,8 +151,7 @@ void ScriptEngine::callCommand(const QString& name, const QJSValue& arguments)
         std::vector<std::string> words;
         for (quint32 i = 0; i < lengthOf(arguments); ++i)
             words.push_back(arguments.property(i).toString().toStdString());
-        const std::string source = m_source.toStdString();
-        host::callCommand(name.toStdString(), words, m_messages, {source.c_str(), 0});
+        m_host.callCommand(name.toStdString(), words, m_source.toStdString());
     } catch (const std::exception& error) {
         m_engine.throwError(QString::fromUtf8(error.what()));
     }
@@ -138,15 +162,24 @@ void ScriptEngine::print(const QJSValue& arguments)
     QStringList words;
     for (quint32 i = 0; i < lengthOf(arguments); ++i)
         words += arguments.property(i).toString();
-    const QByteArray line = words.join(QLatin1Char(' ')).toUtf8() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stdout);
-    std::fflush(stdout);
+    m_host.print(words.join(QLatin1Char(' ')).toStdString());
 }
 
-QString ScriptEngine::describe(const QJSValue& error) const
+void ScriptEngine::show(const QString& value)
 {
-    int line = scriptLine(error.property(QStringLiteral("stack")).toString());
-    if (line == 0)
-        line = error.property(QStringLiteral("lineNumber")).toInt();
-    return QStringLiteral("%1:%2: %3").arg(m_source).arg(line).arg(error.toString());
+    m_value = value;
+}
+
+host::ScriptOutcome ScriptEngine::failure(const QJSValue& thrown) const
+{
+    host::ScriptOutcome outcome;
+    if (!thrown.isError()) {
+        outcome.error = "uncaught exception: " + thrown.toString().toStdString();
+        return outcome;
+    }
+    outcome.error = thrown.toString().toStdString();
+    outcome.line = scriptLine(thrown.property(QStringLiteral("stack")).toString());
+    if (outcome.line == 0)
+        outcome.line = thrown.property(QStringLiteral("lineNumber")).toInt();
+    return outcome;
 }

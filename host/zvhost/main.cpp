@@ -1,17 +1,22 @@
+#include "CommandLine.h"
+#include "ConsoleScriptHost.h"
 #include "LibraryLoader.h"
 #include "ScriptEngine.h"
+#include "ThreadScriptSession.h"
 
+#include <HostSupport/ScriptSession.h>
 #include <HostSupport/host.h>
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QFile>
 #include <QFileInfo>
 #include <QWidget>
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -48,13 +53,20 @@ void listRegistrations()
         std::printf("option   %s = \"%s\"\n", option.name.c_str(), option.defaultValue.c_str());
 }
 
+/// As SOURCE:LINE: MESSAGE, so that editors find the place.
+QString described(const host::ScriptOutcome& outcome, const QString& source)
+{
+    const QString place =
+        outcome.line > 0 ? source + QLatin1Char(':') + QString::number(outcome.line) : source;
+    return place + QStringLiteral(": ") + QString::fromStdString(outcome.error);
+}
+
 bool runText(ScriptEngine& engine, const QString& text, const QString& source)
 {
-    const QString error = engine.run(text, source);
-    // Without our name in front, so that editors find the place.
-    if (!error.isEmpty())
-        std::fprintf(stderr, "%s\n", error.toUtf8().constData());
-    return error.isEmpty();
+    const host::ScriptOutcome outcome = engine.run(text, source);
+    if (!outcome.error.empty())
+        std::fprintf(stderr, "%s\n", described(outcome, source).toUtf8().constData());
+    return outcome.error.empty();
 }
 
 bool runFile(ScriptEngine& engine, const QString& path)
@@ -65,6 +77,18 @@ bool runFile(ScriptEngine& engine, const QString& path)
         return false;
     }
     return runText(engine, QString::fromUtf8(file.readAll()), path);
+}
+
+bool runScripts(const QStringList& texts, const QStringList& files)
+{
+    ConsoleScriptHost console;
+    ScriptEngine engine(registeredNames(), console);
+    return std::all_of(texts.begin(), texts.end(),
+                       [&engine](const QString& text) {
+                           return runText(engine, text, QStringLiteral("command line"));
+                       })
+        && std::all_of(files.begin(), files.end(),
+                       [&engine](const QString& file) { return runFile(engine, file); });
 }
 
 /// Lists directories through the library's model.
@@ -88,13 +112,46 @@ bool listFiles(const QStringList& directories, const QString& types, const QStri
     return true;
 }
 
-/// Whether a script has opened a window that somebody can close.
+/// Opens the workbench, a module that is told by the words of its command what to show.
+bool openWorkbench(const std::vector<std::string>& words)
+{
+    const QString error = loadOwnModule(QStringLiteral("workbench"));
+    if (!error.isEmpty()) {
+        complain(error);
+        return false;
+    }
+    host::setScriptSessionMaker([](host::ScriptListener listener) {
+        return std::make_unique<ThreadScriptSession>(registeredNames(), std::move(listener));
+    });
+    try {
+        ConsoleScriptHost().callCommand("_workbench", words, "command line");
+    } catch (const host::CallError&) {
+        // The command has told why.
+        return false;
+    }
+    return true;
+}
+
+bool isOnScreen()
+{
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
+/// Whether there is a window that somebody can close.
 bool hasOpenWindows()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
-    return QGuiApplication::platformName() != QLatin1String("offscreen")
-        && std::any_of(windows.begin(), windows.end(),
-                       [](const QWidget* window) { return window->isVisible(); });
+    return isOnScreen() && std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+               return window->isVisible();
+           });
+}
+
+QString loadAll(const CommandLine& line)
+{
+    QString error = loadLibrary(line.library);
+    for (auto file = line.modules.begin(); error.isEmpty() && file != line.modules.end(); ++file)
+        error = loadModule(*file);
+    return error;
 }
 
 } // namespace
@@ -102,68 +159,28 @@ bool hasOpenWindows()
 int main(int argc, char* argv[])
 {
     chooseDisplay();
+    CommandLine::hideFromQt(argc, argv);
     const QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZVHOST_VERSION));
+    const CommandLine line = CommandLine::of(application);
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Reference host of libzvutil: loads the library and runs scripts."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption evaluate(QStringLiteral("e"), QStringLiteral("Runs TEXT as a script."),
-                                      QStringLiteral("TEXT"));
-    const QCommandLineOption list(QStringLiteral("list"),
-                                  QStringLiteral("Lists functions, commands and options."));
-    const QCommandLineOption library(QStringLiteral("library"),
-                                     QStringLiteral("Loads FILE as libzvutil."),
-                                     QStringLiteral("FILE"));
-    const QCommandLineOption module(QStringLiteral("module"),
-                                    QStringLiteral("Loads a module after the library. Repeatable."),
-                                    QStringLiteral("FILE"));
-    const QCommandLineOption filesBelow(
-        QStringLiteral("files"),
-        QStringLiteral("Lists the files below directories, which come in place of scripts."));
-    const QCommandLineOption types(
-        QStringLiteral("types"), QStringLiteral("With --files: lists only these types, \".a,.b\"."),
-        QStringLiteral("TYPES"));
-    const QCommandLineOption filter(
-        QStringLiteral("filter"),
-        QStringLiteral("With --files: lists only files whose name contains TEXT."),
-        QStringLiteral("TEXT"));
-    parser.addOptions({evaluate, list, library, module, filesBelow, types, filter});
-    parser.addPositionalArgument(QStringLiteral("FILE"),
-                                 QStringLiteral("Scripts to run in turn, or directories."),
-                                 QStringLiteral("[FILE...]"));
-    parser.process(application);
-
-    QString error = loadLibrary(parser.value(library));
-    const QStringList modules = parser.values(module);
-    for (auto file = modules.begin(); error.isEmpty() && file != modules.end(); ++file)
-        error = loadModule(*file);
+    const QString error = loadAll(line);
     if (!error.isEmpty()) {
         complain(error);
         return 1;
     }
-
-    if (parser.isSet(list))
+    if (line.listsRegistrations)
         listRegistrations();
-    const QStringList texts = parser.values(evaluate);
-    const QStringList files = parser.positionalArguments();
-    if (texts.isEmpty() && files.isEmpty() && !parser.isSet(list)) {
-        complain(QStringLiteral("nothing to run; see --help"));
+    if (line.listsFiles)
+        return listFiles(line.directories, line.types, line.filter) ? 0 : 1;
+    if (!runScripts(line.texts, line.scripts))
+        return 1;
+    if (line.opensWorkbench && !isOnScreen() && !line.makesPicture) {
+        complain(QStringLiteral("nobody can see the workbench; --screenshot FILE makes a picture"));
         return 1;
     }
-    if (parser.isSet(filesBelow))
-        return listFiles(files, parser.value(types), parser.value(filter)) ? 0 : 1;
-    ScriptEngine engine;
-    for (const QString& text : texts) {
-        if (!runText(engine, text, QStringLiteral("command line")))
-            return 1;
-    }
-    for (const QString& file : files) {
-        if (!runFile(engine, file))
-            return 1;
-    }
-    return hasOpenWindows() ? QApplication::exec() : 0;
+    if (line.opensWorkbench && !openWorkbench(line.workbench))
+        return 1;
+    return line.makesPicture || hasOpenWindows() ? QApplication::exec() : 0;
 }

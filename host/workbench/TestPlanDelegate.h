@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace workbench {
+
+class TestPlanModel;
+
+/// Paints the cells of a test plan in the colours that the current style has for test plans, and
+/// ends the typing as spreadsheets do.
+class TestPlanDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    TestPlanDelegate(const TestPlanModel& model, QObject* parent);
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override;
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override;
+
+Q_SIGNALS:
+    /// The typing has ended by a key that leads on by so many columns and rows.
+    void leftTowards(int columns, int rows);
+
+protected:
+    bool eventFilter(QObject* editor, QEvent* event) override;
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    const TestPlanModel& m_model;
+};
+
+} // namespace workbench

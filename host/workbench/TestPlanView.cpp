@@ -1,0 +1,490 @@
+#include "TestPlanView.h"
+
+#include "ProgressBox.h"
+#include "TestPlanClipboard.h"
+#include "TestPlanDelegate.h"
+#include "TestPlanModel.h"
+
+#include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleManager.h>
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPainter>
+#include <QScopeGuard>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QStyle>
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr qint64 manyCells = 1'000'000;
+constexpr int narrowestColumn = 64;
+constexpr int widestColumn = 340;
+constexpr int rowMargin = 10;
+constexpr int columnMargin = 18;
+constexpr int measuredColumns = 100;
+constexpr int measuredRows = 200;
+
+bool isModifiedBy(const QKeyEvent& event, Qt::KeyboardModifiers modifiers)
+{
+    const Qt::KeyboardModifiers keypad = Qt::KeypadModifier;
+    return (event.modifiers() & ~keypad) == modifiers;
+}
+
+} // namespace
+
+TestPlanView::TestPlanView(TestPlanModel& model, QWidget* parent)
+    : QTableView(parent)
+    , m_model(model)
+{
+    setObjectName(QStringLiteral("testPlanView"));
+    setModel(&model);
+    auto* const delegate = new TestPlanDelegate(model, this);
+    setItemDelegate(delegate);
+    connect(delegate, &TestPlanDelegate::leftTowards, this, &TestPlanView::moveCurrent);
+    setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
+    setSelectionMode(ExtendedSelection);
+    setFrameShape(NoFrame);
+    setWordWrap(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    connect(horizontalHeader(), &QHeaderView::sectionDoubleClicked, this,
+            &TestPlanView::renameHeading);
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { endRenaming(true); });
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { endRenaming(false); });
+    connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
+            [this] { viewport()->update(); });
+    setCurrentIndex(model.index(0, 0));
+    fitColumns();
+}
+
+void TestPlanView::finishTyping()
+{
+    endRenaming(true);
+    QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (!editor)
+        return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+void TestPlanView::fitColumns()
+{
+    const QFontMetrics metrics(font());
+    for (int column = 0; column < std::min(m_model.columnCount(), measuredColumns); ++column) {
+        const QString heading =
+            m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        int width = metrics.horizontalAdvance(heading);
+        for (int row = 0; row < std::min(m_model.rowCount(), measuredRows); ++row) {
+            // Comments run on over the empty cells behind them.
+            if (m_model.rowKind(row) != TestPlanModel::RowKind::Comment)
+                width = std::max(width,
+                                 metrics.horizontalAdvance(cellText(m_model.value(row, column))));
+        }
+        setColumnWidth(column, qBound(narrowestColumn, width + columnMargin, widestColumn));
+    }
+}
+
+bool TestPlanView::copy()
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    try {
+        if (qint64(cells.width()) * cells.height() > maximumPasteCells)
+            throw std::bad_alloc();
+        if (!cells.isEmpty())
+            copyToClipboard(selectedCells());
+        return true;
+    } catch (const std::exception&) {
+        Q_EMIT failed({tr("The cells were not copied."), tr("There is no memory for so many."),
+                       tr("Select fewer cells, and copy them in parts.")});
+        return false;
+    }
+}
+
+void TestPlanView::cut()
+{
+    if (copy())
+        clearCells();
+}
+
+void TestPlanView::paste()
+{
+    finishTyping();
+    try {
+        const ClipboardCells cells = clipboardCells();
+        if (cells.isEmpty())
+            Q_EMIT failed(
+                {tr("Nothing was pasted."),
+                 tr("There is neither a table nor a text on the clipboard, or a table that "
+                    "can't be read."),
+                 tr("Copy some cells or a text, and paste again.")});
+        else if (mayPaste(cells))
+            pasteCells(gridOf(cells));
+    } catch (const Stopped&) {
+        // Nothing has been pasted, which is what the user wants.
+    } catch (const std::exception&) {
+        Q_EMIT failed({tr("The cells were not pasted."), tr("There is no memory for so many."),
+                       tr("Copy fewer cells, and paste them in parts.")});
+    }
+}
+
+void TestPlanView::clearCells()
+{
+    std::vector<TestPlanModel::CellChange> changes;
+    for (const QRect& block : selectedBlocks()) {
+        for (int row = block.top(); row <= block.bottom(); ++row) {
+            for (int column = block.left(); column <= block.right(); ++column) {
+                if (m_model.value(row, column).isValid())
+                    changes.push_back({row, column, {}});
+            }
+        }
+    }
+    m_model.setCells(tr("Clear cells"), std::move(changes));
+}
+
+void TestPlanView::fillDown()
+{
+    finishTyping();
+    std::vector<TestPlanModel::CellChange> changes;
+    for (const QRect& block : selectedBlocks()) {
+        // A single row is filled from the one above it.
+        const int source = block.height() == 1 ? block.top() - 1 : block.top();
+        for (int row = source + 1; source >= 0 && row <= block.bottom(); ++row) {
+            for (int column = block.left(); column <= block.right(); ++column)
+                changes.push_back({row, column, m_model.value(source, column)});
+        }
+    }
+    m_model.setCells(tr("Fill down"), std::move(changes));
+}
+
+void TestPlanView::insertRowsAbove()
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    const int row = cells.isEmpty() ? m_model.rowCount() : cells.top();
+    if (!m_model.insertRows(row, std::max(cells.height(), 1))) {
+        Q_EMIT failed(
+            {tr("No rows were inserted."),
+             tr("A test plan has at most %1 rows.").arg(QLocale().toString(maximumPlanRows)),
+             tr("Go on in another test plan.")});
+        return;
+    }
+    select({std::max(cells.left(), 0), row, 1, std::max(cells.height(), 1)});
+}
+
+void TestPlanView::removeSelectedRows()
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    if (cells.isEmpty())
+        return;
+    m_model.removeRows(cells.top(), cells.height());
+    select({cells.left(), std::min(cells.top(), m_model.rowCount() - 1), 1, 1});
+}
+
+void TestPlanView::moveSelectedRows(int step)
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    if (!cells.isEmpty())
+        m_model.moveRows(QModelIndex(), cells.top(), cells.height(), QModelIndex(),
+                         step < 0 ? cells.top() - 1 : cells.bottom() + 2);
+    scrollTo(currentIndex());
+}
+
+void TestPlanView::insertColumnsBefore()
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    const int column = cells.isEmpty() ? m_model.columnCount() : cells.left();
+    if (!m_model.insertColumns(column, std::max(cells.width(), 1)))
+        Q_EMIT failed({tr("No columns were inserted."),
+                       tr("A test plan has at most %1 columns.").arg(maximumPlanColumns),
+                       tr("Go on in another test plan.")});
+}
+
+void TestPlanView::removeSelectedColumns()
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    if (cells.isEmpty())
+        return;
+    if (!m_model.removeColumns(cells.left(), cells.width())) {
+        Q_EMIT failed({tr("No columns were removed."), tr("One column has to stay."),
+                       tr("Select fewer columns.")});
+        return;
+    }
+    select({std::min(cells.left(), m_model.columnCount() - 1), cells.top(), 1, 1});
+}
+
+void TestPlanView::moveSelectedColumns(int step)
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    if (!cells.isEmpty())
+        m_model.moveColumns(QModelIndex(), cells.left(), cells.width(), QModelIndex(),
+                            step < 0 ? cells.left() - 1 : cells.right() + 2);
+}
+
+void TestPlanView::setSelectedRowsDisabled(bool isDisabled)
+{
+    finishTyping();
+    const QRect cells = selectedRectangle();
+    if (!cells.isEmpty())
+        m_model.setRowsDisabled(cells.top(), cells.height(), isDisabled);
+}
+
+bool TestPlanView::isCurrentRowDisabled() const
+{
+    return currentIndex().isValid()
+        && m_model.rowKind(currentIndex().row()) == TestPlanModel::RowKind::Disabled;
+}
+
+void TestPlanView::selectCurrentRows()
+{
+    const QRect cells = selectedRectangle();
+    select({0, cells.top(), m_model.columnCount(), cells.height()});
+}
+
+void TestPlanView::selectCurrentColumns()
+{
+    const QRect cells = selectedRectangle();
+    select({cells.left(), 0, cells.width(), m_model.rowCount()});
+}
+
+void TestPlanView::renameHeading(int section)
+{
+    finishTyping();
+    QHeaderView* const header = horizontalHeader();
+    m_headingField = new QLineEdit(header->viewport());
+    m_headingSection = section;
+    m_headingField->setObjectName(QStringLiteral("headingField"));
+    m_headingField->setStyleSheet(QStringLiteral("padding: 0 2px; font-size: 9pt;"));
+    m_headingField->setText(m_model.headerData(section, Qt::Horizontal, Qt::EditRole).toString());
+    m_headingField->selectAll();
+    m_headingField->setGeometry(header->sectionViewportPosition(section), 0,
+                                std::max(header->sectionSize(section), narrowestColumn),
+                                header->height());
+    connect(m_headingField, &QLineEdit::editingFinished, this, [this] { endRenaming(true); });
+    auto* const cancel = new QShortcut(Qt::Key_Escape, m_headingField);
+    cancel->setContext(Qt::WidgetShortcut);
+    connect(cancel, &QShortcut::activated, this, [this] { endRenaming(false); });
+    m_headingField->show();
+    m_headingField->setFocus();
+}
+
+void TestPlanView::keyPressEvent(QKeyEvent* event)
+{
+    const bool isShifted = isModifiedBy(*event, Qt::ShiftModifier);
+    const bool isPlain = isModifiedBy(*event, Qt::NoModifier);
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && (isPlain || isShifted))
+        moveCurrent(0, isShifted ? -1 : 1);
+    else if (event->key() == Qt::Key_Tab && isPlain)
+        moveCurrent(1, 0);
+    else if (event->key() == Qt::Key_Backtab)
+        moveCurrent(-1, 0);
+    else if (event->key() == Qt::Key_Space && isShifted)
+        selectCurrentRows();
+    else if (event->key() == Qt::Key_Space && isModifiedBy(*event, Qt::ControlModifier))
+        selectCurrentColumns();
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void TestPlanView::paintEvent(QPaintEvent* event)
+{
+    QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    const int last = rowAt(viewport()->height() - 1);
+    for (int row = rowAt(0); row >= 0 && row <= (last < 0 ? m_model.rowCount() - 1 : last); ++row) {
+        if (m_model.rowKind(row) == TestPlanModel::RowKind::Comment)
+            paintComment(painter, row);
+    }
+}
+
+void TestPlanView::selectionChanged(const QItemSelection& selected,
+                                    const QItemSelection& deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    Q_EMIT selectionMoved();
+}
+
+std::vector<QRect> TestPlanView::selectedBlocks() const
+{
+    std::vector<QRect> blocks;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        if (range.isValid())
+            blocks.emplace_back(range.left(), range.top(), range.width(), range.height());
+    }
+    return blocks;
+}
+
+QRect TestPlanView::selectedRectangle() const
+{
+    QRect all;
+    for (const QRect& block : selectedBlocks())
+        all |= block;
+    if (all.isEmpty() && currentIndex().isValid())
+        all = QRect(currentIndex().column(), currentIndex().row(), 1, 1);
+    return all;
+}
+
+CellGrid TestPlanView::selectedCells() const
+{
+    const QRect all = selectedRectangle();
+    CellGrid grid;
+    grid.rows = all.height();
+    grid.columns = all.width();
+    grid.cells.resize(static_cast<std::size_t>(grid.rows) * static_cast<std::size_t>(grid.columns));
+    for (const QRect& block : selectedBlocks()) {
+        for (int row = block.top(); row <= block.bottom(); ++row) {
+            for (int column = block.left(); column <= block.right(); ++column)
+                grid.at(row - all.top(), column - all.left()) = m_model.value(row, column);
+        }
+    }
+    return grid;
+}
+
+void TestPlanView::moveCurrent(int columns, int rows)
+{
+    if (m_model.rowCount() == 0)
+        return;
+    // Not `setCurrentIndex`: with Shift that would select what lies between.
+    const QModelIndex current = currentIndex();
+    selectionModel()->setCurrentIndex(
+        m_model.index(qBound(0, current.row() + rows, m_model.rowCount() - 1),
+                      qBound(0, current.column() + columns, m_model.columnCount() - 1)),
+        QItemSelectionModel::ClearAndSelect);
+}
+
+void TestPlanView::select(const QRect& cells)
+{
+    if (cells.isEmpty() || cells.top() < 0 || cells.top() >= m_model.rowCount())
+        return;
+    const QModelIndex first = m_model.index(cells.top(), cells.left());
+    const QModelIndex last = m_model.index(cells.bottom(), cells.right());
+    selectionModel()->select(QItemSelection(first, last), QItemSelectionModel::ClearAndSelect);
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+}
+
+ClipboardCells TestPlanView::clipboardCells()
+{
+    ProgressBox box(tr("Reading the clipboard…"), window());
+    return ClipboardCells(box.progress());
+}
+
+CellGrid TestPlanView::gridOf(const ClipboardCells& cells)
+{
+    ProgressBox box(tr("Pasting…"), window());
+    return cells.grid(box.progress());
+}
+
+void TestPlanView::pasteCells(const CellGrid& grid)
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    if (grid.cells.size() == 1 && !selectedBlocks().empty()) {
+        std::vector<TestPlanModel::CellChange> changes;
+        for (const QRect& block : selectedBlocks()) {
+            for (int row = block.top(); row <= block.bottom(); ++row) {
+                for (int column = block.left(); column <= block.right(); ++column)
+                    changes.push_back({row, column, grid.cells.front()});
+            }
+        }
+        m_model.setCells(tr("Paste"), std::move(changes));
+        return;
+    }
+    // A plan without rows has no current cell.
+    const QPoint place(std::max(currentIndex().column(), 0), std::max(currentIndex().row(), 0));
+    if (!m_model.paste(place.y(), place.x(), grid)) {
+        Q_EMIT failed(
+            {tr("The cells were not pasted."),
+             tr("They need more than the %1 rows or %2 columns that a test plan can have.")
+                 .arg(QLocale().toString(maximumPlanRows), QLocale().toString(maximumPlanColumns)),
+             tr("Copy fewer cells, or paste them further up or left.")});
+        return;
+    }
+    select({place, QSize(grid.columns, grid.rows)});
+}
+
+bool TestPlanView::mayPaste(const ClipboardCells& cells)
+{
+    const double count = double(cells.rows()) * double(cells.columns());
+    if (count > double(maximumPasteCells)) {
+        Q_EMIT failed(
+            {tr("The cells were not pasted."),
+             tr("There are %1 rows of %2 cells on the clipboard; no more than %3 cells can be "
+                "pasted.")
+                 .arg(QLocale().toString(cells.rows()), QLocale().toString(cells.columns()),
+                      QLocale().toString(maximumPasteCells)),
+             tr("Copy fewer cells, and paste them in parts.")});
+        return false;
+    }
+    if (count <= double(manyCells))
+        return true;
+    return QMessageBox::question(
+               this, tr("Paste"),
+               tr("Paste %1 rows of %2 cells? This may take a while.")
+                   .arg(QLocale().toString(cells.rows()), QLocale().toString(cells.columns())))
+        == QMessageBox::Yes;
+}
+
+void TestPlanView::paintComment(QPainter& painter, int row)
+{
+    using libzvutil::ZvStyle;
+    const QString text = cellText(m_model.value(row, 0));
+    const QFontMetrics metrics(font());
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    const int needed = metrics.horizontalAdvance(text) + 2 * margin;
+    QRect room;
+    int column = 0;
+    for (; column < m_model.columnCount() && room.width() < needed; ++column) {
+        const QModelIndex index = m_model.index(row, column);
+        const bool isTaken = column > 0 && m_model.value(row, column).isValid();
+        if (isTaken || selectionModel()->isSelected(index) || indexWidget(index))
+            break;
+        room |= visualRect(index);
+    }
+    if (column < 2)
+        return;
+    painter.fillRect(room,
+                     ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
+    painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
+    painter.drawText(room.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                     metrics.elidedText(text, Qt::ElideRight, room.width() - 2 * margin));
+}
+
+void TestPlanView::endRenaming(bool isKept)
+{
+    // The field tells of its end once more when it loses the focus.
+    QLineEdit* const field = std::exchange(m_headingField, nullptr);
+    if (!field)
+        return;
+    field->hide();
+    field->deleteLater();
+    setFocus();
+    if (isKept)
+        m_model.setHeaderData(m_headingSection, Qt::Horizontal, field->text(), Qt::EditRole);
+}
+
+} // namespace workbench

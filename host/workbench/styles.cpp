@@ -1,0 +1,81 @@
+#include "styles.h"
+
+#include <HostSupport/Options.h>
+#include <HostSupport/host.h>
+
+#include <zvutil/ZvStyleManager.h>
+
+namespace workbench {
+
+namespace {
+
+constexpr char styleOption[] = "ZvStyle";
+constexpr char accentOption[] = "ZvStyleAccent";
+
+} // namespace
+
+QString optionText(const QString& name)
+{
+    YString value;
+    sp_ReadOptionsInfo(name.toUtf8().constData(), &value, YString());
+    return QString::fromUtf8(value.c_str());
+}
+
+QColor styleColour(libzvutil::ZvStyleBrush brush)
+{
+    return libzvutil::ZvStyle::Current().colour(brush).qColour();
+}
+
+void chooseStyle(const QString& name)
+{
+    showStyle(name);
+    host::writeOption(styleOption, name.toStdString());
+}
+
+void chooseAccent(const QColor& colour)
+{
+    host::writeOption(accentOption, colour.name().toStdString());
+    showStyle(currentStyleName());
+}
+
+QString currentStyleName()
+{
+    return libzvutil::ZvStyleManager::CurrentStyle().name().toQString();
+}
+
+QColor chosenAccent()
+{
+    return QColor(optionText(QLatin1String(accentOption)));
+}
+
+void applyStyleOptions()
+{
+    const QString name = optionText(QLatin1String(styleOption));
+    const QStringList names = libzvutil::ZvStyleManager::AvailableStyleNames();
+    showStyle(names.contains(name, Qt::CaseInsensitive) ? name : QStringLiteral("Light"));
+}
+
+void showStyle(const QString& name)
+{
+    libzvutil::ZvStyle style = libzvutil::ZvStyleManager::Style(name);
+    // The library's own was made when the accent may have been another one.
+    const QColor accent = chosenAccent();
+    if (accent.isValid())
+        style.setAccent(accent);
+    libzvutil::ZvStyleManager::SetStyle(style);
+    libzvutil::ZvStyleManager::Refresh();
+}
+
+void keepEditedStyles(const QObject& context)
+{
+    using libzvutil::ZvStyleManager;
+    QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context,
+                     [] {
+                         // Whatever style is put in, all of them are written.
+                         ZvStyleManager::Update(
+                             ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
+                         showStyle(currentStyleName());
+                     });
+}
+
+} // namespace workbench

@@ -1,0 +1,123 @@
+#include "CommandLine.h"
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <deque>
+
+namespace {
+
+QCommandLineOption flag(const char* name, const char* description)
+{
+    return QCommandLineOption(QLatin1String(name), QLatin1String(description));
+}
+
+QCommandLineOption option(const char* name, const char* description, const char* value)
+{
+    return QCommandLineOption(QLatin1String(name), QLatin1String(description),
+                              QLatin1String(value));
+}
+
+QCommandLineOption hidden(QCommandLineOption option)
+{
+    option.setFlags(QCommandLineOption::HiddenFromHelp);
+    return option;
+}
+
+/// The options that go on to the workbench.
+constexpr std::array workbenchOptions = {"style", "new", "screenshot"};
+
+/// What --style is called while Qt looks at the arguments.
+constexpr char hiddenStyle[] = "workbench-style";
+
+void addOptions(QCommandLineParser& parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "Reference host of libzvutil: loads the library, opens the workbench and runs scripts."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({
+        option("style", "Opens the workbench in the style NAME, this time.", "NAME"),
+        hidden(option(hiddenStyle, "", "NAME")),
+        option("new", "Opens a new document: testplan, schematic or script. Repeatable.", "TYPE"),
+        option("screenshot", "Writes a picture of the workbench to FILE, and ends.", "FILE"),
+        option("e", "Runs TEXT as a script.", "TEXT"),
+        flag("list", "Lists functions, commands and options."),
+        option("library", "Loads FILE as libzvutil.", "FILE"),
+        option("module", "Loads a module after the library. Repeatable.", "FILE"),
+        flag("files", "Lists the files below directories, which come in place of other files."),
+        option("types", "With --files: lists only these types, \".a,.b\".", "TYPES"),
+        option("filter", "With --files: lists only files whose name contains TEXT.", "TEXT"),
+    });
+    parser.addPositionalArgument(
+        QStringLiteral("FILE"),
+        QStringLiteral("Documents (.testplan, .zvsch, .zvscr) to open in the workbench, scripts to "
+                       "run in turn, or directories. With nothing to run, the workbench opens."),
+        QStringLiteral("[FILE...]"));
+}
+
+/// By its name; all other files are scripts.
+bool isDocument(const QString& file)
+{
+    constexpr std::array extensions = {".testplan", ".zvsch", ".zvscr"};
+    return std::any_of(extensions.begin(), extensions.end(), [&file](const char* extension) {
+        return file.endsWith(QLatin1String(extension), Qt::CaseInsensitive);
+    });
+}
+
+} // namespace
+
+void CommandLine::hideFromQt(int count, char** arguments)
+{
+    static std::deque<std::string> changed;
+    const std::string name = "--style";
+    for (int i = 1; i < count; ++i) {
+        const std::string argument = arguments[i];
+        if (argument != name && argument.compare(0, name.size() + 1, name + '=') != 0)
+            continue;
+        changed.push_back(std::string("--") + hiddenStyle + argument.substr(name.size()));
+        arguments[i] = changed.back().data();
+    }
+}
+
+CommandLine CommandLine::of(const QCoreApplication& application)
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    parser.process(application);
+
+    CommandLine line;
+    line.library = parser.value(QStringLiteral("library"));
+    line.modules = parser.values(QStringLiteral("module"));
+    line.listsRegistrations = parser.isSet(QStringLiteral("list"));
+    line.types = parser.value(QStringLiteral("types"));
+    line.filter = parser.value(QStringLiteral("filter"));
+    line.texts = parser.values(QStringLiteral("e"));
+    line.makesPicture = parser.isSet(QStringLiteral("screenshot"));
+    line.listsFiles = parser.isSet(QStringLiteral("files"));
+    if (line.listsFiles) {
+        line.directories = parser.positionalArguments();
+        return line;
+    }
+    for (const char* const name : workbenchOptions) {
+        QStringList values = parser.values(QLatin1String(name));
+        if (name == std::string("style"))
+            values += parser.values(QLatin1String(hiddenStyle));
+        for (const QString& value : values) {
+            line.workbench.push_back(std::string("--") + name);
+            line.workbench.push_back(value.toStdString());
+        }
+    }
+    for (const QString& file : parser.positionalArguments()) {
+        if (isDocument(file))
+            line.workbench.push_back(file.toStdString());
+        else
+            line.scripts.append(file);
+    }
+    line.opensWorkbench = !line.workbench.empty()
+        || (line.texts.isEmpty() && line.scripts.isEmpty() && !line.listsRegistrations);
+    return line;
+}

@@ -1,0 +1,605 @@
+// The dialog that finds a text in files, and what it is made of.
+
+#include "FindInFilesDialog.h"
+#include "HitsModel.h"
+#include "SearchRequest.h"
+#include "StatusLine.h"
+#include "TextSearch.h"
+#include "TypesBox.h"
+
+#include "support/Answer.h"
+#include "support/Background.h"
+#include "support/FileTree.h"
+#include "support/Process.h"
+#include "support/StyleHost.h"
+#include "support/Workbench.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QBuffer>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTreeView>
+
+#include <cstdlib>
+#include <memory>
+#include <random>
+
+using namespace workbench;
+using namespace zvtest::literals;
+
+namespace {
+
+constexpr int longWait = 60'000;
+
+void write(const QString& name, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(name).path());
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("there is no room for the files");
+}
+
+QVector<FoundLine> search(const QByteArray& content, const QString& text,
+                          Qt::CaseSensitivity caseSensitivity = Qt::CaseInsensitive)
+{
+    QVector<FoundLine> lines;
+    QByteArray bytes(content);
+    QBuffer file(&bytes);
+    file.open(QIODevice::ReadOnly);
+    TextSearch(text, caseSensitivity)
+        .run(
+            file, [&](const FoundLine& line) { lines.append(line); }, [] { return true; });
+    return lines;
+}
+
+QVector<int> numbers(const QVector<FoundLine>& lines)
+{
+    QVector<int> result;
+    for (const FoundLine& line : lines)
+        result.append(line.number);
+    return result;
+}
+
+/// How much of the text of a hit is in a colour, which is what marks the text that was found.
+int coloured(QTreeView& view, int row)
+{
+    constexpr int leastSaturation = 30;
+    const QModelIndex index = view.model()->index(row, HitsModel::TextColumn);
+    const QImage image = view.viewport()->grab(view.visualRect(index)).toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y).saturation() > leastSaturation ? 1 : 0;
+    }
+    return count;
+}
+
+/// A device that never ends.
+class Endless : public QIODevice
+{
+public:
+    explicit Endless(char unit)
+        : m_unit(unit)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    qint64 given = 0;
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        std::fill(data, data + size, m_unit);
+        given += size;
+        return size;
+    }
+
+    qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    char m_unit;
+};
+
+/// The dialog, its request manager, and names for what a user sees.
+class Finder
+{
+public:
+    explicit Finder(const QStringList& folders)
+        : dialog(std::make_unique<FindInFilesDialog>(managed.manager(), nullptr))
+    {
+        dialog->setFolders(folders);
+        dialog->show();
+        QApplication::setActiveWindow(dialog.get());
+    }
+
+    ~Finder()
+    {
+        dialog.reset();
+        managed.end();
+    }
+
+    Finder(const Finder&) = delete;
+    Finder& operator=(const Finder&) = delete;
+
+    template <typename Widget>
+    Widget* child(const QString& name) const
+    {
+        return dialog->findChild<Widget*>(name);
+    }
+
+    QLineEdit* text() const { return child<QLineEdit>("text"_q); }
+    QTreeView* view() const { return child<QTreeView>("hits"_q); }
+    QListWidget* folders() const { return child<QListWidget>("folders"_q); }
+    QString status() const { return child<StatusLine>("status"_q)->text(); }
+    QPushButton* button(const QString& name) const { return child<QPushButton>(name); }
+
+    /// The hits as FILE:LINE.
+    QStringList hits() const
+    {
+        QStringList lines;
+        const auto* const model = qobject_cast<HitsModel*>(view()->model());
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const SearchHit& hit = model->hit(row);
+            lines.append(QFileInfo(hit.file).fileName() + ":"_q + QString::number(hit.line.number));
+        }
+        return lines;
+    }
+
+    bool finds(const QString& needle) const
+    {
+        text()->setText(needle);
+        button("find"_q)->click();
+        return ends();
+    }
+
+    bool ends() const
+    {
+        return QTest::qWaitFor([this] { return !dialog->isSearching(); }, longWait);
+    }
+
+    zvtest::Managed managed;
+    std::unique_ptr<FindInFilesDialog> dialog;
+};
+
+} // namespace
+
+class tst_workbench_find : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lines_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QVector<int>>("found");
+        QTest::newRow("empty file") << QByteArray() << "a"_q << QVector<int>();
+        QTest::newRow("first and last") << QByteArray("a\nb\na") << "a"_q << QVector<int>{1, 3};
+        QTest::newRow("a line counts once")
+            << QByteArray("a a a\na") << "a"_q << QVector<int>{1, 2};
+        QTest::newRow("other case") << QByteArray("ABC\n") << "abc"_q << QVector<int>{1};
+        QTest::newRow("umlaut") << QByteArray("x\nBÄR") << "är"_q << QVector<int>{2};
+        QTest::newRow("beyond 16 bits") << QByteArray("x\n\n😀") << "😀"_q << QVector<int>{3};
+        QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << "b"_q << QVector<int>{2};
+        QTest::newRow("no match over lines") << QByteArray("a\nb") << "ab"_q << QVector<int>();
+        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF"
+                                                       "a")
+                                         << "a"_q << QVector<int>{1};
+        QTest::newRow("bytes that are no text")
+            << QByteArray("\xFF\xC3\na\x80") << "a"_q << QVector<int>{2};
+        QTest::newRow("many lines") << QByteArray("x\n").repeated(300'000) + "a"
+                                    << "a"_q << QVector<int>{300'001};
+        QTest::newRow("long line")
+            << QByteArray(3'000'000, 'x') + "abc" + QByteArray(3'000'000, 'x') + "\nabc"
+            << "abc"_q << QVector<int>{1, 2};
+        QTest::newRow("long line of several bytes") << QByteArray("ä").repeated(2'000'000) + "öü\nü"
+                                                    << "öü"_q << QVector<int>{1};
+        QTest::newRow("long line, twice")
+            << QByteArray("abc").repeated(1'000'000) << "abc"_q << QVector<int>{1};
+    }
+
+    void lines()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, text);
+        const QVector<FoundLine> found = search(content, text);
+        QTEST(numbers(found), "found");
+        for (const FoundLine& line : found) {
+            QCOMPARE(line.text.mid(line.position, text.size()).toLower(), text.toLower());
+            QVERIFY(line.text.size() <= 300);
+            QVERIFY(!line.text.endsWith(QLatin1Char('\r')));
+        }
+    }
+
+    void caseCountsIfWanted()
+    {
+        QCOMPARE(numbers(search("abc\nABC", "ABC"_q, Qt::CaseSensitive)), QVector<int>{2});
+        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).text, "abc  "_q);
+        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).position, 0);
+    }
+
+    void piecesMakeNoDifference()
+    {
+        std::mt19937 random(20261121);
+        for (int round = 0; round < 10; ++round) {
+            // Few different characters, so that the text nearly begins everywhere, and long lines.
+            QByteArray content;
+            const unsigned lineLength = round % 2 == 0 ? 2'000'000 : 50'000;
+            while (content.size() < 3'000'000) {
+                const unsigned next = unsigned(random());
+                content += next % lineLength == 0 ? "\n" : (next >> 8U) % 2 == 0 ? "a" : "ä";
+            }
+            QString text;
+            for (int i = 0; i < 17; ++i)
+                text += random() % 2 == 0 ? "a"_q : "ä"_q;
+            QVector<int> expected;
+            int number = 0;
+            for (const QByteArray& line : content.split('\n')) {
+                ++number;
+                if (QString::fromUtf8(line).contains(text))
+                    expected.append(number);
+            }
+            QVERIFY(round % 2 == 0 || !expected.isEmpty());
+            QCOMPARE(numbers(search(content, text, Qt::CaseSensitive)), expected);
+        }
+    }
+
+    void textIsFoundWhereALongLineIsCut_data()
+    {
+        QTest::addColumn<QByteArray>("filler");
+        QTest::newRow("one byte") << QByteArray("x");
+        QTest::newRow("two bytes") << QByteArray("ä");
+        QTest::newRow("three bytes") << QByteArray("€");
+        QTest::newRow("four bytes") << QByteArray("😀");
+    }
+
+    void textIsFoundWhereALongLineIsCut()
+    {
+        QFETCH(QByteArray, filler);
+        const QString text = "aöü€😀b"_q;
+        // A line is cut where a piece ends that was read.
+        constexpr int piece = 128 * 1024;
+        const QByteArray line = filler.repeated(12 * piece / filler.size());
+        for (int pieces = 8; pieces <= 10; ++pieces) {
+            for (int shift = -16; shift <= 2; shift += 2) {
+                const int place = (pieces * piece + shift) / filler.size() * filler.size();
+                QByteArray content(line);
+                content.insert(place, text.toUtf8());
+                const QVector<FoundLine> found = search(content, text, Qt::CaseSensitive);
+                QCOMPARE(numbers(found), QVector<int>{1});
+                QCOMPARE(found[0].text.mid(found[0].position, text.size()), text);
+            }
+        }
+    }
+
+    void searchEndsWithinAFileThatNeverEnds_data()
+    {
+        QTest::addColumn<char>("unit");
+        QTest::newRow("one line") << 'x';
+        QTest::newRow("empty lines") << '\n';
+        QTest::newRow("half characters") << '\x80';
+    }
+
+    void searchEndsWithinAFileThatNeverEnds()
+    {
+        QFETCH(char, unit);
+        Endless file(unit);
+        int asked = 0;
+        int found = 0;
+        TextSearch("needle"_q, Qt::CaseInsensitive)
+            .run(
+                file, [&found](const FoundLine&) { ++found; }, [&asked] { return ++asked <= 50; });
+        QCOMPARE(found, 0);
+        QCOMPARE(asked, 51);
+        QVERIFY(file.given <= 50 * 200'000);
+    }
+
+    void findsInFiles()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "one\nNeedle\nthree");
+        write(tree.path("sub/b.zvscr"_q), "needle needle\n\nneedle");
+        write(tree.path("sub/c.txt"_q), "nothing");
+        write(tree.path("z.bin"_q), QByteArray("needle\0needle", 13));
+        Finder finder({tree.path()});
+        const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
+        const QAbstractItemModelTester tester(
+            const_cast<HitsModel*>(model), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(finder.status(), "Type what to search for."_q);
+        QVERIFY(!finder.button("find"_q)->isEnabled());
+        QSignalSpy ended(finder.dialog.get(), &FindInFilesDialog::searchEnded);
+        QTest::keyClicks(finder.text(), "needle"_q);
+        QTest::keyClick(finder.text(), Qt::Key_Return);
+        QVERIFY(finder.dialog->isSearching());
+        QVERIFY(finder.button("cancel"_q)->isEnabled());
+        QVERIFY(finder.ends());
+        QCOMPARE(ended.count(), 1);
+        QVERIFY(!finder.button("cancel"_q)->isEnabled());
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:2"_q, "b.zvscr:1"_q, "b.zvscr:3"_q}));
+        QCOMPARE(finder.status(), "3 lines in 2 of 4 files."_q);
+        QVERIFY(!finder.button("unreadable"_q)->isVisible());
+        const QModelIndex hit = model->index(1, HitsModel::FileColumn);
+        QCOMPARE(hit.data(Qt::ToolTipRole).toString(),
+                 QDir::toNativeSeparators(tree.path("sub/b.zvscr"_q)));
+        QCOMPARE(hit.siblingAtColumn(HitsModel::TextColumn).data().toString(), "needle needle"_q);
+
+        finder.child<QCheckBox>("matchCase"_q)->setChecked(true);
+        QVERIFY(finder.finds("Needle"_q));
+        QCOMPARE(finder.hits(), QStringList{"a.txt:2"_q});
+        finder.child<QCheckBox>("matchCase"_q)->setChecked(false);
+        finder.child<TypesBox>("types"_q)->setTypes({".ZVSCR"_q});
+        QVERIFY(finder.finds("Needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"b.zvscr:1"_q, "b.zvscr:3"_q}));
+        QVERIFY(finder.finds("no such text"_q));
+        QVERIFY(finder.hits().isEmpty());
+        QCOMPARE(finder.status(), "0 lines in 0 of 1 file."_q);
+    }
+
+    void foldersAreChosen()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        write(tree.path("a/in/b.txt"_q), "needle");
+        write(tree.path("c/c.txt"_q), "needle");
+        Finder finder({tree.path("a/in"_q), tree.path("a"_q), tree.path("c"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "b.txt:1"_q, "c.txt:1"_q}));
+        finder.folders()->item(1)->setCheckState(Qt::Unchecked);
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"b.txt:1"_q, "c.txt:1"_q}));
+        for (int i = 0; i < 3; ++i)
+            finder.folders()->item(i)->setCheckState(Qt::Unchecked);
+        QVERIFY(!finder.button("find"_q)->isEnabled());
+
+        const zvtest::Answer<QFileDialog> answer([&](QFileDialog& dialog) {
+            dialog.setDirectory(tree.path("c"_q));
+            dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+        });
+        finder.button("browse"_q)->click();
+        QTRY_COMPARE(answer.count, 1);
+        QTRY_COMPARE(finder.folders()->count(), 4);
+        finder.dialog->setFolders({});
+        QCOMPARE(finder.folders()->count(), 1);
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits().size(), 3);
+        finder.dialog->setFolders({tree.path("c"_q)});
+        QCOMPARE(finder.folders()->count(), 2);
+    }
+
+    void linksAreNoTrap()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        tree.link("a/round"_q, ".."_q);
+        tree.link("a/nowhere"_q, "gone"_q);
+        tree.link("a/z.txt"_q, "a.txt"_q);
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
+#else
+        QSKIP("there are no symbolic links that this test could make");
+#endif
+    }
+
+    void hitsAreLimited()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), QByteArray("needle\n").repeated(SearchRequest::mostHits));
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.status(), "10,000 lines in 1 of 1 file."_q);
+        write(tree.path("b.txt"_q), "needle");
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.status(),
+                 "The first 10,000 lines are shown. Search for more, or in less, to see all."_q);
+    }
+
+    void whatIsMissingIsListed()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "needle");
+        Finder finder({tree.path(), tree.path("gone"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), QStringList{"a.txt:1"_q});
+        QPushButton* const button = finder.button("unreadable"_q);
+        QVERIFY(button->isVisible());
+        QCOMPARE(button->text(), "1 unreadable…"_q);
+        const zvtest::Answer<QDialog> answer([&](QDialog& dialog) {
+            const auto* const list = dialog.findChild<QListWidget*>();
+            QCOMPARE(list->count(), 1);
+            QCOMPARE(list->item(0)->text(), QDir::toNativeSeparators(tree.path("gone"_q)));
+            dialog.reject();
+        });
+        button->click();
+        QTRY_COMPARE(answer.count, 1);
+        finder.folders()->item(1)->setCheckState(Qt::Unchecked);
+        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(!button->isVisible());
+    }
+
+    void whatMayNotBeReadIsTold()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        write(tree.path("b/b.txt"_q), "needle");
+        write(tree.path("c.txt"_q), "needle");
+        QVERIFY(QFile::setPermissions(tree.path(), QFile::Permissions(0x7755)));
+        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
+        QVERIFY(QFile::setPermissions(tree.path("b/b.txt"_q), QFile::Permissions()));
+        QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
+            QFile::setPermissions(tree.path("a"_q), QFile::Permissions());
+            SearchOrder order;
+            order.text = "needle"_q;
+            order.folders = QStringList{tree.path()};
+            SearchRequest request(order);
+            QStringList unreadable;
+            QStringList found;
+            SearchProgress last;
+            connect(&request, &SearchRequest::unreadable,
+                    [&](const QStringList& paths) { unreadable += paths; });
+            connect(&request, &SearchRequest::found, [&](const QVector<SearchHit>& hits) {
+                for (const SearchHit& hit : hits)
+                    found.append(hit.file);
+            });
+            connect(&request, &SearchRequest::progress,
+                    [&](const SearchProgress& progress) { last = progress; });
+            request.start();
+            return unreadable == QStringList{tree.path("a"_q), tree.path("b/b.txt"_q)}
+            && found == QStringList{tree.path("c.txt"_q)} && last.unreadable == 2
+                && request.status() == zvutil::libzvutil::request_completed;
+        }));
+        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
+#else
+        QSKIP("there are no permissions that this test could take away");
+#endif
+    }
+
+    void hitsAreOpened()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "x\nneedle\nneedle");
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QSignalSpy open(finder.dialog.get(), &FindInFilesDialog::openRequested);
+        const QString file = QDir::toNativeSeparators(tree.path("a.txt"_q));
+        QTreeView& view = *finder.view();
+        const QPoint first = view.visualRect(view.model()->index(0, 0)).center();
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, first);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, first);
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 2}));
+        QVERIFY(open.isEmpty());
+        view.setFocus();
+        view.setCurrentIndex(view.model()->index(1, 0));
+        QTest::keyClick(&view, Qt::Key_Return);
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 3}));
+        QVERIFY(open.isEmpty());
+        QVERIFY(!finder.dialog->isSearching());
+    }
+
+    void searchIsCancelledAtAnyMoment()
+    {
+        zvtest::FileTree tree;
+        for (int i = 0; i < 60; ++i)
+            write(tree.path("%1/a.txt"_q.arg(i)), QByteArray("needle\n").repeated(100));
+        write(tree.path("0/large.txt"_q), QByteArray("hay ").repeated(4'000'000));
+        Finder finder({tree.path()});
+        int cancelled = 0;
+        for (int i = 0; i < 40; ++i) {
+            finder.text()->setText("needle"_q);
+            finder.button("find"_q)->click();
+            QTest::qWait(i);
+            if (!finder.dialog->isSearching())
+                continue;
+            switch (i % 4) {
+            case 0:
+                finder.button("cancel"_q)->click();
+                break;
+            case 1:
+                QTest::keyClick(finder.dialog.get(), Qt::Key_Escape);
+                break;
+            case 2:
+                finder.dialog->close();
+                break;
+            default:
+                // The next search ends this one.
+                continue;
+            }
+            ++cancelled;
+            QVERIFY(!finder.dialog->isSearching());
+            QVERIFY2(finder.status().startsWith("Cancelled: "_q), qPrintable(finder.status()));
+            const int hits = finder.view()->model()->rowCount();
+            QTest::qWait(5);
+            QCOMPARE(finder.view()->model()->rowCount(), hits);
+            finder.dialog->show();
+        }
+        QVERIFY(cancelled > 0);
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.view()->model()->rowCount(), 6'000);
+        QCOMPARE(finder.status(), "6,000 lines in 60 of 61 files."_q);
+    }
+
+    void newSearchReplacesTheOldOne()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), QByteArray("one\ntwo\n").repeated(2'000));
+        Finder finder({tree.path()});
+        for (int i = 0; i < 20; ++i) {
+            finder.text()->setText(i % 2 == 0 ? "one"_q : "two"_q);
+            finder.dialog->find();
+        }
+        QVERIFY(finder.ends());
+        QCOMPARE(finder.view()->model()->rowCount(), 2'000);
+        QCOMPARE(finder.hits().first(), "a.txt:2"_q);
+    }
+
+    void dialogMayGoWhileItSearches()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), QByteArray("needle hay\n").repeated(1'000'000));
+        for (int i = 0; i < 20; ++i) {
+            Finder finder({tree.path()});
+            finder.text()->setText(i % 2 == 0 ? "needle"_q : "nothing"_q);
+            finder.dialog->find();
+            QTest::qWait(i);
+        }
+    }
+
+    void hitIsShownHoweverNarrowTheColumn()
+    {
+        zvtest::showStyle("Light"_q);
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "needle\n" + QByteArray(300, '.') + "needle at the end\n");
+        Finder finder({tree.path()});
+        finder.view()->setColumnWidth(HitsModel::FileColumn, 300);
+        finder.dialog->resize(520, 400);
+        QVERIFY(finder.finds("needle"_q));
+        const int atTheStart = coloured(*finder.view(), 0);
+        const int atTheEnd = coloured(*finder.view(), 1);
+        QVERIFY2(atTheStart > 100, qPrintable(QString::number(atTheStart)));
+        QVERIFY2(std::abs(atTheEnd - atTheStart) <= atTheStart / 5,
+                 qPrintable(QString::number(atTheEnd)));
+        qApp->setStyleSheet(QString());
+    }
+
+    void pictures_data()
+    {
+        zvtest::addStyleRows();
+    }
+
+    void pictures()
+    {
+        QFETCH(QString, style);
+        zvtest::showStyle(style);
+        zvtest::FileTree tree;
+        for (int i = 1; i < 9; ++i)
+            write(tree.path("plans/bridge %1.testplan"_q.arg(i)),
+                  "<step>\n\tMeasure the voltage at TP1</step>\n   wait\n   the Voltage is 5 V");
+        Finder finder({tree.path("plans"_q), tree.path("gone"_q)});
+        QVERIFY(finder.finds("voltage"_q));
+        QCOMPARE(finder.hits().size(), 16);
+        finder.view()->setCurrentIndex(finder.view()->model()->index(2, 0));
+        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+        QVERIFY(finder.dialog->grab().save(QStringLiteral(PICTURES "/find-%1.png").arg(style)));
+        qApp->setStyleSheet(QString());
+    }
+
+private:
+    const zvtest::StyleHost m_host;
+};
+
+QTEST_MAIN(tst_workbench_find)
+
+#include "tst_workbench_find.moc"
