@@ -1,5 +1,6 @@
 // Handing work to another thread and hearing of its end: the library against bare queued calls,
-// against just the queued calls that a request needs, and against Qt's concurrent run. Stopping:
+// against just the queued calls that a request needs, alone and along with the connections that it needs,
+// and against Qt's concurrent run. Stopping:
 // the library against the standard library's stop source, which is why this program is C++20.
 
 #include "support/Quick.h"
@@ -154,15 +155,22 @@ public:
         return *made;
     }
 
-    void add(Arrivals& arrivals)
+    /// With an object that goes with the call, if there is one.
+    void add(Arrivals& arrivals, std::shared_ptr<QObject> object = nullptr)
     {
-        send(elsewhere(), [this, &arrivals] {
-            m_queue.push_back(&arrivals);
+        send(elsewhere(), [this, &arrivals, object = std::move(object)]() mutable {
+            m_queue.push_back({&arrivals, std::move(object)});
             runNext();
         });
     }
 
 private:
+    struct Item
+    {
+        Arrivals* arrivals = nullptr;
+        std::shared_ptr<QObject> object;
+    };
+
     void runNext()
     {
         if (m_pumping)
@@ -170,23 +178,63 @@ private:
         m_pumping = true;
         QCoreApplication::processEvents();
         m_pumping = false;
-        if (m_running || m_queue.empty())
+        if (m_running.arrivals || m_queue.empty())
             return;
-        Arrivals& arrivals = *m_queue.front();
+        m_running = std::move(m_queue.front());
         m_queue.pop_front();
-        m_running = true;
+        Arrivals& arrivals = *m_running.arrivals;
+        for (int end = 0; m_running.object && end < 2; ++end)
+            QObject::connect(
+                m_running.object.get(), &QObject::objectNameChanged, &elsewhere(), [] {},
+                Qt::QueuedConnection);
         send(here(), [] { benchmark::ClobberMemory(); });
         send(elsewhere(), [this] {
-            m_running = false;
+            m_running = Item();
             send(here(), [] { benchmark::ClobberMemory(); });
             runNext();
         });
         send(arrivals.context(), [&arrivals] { arrivals.arrived(); });
     }
 
-    std::deque<Arrivals*> m_queue;
-    bool m_running = false;
+    std::deque<Item> m_queue;
+    Item m_running;
     bool m_pumping = false;
+};
+
+/// What the sketch leaves out and a request needs as well: an object that moves there, with three
+/// connections of its own and five with an object on this thread; two more there, which the worker makes;
+/// and their release on the worker. The signals stand for those of requests, and nobody emits them.
+class ConnectedSketch
+{
+public:
+    explicit ConnectedSketch(int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            m_requests.push_back(std::make_shared<QObject>());
+            m_responses.push_back(std::make_unique<QObject>());
+            QObject& request = *m_requests.back();
+            for (int self = 0; self < 3; ++self)
+                QObject::connect(&request, &QObject::objectNameChanged, &request, [] {});
+            for (int away = 0; away < 4; ++away)
+                QObject::connect(&request, &QObject::objectNameChanged, m_responses.back().get(),
+                                 [] {});
+            QObject::connect(m_responses.back().get(), &QObject::objectNameChanged, &request,
+                             [] {});
+        }
+    }
+
+    void add(Arrivals& arrivals)
+    {
+        for (std::shared_ptr<QObject>& request : m_requests) {
+            request->setParent(nullptr);
+            request->moveToThread(elsewhere().thread());
+            Sketch::instance().add(arrivals, std::move(request));
+        }
+    }
+
+private:
+    std::vector<std::shared_ptr<QObject>> m_requests;
+    std::vector<std::unique_ptr<QObject>> m_responses;
 };
 
 /// Requests with responses that tell of their completion.
@@ -214,11 +262,25 @@ private:
     std::vector<std::unique_ptr<abstract_response>> m_responses;
 };
 
+/// What the library's requests are made and released in, outside of the time that counts. The others have
+/// to spend it as well: a thread that has waited longer takes longer to wake.
+void spendTheTimeOfMaking(benchmark::State& state, int count)
+{
+    state.PauseTiming();
+    {
+        Arrivals arrivals(count);
+        const Requests requests(count, arrivals);
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    state.ResumeTiming();
+}
+
 void thereAndBack(benchmark::State& state)
 {
     makeApplication();
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
+        spendTheTimeOfMaking(state, count);
         Arrivals arrivals(count);
         Gate gate(elsewhere(), count);
         for (int i = 0; i < count; ++i)
@@ -234,12 +296,32 @@ void sketch(benchmark::State& state)
     makeApplication();
     const auto count = static_cast<int>(state.range(0));
     for (auto _ : state) {
+        spendTheTimeOfMaking(state, count);
         Arrivals arrivals(count);
         Gate gate(elsewhere(), count);
         for (int i = 0; i < count; ++i)
             Sketch::instance().add(arrivals);
         gate.open();
         arrivals.wait();
+    }
+}
+
+void connectedSketch(benchmark::State& state)
+{
+    makeApplication();
+    const auto count = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        Arrivals arrivals(count);
+        auto requests = std::make_unique<ConnectedSketch>(count);
+        state.ResumeTiming();
+        Gate gate(elsewhere(), count);
+        requests->add(arrivals);
+        gate.open();
+        arrivals.wait();
+        state.PauseTiming();
+        requests.reset();
+        state.ResumeTiming();
     }
 }
 
@@ -411,6 +493,7 @@ void registerExchange(const std::string& name, int count)
     const std::pair<const char*, void (*)(benchmark::State&)> contenders[] = {
         {"floor", &thereAndBack},
         {"sketch", &sketch},
+        {"sketch, connections counted", &connectedSketch},
         {"library", &library},
         {"library, making counted", &libraryWithMaking},
         {"QtConcurrent::run", &concurrentRun},

@@ -269,6 +269,41 @@ void changeOfFilter(benchmark::State& state, const char* text)
     }
 }
 
+/// What a row takes by itself: its text in a `QString`, that in a `QVariant`, that in a list, which is dropped
+/// when it has 1,000 of them. The texts lie one behind the other.
+void makeRows(const std::vector<int>& lengths, const std::u16string& texts)
+{
+    QList<QVariant> rows;
+    const char16_t* text = texts.data();
+    for (const int length : lengths) {
+        rows.append(QString(reinterpret_cast<const QChar*>(text), length));
+        text += length;
+        benchmark::DoNotOptimize(rows.last());
+        if (rows.size() == 1'000)
+            rows.clear();
+    }
+}
+
+/// The processor time of that for each file, in the second pass as well.
+void rowsAlone(benchmark::State& state)
+{
+    const Tree& tree = Tree::ofFiles(fileCount());
+    std::vector<int> lengths;
+    std::u16string texts;
+    QDirIterator files(QString::fromStdString(tree.path()), QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const std::u16string path = files.next().toStdU16String();
+        lengths.push_back(static_cast<int>(path.size()));
+        texts += path;
+    }
+    makeRows(lengths, texts);
+    for (auto _ : state) {
+        const double taken = processorSecondsOf([&] { makeRows(lengths, texts); });
+        state.SetIterationTime(taken / static_cast<double>(lengths.size()));
+    }
+}
+
 /// How long the end of a model takes that is in the middle of a scan.
 void destruction(benchmark::State& state)
 {
@@ -307,6 +342,9 @@ const bool registered = [] {
     filter("filter, each file/no hit", "nowhere");
     filter("filter, each file/all hits", ".TXT");
     filter("filter, each file/no filter", "");
+    benchmark::RegisterBenchmark("filter, each file/rows alone", &rowsAlone)
+        ->UseManualTime()
+        ->Iterations(1);
     benchmark::RegisterBenchmark("destruction/library", &destruction)
         ->UseManualTime()
         ->Iterations(1);
