@@ -1,5 +1,6 @@
 #include "Document.h"
 
+#include "FileError.h"
 #include "ProgressBox.h"
 
 #include <QDir>
@@ -10,12 +11,15 @@ namespace workbench {
 
 namespace {
 
-/// Why \p work has failed, also if it's the user who has stopped it.
+/// Why \p work has failed, also if it's the user who has stopped it, or an empty text.
 template <typename Work>
 QString reasonOf(Work work)
 {
     try {
-        return work();
+        work();
+        return {};
+    } catch (const FileError& error) {
+        return error.reason();
     } catch (const Stopped&) {
         return Document::tr("You have stopped it.");
     }
@@ -49,7 +53,7 @@ bool Document::load(const zvutil::ZvFilePath& path)
     else if (!file.isFile() || !file.isReadable())
         reason = tr("You have no right to read it, or it isn't a file.");
     else
-        reason = reasonOf([&] { return read(path); });
+        reason = reasonOf([&] { read(path); });
     if (!reason.isEmpty()) {
         Q_EMIT failed({tr("%1 “%2” can't be opened.").arg(m_type.name, path.toQString()), reason,
                        tr("Check the file, or open another one.")});
@@ -85,7 +89,7 @@ QString Document::documentTypeName() const
 void Document::writeFile(const zvutil::ZvFilePath& path) const
 {
     Q_EMIT beginSave(path, QProtectedSignal());
-    const QString reason = reasonOf([&] { return write(path); });
+    const QString reason = reasonOf([&] { write(path); });
     Q_EMIT endSave(reason.isEmpty(), path, QProtectedSignal());
     if (!reason.isEmpty())
         Q_EMIT failed({tr("%1 “%2” was not saved.").arg(m_type.name, path.toQString()), reason,

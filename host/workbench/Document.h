@@ -49,12 +49,11 @@ Q_SIGNALS:
     void failed(const workbench::Failure& failure) const;
 
 protected:
-    /// Replaces the content by that of \p file, an empty document if there is nothing in it. Returns
-    /// an empty text, or why it can't be read as one or more sentences, or throws `Stopped`, and then
-    /// has changed nothing.
-    virtual QString read(const zvutil::ZvFilePath& file) = 0;
-    /// Writes the content to \p file. Returns an empty text, or why it can't, or throws `Stopped`.
-    virtual QString write(const zvutil::ZvFilePath& file) const = 0;
+    /// Replaces the content by that of \p file, an empty document if there is nothing in it. Throws
+    /// `FileError` or `Stopped`, and then has changed nothing.
+    virtual void read(const zvutil::ZvFilePath& file) = 0;
+    /// Writes the content to \p file. Throws `FileError` or `Stopped`, and then leaves the file as it is.
+    virtual void write(const zvutil::ZvFilePath& file) const = 0;
 
     /// As the base class, but for documents of all types, and with the extension where the user has left
     /// it out.

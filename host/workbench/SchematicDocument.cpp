@@ -91,30 +91,18 @@ SchematicView& SchematicDocument::view()
     return *m_view;
 }
 
-QString SchematicDocument::read(const zvutil::ZvFilePath& file)
+void SchematicDocument::read(const zvutil::ZvFilePath& file)
 {
-    Schematic schematic;
     ProgressBox box = readingBox(file);
-    try {
-        if (QFileInfo(qtFileName(file)).size() > 0)
-            schematic = SchematicReadFile(file).read(box.progress());
-    } catch (const FileError& error) {
-        return error.reason();
-    }
-    m_scene.setSchematic(schematic);
+    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    m_scene.setSchematic(isEmpty ? Schematic() : SchematicReadFile(file).read(box.progress()));
     m_view->fit();
-    return {};
 }
 
-QString SchematicDocument::write(const zvutil::ZvFilePath& file) const
+void SchematicDocument::write(const zvutil::ZvFilePath& file) const
 {
     ProgressBox box = savingBox(file);
-    try {
-        const bool isSaved = SchematicSaveFile(file).save(m_scene.schematic(), box.progress());
-        return isSaved ? QString() : notWrittenReason(file);
-    } catch (const FileError& error) {
-        return error.reason();
-    }
+    requireWritten(SchematicSaveFile(file).save(m_scene.schematic(), box.progress()), file);
 }
 
 void SchematicDocument::addToolActions()

@@ -22,8 +22,8 @@ public:
     SchematicView& view();
 
 protected:
-    QString read(const zvutil::ZvFilePath& file) override;
-    QString write(const zvutil::ZvFilePath& file) const override;
+    void read(const zvutil::ZvFilePath& file) override;
+    void write(const zvutil::ZvFilePath& file) const override;
 
 private:
     void addEditActions();

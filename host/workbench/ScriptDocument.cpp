@@ -2,6 +2,7 @@
 
 #include "CodeEditor.h"
 #include "EditIcons.h"
+#include "FileError.h"
 #include "NumberText.h"
 #include "OutputView.h"
 
@@ -159,40 +160,40 @@ QList<QAction*> ScriptDocument::toolBarActions() const
     return {m_run, m_stop};
 }
 
-QString ScriptDocument::read(const zvutil::ZvFilePath& file)
+void ScriptDocument::read(const zvutil::ZvFilePath& file)
 {
     QFile source(qtFileName(file));
     if (!source.open(QIODevice::ReadOnly))
-        return source.errorString();
+        throw FileError(source.errorString());
     if (source.size() > maximumScriptSize)
-        return tr("It has %1 bytes; a script has at most %2.")
-            .arg(numberText(source.size()), numberText(maximumScriptSize));
+        throw FileError(tr("It has %1 bytes; a script has at most %2.")
+                            .arg(numberText(source.size()), numberText(maximumScriptSize)));
     QString text = decoded(source.readAll());
     if (source.error() != QFileDevice::NoError)
-        return source.errorString();
+        throw FileError(source.errorString());
     if (text.isNull())
-        return tr("It isn't text in UTF-8.");
+        throw FileError(tr("It isn't text in UTF-8."));
     m_hasWindowsLines = hasOnlyWindowsLines(text);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     // The editor would take these for ends of lines, and saving would make them such.
     if (text.contains(QChar::ParagraphSeparator) || text.contains(QLatin1Char('\r'))
         || text.contains(QChar::Null))
-        return tr("It contains characters that can't be edited here.");
+        throw FileError(tr("It contains characters that can't be edited here."));
     m_editor->setPlainText(text);
     m_editor->document()->setModified(false);
-    return {};
 }
 
-QString ScriptDocument::write(const zvutil::ZvFilePath& file) const
+void ScriptDocument::write(const zvutil::ZvFilePath& file) const
 {
     QString text = textOf(*m_editor->document());
     if (m_hasWindowsLines)
         text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
     QSaveFile target(qtFileName(file));
     if (!target.open(QIODevice::WriteOnly))
-        return target.errorString();
+        throw FileError(target.errorString());
     target.write(text.toUtf8());
-    return target.commit() ? QString() : target.errorString();
+    if (!target.commit())
+        throw FileError(target.errorString());
 }
 
 void ScriptDocument::finish(const host::ScriptOutcome& outcome)

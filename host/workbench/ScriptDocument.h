@@ -41,8 +41,8 @@ Q_SIGNALS:
     void runningChanged(bool running);
 
 protected:
-    QString read(const zvutil::ZvFilePath& file) override;
-    QString write(const zvutil::ZvFilePath& file) const override;
+    void read(const zvutil::ZvFilePath& file) override;
+    void write(const zvutil::ZvFilePath& file) const override;
 
 private:
     void makeActions();

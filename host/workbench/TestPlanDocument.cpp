@@ -48,34 +48,21 @@ bool TestPlanDocument::event(QEvent* event)
     return Document::event(event);
 }
 
-QString TestPlanDocument::read(const zvutil::ZvFilePath& file)
+void TestPlanDocument::read(const zvutil::ZvFilePath& file)
 {
-    if (QFileInfo(qtFileName(file)).size() == 0) {
-        m_model.setPlan(TestPlan::fresh());
-        return {};
-    }
     ProgressBox box = readingBox(file);
-    try {
-        m_model.setPlan(TestPlanReadFile(file).read(box.progress()));
-    } catch (const FileError& error) {
-        return error.reason();
-    }
+    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    m_model.setPlan(isEmpty ? TestPlan::fresh() : TestPlanReadFile(file).read(box.progress()));
     m_view->selectionModel()->setCurrentIndex(m_model.index(0, 0),
                                               QItemSelectionModel::ClearAndSelect);
     m_view->fitColumns();
-    return {};
 }
 
-QString TestPlanDocument::write(const zvutil::ZvFilePath& file) const
+void TestPlanDocument::write(const zvutil::ZvFilePath& file) const
 {
     finishTyping();
     ProgressBox box = savingBox(file);
-    try {
-        const bool isSaved = TestPlanSaveFile(file).save(m_model.plan(), box.progress());
-        return isSaved ? QString() : notWrittenReason(file);
-    } catch (const FileError& error) {
-        return error.reason();
-    }
+    requireWritten(TestPlanSaveFile(file).save(m_model.plan(), box.progress()), file);
 }
 
 void TestPlanDocument::finishTyping() const

@@ -21,8 +21,8 @@ public:
 
 protected:
     bool event(QEvent* event) override;
-    QString read(const zvutil::ZvFilePath& file) override;
-    QString write(const zvutil::ZvFilePath& file) const override;
+    void read(const zvutil::ZvFilePath& file) override;
+    void write(const zvutil::ZvFilePath& file) const override;
     void finishTyping() const override;
 
 private:

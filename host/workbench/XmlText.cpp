@@ -28,16 +28,6 @@ bool isWritable(QChar unit)
 
 } // namespace
 
-FileError::FileError(const QString& reason)
-    : m_reason(reason)
-{
-}
-
-const QString& FileError::reason() const
-{
-    return m_reason;
-}
-
 bool isElement(const XmlElement* element, const char* name)
 {
     return element && std::string_view(element->name()) == name;
@@ -110,14 +100,16 @@ void requireWritable(const QString& text, const std::function<QString()>& where)
                         .arg(place + 1));
 }
 
-QString notWrittenReason(const zvutil::ZvFilePath& file)
+void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
 {
+    if (isWritten)
+        return;
     const QFileInfo folder(QFileInfo(qtFileName(file)).path());
     if (!folder.isDir())
-        return tr("There is no folder “%1”.").arg(folder.filePath());
+        throw FileError(tr("There is no folder “%1”.").arg(folder.filePath()));
     if (QFileInfo(qtFileName(file)).isDir())
-        return tr("A folder has this name.");
-    return tr("Either the disk is full, or you have no right to write there.");
+        throw FileError(tr("A folder has this name."));
+    throw FileError(tr("Either the disk is full, or you have no right to write there."));
 }
 
 } // namespace workbench

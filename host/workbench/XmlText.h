@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileError.h"
+
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/experimental/xml/abstract_xml_element_reader.h>
 
@@ -8,18 +10,6 @@
 #include <functional>
 
 namespace workbench {
-
-/// Why a file can't be read as what it should be, or not be written, as one or more sentences.
-class FileError
-{
-public:
-    explicit FileError(const QString& reason);
-
-    const QString& reason() const;
-
-private:
-    QString m_reason;
-};
 
 using XmlElement = zvutil::experimental::xml::abstract_xml_element_reader;
 
@@ -40,7 +30,7 @@ int unwritableCharacter(const QString& text);
 /// Throws `FileError` if \p text has one. \p where gives the beginning of the sentence that tells of it.
 void requireWritable(const QString& text, const std::function<QString()>& where);
 
-/// What may be the cause if a file wasn't written.
-QString notWrittenReason(const zvutil::ZvFilePath& file);
+/// Throws `FileError` with what may be the cause, if \p file wasn't written.
+void requireWritten(bool isWritten, const zvutil::ZvFilePath& file);
 
 } // namespace workbench
