@@ -55,12 +55,6 @@ std::filesystem::path filePath(const std::u16string& text)
     return std::filesystem::u8path(QStringView(text).toUtf8().toStdString());
 }
 
-/// A name may hold a separator of Windows, where the platform has another.
-std::u16string_view filenameOf(std::u16string_view name)
-{
-    return name.substr(name.rfind(u'\\') + 1);
-}
-
 } // namespace
 
 ZvMultiDirectoryListModelProcess::ZvMultiDirectoryListModelProcess(long long batchSize)
@@ -255,7 +249,9 @@ void ZvMultiDirectoryListModelProcess::sendMatches()
             return false;
         if (matchesFilter(name)) {
             const QStringView tail(name.data(), static_cast<qsizetype>(name.size()));
-            batch.append(QString(folder % tail));
+            // A value that comes to be in its place is neither copied nor counted.
+            batch.append(QVariant());
+            batch.last() = QVariant(QString(folder % tail));
             if (batch.size() == m_batchSize)
                 sendBatch(batch);
         }
@@ -282,12 +278,14 @@ bool ZvMultiDirectoryListModelProcess::matchesAllowedType(std::u16string_view na
     return std::find(m_allowedTypes.begin(), m_allowedTypes.end(), m_type) != m_allowedTypes.end();
 }
 
+/// A name may hold a separator of Windows, where the platform has another: then what is behind the
+/// last one counts.
 bool ZvMultiDirectoryListModelProcess::matchesFilter(std::u16string_view name)
 {
     if (m_filterText.empty())
         return true;
     m_upperCase.assign(m_name, name);
-    // Few names get as far as to be searched for a separator.
-    return m_name.find(m_filterText) != std::u16string::npos
-        && filenameOf(m_name).find(m_filterText) != std::u16string_view::npos;
+    // The last match says whether there is one behind the last separator.
+    const std::size_t match = m_name.rfind(m_filterText);
+    return match != std::u16string::npos && m_name.find(u'\\', match) == std::u16string::npos;
 }

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <deque>
-#include <string_view>
 #include <utility>
 
 #include <dirent.h>
@@ -71,9 +70,9 @@ entry_type typeOf(DIR* directory, const dirent& entry)
     }
 }
 
-bool isDots(std::string_view name)
+bool isDots(const char* name)
 {
-    return name == "." || name == "..";
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 bool readEntry(DIR* directory, directory_entry& entry, std::error_code& error)

@@ -1,7 +1,7 @@
 #include "impl/directory_walk.h"
 
-#include "impl/ascii_step.h"
 #include "impl/path_text.h"
+#include "impl/text_conversion.h"
 #include "impl/utf8.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ void appendText(std::u16string& text, const Native& native)
 {
     if constexpr (namesAreBytes) {
         if (std::all_of(native.begin(), native.end(), &is_ascii<char>)) {
-            text.append(native.begin(), native.end());
+            append_converted(text, std::string_view(native));
             return;
         }
         try {
