@@ -1,6 +1,7 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 
-#include <QCoreApplication>
+#include "impl/handle_events.h"
+
 #include <QTimerEvent>
 
 ZvAbstractIterativeProcess::ZvAbstractIterativeProcess(QObject* parent)
@@ -73,7 +74,7 @@ void ZvAbstractIterativeProcess::run()
         Q_EMIT started(QPrivateSignal());
         while (!m_stopFlag && hasMoreWork()) {
             processStep();
-            QCoreApplication::processEvents(QEventLoop::AllEvents);
+            zvutil::impl::handle_events();
         }
     } catch (...) {
         // Wanted: the exception goes no further, nobody is told, and the timer stays active.

@@ -1,5 +1,7 @@
 #include <zvutil/ZvChildProxyModel.h>
 
+#include <memory>
+
 ZvChildProxyModel::ZvChildProxyModel(QObject* parent)
     : QIdentityProxyModel(parent)
 {
@@ -40,8 +42,43 @@ int ZvChildProxyModel::columnCount(const QModelIndex& parent) const
 
 void ZvChildProxyModel::setSourceModel(QAbstractItemModel* model)
 {
+    using Model = QAbstractItemModel;
+    const auto leaveMoves = [this](const Model* source) {
+        disconnect(source, &Model::rowsAboutToBeMoved, this, nullptr);
+        disconnect(source, &Model::rowsMoved, this, nullptr);
+        disconnect(source, &Model::columnsAboutToBeMoved, this, nullptr);
+        disconnect(source, &Model::columnsMoved, this, nullptr);
+    };
+    if (sourceModel())
+        leaveMoves(sourceModel());
     m_root = QModelIndex();
     QIdentityProxyModel::setSourceModel(model);
+    if (!sourceModel())
+        return;
+    // The base class would end a move that it wasn't allowed to begin.
+    leaveMoves(model);
+    const auto isMove = std::make_shared<bool>(false);
+    const auto beginMove = [this, isMove](bool isAllowed) {
+        *isMove = isAllowed;
+        if (!isAllowed)
+            beginResetModel();
+    };
+    connect(model, &Model::rowsAboutToBeMoved, this,
+            [this, beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
+                              int place) {
+                beginMove(
+                    beginMoveRows(mapFromSource(from), first, last, mapFromSource(to), place));
+            });
+    connect(model, &Model::columnsAboutToBeMoved, this,
+            [this, beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
+                              int place) {
+                beginMove(
+                    beginMoveColumns(mapFromSource(from), first, last, mapFromSource(to), place));
+            });
+    connect(model, &Model::rowsMoved, this,
+            [this, isMove] { *isMove ? endMoveRows() : endResetModel(); });
+    connect(model, &Model::columnsMoved, this,
+            [this, isMove] { *isMove ? endMoveColumns() : endResetModel(); });
 }
 
 QModelIndex ZvChildProxyModel::mapFromSource(const QModelIndex& source) const

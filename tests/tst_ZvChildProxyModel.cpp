@@ -7,8 +7,11 @@
 #include <QTest>
 #include <QTreeView>
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -50,6 +53,98 @@ QModelIndex at(const QAbstractItemModel& model, const char* path)
         index = model.index(*step - '0', 0, index);
     return index;
 }
+
+/// A tree of one column whose rows can be moved from one parent to another.
+class MovableTree : public QAbstractItemModel
+{
+public:
+    struct Node
+    {
+        QString text;
+        Node* parent = nullptr;
+        std::vector<std::unique_ptr<Node>> children;
+    };
+
+    /// As `tree` has it.
+    explicit MovableTree(int depth) { fill(m_top, depth); }
+
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override
+    {
+        const Node& above = node(parent);
+        const bool exists =
+            row >= 0 && row < static_cast<int>(above.children.size()) && column == 0;
+        return exists ? createIndex(row, 0, above.children[std::size_t(row)].get()) : QModelIndex();
+    }
+
+    QModelIndex parent(const QModelIndex& index) const override
+    {
+        Node* const above = node(index).parent;
+        return above && above != &m_top ? createIndex(rowOf(*above), 0, above) : QModelIndex();
+    }
+
+    int rowCount(const QModelIndex& parent = {}) const override
+    {
+        return static_cast<int>(node(parent).children.size());
+    }
+
+    int columnCount(const QModelIndex& /*parent*/ = {}) const override { return 1; }
+
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        return role == Qt::DisplayRole ? node(index).text : QVariant();
+    }
+
+    /// Whether the row may be moved in front of the other row.
+    bool move(const QModelIndex& from, int row, const QModelIndex& to, int place)
+    {
+        auto& source = const_cast<Node&>(node(from));
+        auto& target = const_cast<Node&>(node(to));
+        if (!beginMoveRows(from, row, row, to, place))
+            return false;
+        auto taken = std::move(source.children[std::size_t(row)]);
+        source.children.erase(source.children.begin() + row);
+        if (&source == &target && place > row)
+            --place;
+        taken->parent = &target;
+        target.children.insert(target.children.begin() + place, std::move(taken));
+        endMoveRows();
+        return true;
+    }
+
+    /// Tells of a move of columns, and moves none.
+    void tellOfColumns(const QModelIndex& from, const QModelIndex& to)
+    {
+        QVERIFY(beginMoveColumns(from, 0, 0, to, 0));
+        endMoveColumns();
+    }
+
+private:
+    static void fill(Node& parent, int depth)
+    {
+        for (int row = 0; depth > 0 && row < 3; ++row) {
+            parent.children.push_back(std::make_unique<Node>());
+            Node& child = *parent.children.back();
+            child.text = parent.text + QString::number(row);
+            child.parent = &parent;
+            fill(child, depth - 1);
+        }
+    }
+
+    const Node& node(const QModelIndex& index) const
+    {
+        return index.isValid() ? *static_cast<const Node*>(index.internalPointer()) : m_top;
+    }
+
+    static int rowOf(const Node& node)
+    {
+        const auto& siblings = node.parent->children;
+        const auto isIt = [&node](const auto& sibling) { return sibling.get() == &node; };
+        return static_cast<int>(std::find_if(siblings.begin(), siblings.end(), isIt)
+                                - siblings.begin());
+    }
+
+    Node m_top;
+};
 
 /// All that a model shows, as a view would find it.
 QString shown(const QAbstractItemModel& model, const QModelIndex& parent = {})
@@ -314,6 +409,96 @@ private Q_SLOTS:
         QVERIFY(!inserted[1][0].toModelIndex().isValid());
         // No row has come here.
         QCOMPARE(shown(proxy), QStringLiteral("10 10b 11 11b 12 12b"));
+    }
+
+    void movesReset_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<int>("place");
+        QTest::addColumn<bool>("isMove");
+        QTest::addColumn<QString>("text");
+        const QString before = QStringLiteral("10 (100 101 102) 11 (110 111 112) 12 (120 121 122)");
+        QTest::newRow("at the top") << QByteArray("1") << 0 << QByteArray("1") << 3 << true
+                                    << "11 (110 111 112) 12 (120 121 122) 10 (100 101 102)";
+        QTest::newRow("further down") << QByteArray("10") << 2 << QByteArray("12") << 0 << true
+                                      << "10 (100 101) 11 (110 111 112) 12 (102 120 121 122)";
+        QTest::newRow("up") << QByteArray("11") << 1 << QByteArray("1") << 3 << true
+                            << "10 (100 101 102) 11 (110 112) 12 (120 121 122) 111";
+        QTest::newRow("out of the branch") << QByteArray("1") << 0 << QByteArray("0") << 0 << false
+                                           << "11 (110 111 112) 12 (120 121 122)";
+        QTest::newRow("into the branch")
+            << QByteArray("0") << 0 << QByteArray("1") << 1 << false
+            << "10 (100 101 102) 00 (000 001 002) 11 (110 111 112) 12 (120 121 122)";
+        QTest::newRow("beside it")
+            << QByteArray("0") << 0 << QByteArray("2") << 1 << false << before;
+        QTest::newRow("the root itself")
+            << QByteArray() << 1 << QByteArray("0") << 0 << false << before;
+    }
+
+    void movesReset()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(int, row);
+        QFETCH(QByteArray, to);
+        QFETCH(int, place);
+        QFETCH(bool, isMove);
+        QFETCH(QString, text);
+        MovableTree source(3);
+        Proxy proxy;
+        proxy.setSourceModel(&source);
+        proxy.setRootModelIndex(at(source, "1"));
+        const QAbstractItemModelTester tester(&proxy);
+        QSignalSpy moved(&proxy, &QAbstractItemModel::rowsMoved);
+        QSignalSpy aboutToReset(&proxy, &QAbstractItemModel::modelAboutToBeReset);
+        QSignalSpy reset(&proxy, &QAbstractItemModel::modelReset);
+        QVERIFY(source.move(at(source, from), row, at(source, to), place));
+        QCOMPARE(shown(proxy), text);
+        QCOMPARE(moved.count(), isMove ? 1 : 0);
+        QCOMPARE(reset.count(), isMove ? 0 : 1);
+        QCOMPARE(aboutToReset.count(), reset.count());
+    }
+
+    void movesOfAnEarlierSourceAreNotHeard()
+    {
+        MovableTree earlier(3);
+        MovableTree source(3);
+        Proxy proxy;
+        proxy.setSourceModel(&earlier);
+        proxy.setSourceModel(&source);
+        proxy.setRootModelIndex(at(source, "1"));
+        QSignalSpy moved(&proxy, &QAbstractItemModel::rowsMoved);
+        QSignalSpy reset(&proxy, &QAbstractItemModel::modelReset);
+        QVERIFY(earlier.move(at(earlier, "1"), 0, at(earlier, "1"), 3));
+        QVERIFY(earlier.move(at(earlier, "1"), 0, at(earlier, "0"), 0));
+        earlier.tellOfColumns(at(earlier, "0"), at(earlier, "2"));
+        QCOMPARE(moved.count() + reset.count(), 0);
+        // Set twice, it is heard once.
+        proxy.setSourceModel(&source);
+        proxy.setRootModelIndex(at(source, "1"));
+        reset.clear();
+        QVERIFY(source.move(at(source, "1"), 0, at(source, "1"), 3));
+        QVERIFY(source.move(at(source, "0"), 0, at(source, "2"), 0));
+        QCOMPARE(moved.count(), 1);
+        QCOMPARE(reset.count(), 1);
+    }
+
+    void movesOfColumns()
+    {
+        MovableTree source(3);
+        Proxy proxy;
+        proxy.setSourceModel(&source);
+        proxy.setRootModelIndex(at(source, "1"));
+        QSignalSpy moved(&proxy, &QAbstractItemModel::columnsMoved);
+        QSignalSpy reset(&proxy, &QAbstractItemModel::modelReset);
+        source.tellOfColumns(at(source, "10"), at(source, "12"));
+        QCOMPARE(moved.count(), 1);
+        QCOMPARE(reset.count(), 0);
+        source.tellOfColumns(at(source, "0"), at(source, "2"));
+        source.tellOfColumns(at(source, "0"), at(source, "1"));
+        QCOMPARE(moved.count(), 1);
+        QCOMPARE(reset.count(), 2);
     }
 
     void branchMayBeVeryDeep()

@@ -6,7 +6,9 @@
 #include <QPersistentModelIndex>
 
 /// One branch of a tree as a whole model: the children of an index of the source are its top level.
-/// All else is as in the source.
+/// Data and flags are as in the source, and so are rows below the top level. What a view asks of the
+/// invisible top itself, such as `fetchMore` or a drop between its rows, is asked of that of the
+/// source, not of the root.
 ///
 /// Set the source first, then the root:
 /// \code
@@ -21,7 +23,8 @@
 ///
 /// The source's signals come through as they are, for rows outside of the branch as well: those
 /// have an invalid parent here. So a source whose rows change next to the branch needs
-/// `setRootModelIndex` again, which resets the model.
+/// `setRootModelIndex` again, which resets the model. A move that is none here, since it begins or
+/// ends outside of the branch, resets it at once.
 class ZVUTIL_EXPORT ZvChildProxyModel : public QIdentityProxyModel
 {
 public:

@@ -1,6 +1,7 @@
 #include "impl/AbstractBackgroundListFilter.h"
 
-#include <QCoreApplication>
+#include "impl/handle_events.h"
+
 #include <QScopeGuard>
 #include <QTimer>
 
@@ -113,6 +114,8 @@ void AbstractBackgroundListFilter::sourceIsChanging()
 void AbstractBackgroundListFilter::sourceHasChanged()
 {
     m_sourceState = source_changed;
+    // A delivery may come before the next pass, and these may be of a source that has gone.
+    m_pending.clear();
     recheck();
 }
 
@@ -191,7 +194,7 @@ bool AbstractBackgroundListFilter::examineRows()
     for (int row = 0; row < count && mayGoOn(); ++row) {
         if (acceptsRow(row))
             m_pending.push_back(m_source->index(row, 0, QModelIndex()));
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        zvutil::impl::handle_events();
         if (!self)
             return false;
         ++m_examined;

@@ -2,10 +2,10 @@
 
 #include <zvutil/libzvutil/abstract_request.h>
 
+#include "impl/handle_events.h"
 #include "impl/qt_stop_token.h"
 #include "impl/string_metatype.h"
 
-#include <QCoreApplication>
 #include <QtAlgorithms>
 
 namespace zvutil::libzvutil {
@@ -61,7 +61,7 @@ request_status abstract_response::status() const
 void abstract_response::wait()
 {
     while (m_status != request_completed && m_status != request_failed)
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        impl::handle_events();
 }
 
 void abstract_response::abort()

@@ -1,8 +1,8 @@
 #include <zvutil/libzvutil/background_impl.h>
 
 #include "impl/departures.h"
+#include "impl/handle_events.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 #include <QScopeGuard>
 
@@ -96,9 +96,7 @@ void background_impl::pump()
             self->m_pumping = false;
     });
     m_pumping = true;
-    // GLib's event loop, entered from an event, passes over posted events that it has seen before.
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    impl::handle_events();
 }
 
 void background_impl::remove_departed()

@@ -21,8 +21,8 @@ public:
     /// Returns at once, without waiting for a request that is running.
     ~basic_request_manager() override;
 
-    /// Queues \p request, which comes to live where the implementation runs it. Any thread, but the
-    /// one on which the request lives now. Null is ignored.
+    /// Queues \p request, which comes to live where the implementation runs it. Any thread, as long
+    /// as the request lives on it now. Null is ignored.
     void add(std::shared_ptr<abstract_request> request);
 
 private:
