@@ -1,6 +1,7 @@
 #include "support/FilterResult.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QMetaMethod>
 #include <QScopeGuard>
 #include <QStandardItemModel>
@@ -471,6 +472,36 @@ private Q_SLOTS:
         QCOMPARE(result.rows, upTo(10));
     }
 
+    void whatWaitedBeforeThePassIsHeard()
+    {
+        const std::unique_ptr<QStringListModel> source(numbers(1000));
+        Filter filter(nullptr);
+        QEventLoop loop;
+        post(&filter, [&] { filter.setSourceModel(source.get()); });
+        post(&filter, [&] { filter.pause(); });
+        post(&filter, [&] { loop.quit(); });
+        loop.exec();
+        QCOMPARE(filter.asked, QList<int>{0});
+    }
+
+    void rowIsCountedBehindItsEvents()
+    {
+        const std::unique_ptr<QStringListModel> source(numbers(3));
+        Filter filter(nullptr);
+        QList<int> counts;
+        connect(&filter, &AbstractBackgroundListFilter::progress, this,
+                [&counts](int value) { counts.append(value); });
+        // The filter's only timer ticks when it is told to.
+        auto* const timer = filter.findChild<QTimer*>();
+        timer->setInterval(3'600'000);
+        filter.accepts = [&](int) {
+            post(&filter, [timer] { QMetaObject::invokeMethod(timer, "timeout"); });
+            return false;
+        };
+        filter.setSourceModel(source.get());
+        QCOMPARE(counts, (QList<int>{0, 1, 2}));
+    }
+
     void criteriaThatComeWhilePausedAreTakenOverButFindNothing()
     {
         const std::unique_ptr<QStringListModel> source(numbers(10));
@@ -522,9 +553,15 @@ private Q_SLOTS:
         QPointer<QStringListModel> source(numbers(10));
         Filter filter(1, nullptr);
         const FilterResult result(filter);
+        bool isDeadDelivered = false;
+        connect(&filter, &AbstractBackgroundListFilter::accepted, this,
+                [&] { isDeadDelivered = isDeadDelivered || !source; });
         filter.accepts = [&](int asked) {
             if (asked == row)
-                post(&filter, [&source] { delete source; });
+                post(&filter, [&source, timer = filter.findChild<QTimer*>()] {
+                    delete source;
+                    QMetaObject::invokeMethod(timer, "timeout");
+                });
             return true;
         };
         filter.setSourceModel(source);
@@ -532,6 +569,7 @@ private Q_SLOTS:
             delete source;
         QVERIFY(!filter.sourceModel());
         QVERIFY(result.settles());
+        QVERIFY(!isDeadDelivered);
         QCOMPARE(result.rows, QList<int>());
         QCOMPARE(result.resets, 2);
         QCOMPARE(result.progress.back(), qMakePair(0, 0));

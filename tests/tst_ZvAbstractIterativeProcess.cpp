@@ -1,6 +1,7 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QMetaMethod>
 #include <QTest>
 #include <QTimer>
@@ -310,6 +311,17 @@ private Q_SLOTS:
         deliver();
         QCOMPARE(withoutRequests(process.events),
                  (Events{"started, running", "step", "stopRequested, running", "finished"}));
+    }
+
+    void stopThatWaitedBeforeTheRunEndsItBehindTheFirstStep()
+    {
+        Process process(1000);
+        std::thread([&] { process.start(); }).join();
+        std::thread([&] { process.stop(); }).join();
+        QEventLoop loop;
+        connect(&process, &ZvAbstractIterativeProcess::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        QCOMPARE(std::count(process.events.begin(), process.events.end(), "step"), 1);
     }
 
     void restartOutsideARunStarts()

@@ -5,6 +5,7 @@
 
 #include <QChildEvent>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QMetaMethod>
 #include <QRegularExpression>
 #include <QSemaphore>
@@ -619,6 +620,24 @@ private Q_SLOTS:
         pair.response().wait();
         QCOMPARE(pair.response().status(), request_failed);
         QCOMPARE(pair.responseLines(), (Lines{"started 1", "failed (x) 3"}));
+    }
+
+    void waitHandlesWhatWaitsAlready()
+    {
+        // The signals lie behind the event that waits for them before that begins.
+        Pair pair(true, failing("x"));
+        QEventLoop loop;
+        bool isOver = false;
+        const auto wait = [&] {
+            pair.response().wait();
+            isOver = true;
+            loop.quit();
+        };
+        QMetaObject::invokeMethod(&loop, wait, Qt::QueuedConnection);
+        pair.start();
+        loop.exec();
+        QVERIFY(isOver);
+        QCOMPARE(pair.response().status(), request_failed);
     }
 
     void waitForWhatIsOverReturnsAtOnce()
