@@ -1,4 +1,4 @@
-// Prints the sizes of the handles, which are part of the interface.
+// Prints the sizes of the handles and the places of the virtual operations, which are part of the interface.
 
 #include <zvutil/ModelTest.h>
 #include <zvutil/ZvAbstractIterativeProcess.h>
@@ -41,7 +41,91 @@
 #include <zvutil/uri.h>
 #include <zvutil/uuid.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
+
+namespace {
+
+namespace xml = zvutil::experimental::xml;
+
+/// The place of a virtual operation in the table of its class. By the rules of GCC and Clang a pointer
+/// to it is the distance in bytes from the first, and 1.
+template <typename Operation>
+std::size_t placeOf(Operation operation)
+{
+    std::uintptr_t words[2];
+    static_assert(sizeof(operation) == sizeof(words));
+    std::memcpy(words, &operation, sizeof(words));
+    return (words[0] - 1) / sizeof(void*);
+}
+
+struct Process : ZvAbstractIterativeProcess
+{
+    using ZvAbstractIterativeProcess::reportStatus;
+};
+
+struct Request : zvutil::libzvutil::abstract_request
+{
+    using abstract_request::perform;
+};
+
+struct Content : ZvContentWidget
+{
+    using ZvContentWidget::requestSavePath;
+};
+
+void printPlaces()
+{
+    using ElementReader = xml::abstract_xml_element_reader;
+    using DocumentReader = xml::abstract_xml_document_reader;
+    using ElementWriter = xml::basic_abstract_xml_element_writer<char>;
+    using DocumentWriter = xml::basic_abstract_xml_document_writer<char>;
+    using Attribute = void (ElementWriter::*)(const char*, const char*);
+    using SizedAttribute = void (ElementWriter::*)(const char*, const char*, int);
+    const struct
+    {
+        const char* name;
+        std::size_t place;
+    } operations[] = {
+        {"ZvAbstractIterativeProcess::hasMoreWork",
+         placeOf(&ZvAbstractIterativeProcess::hasMoreWork)},
+        {"ZvAbstractIterativeProcess::processStep",
+         placeOf(&ZvAbstractIterativeProcess::processStep)},
+        {"ZvAbstractIterativeProcess::reportStatus", placeOf(&Process::reportStatus)},
+        {"abstract_request::abort", placeOf(&zvutil::libzvutil::abstract_request::abort)},
+        {"abstract_request::perform", placeOf(&Request::perform)},
+        {"abstract_response::wait", placeOf(&zvutil::libzvutil::abstract_response::wait)},
+        {"ZvContentWidget::fileType", placeOf(&ZvContentWidget::fileType)},
+        {"ZvContentWidget::menuName", placeOf(&ZvContentWidget::menuName)},
+        {"ZvContentWidget::closeEventText", placeOf(&ZvContentWidget::closeEventText)},
+        {"ZvContentWidget::documentTypeName", placeOf(&ZvContentWidget::documentTypeName)},
+        {"ZvContentWidget::writeFile", placeOf(&ZvContentWidget::writeFile)},
+        {"ZvContentWidget::requestSavePath", placeOf(&Content::requestSavePath)},
+        {"abstract_xml_element_reader::destroy", placeOf(&ElementReader::destroy)},
+        {"abstract_xml_element_reader::name", placeOf(&ElementReader::name)},
+        {"abstract_xml_element_reader::attribute", placeOf(&ElementReader::attribute)},
+        {"abstract_xml_element_reader::text", placeOf(&ElementReader::text)},
+        {"abstract_xml_element_reader::next_child", placeOf(&ElementReader::next_child)},
+        {"abstract_xml_document_reader::next_element", placeOf(&DocumentReader::next_element)},
+        {"abstract_xml_document_reader::root_element", placeOf(&DocumentReader::root_element)},
+        {"basic_abstract_xml_element_writer::destroy", placeOf(&ElementWriter::destroy)},
+        {"basic_abstract_xml_element_writer::child", placeOf(&ElementWriter::child)},
+        {"basic_abstract_xml_element_writer::attribute, sized",
+         placeOf(static_cast<SizedAttribute>(&ElementWriter::attribute))},
+        {"basic_abstract_xml_element_writer::attribute",
+         placeOf(static_cast<Attribute>(&ElementWriter::attribute))},
+        {"basic_abstract_xml_element_writer::text", placeOf(&ElementWriter::text)},
+        {"basic_abstract_xml_document_writer::root_element",
+         placeOf(&DocumentWriter::root_element)},
+        {"basic_abstract_xml_document_writer::cancel_writing",
+         placeOf(&DocumentWriter::cancel_writing)},
+    };
+    for (const auto& operation : operations)
+        std::printf("place of %s: %zu\n", operation.name, operation.place);
+}
+
+} // namespace
 
 int main()
 {
@@ -104,5 +188,6 @@ int main()
     };
     for (const auto& handle : handles)
         std::printf("sizeof(%s) == %zu\n", handle.name, handle.size);
+    printPlaces();
     return 0;
 }
