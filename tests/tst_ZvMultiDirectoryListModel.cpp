@@ -91,6 +91,8 @@ private:
     QAbstractItemModelTester m_tester;
 };
 
+using Request = std::function<void(Model&)>;
+
 /// Holds the scan at a line of its log until it is let go.
 class Hold
 {
@@ -126,6 +128,8 @@ using Change = void (*)(Model& model, const QString& path);
 } // namespace
 
 Q_DECLARE_METATYPE(Change)
+
+Q_DECLARE_METATYPE(Request)
 
 class tst_ZvMultiDirectoryListModel : public QObject
 {
@@ -382,6 +386,36 @@ private Q_SLOTS:
         QVERIFY(watched.settles(3));
         QCOMPARE(watched.journal, QByteArray("r ( ) r ( 1 1 ) r ( 1 )"));
         QCOMPARE(rowsOf(watched.model), zvtest::expectedRows({tree.path("b"_q)}));
+    }
+
+    void eachRequestEndsTheScan_data()
+    {
+        QTest::addColumn<Request>("request");
+        QTest::newRow("add") << Request([](Model& model) { model.addDirectory("/no/such"_q); });
+        QTest::newRow("remove") << Request([](Model& model) { model.removeDirectory("/no"_q); });
+        QTest::newRow("set") << Request([](Model& model) { model.setDirectories({}); });
+        QTest::newRow("reload") << Request(&Model::reloadPaths);
+        QTest::newRow("types") << Request([](Model& model) { model.setAllowedFileTypes({}); });
+        QTest::newRow("filter") << Request([](Model& model) { model.setFilterFixedString("a"_q); });
+    }
+
+    void eachRequestEndsTheScan()
+    {
+        QFETCH(Request, request);
+        const FileTree tree;
+        tree.files(30, "%1/a%1.txt"_q);
+        Watched watched;
+        QVERIFY(watched.settles(1));
+        Hold hold("starting", 1);
+        watched.model.addDirectory(tree.path());
+        hold.waitUntilReached();
+        request(watched.model);
+        hold.letGo();
+        QVERIFY(watched.settles(3));
+        // The journal's second pair of parentheses is the scan that was under way.
+        const QByteArrayList scans = watched.journal.split('(');
+        QCOMPARE(scans.size(), 4);
+        QCOMPARE(scans[2].left(scans[2].indexOf(')')), QByteArray(" "));
     }
 
     void changesDuringAScanEndIt()
