@@ -295,6 +295,58 @@ private Q_SLOTS:
         QTRY_VERIFY2(panel->width() < 250, qPrintable(QString::number(panel->width())));
     }
 
+    void panelsKeepTheirSizes()
+    {
+        QByteArray layout;
+        // The frame's own borders take a few pixels.
+        const auto isAbout = [](int width, int wanted) { return qAbs(width - wanted) < 10; };
+        const auto addAll = [](DockFrame& frame) {
+            frame.resize(1000, 500);
+            auto* const panel = frame.addContents(new Panel(QStringLiteral("panel")));
+            frame.tabifyDockWidget(panel, frame.addContents(new Panel(QStringLiteral("behind"))));
+            panel->raise();
+            return panel;
+        };
+        {
+            DockFrame frame;
+            auto* const panel = addAll(frame);
+            auto* const document = frame.addContents(new Document(QStringLiteral("first")));
+            frame.show();
+            QTRY_VERIFY(isAbout(panel->width(), 250));
+            frame.resizeDocks({panel, document}, {400, 600}, Qt::Horizontal);
+            QTRY_VERIFY(isAbout(panel->width(), 400));
+            // Without a document it gets all the room.
+            document->close();
+            QTRY_VERIFY(panel->width() > 900);
+            frame.addContents(new Document(QStringLiteral("second")));
+            QTRY_VERIFY(isAbout(panel->width(), 400));
+            layout = frame.saveLayout();
+        }
+        DockFrame frame;
+        const auto* const panel = addAll(frame);
+        frame.addContents(new Document(QStringLiteral("second")));
+        QVERIFY(!frame.restoreLayout(layout.left(layout.size() / 2)));
+        QVERIFY(frame.restoreLayout(layout));
+        frame.show();
+        QTRY_VERIFY(isAbout(panel->width(), 400));
+    }
+
+    void titlesAreNoMnemonics()
+    {
+        DockFrame frame;
+        auto* const window = frame.addContents(new Document(QStringLiteral("a&b")));
+        frame.addContents(new Document(QStringLiteral("c")));
+        frame.show();
+        QTRY_VERIFY(frame.findChild<QTabBar*>());
+        QTRY_COMPARE(frame.findChild<QTabBar*>()->tabText(0), QStringLiteral("a&&b"));
+        QCOMPARE(window->toggleViewAction()->text(), QStringLiteral("a&&b"));
+        // The title bar of a window of its own shows the name as it is.
+        window->setFloating(true);
+        QCOMPARE(window->windowTitle(), QStringLiteral("a&b[*]"));
+        window->setFloating(false);
+        QCOMPARE(window->windowTitle(), QStringLiteral("a&&b[*]"));
+    }
+
     void preferredLocations_data()
     {
         QTest::addColumn<int>("location");
@@ -613,6 +665,61 @@ private Q_SLOTS:
         document.fileWatcherIgnoreChanges(false);
     }
 
+    void reloadAsksBeforeChangesAreLost()
+    {
+        DockFrame frame;
+        auto* const document = new Document(QStringLiteral("a"));
+        auto* const window = frame.addContents(document);
+        frame.show();
+        QAction* reload = nullptr;
+        for (QAction* const action : window->findChildren<QAction*>()) {
+            if (action->text() == QStringLiteral("&Reload"))
+                reload = action;
+        }
+        QVERIFY(reload);
+        const auto answer = [](const QString& text) {
+            return Answer<QMessageBox>([text](QMessageBox& box) {
+                for (QAbstractButton* const button : box.buttons()) {
+                    if (button->text().remove(QLatin1Char('&')) == text)
+                        button->click();
+                }
+            });
+        };
+        document->calls.clear();
+        reload->trigger();
+        QCOMPARE(document->calls, QStringList{QStringLiteral("reload")});
+        document->setModified(true);
+        document->calls.clear();
+        {
+            const Answer<QMessageBox> cancel = answer(QStringLiteral("Cancel"));
+            reload->trigger();
+            QCOMPARE(cancel.count, 1);
+            QVERIFY(!document->calls.contains(QStringLiteral("reload")));
+        }
+        const Answer<QMessageBox> agree = answer(QStringLiteral("Reload"));
+        reload->trigger();
+        QCOMPARE(agree.count, 1);
+        QVERIFY(document->calls.contains(QStringLiteral("reload")));
+        document->setModified(false);
+    }
+
+    void questionsShowNamesAsTheyAre()
+    {
+        Document document(QStringLiteral("<b>a</b>"));
+        document.setModified(true);
+        QList<Qt::TextFormat> formats;
+        const Answer<QMessageBox> answer([&formats](QMessageBox& box) {
+            for (const QLabel* const label : box.findChildren<QLabel*>()) {
+                if (!label->text().isEmpty())
+                    formats.append(label->textFormat());
+            }
+            box.button(QMessageBox::Cancel)->click();
+        });
+        document.close();
+        QCOMPARE(formats, (QList<Qt::TextFormat>{Qt::PlainText, Qt::PlainText}));
+        document.setModified(false);
+    }
+
     void reloadIsOffered()
     {
         DockFrame frame;
@@ -643,6 +750,21 @@ private Q_SLOTS:
         QTRY_VERIFY(bar->isVisible());
         QVERIFY(label->text().contains(QStringLiteral("loses")));
         button(QStringLiteral("Ignore"))->click();
+        QVERIFY(!bar->isVisible());
+        // Saving it makes the offer void, unless that fails.
+        QVERIFY(writeTo(document->filename, "4444"));
+        QTRY_VERIFY(bar->isVisible());
+        document->fileWatcherIgnoreChanges(true);
+        document->fileWatcherIgnoreChanges(false);
+        QVERIFY(bar->isVisible());
+        document->setModified(false);
+        document->fileWatcherIgnoreChanges(true);
+        document->fileWatcherIgnoreChanges(false);
+        QVERIFY(!bar->isVisible());
+        // So does reading it by another way.
+        QVERIFY(writeTo(document->filename, "55555"));
+        QTRY_VERIFY(bar->isVisible());
+        document->enableFileWatcher(true);
         QVERIFY(!bar->isVisible());
         QVERIFY(QFile::remove(document->filename));
         QTRY_VERIFY(bar->isVisible());

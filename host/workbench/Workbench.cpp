@@ -142,7 +142,7 @@ void Workbench::restoreSession()
             openFile(file);
     }
     restoreGeometry(settings.value(QStringLiteral("Session/geometry")).toByteArray());
-    restoreState(settings.value(QStringLiteral("Session/state")).toByteArray());
+    restoreLayout(settings.value(QStringLiteral("Session/layout")).toByteArray());
     const QString current = settings.value(QStringLiteral("Session/current")).toString();
     if (!current.isEmpty() && QFileInfo::exists(current))
         openFile(current);
@@ -447,7 +447,7 @@ void Workbench::closeEvent(QCloseEvent* event)
         open.append(document);
     const QPointer<const Document> current = open.contains(m_current) ? m_current : nullptr;
     nameWindows();
-    const QByteArray state = saveState();
+    const QByteArray layout = saveLayout();
     m_isClosing = true;
     if (!closeDocuments()) {
         m_isClosing = false;
@@ -460,8 +460,8 @@ void Workbench::closeEvent(QCloseEvent* event)
         if (document && !document->filename().isEmpty())
             files.append(canonical(qtFileName(document->filename())));
     }
-    const bool isKept =
-        saveSession(files, current ? canonical(qtFileName(current->filename())) : QString(), state);
+    const bool isKept = saveSession(
+        files, current ? canonical(qtFileName(current->filename())) : QString(), layout);
     DockFrame::closeEvent(event);
     // The style editor and its like go along.
     QApplication::closeAllWindows();
@@ -484,7 +484,7 @@ void Workbench::nameWindows()
 }
 
 bool Workbench::saveSession(const QStringList& files, const QString& current,
-                            const QByteArray& state)
+                            const QByteArray& layout)
 {
     QSettings settings(sessionFile(), QSettings::IniFormat);
     m_recentFiles->saveState(settings);
@@ -493,7 +493,7 @@ bool Workbench::saveSession(const QStringList& files, const QString& current,
     settings.setValue(QStringLiteral("Session/files"), files);
     settings.setValue(QStringLiteral("Session/current"), current);
     settings.setValue(QStringLiteral("Session/geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("Session/state"), state);
+    settings.setValue(QStringLiteral("Session/layout"), layout);
     settings.sync();
     return settings.status() == QSettings::NoError;
 }

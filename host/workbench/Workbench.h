@@ -90,7 +90,7 @@ private:
     void fillToolBar();
     void openAtLine(const QString& file, int line);
     void nameWindows();
-    bool saveSession(const QStringList& files, const QString& current, const QByteArray& state);
+    bool saveSession(const QStringList& files, const QString& current, const QByteArray& layout);
 
     RecentFiles* m_recentFiles; // this and the next are children
     QToolBar* m_toolBar;

@@ -4,10 +4,13 @@
 #include <DockFramework/DockableWidgetContents.h>
 
 #include <QApplication>
+#include <QDataStream>
+#include <QEvent>
 #include <QPointer>
 #include <QString>
 
 #include <algorithm>
+#include <utility>
 
 DockFrame::DockFrame(QWidget* parent)
     : QMainWindow(parent)
@@ -30,9 +33,53 @@ void DockFrame::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
     // Before that there is no room to share.
-    if (!m_hasBeenShown)
+    if (!m_isRoomShared)
         leaveRoomForDocuments();
-    m_hasBeenShown = true;
+    m_isRoomShared = true;
+}
+
+QByteArray DockFrame::saveLayout() const
+{
+    QHash<QString, QSize> sizes;
+    for (const DockableWidget* const window : m_windows) {
+        if (m_panelSizes.contains(window))
+            sizes[window->objectName()] = m_panelSizes[window];
+    }
+    QByteArray layout;
+    QDataStream stream(&layout, QIODevice::WriteOnly);
+    stream << saveState() << sizes;
+    return layout;
+}
+
+bool DockFrame::restoreLayout(const QByteArray& layout)
+{
+    QByteArray state;
+    QHash<QString, QSize> sizes;
+    QDataStream stream(layout);
+    stream >> state >> sizes;
+    if (stream.status() != QDataStream::Ok || !restoreState(state))
+        return false;
+    for (const DockableWidget* const window : m_windows) {
+        if (sizes.contains(window->objectName()))
+            m_panelSizes[window] = sizes[window->objectName()];
+    }
+    // Before it is shown, Qt shares the room out by other rules than behind that.
+    if (m_isRoomShared)
+        leaveRoomForDocuments();
+    return true;
+}
+
+bool DockFrame::eventFilter(QObject* watched, QEvent* event)
+{
+    // Without documents the panels have all the room, which isn't for long.
+    auto* const panel = qobject_cast<QDockWidget*>(watched);
+    if (panel && event->type() == QEvent::Resize && m_isRoomShared && showsDocuments()) {
+        m_panelSizes[panel] = panel->size();
+        // One behind another tab has the size of that.
+        for (const QDockWidget* const other : tabifiedDockWidgets(panel))
+            m_panelSizes[other] = panel->size();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
@@ -46,18 +93,23 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
     });
     connect(window, &QObject::destroyed, this, [this, window] {
         m_windows.removeOne(window);
+        m_panelSizes.remove(window);
         if (m_highlighted != window)
             return;
         m_highlighted = nullptr;
         Q_EMIT highlightedChanged(nullptr);
     });
-    const bool isFirstDocument = contents->isContentWidget() && documents() == 1;
+    const bool isFirstDocument = contents->isContentWidget() && !showsDocuments();
+    if (!contents->isContentWidget())
+        window->installEventFilter(this);
+    const bool wasRoomShared = std::exchange(m_isRoomShared, false);
     place(*window);
     contents->show();
     window->show();
     // What the user has made of it later stays.
     if (isFirstDocument || !contents->isContentWidget())
         leaveRoomForDocuments();
+    m_isRoomShared = wasRoomShared;
     activate(window);
     return window;
 }
@@ -72,12 +124,12 @@ QList<DockableWidget*> DockFrame::dockableWidgets() const
     return windows;
 }
 
-int DockFrame::documents() const
+bool DockFrame::showsDocuments() const
 {
-    int count = 0;
-    for (const DockableWidget* const window : dockableWidgets())
-        count += window->contents()->isContentWidget() ? 1 : 0;
-    return count;
+    const QList<DockableWidget*> windows = dockableWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const DockableWidget* window) {
+        return window->contents()->isContentWidget() && !window->isHidden();
+    });
 }
 
 DockableWidget* DockFrame::highlighted() const
@@ -156,7 +208,8 @@ void DockFrame::leaveRoomForDocuments()
         const Qt::DockWidgetArea area = dockWidgetArea(window);
         const bool isAtTheSide = area == Qt::LeftDockWidgetArea || area == Qt::RightDockWidgetArea;
         const QSize preferred = window->contents()->getPreferredNewWindowSize();
-        const QSize size = preferred.isValid() ? preferred : this->size() / 4;
+        const QSize size =
+            m_panelSizes.value(window, preferred.isValid() ? preferred : this->size() / 4);
         // Qt shares out what both are told to have.
         if (isAtTheSide)
             resizeDocks({window, *document}, {size.width(), width() - size.width()},

@@ -2,6 +2,7 @@
 
 #include "DockTitleBar.h"
 #include "ReloadBar.h"
+#include "reload.h"
 
 #include <DockFramework/ContentWidget.h>
 #include <DockFramework/DockableWidgetContents.h>
@@ -43,11 +44,20 @@ DockableWidget::DockableWidget(DockableWidgetContents* contents, QWidget* parent
     connect(m_titleBar, &DockTitleBar::floatRequested, this,
             [this] { setFloating(!isFloating()); });
     connect(m_titleBar, &DockTitleBar::reloadRequested, contents,
-            &DockableWidgetContents::reloadFile);
+            [contents] { reloadWhenAllowed(*contents); });
     connect(m_titleBar, &DockTitleBar::aboutToShowMenu, contents,
             [this, contents] { m_titleBar->setState(isFloating(), contents->canReloadFile()); });
+    // The bar has said what is lost.
     connect(m_reloadBar, &ReloadBar::reloadRequested, contents,
             &DockableWidgetContents::reloadFile);
+    // Another file is watched now, or the same one as it has just been read.
+    connect(contents, &DockableWidgetContents::fileWatcherEnabled, m_reloadBar, &QWidget::hide);
+    connect(contents, &DockableWidgetContents::fileWatcherIgnores, m_reloadBar,
+            [this](bool ignores) {
+                const bool isSaved = !ignores && m_contents && !m_contents->isModified();
+                if (isSaved)
+                    m_reloadBar->hide();
+            });
     connect(this, &QDockWidget::topLevelChanged, this, &DockableWidget::settle);
     connect(this, &QDockWidget::dockLocationChanged, contents,
             &DockableWidgetContents::notifyLocationChanged);
@@ -108,7 +118,11 @@ bool DockableWidget::eventFilter(QObject* watched, QEvent* event)
 
 void DockableWidget::showTitles()
 {
-    setWindowTitle(m_contents->getShortName() + QStringLiteral("[*]"));
+    QString title = m_contents->getShortName();
+    // Docked, it is the text of a tab and of a menu entry, where this marks a key.
+    if (!isFloating())
+        title.replace(QLatin1Char('&'), QLatin1String("&&"));
+    setWindowTitle(title + QStringLiteral("[*]"));
     setWindowModified(m_contents->isModified());
     const QString mark = m_contents->isModified() ? QStringLiteral("*") : QString();
     m_titleBar->setTitles(m_contents->getShortName() + mark, m_contents->longTitle());
@@ -127,5 +141,6 @@ void DockableWidget::settle(bool floating)
     if (floating && !m_hasFloated && size.isValid())
         resize(size);
     m_hasFloated = m_hasFloated || floating;
+    showTitles();
     m_contents->windowChanged();
 }

@@ -1,6 +1,8 @@
 #include <DockFramework/DockableWidgetContents.h>
 
 #include "FileWatcher.h"
+#include "plain_text.h"
+#include "reload.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -222,7 +224,7 @@ void DockableWidgetContents::contextMenuEvent(QContextMenuEvent* event)
     if (!chosen)
         return;
     if (chosen == reload)
-        reloadFile();
+        reloadWhenAllowed(*this);
     else if (chosen == close)
         QMetaObject::invokeMethod(this, "close", Qt::QueuedConnection);
 }
@@ -261,6 +263,7 @@ bool DockableWidgetContents::mayClose(const QString& details, const QString& que
     QMessageBox box(QMessageBox::Warning, getShortName(), question,
                     QMessageBox::Discard | QMessageBox::Cancel, this);
     box.setInformativeText(details);
+    showAsPlainText(box);
     box.setDefaultButton(QMessageBox::Cancel);
     if (isSignalConnected(QMetaMethod::fromSignal(&DockableWidgetContents::saveRequested))) {
         box.addButton(QMessageBox::Save);
