@@ -10,7 +10,9 @@
 #include <QFile>
 #include <QObject>
 
+#include <exception>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 namespace workbench {
@@ -91,6 +93,10 @@ QString CompressionRequest::writePart() const
             ? QString()
             : tr("It is no compressed document, it is damaged, or the disk is full.");
     } catch (const zvutil::ZvFileException& exception) {
+        return QString::fromUtf8(exception.what());
+    } catch (const std::bad_alloc&) {
+        return tr("There isn't enough memory for it.");
+    } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     }
 }

@@ -10,6 +10,12 @@ namespace workbench {
 
 using zvutil::libzvutil::abstract_response;
 
+namespace {
+
+constexpr int dialogDelay = 500;
+
+} // namespace
+
 CompressionTask::CompressionTask(CompressionRequest::Direction direction,
                                  const zvutil::ZvFilePath& source, const zvutil::ZvFilePath& target,
                                  QWidget* parent)
@@ -22,6 +28,7 @@ CompressionTask::CompressionTask(CompressionRequest::Direction direction,
 {
     m_dialog.setLabelText(m_dialog.labelText().arg(source.filename().toQString()));
     m_dialog.setWindowModality(Qt::WindowModal);
+    m_dialog.setMinimumDuration(dialogDelay);
     const auto request = std::make_shared<CompressionRequest>(direction, source, target);
     m_response = std::make_unique<abstract_response>(request.get());
     connect(m_response.get(), &abstract_response::completed, this, [this, target] {
@@ -35,6 +42,11 @@ CompressionTask::CompressionTask(CompressionRequest::Direction direction,
 }
 
 CompressionTask::~CompressionTask() = default;
+
+void CompressionTask::showProgress()
+{
+    m_dialog.show();
+}
 
 void CompressionTask::cancel()
 {

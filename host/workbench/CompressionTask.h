@@ -13,7 +13,7 @@
 namespace workbench {
 
 /// A compression with a progress dialog, in which it can be cancelled. It tells by exactly one of its
-/// signals how it has ended, and is deleted by then.
+/// signals how it has ended, and deletes itself behind that.
 class CompressionTask : public QObject
 {
     Q_OBJECT
@@ -23,6 +23,9 @@ public:
     CompressionTask(CompressionRequest::Direction direction, const zvutil::ZvFilePath& source,
                     const zvutil::ZvFilePath& target, QWidget* parent);
     ~CompressionTask() override;
+
+    /// Shows the dialog at once, which else comes up when it takes a while.
+    void showProgress();
 
 Q_SIGNALS:
     void completed(const zvutil::ZvFilePath& target);

@@ -2,16 +2,19 @@
 
 #include "FileError.h"
 #include "ProgressBox.h"
+#include "save_file_name.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
+
+#include <new>
 
 namespace workbench {
 
 namespace {
 
-/// Why \p work has failed, also if it's the user who has stopped it, or an empty text.
+/// Why \p work has failed, also if it's the user who has stopped it, or an empty text. What it needs
+/// grows with the file.
 template <typename Work>
 QString reasonOf(Work work)
 {
@@ -22,6 +25,8 @@ QString reasonOf(Work work)
         return error.reason();
     } catch (const Stopped&) {
         return Document::tr("You have stopped it.");
+    } catch (const std::bad_alloc&) {
+        return Document::tr("There isn't enough memory for it.");
     }
 }
 
@@ -111,14 +116,9 @@ zvutil::ZvFilePath Document::requestSavePath() const
 {
     const QString folder =
         filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
-    QFileDialog dialog(nullptr, tr("Save %1 as...").arg(m_type.name), folder,
-                       tr("%1s (*%2)").arg(m_type.name, m_type.extension));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    // The dialog asks before it replaces a file, also one that gets its extension here.
-    dialog.setDefaultSuffix(m_type.extension.mid(1));
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return filePath(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
+                                      tr("%1s").arg(m_type.name), m_type.extension);
+    return file.isEmpty() ? zvutil::ZvFilePath() : filePath(QDir::toNativeSeparators(file));
 }
 
 QAction* Document::addEditAction(const QString& text, const QKeySequence& shortcut)

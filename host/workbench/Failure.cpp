@@ -2,6 +2,7 @@
 
 #include <zv_logging/zv_logging.h>
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QStringList>
 
@@ -23,6 +24,9 @@ void tell(QWidget* parent, const Failure& failure)
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(QStringList{failure.reason, failure.advice}.join(QLatin1Char('\n')));
+    // The box doesn't hand its format on to this one.
+    box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))
+        ->setTextFormat(Qt::PlainText);
     box->open();
 }
 

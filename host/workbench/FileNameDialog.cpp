@@ -55,10 +55,11 @@ QString bannedCharacters()
 } // namespace
 
 FileNameDialog::FileNameDialog(QWidget* parent, const QString& title, const QString& folder,
-                               const QString& proposal)
+                               const QString& proposal, const QString& extension)
     : QDialog(parent)
     , m_folder(folder)
     , m_proposal(proposal)
+    , m_extension(extension)
     , m_name(new QLineEdit(proposal))
     , m_problem(new QLabel)
     , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel))
@@ -102,10 +103,11 @@ QString FileNameDialog::file() const
 }
 
 QString FileNameDialog::ask(QWidget* parent, const QString& title, const QString& folder,
-                            const QString& proposal)
+                            const QString& proposal, const QString& extension)
 {
     // The parent may go while the user thinks.
-    const QPointer<FileNameDialog> dialog(new FileNameDialog(parent, title, folder, proposal));
+    const QPointer<FileNameDialog> dialog(
+        new FileNameDialog(parent, title, folder, proposal, extension));
     const bool isAccepted = dialog->exec() == QDialog::Accepted && dialog;
     QString file = isAccepted ? dialog->file() : QString();
     delete dialog;
@@ -135,7 +137,10 @@ QString FileNameDialog::problemWith(const QString& name, const QString& folder,
 
 void FileNameDialog::judge()
 {
-    tellProblem(problemWith(m_name->text(), m_folder, m_proposal));
+    QString problem = problemWith(m_name->text(), m_folder, m_proposal);
+    if (problem.isEmpty() && !m_name->text().endsWith(m_extension, Qt::CaseInsensitive))
+        problem = tr("The name has to end in “%1”.").arg(m_extension);
+    tellProblem(problem);
     const bool isGood = m_problem->text().isEmpty();
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(isGood);
 }

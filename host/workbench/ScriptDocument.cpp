@@ -20,6 +20,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <exception>
+
 namespace workbench {
 
 namespace {
@@ -135,6 +137,11 @@ void ScriptDocument::run()
         Q_EMIT failed({tr("“%1” can't be run.").arg(shortTitle()),
                        tr("This program has no script interpreter."),
                        tr("Open the script in zvhost.")});
+        return;
+    } catch (const std::exception& exception) {
+        Q_EMIT failed({tr("“%1” can't be run.").arg(shortTitle()),
+                       QString::fromUtf8(exception.what()),
+                       tr("Close what you don't need, and try it again.")});
         return;
     }
     m_sinceStart.start();

@@ -56,20 +56,23 @@ ViewMenu::ViewMenu(Workbench& workbench)
     connect(options, &QAction::triggered, &workbench, &Workbench::showOptions);
 }
 
+ViewMenu::~ViewMenu() = default;
+
 void ViewMenu::fillStyles()
 {
-    m_styles->clear();
     const QString current = currentStyleName();
-    auto* const group = new QActionGroup(m_styles);
+    // The actions of the one before go along with it.
+    m_styleChoice = std::make_unique<QActionGroup>(m_styles);
     for (const QString& name : libzvutil::ZvStyleManager::AvailableStyleNames()) {
-        QAction* const action = group->addAction(name);
+        QAction* const action =
+            m_styleChoice->addAction(QString(name).replace(QLatin1Char('&'), QLatin1String("&&")));
         action->setObjectName(QStringLiteral("style:") + name);
         action->setCheckable(true);
         action->setChecked(name.compare(current, Qt::CaseInsensitive) == 0);
         connect(action, &QAction::triggered, this,
                 [this, name] { keep([name] { chooseStyle(name); }); });
     }
-    m_styles->addActions(group->actions());
+    m_styles->addActions(m_styleChoice->actions());
 }
 
 void ViewMenu::addAccents()

@@ -3,6 +3,9 @@
 #include <QMenu>
 
 #include <functional>
+#include <memory>
+
+class QActionGroup;
 
 namespace workbench {
 
@@ -15,6 +18,7 @@ class ViewMenu : public QMenu
 
 public:
     explicit ViewMenu(Workbench& workbench);
+    ~ViewMenu() override;
 
 private:
     void fillStyles();
@@ -25,6 +29,7 @@ private:
 
     Workbench& m_workbench;
     QMenu* m_styles;
+    std::unique_ptr<QActionGroup> m_styleChoice;
 };
 
 } // namespace workbench

@@ -10,6 +10,7 @@
 #include "FilesPanel.h"
 #include "FindInFilesDialog.h"
 #include "LogPanel.h"
+#include "NumberText.h"
 #include "OptionsDialog.h"
 #include "RecentFiles.h"
 #include "SchematicDocument.h"
@@ -20,12 +21,14 @@
 #include "WindowMenu.h"
 #include "file_uri.h"
 #include "requests.h"
+#include "save_file_name.h"
 #include "styles.h"
 
 #include <DockFramework/DockableWidget.h>
 
 #include <HostSupport/host.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
@@ -38,11 +41,14 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+#include <utility>
+
 namespace workbench {
 
 namespace {
 
 constexpr int messageTime = 5'000;
+constexpr int mostFilesToOpen = 50;
 
 Document* makeDocument(const DocumentType& type, const QString& title, QWidget* parent)
 {
@@ -73,6 +79,21 @@ QString dialogFilter()
     return filters.join(QStringLiteral(";;"));
 }
 
+/// One failure that tells of all of them.
+Failure joined(const QList<Failure>& failures)
+{
+    constexpr int mostTold = 10;
+    if (failures.size() == 1)
+        return failures.constFirst();
+    QStringList reasons;
+    for (const Failure& failure : failures.mid(0, mostTold))
+        reasons.append(failure.what + QLatin1Char(' ') + failure.reason);
+    if (failures.size() > mostTold)
+        reasons.append(QStringLiteral("…"));
+    return {Workbench::tr("%1 of the files can't be opened.").arg(failures.size()),
+            reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
+}
+
 QString compressedExtension()
 {
     return QStringLiteral(".z");
@@ -83,7 +104,9 @@ QString compressedExtension()
 Workbench::Workbench()
     : m_recentFiles(new RecentFiles(this))
     , m_toolBar(new QToolBar(tr("Tools"), this))
+    , m_separator(new QAction(this))
 {
+    m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
     setWindowTitle(QStringLiteral("Workbench"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -187,8 +210,19 @@ Document* Workbench::openFile(const QString& file)
 
 void Workbench::openFiles(const QStringList& files)
 {
+    if (files.size() > mostFilesToOpen) {
+        showFailure({tr("%1 files are too many to open at once.").arg(numberText(files.size())),
+                     tr("At most %1 are opened in one go.").arg(mostFilesToOpen),
+                     tr("Choose fewer.")});
+        return;
+    }
+    // One box for all of them.
+    m_failures.emplace();
     for (const QString& file : files)
         openFile(file);
+    const QList<Failure> failures = *std::exchange(m_failures, std::nullopt);
+    if (!failures.isEmpty())
+        showFailure(joined(failures));
 }
 
 QList<Document*> Workbench::documents() const
@@ -293,7 +327,7 @@ void Workbench::fillToolBar()
         m_toolBar->addAction(action);
     if (!m_current)
         return;
-    m_toolBar->addSeparator();
+    m_toolBar->addAction(m_separator);
     for (QAction* const action : m_current->toolBarActions())
         m_toolBar->addAction(action);
 }
@@ -326,41 +360,54 @@ void Workbench::saveAll()
 
 void Workbench::renameCurrent()
 {
-    if (!m_current || m_current->filename().isEmpty())
+    // Another may be the current one, or this one be gone, when the user has answered.
+    const QPointer<Document> document = m_current;
+    if (!document || !hasFile(*document))
         return;
-    const QFileInfo file(qtFileName(m_current->filename()));
-    const QString renamed =
-        FileNameDialog::ask(this, tr("Rename"), file.absolutePath(), file.fileName());
-    if (renamed.isEmpty() || renamed == file.absoluteFilePath())
+    const QFileInfo file(qtFileName(document->filename()));
+    const QString renamed = FileNameDialog::ask(this, tr("Rename"), file.absolutePath(),
+                                                file.fileName(), document->type().extension);
+    if (!document || renamed.isEmpty() || renamed == file.absoluteFilePath())
         return;
-    m_current->enableFileWatcher(false);
+    document->enableFileWatcher(false);
     QFile renaming(file.absoluteFilePath());
     if (renaming.rename(renamed)) {
-        m_current->setFilename(filePath(QDir::toNativeSeparators(renamed)));
+        document->setFilename(filePath(QDir::toNativeSeparators(renamed)));
         m_recentFiles->add(canonical(renamed));
     } else {
         showFailure({tr("“%1” was not renamed.").arg(file.absoluteFilePath()),
                      renaming.errorString(), tr("Choose another name.")});
     }
-    m_current->enableFileWatcher(true);
+    document->enableFileWatcher(true);
+}
+
+/// Tells the user if it has none.
+bool Workbench::hasFile(const Document& document)
+{
+    if (!document.filename().isEmpty())
+        return true;
+    showMessage(tr("“%1” has no file yet. Save it first.").arg(document.shortTitle()));
+    return false;
 }
 
 void Workbench::exportCurrent()
 {
-    if (!m_current)
+    const QPointer<Document> document = m_current;
+    if (!document)
         return;
     // What is exported is the file.
-    if (m_current->filename().isEmpty() || m_current->isModified())
-        m_current->save();
-    if (m_current->filename().isEmpty() || m_current->isModified())
+    if (document->filename().isEmpty() || document->isModified())
+        document->save();
+    if (!document || document->filename().isEmpty() || document->isModified())
         return;
-    const QString target = QFileDialog::getSaveFileName(
-        this, tr("Export"), qtFileName(m_current->filename()) + compressedExtension(),
-        tr("Compressed documents (*%1)").arg(compressedExtension()));
+    const zvutil::ZvFilePath source = document->filename();
+    const QString target =
+        saveFileName(this, tr("Export"), qtFileName(source) + compressedExtension(),
+                     tr("Compressed documents"), compressedExtension());
     if (target.isEmpty())
         return;
-    auto* const task = new CompressionTask(CompressionRequest::Direction::Compress,
-                                           m_current->filename(), filePath(target), this);
+    auto* const task = new CompressionTask(CompressionRequest::Direction::Compress, source,
+                                           filePath(target), this);
     connect(task, &CompressionTask::completed, this, [this](const zvutil::ZvFilePath& path) {
         showMessage(tr("Exported to “%1”").arg(path.toQString()));
     });
@@ -374,8 +421,10 @@ void Workbench::importDocument()
     if (source.isEmpty())
         return;
     const QFileInfo file(source);
+    const DocumentType* const type = documentTypeOfFile(file.completeBaseName());
     const QString target =
-        FileNameDialog::ask(this, tr("Import As"), file.absolutePath(), file.completeBaseName());
+        FileNameDialog::ask(this, tr("Import As"), file.absolutePath(), file.completeBaseName(),
+                            type ? type->extension : QString());
     if (target.isEmpty())
         return;
     auto* const task = new CompressionTask(CompressionRequest::Direction::Decompress,
@@ -387,7 +436,7 @@ void Workbench::importDocument()
 
 void Workbench::copyCurrentAsUri()
 {
-    if (!m_current || m_current->filename().isEmpty())
+    if (!m_current || !hasFile(*m_current))
         return;
     const QString uri = fileUri(qtFileName(m_current->filename()));
     QGuiApplication::clipboard()->setText(uri);
@@ -437,11 +486,18 @@ void Workbench::showMessage(const QString& text)
 
 void Workbench::showFailure(const Failure& failure)
 {
-    tell(this, failure);
+    if (m_failures)
+        m_failures->append(failure);
+    else
+        tell(this, failure);
 }
 
 void Workbench::closeEvent(QCloseEvent* event)
 {
+    if (isCompressing()) {
+        event->ignore();
+        return;
+    }
     QList<QPointer<const Document>> open;
     for (const Document* const document : documents())
         open.append(document);
@@ -470,6 +526,17 @@ void Workbench::closeEvent(QCloseEvent* event)
              {tr("What is open won't be opened again at the next start."),
               tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
               tr("Check your rights to that file, and that the disk isn't full.")});
+}
+
+/// Shows what is being exported or imported, and closes the window when that is done.
+bool Workbench::isCompressing()
+{
+    const QList<CompressionTask*> tasks = findChildren<CompressionTask*>();
+    for (CompressionTask* const task : tasks) {
+        task->showProgress();
+        connect(task, &QObject::destroyed, this, &QWidget::close, Qt::QueuedConnection);
+    }
+    return !tasks.isEmpty();
 }
 
 /// A layout finds a window by its object name: that of a document is its file's from now on.

@@ -13,6 +13,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
+class QAction;
 class QCloseEvent;
 class QSettings;
 class QToolBar;
@@ -88,18 +91,22 @@ private:
     void showStartPage();
     void followHighlighted(DockableWidget* window);
     void fillToolBar();
+    bool hasFile(const Document& document);
+    bool isCompressing();
     void openAtLine(const QString& file, int line);
     void nameWindows();
     bool saveSession(const QStringList& files, const QString& current, const QByteArray& layout);
 
     RecentFiles* m_recentFiles; // this and the next are children
     QToolBar* m_toolBar;
+    QAction* m_separator; // of the tool bar
     FilesPanel* m_files;
     ConsolePanel* m_console;
     LogPanel* m_log;
     FindInFilesDialog* m_find = nullptr;
     QPointer<StartPage> m_startPage;
     Document* m_current = nullptr; // forgotten while it is destroyed
+    std::optional<QList<Failure>> m_failures; // collected while several files are opened
     int m_newDocuments = 0;
     bool m_isClosing = false;
 };

@@ -20,21 +20,23 @@ namespace {
 
 constexpr int pollingInterval = 50;
 
-/// Ends the program as soon as the window has shown all that it is busy with, and its picture is in
-/// \p file.
-void takePicture(Workbench& window, const QString& file)
+/// Makes a picture of the window as soon as it has shown all that it is busy with, and ends the program
+/// if \p exits.
+void takePicture(Workbench& window, const QString& file, bool exits)
 {
     auto* const timer = new QTimer(&window);
-    timer->callOnTimeout(&window, [&window, file] {
+    timer->callOnTimeout(&window, [&window, timer, file, exits] {
         if (window.isBusy())
             return;
-        if (window.grab().save(file)) {
-            QCoreApplication::exit(0);
-            return;
+        timer->stop();
+        timer->deleteLater();
+        const bool isWritten = window.grab().save(file);
+        if (!isWritten) {
+            const QByteArray name = QDir::toNativeSeparators(file).toUtf8();
+            std::fprintf(stderr, "The picture “%s” can't be written.\n", name.constData());
         }
-        const QByteArray name = QDir::toNativeSeparators(file).toUtf8();
-        std::fprintf(stderr, "The picture “%s” can't be written.\n", name.constData());
-        QCoreApplication::exit(1);
+        if (exits)
+            QCoreApplication::exit(isWritten ? 0 : 1);
     });
     timer->start(pollingInterval);
 }
@@ -52,7 +54,8 @@ QString open(const QStringList& words)
         showStyle(arguments.style);
     else if (!window)
         libzvutil::ZvStyleManager::Refresh();
-    if (!window) {
+    const bool isNew = window.isNull();
+    if (isNew) {
         window = new Workbench;
         window->restoreSession();
     }
@@ -63,7 +66,8 @@ QString open(const QStringList& words)
     window->raise();
     window->activateWindow();
     if (!arguments.picture.isEmpty())
-        takePicture(*window, arguments.picture);
+        // A script that asks for one doesn't end what the user works on.
+        takePicture(*window, arguments.picture, isNew);
     return {};
 }
 

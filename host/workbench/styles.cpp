@@ -12,6 +12,14 @@ namespace {
 constexpr char styleOption[] = "ZvStyle";
 constexpr char accentOption[] = "ZvStyleAccent";
 
+void show(libzvutil::ZvStyle style, const QColor& accent)
+{
+    if (accent.isValid())
+        style.setAccent(accent);
+    libzvutil::ZvStyleManager::SetStyle(style);
+    libzvutil::ZvStyleManager::Refresh();
+}
+
 } // namespace
 
 QString optionText(const QString& name)
@@ -34,8 +42,8 @@ void chooseStyle(const QString& name)
 
 void chooseAccent(const QColor& colour)
 {
+    show(libzvutil::ZvStyleManager::CurrentStyle(), colour);
     host::writeOption(accentOption, colour.name().toStdString());
-    showStyle(currentStyleName());
 }
 
 QString currentStyleName()
@@ -57,13 +65,8 @@ void applyStyleOptions()
 
 void showStyle(const QString& name)
 {
-    libzvutil::ZvStyle style = libzvutil::ZvStyleManager::Style(name);
     // The library's own was made when the accent may have been another one.
-    const QColor accent = chosenAccent();
-    if (accent.isValid())
-        style.setAccent(accent);
-    libzvutil::ZvStyleManager::SetStyle(style);
-    libzvutil::ZvStyleManager::Refresh();
+    show(libzvutil::ZvStyleManager::Style(name), chosenAccent());
 }
 
 void keepEditedStyles(const QObject& context)

@@ -160,6 +160,8 @@ int main(int argc, char* argv[])
 {
     chooseDisplay();
     CommandLine::hideFromQt(argc, argv);
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZVHOST_VERSION));
