@@ -248,23 +248,25 @@ private Q_SLOTS:
     void stops_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("delay");
-        for (const int delay : {0, 50}) {
-            QTest::addRow("loop, %d", delay) << "while (true) {}" << delay;
-            QTest::addRow("output, %d", delay) << "while (true) print('more')" << delay;
-            QTest::addRow("calls, %d", delay) << "while (true) Twice('x')" << delay;
-            QTest::addRow("caught, %d", delay)
-                << "while (true) { try { Twice('x') } catch (e) {} }" << delay;
+        QTest::addColumn<bool>("isUnderWay");
+        for (const bool isUnderWay : {false, true}) {
+            const char* const when = isUnderWay ? "under way" : "at once";
+            QTest::addRow("loop, %s", when) << "while (true) {}" << isUnderWay;
+            QTest::addRow("output, %s", when) << "while (true) print('more')" << isUnderWay;
+            QTest::addRow("calls, %s", when) << "while (true) Twice('x')" << isUnderWay;
+            QTest::addRow("caught, %s", when)
+                << "while (true) { try { Twice('x') } catch (e) {} }" << isUnderWay;
         }
     }
 
     void stops()
     {
         QFETCH(QString, text);
-        QFETCH(int, delay);
+        QFETCH(bool, isUnderWay);
         Recorder recorder;
-        recorder.session->run(text.toStdString(), "here");
-        QTest::qWait(delay);
+        recorder.session->run("print('begun'); " + text.toStdString(), "here");
+        if (isUnderWay)
+            QVERIFY(QTest::qWaitFor([&recorder] { return !recorder.lines.isEmpty(); }, 30'000));
         QCOMPARE(recorder.finished, 0);
         recorder.session->stop();
         QVERIFY(recorder.wait());

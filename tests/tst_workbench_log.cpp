@@ -28,6 +28,7 @@ using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
 using namespace workbench;
 using namespace zvtest::literals;
+using zvtest::longWait;
 namespace logging = zvutil::logging;
 
 namespace {
@@ -121,7 +122,8 @@ private Q_SLOTS:
         QCOMPARE(panel.panel.shortTitle(), "Log"_q);
         QVERIFY(panel.panel.isSystemWidget());
         std::thread([] { logging::write(4, "Other", "two\nlines ü"); }).join();
-        QTRY_COMPARE(panel.shown(), (QStringList{"before the panel"_q, "two lines ü"_q}));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(),
+                                  (QStringList{"before the panel"_q, "two lines ü"_q}), longWait);
         const QModelIndex second = panel.view()->model()->index(1, 0);
         QCOMPARE(second.data().toString(), "Error"_q);
         QCOMPARE(second.siblingAtColumn(1).data().toString(), "Other"_q);
@@ -148,7 +150,7 @@ private Q_SLOTS:
         logging::write(3, "Test", "warning");
         logging::write(4, "Disk", "error");
         logging::write(5, "Disk", "critical");
-        QTRY_COMPARE(panel.shown().size(), 5);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 5, longWait);
         const QList<int> counts = {5, 4, 3, 2};
         for (int i = 0; i < counts.size(); ++i) {
             panel.level()->setCurrentIndex(i);
@@ -161,7 +163,8 @@ private Q_SLOTS:
         logging::write(4, "Disk", "another");
         logging::write(4, "Test", "not this");
         logging::write(3, "Disk", "nor this");
-        QTRY_COMPARE(panel.shown(), (QStringList{"error"_q, "critical"_q, "another"_q}));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(),
+                                  (QStringList{"error"_q, "critical"_q, "another"_q}), longWait);
         panel.text()->clear();
         panel.level()->setCurrentIndex(0);
         QCOMPARE(panel.shown().size(), 8);
@@ -169,12 +172,13 @@ private Q_SLOTS:
 
     void clearsAndCopies()
     {
-        const Panel panel;
+        Panel panel;
         logging::write(2, "A", "one");
         logging::write(3, "B", "two\nhalves");
-        QTRY_COMPARE(panel.shown().size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 2, longWait);
         panel.click("copy"_q);
         QCOMPARE(QApplication::clipboard()->text(), "Info\tA\tone\nWarning\tB\ttwo\nhalves\n"_q);
+        QVERIFY(zvtest::activate(panel.panel));
         panel.view()->setFocus();
         panel.view()->setCurrentIndex(panel.view()->model()->index(1, 0));
         QTest::keySequence(panel.view(), QKeySequence::Copy);
@@ -182,7 +186,7 @@ private Q_SLOTS:
         panel.click("clear"_q);
         QVERIFY(panel.shown().isEmpty());
         logging::write(2, "A", "three");
-        QTRY_COMPARE(panel.shown(), QStringList{"three"_q});
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(), QStringList{"three"_q}, longWait);
         QCOMPARE(logging::host::records().size(), std::size_t(3));
     }
 
@@ -195,15 +199,15 @@ private Q_SLOTS:
         };
         const QScrollBar& bar = *panel.view()->verticalScrollBar();
         log(100);
-        QTRY_COMPARE(panel.shown().size(), 100);
-        QTRY_VERIFY(bar.maximum() > 0);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 100, longWait);
+        QTRY_VERIFY_WITH_TIMEOUT(bar.maximum() > 0, longWait);
         QCOMPARE(bar.value(), bar.maximum());
         log(100);
-        QTRY_COMPARE(panel.shown().size(), 200);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 200, longWait);
         QCOMPARE(bar.value(), bar.maximum());
         panel.view()->verticalScrollBar()->setValue(5);
         log(100);
-        QTRY_COMPARE(panel.shown().size(), 300);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 300, longWait);
         QCOMPARE(bar.value(), 5);
     }
 
@@ -219,7 +223,7 @@ private Q_SLOTS:
         logging::write(3, "Workbench", "“bridge.testplan” has changed outside.");
         logging::write(4, "Workbench",
                        "Test plan “C:\\plans\\bridge.testplan” was not saved. The disk is full.");
-        QTRY_COMPARE(panel.shown().size(), 4);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 4, longWait);
         zvtest::showStyle(style);
         const auto colour = [&panel](int row) {
             return panel.view()->model()->index(row, 0).data(Qt::ForegroundRole).value<QColor>();

@@ -40,6 +40,7 @@
 using libzvutil::ZvStyleManager;
 using namespace workbench;
 using namespace zvtest::literals;
+using zvtest::longWait;
 
 namespace {
 
@@ -159,9 +160,9 @@ private Q_SLOTS:
         menu.addAction(action);
         QSignalSpy chosen(swatches, &AccentSwatches::chosen);
         menu.popup(QPoint(0, 0));
-        QVERIFY(QTest::qWaitForWindowExposed(&menu));
+        QVERIFY(QTest::qWaitForWindowExposed(&menu, longWait));
         QTest::keyClick(&menu, Qt::Key_Down);
-        QTRY_VERIFY(swatches->isAncestorOf(QApplication::focusWidget()));
+        QTRY_VERIFY_WITH_TIMEOUT(swatches->isAncestorOf(QApplication::focusWidget()), longWait);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         QCOMPARE(chosen.takeFirst().value(0).value<QColor>(), accents()[1].colour);
@@ -273,8 +274,8 @@ private Q_SLOTS:
             colours.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
         editor->findChild<QToolButton*>("colour"_q)->click();
-        QTRY_COMPARE(answer.count, 1);
-        QTRY_COMPARE(editor->value(), "#102030"_q);
+        QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(editor->value(), "#102030"_q, longWait);
     }
 
     void failureIsTold()
@@ -283,15 +284,19 @@ private Q_SLOTS:
         dialog.show();
         const std::string file = host::optionsFile();
         host::setOptionsFile(m_host.path().toStdString());
-        const zvtest::Answer<QMessageBox> answer([](QMessageBox& box) {
-            QCOMPARE(box.text(), "The option “TestOption” was not saved."_q);
-            QVERIFY(box.informativeText().contains("options file"_q));
+        QString text;
+        QString reason;
+        const zvtest::Answer<QMessageBox> answer([&](QMessageBox& box) {
+            text = box.text();
+            reason = box.informativeText();
             box.accept();
         });
         dialog.findChild<OptionEditor*>("TestOption"_q)->setValue("other"_q);
         button(dialog, QDialogButtonBox::Ok)->click();
         host::setOptionsFile(file);
-        QTRY_COMPARE(answer.count, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
+        QCOMPARE(text, "The option “TestOption” was not saved."_q);
+        QVERIFY2(reason.contains("options file"_q), qPrintable(reason));
         QVERIFY(dialog.isVisible());
         QVERIFY(button(dialog, QDialogButtonBox::Apply)->isEnabled());
         QVERIFY(dialog.apply());

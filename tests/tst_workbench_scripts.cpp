@@ -34,6 +34,7 @@
 #include <utility>
 
 using namespace workbench;
+using zvtest::longWait;
 
 namespace {
 
@@ -53,13 +54,13 @@ QAction* actionOf(const QWidget& widget, const QString& text)
 
 bool waitForEnd(const ScriptDocument& document)
 {
-    return QTest::qWaitFor([&document] { return !document.isRunning(); }, 30'000);
+    return QTest::qWaitFor([&document] { return !document.isRunning(); }, longWait);
 }
 
 bool waitForEnd(const ConsolePanel& console)
 {
     const auto* const spinner = console.findChild<ZvProcessingIndicator*>();
-    return QTest::qWaitFor([spinner] { return spinner->isHidden(); }, 30'000);
+    return QTest::qWaitFor([spinner] { return spinner->isHidden(); }, longWait);
 }
 
 QColor colourAt(const CodeEditor& editor, int line, int column)
@@ -131,7 +132,9 @@ private Q_SLOTS:
         auto document = std::make_unique<ScriptDocument>(QStringLiteral("Script 1"), nullptr);
         document->editor().setPlainText(QStringLiteral("while (true) print('more')"));
         document->run();
-        QTest::qWait(50);
+        QTRY_VERIFY_WITH_TIMEOUT(!outputOf(*document, "scriptOutput").toPlainText().isEmpty(),
+                                 longWait);
+        QVERIFY(document->isRunning());
         document.reset();
     }
 
@@ -279,14 +282,16 @@ private Q_SLOTS:
     void asksForAnExtension()
     {
         ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        zvtest::Answer<QFileDialog> answer([this](QFileDialog& dialog) {
-            QCOMPARE(dialog.windowTitle(), QStringLiteral("Save Script as..."));
+        QString title;
+        zvtest::Answer<QFileDialog> answer([this, &title](QFileDialog& dialog) {
+            title = dialog.windowTitle();
             dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
                 ->setText(m_folder.filePath(QStringLiteral("named")));
             QMetaObject::invokeMethod(&dialog, "accept");
         });
         document.save();
         QCOMPARE(answer.count, 1);
+        QCOMPARE(title, QStringLiteral("Save Script as..."));
         QVERIFY(QFile::exists(m_folder.filePath(QStringLiteral("named.zvscr"))));
         QCOMPARE(document.shortTitle(), QStringLiteral("named.zvscr"));
     }
@@ -299,7 +304,7 @@ private Q_SLOTS:
         QVERIFY(document.load(filePath(file)));
         QSignalSpy changed(&document, &DockableWidgetContents::fileChangedOutside);
         QVERIFY(zvtest::writeTo(file, "after"));
-        QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, 30'000));
+        QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, longWait));
         QCOMPARE(document.editor().toPlainText(), QStringLiteral("before"));
         document.reloadFile();
         QCOMPARE(document.editor().toPlainText(), QStringLiteral("after"));
@@ -410,11 +415,10 @@ private Q_SLOTS:
         const auto enter = [&](const char* line) {
             QTest::keyClicks(input, QLatin1String(line));
             QTest::keyClick(input, Qt::Key_Return);
-            QVERIFY(input->text().isEmpty());
-            QVERIFY(waitForEnd(console));
+            return input->text().isEmpty() && waitForEnd(console);
         };
-        enter(" 11");
-        enter(" 22");
+        QVERIFY(enter(" 11"));
+        QVERIFY(enter(" 22"));
         QTest::keyClicks(input, QStringLiteral("typ"));
         QTest::keyClick(input, Qt::Key_Up);
         QCOMPARE(input->text(), QStringLiteral(" 22"));
@@ -448,7 +452,7 @@ private Q_SLOTS:
         // One at a time.
         console.run(QStringLiteral("1"));
         QTest::keyClick(input, Qt::Key_Escape);
-        QVERIFY(QTest::qWaitFor([spinner] { return !spinner->isVisible(); }, 30'000));
+        QVERIFY(QTest::qWaitFor([spinner] { return !spinner->isVisible(); }, longWait));
         QCOMPARE(outputOf(console, "consoleOutput").toPlainText(),
                  QStringLiteral("> while (true) {}\nStopped by you."));
     }

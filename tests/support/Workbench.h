@@ -8,8 +8,22 @@
 #include <QFile>
 #include <QString>
 #include <QTest>
+#include <QWidget>
 
 namespace zvtest {
+
+/// How long to wait for what has to come, in ms: a busy machine takes its time under a sanitizer.
+constexpr int longWait = 60'000;
+
+/// Whether a window that is shown becomes the active one, which keys and shortcuts need.
+inline bool activate(QWidget& window)
+{
+    // Before it is there a display gives it nothing.
+    if (!QTest::qWaitForWindowExposed(&window, longWait))
+        return false;
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window, longWait);
+}
 
 inline QByteArray bytesOf(const QString& name)
 {
