@@ -33,6 +33,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
@@ -46,6 +47,7 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -53,6 +55,7 @@
 #include <QTreeView>
 #include <QUrl>
 
+#include <algorithm>
 #include <future>
 #include <memory>
 #include <optional>
@@ -1001,6 +1004,213 @@ private Q_SLOTS:
         recent.actions().last()->trigger();
         QVERIFY(recent.files().isEmpty());
         QVERIFY(!recent.isEnabled());
+    }
+
+    void extensionIsAddedToNamesWithADot()
+    {
+        const Window window;
+        const Document* const document = window->newDocument(documentTypes().at(0));
+        const QString dotted = m_folder->filePath(QStringLiteral("bridge v1.2"));
+        {
+            const zvtest::Answer<QFileDialog> answer = chooseFile(dotted);
+            window->saveCurrentAs();
+            QCOMPARE(answer.count, 1);
+        }
+        const QString file = dotted + QStringLiteral(".testplan");
+        QCOMPARE(qtFileName(document->filename()), file);
+        QVERIFY(QFile::exists(file));
+        // Then it may be the name of another file, for which the dialog hasn't asked.
+        QVERIFY(zvtest::writeTo(file, "other"));
+        QStringList questions;
+        const zvtest::Answer<QFileDialog> choice = chooseFile(dotted);
+        const zvtest::Answer<QMessageBox> no([&questions](QMessageBox& box) {
+            questions.append(box.text());
+            // What comes back is the dialog, which is given up.
+            QTimer::singleShot(0, [] {
+                QTRY_VERIFY(qobject_cast<QFileDialog*>(QApplication::activeModalWidget()));
+                static_cast<QFileDialog*>(QApplication::activeModalWidget())->reject();
+            });
+            box.button(QMessageBox::No)->click();
+        });
+        window->saveCurrentAs();
+        QCOMPARE(questions.size(), 1);
+        QVERIFY(questions.constFirst().contains(QDir::toNativeSeparators(file)));
+        QCOMPARE(zvtest::bytesOf(file), QByteArray("other"));
+    }
+
+    void renamedDocumentsKeepTheirExtension()
+    {
+        const Window window;
+        QVERIFY(window->openFile(script("a.zvscr")));
+        QString problem;
+        bool isAccepted = true;
+        const zvtest::Answer<FileNameDialog> answer([&](FileNameDialog& dialog) {
+            dialog.findChild<QLineEdit*>(QStringLiteral("name"))->setText(QStringLiteral("b.txt"));
+            problem = dialog.findChild<QLabel*>(QStringLiteral("problem"))->text();
+            isAccepted =
+                dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled();
+            dialog.reject();
+        });
+        window->renameCurrent();
+        QCOMPARE(problem, QStringLiteral("The name has to end in “.zvscr”."));
+        QVERIFY(!isAccepted);
+    }
+
+    void documentsWithoutAFileTellSo()
+    {
+        const Window window;
+        window->newDocument(documentTypes().at(2));
+        window->renameCurrent();
+        QCOMPARE(window->statusBar()->currentMessage(),
+                 QStringLiteral("“Script 1” has no file yet. Save it first."));
+        window->statusBar()->clearMessage();
+        window->copyCurrentAsUri();
+        QVERIFY(!window->statusBar()->currentMessage().isEmpty());
+    }
+
+    void failuresAreToldInOneBox()
+    {
+        const Window window;
+        QStringList files;
+        for (int i = 0; i < 12; ++i)
+            files.append(script(qPrintable(QStringLiteral("%1.dat").arg(i))));
+        files.append(script("good.zvscr"));
+        window->openFiles(files);
+        QCOMPARE(window->documents().size(), 1);
+        QMessageBox* const box = failureOf(*window);
+        QVERIFY(box);
+        QCOMPARE(window->findChildren<QMessageBox*>().size(), 1);
+        QCOMPARE(box->text(), QStringLiteral("12 of the files can't be opened."));
+        const QStringList lines = box->informativeText().split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), 12);
+        QVERIFY(lines.at(9).contains(QStringLiteral("9.dat")));
+        QCOMPARE(lines.at(10), QStringLiteral("…"));
+        dismiss(*box);
+        // One alone is told as ever.
+        window->openFiles({files.constFirst()});
+        QMessageBox* const one = failureOf(*window);
+        QVERIFY(one);
+        QVERIFY(one->text().contains(QStringLiteral("0.dat")));
+        dismiss(*one);
+    }
+
+    void tooManyFilesAreNotOpened()
+    {
+        const Window window;
+        QStringList files;
+        for (int i = 0; i < 51; ++i)
+            files.append(m_folder->filePath(QStringLiteral("%1.zvscr").arg(i)));
+        window->openFiles(files);
+        QMessageBox* const box = failureOf(*window);
+        QVERIFY(box);
+        QCOMPARE(box->text(), QStringLiteral("51 files are too many to open at once."));
+        QCOMPARE(window->findChildren<QMessageBox*>().size(), 1);
+        dismiss(*box);
+    }
+
+    void failuresShowNamesAsTheyAre()
+    {
+        const Window window;
+        window->showFailure({QStringLiteral("<b>a</b>"), QStringLiteral("<i>b</i>"), {}});
+        QMessageBox* const box = failureOf(*window);
+        QVERIFY(box);
+        int shown = 0;
+        for (const QLabel* const label : box->findChildren<QLabel*>()) {
+            if (label->text().startsWith(QLatin1Char('<'))) {
+                QCOMPARE(label->textFormat(), Qt::PlainText);
+                ++shown;
+            }
+        }
+        QCOMPARE(shown, 2);
+        dismiss(*box);
+    }
+
+    void windowClosesWhenAnExportHasEnded()
+    {
+        const QString source = script("a.zvscr");
+        const QString target = m_folder->filePath(QStringLiteral("a.zvscr.z"));
+        const QPointer<Workbench> window(new Workbench);
+        window->show();
+        const QPointer<CompressionTask> task(new CompressionTask(
+            CompressionRequest::Direction::Compress, filePath(source), filePath(target), window));
+        // It can't have ended before events are handled.
+        QVERIFY(!window->close());
+        QVERIFY(window->isVisible());
+        const auto* const dialog = window->findChild<QProgressDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!window, zvtest::longWait);
+        QVERIFY(!task);
+        QVERIFY(QFile::exists(target));
+        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+    }
+
+    void picturesOfAWindowInUseDoNotEndTheProgram()
+    {
+        const QString picture = m_folder->filePath(QStringLiteral("picture.png"));
+        QCOMPARE(open({}), QString());
+        QPointer<Workbench> window;
+        for (QWidget* const widget : QApplication::topLevelWidgets()) {
+            if (auto* const workbench = qobject_cast<Workbench*>(widget))
+                window = workbench;
+        }
+        QVERIFY(window);
+        QCOMPARE(open({QStringLiteral("--screenshot"), picture}), QString());
+        // The end of the program would end the loop with another result.
+        constexpr int isThere = 7;
+        QEventLoop loop;
+        QTimer timer;
+        timer.callOnTimeout(&loop, [&] {
+            if (QFile::exists(picture))
+                loop.exit(isThere);
+        });
+        timer.start(10);
+        QTimer::singleShot(zvtest::longWait, &loop, [&loop] { loop.exit(1); });
+        QCOMPARE(loop.exec(), isThere);
+        QVERIFY(window->isVisible());
+        QVERIFY(window->close());
+        QTRY_VERIFY(!window);
+    }
+
+    void stylesThatCantBeKeptAreToldOf()
+    {
+        using libzvutil::ZvStyleManager;
+        const Window window;
+        // A folder of that name is in the way.
+        QVERIFY(QDir().mkpath(m_host->libraryFile()));
+        libzvutil::ZvStyleLibrary library;
+        library.update(ZvStyleManager::Library().light().duplicate("Mine"));
+        ZvStyleManager::SetLibrary(library);
+        QMessageBox* const box = failureOf(*window);
+        QVERIFY(box);
+        QCOMPARE(box->text(), QStringLiteral("Your styles aren't kept for the next start."));
+        QVERIFY(box->informativeText().contains(QStringLiteral("styles.xml")));
+        dismiss(*box);
+        QVERIFY(QDir().rmdir(m_host->libraryFile()));
+        ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
+        QVERIFY(!window->findChild<QMessageBox*>());
+    }
+
+    void panelsKeepTheirSizes()
+    {
+        int width = 0;
+        {
+            const Window window;
+            QVERIFY(window->openFile(script("a.zvscr")));
+            const auto windowOf = [&window](const QWidget* contents) {
+                const QList<DockableWidget*> all = window->dockableWidgets();
+                return *std::find_if(all.begin(), all.end(), [contents](DockableWidget* dock) {
+                    return dock->contents() == contents;
+                });
+            };
+            const int before = window->filesPanel().width();
+            window->resizeDocks(
+                {windowOf(&window->filesPanel()), windowOf(window->currentDocument())},
+                {before + 150, window->width() - before - 150}, Qt::Horizontal);
+            QTRY_VERIFY(window->filesPanel().width() > before + 100);
+            width = window->filesPanel().width();
+        }
+        const Window window;
+        QTRY_VERIFY(qAbs(window->filesPanel().width() - width) < 20);
     }
 
     void arguments_data()

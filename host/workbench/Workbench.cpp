@@ -117,7 +117,7 @@ Workbench::Workbench()
     makePanels();
     makeMenus();
     statusBar()->setSizeGripEnabled(false);
-    keepEditedStyles(*this);
+    keepEditedStyles(*this, [this](const Failure& failure) { showFailure(failure); });
     connect(this, &DockFrame::highlightedChanged, this, &Workbench::followHighlighted);
     connect(m_recentFiles, &RecentFiles::openRequested, this, &Workbench::openFile);
     showStartPage();

@@ -1,9 +1,18 @@
 #include "styles.h"
 
+#include "Document.h"
+
 #include <HostSupport/Options.h>
 #include <HostSupport/host.h>
 
+#include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace workbench {
 
@@ -18,6 +27,23 @@ void show(libzvutil::ZvStyle style, const QColor& accent)
         style.setAccent(accent);
     libzvutil::ZvStyleManager::SetStyle(style);
     libzvutil::ZvStyleManager::Refresh();
+}
+
+QByteArray bytesOf(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The library doesn't tell whether a file was written.
+bool areStylesKept()
+{
+    using libzvutil::ZvStyleManager;
+    const QTemporaryDir folder;
+    const QString expected = folder.filePath(QStringLiteral("styles.xml"));
+    ZvStyleManager::Library().save(filePath(QDir::toNativeSeparators(expected)));
+    return !folder.isValid()
+        || bytesOf(qtFileName(ZvStyleManager::StyleConfigPath())) == bytesOf(expected);
 }
 
 } // namespace
@@ -69,16 +95,25 @@ void showStyle(const QString& name)
     show(libzvutil::ZvStyleManager::Style(name), chosenAccent());
 }
 
-void keepEditedStyles(const QObject& context)
+void keepEditedStyles(const QObject& context, const std::function<void(const Failure&)>& tell)
 {
     using libzvutil::ZvStyleManager;
-    QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context,
-                     [] {
-                         // Whatever style is put in, all of them are written.
-                         ZvStyleManager::Update(
-                             ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
-                         showStyle(currentStyleName());
-                     });
+    QObject::connect(
+        &libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context, [tell] {
+            // Whatever style is put in, all of them are written.
+            ZvStyleManager::Update(
+                ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
+            showStyle(currentStyleName());
+            if (!areStylesKept())
+                tell({QCoreApplication::translate("workbench::Styles",
+                                                  "Your styles aren't kept for the next start."),
+                      QCoreApplication::translate("workbench::Styles", "“%1” can't be written.")
+                          .arg(ZvStyleManager::StyleConfigPath().toQString()),
+                      QCoreApplication::translate(
+                          "workbench::Styles",
+                          "Check your rights to that file, and that the disk isn't full. Then "
+                          "apply the style once more.")});
+        });
 }
 
 } // namespace workbench

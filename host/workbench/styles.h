@@ -1,9 +1,13 @@
 #pragma once
 
+#include "Failure.h"
+
 #include <zvutil/ZvStyleBrush.h>
 
 #include <QColor>
 #include <QString>
+
+#include <functional>
 
 class QObject;
 
@@ -35,7 +39,7 @@ void applyStyleOptions();
 void showStyle(const QString& name);
 
 /// As long as \p context lives, styles that the style editor hands over are written to disc, and the
-/// current one is shown as it is now.
-void keepEditedStyles(const QObject& context);
+/// current one is shown as it is now. \p tell is called if they can't be written.
+void keepEditedStyles(const QObject& context, const std::function<void(const Failure&)>& tell);
 
 } // namespace workbench
