@@ -457,6 +457,19 @@ private Q_SLOTS:
                  QStringLiteral("> while (true) {}\nStopped by you."));
     }
 
+    void emptyLinesOfTheOutputAreKept()
+    {
+        OutputView output;
+        output.append({});
+        output.append(QStringLiteral("a"));
+        output.append({});
+        output.append(QStringLiteral("b"));
+        QCOMPARE(output.toPlainText(), QStringLiteral("\na\n\nb"));
+        output.clear();
+        output.append(QStringLiteral("c"));
+        QCOMPARE(output.toPlainText(), QStringLiteral("c"));
+    }
+
     void outputIsBoundedAndFollowsItsEnd()
     {
         OutputView output;

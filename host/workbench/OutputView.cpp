@@ -6,6 +6,7 @@
 
 #include <QColor>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextCursor>
 
@@ -14,6 +15,7 @@ namespace workbench {
 namespace {
 
 constexpr int keptLines = 10'000;
+constexpr int isWritten = 1;
 
 QColor colourOf(OutputView::Kind kind)
 {
@@ -51,8 +53,11 @@ void OutputView::append(const QString& lines, Kind kind)
     QTextCursor cursor(document());
     cursor.movePosition(QTextCursor::End);
     cursor.beginEditBlock();
-    if (!document()->isEmpty())
+    // A first line that is empty leaves the document so.
+    QTextBlock first = document()->firstBlock();
+    if (!document()->isEmpty() || first.userState() == isWritten)
         cursor.insertBlock();
+    first.setUserState(isWritten);
     QTextCharFormat format;
     // Without a colour it is the style sheet's.
     const QColor colour = colourOf(kind);
