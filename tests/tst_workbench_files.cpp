@@ -34,6 +34,7 @@
 #include <QStringListModel>
 #include <QTest>
 #include <QToolButton>
+#include <QToolTip>
 #include <QUrl>
 
 #include <memory>
@@ -137,6 +138,28 @@ public:
     }
 
     std::unique_ptr<FilesPanel> panel = std::make_unique<FilesPanel>();
+};
+
+/// Counts the events of one type that an object gets.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QObject& watched, QEvent::Type type)
+        : m_type(type)
+    {
+        watched.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    int count = 0;
+
+private:
+    QEvent::Type m_type;
 };
 
 QStringList rowsOf(const FilteredFilesModel& model)
@@ -789,6 +812,22 @@ private Q_SLOTS:
                      .qColour()
                      .toRgb());
         qApp->setStyleSheet(QString());
+    }
+
+    /// The list model runs several times, and the panel isn't idle in between.
+    void panelWorksUntilAllIsListed()
+    {
+        zvtest::FileTree tree;
+        tree.files(300);
+        const Panel panel;
+        const EventCounter hides(*panel.stop(), QEvent::Hide);
+        panel.panel->addFolders({tree.path()});
+        QVERIFY(panel.panel->isWorking());
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        QCOMPARE(hides.count, 1);
+        panel.panel->reload();
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        QCOMPARE(hides.count, 2);
     }
 
 private:

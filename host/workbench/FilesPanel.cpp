@@ -42,6 +42,8 @@ namespace workbench {
 namespace {
 
 constexpr int mostFilesToOpen = 50;
+// The one over no folders that comes by itself, and one for each of the two settings.
+constexpr int runsOfListing = 3;
 
 QToolButton* buttonFor(QAction* action)
 {
@@ -365,15 +367,11 @@ void FilesPanel::connectFilter()
 void FilesPanel::list(Listing state)
 {
     m_listing = state;
+    m_runsLeft = runsOfListing;
     const std::unique_ptr<FolderListModel> previous =
         std::exchange(m_model, std::make_unique<FolderListModel>());
-    connect(m_model.get(), &ZvMultiDirectoryListModel::backgroundProcessStarted, this, [this] {
-        if (m_listing == Listing::Idle && m_folders->count() > 0)
-            m_listing = Listing::Running;
-        settle();
-    });
     connect(m_model.get(), &ZvMultiDirectoryListModel::backgroundProcessStopped, this, [this] {
-        if (m_listing == Listing::Running)
+        if (--m_runsLeft == 0 && m_listing == Listing::Running)
             m_listing = Listing::Idle;
         settle();
     });
