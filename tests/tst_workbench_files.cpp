@@ -830,6 +830,69 @@ private Q_SLOTS:
         QCOMPARE(hides.count, 2);
     }
 
+    void actionsTakeWhatIsSelectedNotWhatIsCurrent()
+    {
+        zvtest::FileTree tree({"1/a.txt"_q, "1/b.txt"_q, "2/c.txt"_q, "2/d.txt"_q});
+        const Panel panel;
+        panel.panel->addFolders({tree.path("1"_q), tree.path("2"_q)});
+        QVERIFY(panel.comesToShow(listed({tree.path("1"_q), tree.path("2"_q)})));
+        const QStringList shown = panel.shown();
+        QVERIFY(shown.size() >= 2);
+        const int last = shown.size() - 1;
+        const auto click = [&panel](int row, Qt::KeyboardModifiers modifiers) {
+            const QRect place = panel.view()->visualRect(panel.view()->model()->index(row, 0));
+            QTest::mouseClick(panel.view()->viewport(), Qt::LeftButton, modifiers, place.center());
+        };
+        click(0, Qt::NoModifier);
+        click(last, Qt::ControlModifier);
+        click(last, Qt::ControlModifier);
+        QCOMPARE(panel.view()->currentIndex().row(), last);
+        QVERIFY(panel.action("Rename…"_q)->isEnabled());
+
+        panel.action("Show folder"_q)->trigger();
+        QCOMPARE(QToolTip::text(), QFileInfo(shown.first()).path());
+        QToolTip::hideText();
+        const zvtest::Answer<QDialog> answer([](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        panel.action("Rename…"_q)->trigger();
+        QTRY_COMPARE(answer.count, 1);
+        QVERIFY(!QFileInfo::exists(shown.first()));
+        QVERIFY(QFileInfo::exists(shown.last()));
+    }
+
+    void documentsStayDocuments_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("no extension") << "new"_q
+                                      << "new.testplan"_q;
+        QTest::newRow("its own") << "new.testplan"_q
+                                 << "new.testplan"_q;
+        QTest::newRow("another") << "new.txt"_q
+                                 << "new.txt"_q;
+    }
+
+    void documentsStayDocuments()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, name);
+        zvtest::FileTree tree;
+        tree.files(3, "%1.testplan"_q);
+        const Panel panel;
+        panel.panel->addFolders({tree.path()});
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
+        const zvtest::Answer<QDialog> answer([&typed](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>("name"_q)->setText(typed);
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        panel.action("Rename…"_q)->trigger();
+        QTRY_COMPARE(answer.count, 1);
+        QVERIFY(QFileInfo::exists(tree.path(name)));
+    }
+
 private:
     const zvtest::StyleHost m_host;
 };
