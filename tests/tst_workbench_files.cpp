@@ -33,6 +33,8 @@
 #include <QSignalSpy>
 #include <QStringListModel>
 #include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QToolButton>
 #include <QToolTip>
 #include <QUrl>
@@ -891,6 +893,26 @@ private Q_SLOTS:
         panel.action("Rename…"_q)->trigger();
         QTRY_COMPARE(answer.count, 1);
         QVERIFY(QFileInfo::exists(tree.path(name)));
+    }
+
+    void toolTipsShowPathsAsTheyAre()
+    {
+        const auto shown = [](const QString& tip) {
+            return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
+                                            : tip;
+        };
+        for (const QString& path : {"/a/<b>c</b>.txt"_q, "/a/b & c.txt"_q, "/a/i <b && c> d"_q}) {
+            QStringListModel source({path});
+            FilteredFilesModel model(nullptr);
+            model.setSource(&source);
+            model.append({0});
+            QCOMPARE(shown(model.index(0).data(Qt::ToolTipRole).toString()), path);
+        }
+        const Panel panel;
+        panel.panel->addFolders({"/a/<b>bold</b>"_q});
+        const QString folder = QDir::toNativeSeparators("/a/<b>bold</b>"_q);
+        const QString tip = shown(panel.folders()->item(0)->toolTip());
+        QVERIFY2(tip.startsWith("“"_q + folder + "” isn't there"_q), qPrintable(tip));
     }
 
 private:

@@ -647,6 +647,24 @@ private Q_SLOTS:
 #endif
     }
 
+    void toolTipsShowLinesAsTheyAre()
+    {
+        const QStringList lines = {"needle if (i<b && c>d)"_q, "<b>needle</b> &amp; more"_q,
+                                   "  needle < 5 && 6 > 7"_q};
+        HitsModel model(nullptr);
+        for (const QString& line : lines)
+            model.append({{"/a/<i>b</i>.txt"_q, {1, line, 0}}});
+        const auto shown = [&model](int row, int column) {
+            const QString tip = model.index(row, column).data(Qt::ToolTipRole).toString();
+            return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
+                                            : tip;
+        };
+        for (int row = 0; row < lines.size(); ++row) {
+            QCOMPARE(shown(row, HitsModel::TextColumn).trimmed(), lines[row].trimmed());
+            QCOMPARE(shown(row, HitsModel::FileColumn), "/a/<i>b</i>.txt"_q);
+        }
+    }
+
 private:
     const zvtest::StyleHost m_host;
 };

@@ -947,6 +947,20 @@ private Q_SLOTS:
         showStyle("Light");
     }
 
+    void aReferenceIsNoHtml()
+    {
+        const QString reference = QStringLiteral("<b>R1</b>");
+        const workbench::SymbolDialog dialog(symbolOf(SymbolKind::Resistor, "<b>R1</b>", {}),
+                                             {reference}, nullptr);
+        for (const QLabel* const label : dialog.findChildren<QLabel*>()) {
+            if (label->text().contains(reference)) {
+                QCOMPARE(label->textFormat(), Qt::PlainText);
+                return;
+            }
+        }
+        QFAIL("nothing tells that the reference is taken");
+    }
+
 private:
     const zvtest::StyleHost m_host;
     const QTemporaryDir m_dir;

@@ -403,11 +403,11 @@ void FilesPanel::showFolders()
         const bool isReadable = info.isDir() && info.isReadable();
         const QString text = folderText(folder);
         item.setText(isReadable ? text : tr("%1 (can't be read)").arg(text));
-        item.setToolTip(isReadable
-                            ? text
-                            : tr("“%1” isn't there, or you have no right to read it. Bring it back "
-                                 "and press Reload, or remove it.")
-                                  .arg(text));
+        item.setToolTip(toolTipOf(
+            isReadable ? text
+                       : tr("“%1” isn't there, or you have no right to read it. Bring it back "
+                            "and press Reload, or remove it.")
+                             .arg(text)));
         m_unreadableFolders += isReadable ? 0 : 1;
     }
 }
@@ -561,7 +561,8 @@ void FilesPanel::showFolder()
         selected.contains(current) ? current : *std::min_element(selected.begin(), selected.end());
     const QRect row = m_view->visualRect(index);
     QToolTip::showText(m_view->viewport()->mapToGlobal(row.bottomLeft()),
-                       index.data(FilteredFilesModel::FolderRole).toString(), m_view, row);
+                       toolTipOf(index.data(FilteredFilesModel::FolderRole).toString()), m_view,
+                       row);
 }
 
 int FilesPanel::selectedCount() const
