@@ -1254,6 +1254,19 @@ private Q_SLOTS:
         showStyle("Light");
     }
 
+    void whatTheUserHasWrittenIsNoPlaceholder()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));
+        try {
+            savePlan(file, planOf({QStringLiteral("Vdd %2 %3")}, {QStringLiteral("a\x1f")}));
+            QFAIL("it is saved");
+        } catch (const workbench::FileError& error) {
+            QCOMPARE(error.reason(),
+                     QStringLiteral("The cell in row 1, column “Vdd %2 %3”, holds a character that "
+                                    "an XML file can't hold: U+001f at position 2."));
+        }
+    }
+
 private:
     static QAction* actionOf(const Plan& plan, const char* name)
     {

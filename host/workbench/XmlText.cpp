@@ -94,10 +94,10 @@ void requireWritable(const QString& text, const std::function<QString()>& where)
     const int place = unwritableCharacter(text);
     if (place < 0)
         return;
+    const QString code = QString::number(text.at(place).unicode(), 16).rightJustified(4, u'0');
+    // All at once: where it is, the user has written, and that may hold a "%2".
     throw FileError(tr("%1 holds a character that an XML file can't hold: U+%2 at position %3.")
-                        .arg(where())
-                        .arg(int(text.at(place).unicode()), 4, 16, QLatin1Char('0'))
-                        .arg(place + 1));
+                        .arg(where(), code, QString::number(place + 1)));
 }
 
 void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
