@@ -1267,6 +1267,32 @@ private Q_SLOTS:
         }
     }
 
+    /// Some disks give a file a longer name while it is written.
+    void namesThatAreTooLongAreTold_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QString>("reason");
+        const QString tooLong = QStringLiteral("Its name is too long for this disk.");
+        const QString other =
+            QStringLiteral("Either the disk is full, or you have no right to write there.");
+        QTest::newRow("at most") << 248 << other;
+        QTest::newRow("too long to be written") << 249 << tooLong;
+        QTest::newRow("too long at all") << 256 << tooLong;
+    }
+
+    void namesThatAreTooLongAreTold()
+    {
+        QFETCH(int, length);
+        QFETCH(QString, reason);
+        const QString file = m_dir.filePath(QString(length, QLatin1Char('n')));
+        try {
+            workbench::requireWritten(false, workbench::filePath(file));
+            QFAIL("it is written");
+        } catch (const workbench::FileError& error) {
+            QCOMPARE(error.reason(), reason);
+        }
+    }
+
 private:
     static QAction* actionOf(const Plan& plan, const char* name)
     {
