@@ -1254,6 +1254,110 @@ private Q_SLOTS:
         showStyle("Light");
     }
 
+    /// What lies between blocks of a selection isn't touched.
+    void blocksOfRows_data()
+    {
+        QTest::addColumn<QList<QRect>>("blocks");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QString>("rows");
+        const auto row = [](const char* name, const QList<QRect>& blocks, int code,
+                            Qt::KeyboardModifiers modifiers, const char* rows) {
+            QTest::newRow(name) << blocks << code << modifiers << QString::fromLatin1(rows);
+        };
+        const QList<QRect> two = {{0, 1, 3, 1}, {0, 4, 3, 2}};
+        row("remove", two, Qt::Key_Minus, Qt::ControlModifier, "0 2 3 6 7");
+        row("remove, selected upwards", {{1, 4, 1, 2}, {0, 1, 1, 1}}, Qt::Key_Minus,
+            Qt::ControlModifier, "0 2 3 6 7");
+        row("remove what touches", {{0, 4, 1, 1}, {1, 3, 1, 1}, {2, 0, 1, 1}, {2, 4, 1, 2}},
+            Qt::Key_Minus, Qt::ControlModifier, "1 2 6 7");
+        row("insert", two, Qt::Key_Plus, Qt::ControlModifier, "0  1 2 3   4 5 6 7");
+        row("disable", two, Qt::Key_Slash, Qt::ControlModifier, "0 -1 2 3 -4 -5 6 7");
+        row("up", two, Qt::Key_Up, Qt::AltModifier, "1 0 2 4 5 3 6 7");
+        row("down", two, Qt::Key_Down, Qt::AltModifier, "0 2 1 3 6 4 5 7");
+        row("down by one row between", {{0, 2, 1, 1}, {0, 4, 1, 1}}, Qt::Key_Down, Qt::AltModifier,
+            "0 1 3 2 5 4 6 7");
+        row("the first can't go up", {{0, 0, 1, 1}, {0, 4, 1, 1}}, Qt::Key_Up, Qt::AltModifier,
+            "0 1 2 3 4 5 6 7");
+        row("the last can't go down", {{0, 1, 1, 1}, {0, 7, 1, 1}}, Qt::Key_Down, Qt::AltModifier,
+            "0 1 2 3 4 5 6 7");
+    }
+
+    void blocksOfRows()
+    {
+        QFETCH(QList<QRect>, blocks);
+        QFETCH(int, code);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QString, rows);
+        QStringList numbers;
+        for (int row = 0; row < 8; ++row)
+            numbers.append(QStringLiteral("%1").arg(row));
+        Plan plan(numbers);
+        const QStringList before = plan.rows();
+        selectBlocks(plan, blocks);
+        plan.key(code, modifiers);
+        QCOMPARE(firstsOf(plan), rows);
+        const bool isChange = plan.rows() != before;
+        QCOMPARE(plan.model.undoStack().count(), isChange ? 1 : 0);
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.rows(), before);
+        plan.key(Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(firstsOf(plan), rows);
+    }
+
+    void blocksOfRowsMoveOn()
+    {
+        Plan plan({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"),
+                   QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5")});
+        selectBlocks(plan, {{0, 0, 3, 1}, {0, 2, 3, 1}});
+        for (int i = 0; i < 9; ++i)
+            plan.key(Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 4 0 5 2"));
+        plan.key(Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 0 4 2 5"));
+    }
+
+    void blocksOfColumns()
+    {
+        Plan plan;
+        plan.model.insertColumns(3, 2); // A B C 4 5
+        const QStringList before = textOf(plan.model.plan());
+        const auto headings = [&plan] { return plan.model.plan().headings.join(QLatin1Char('|')); };
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 0, 1, 4}, {3, 1, 1, 1}});
+        actionOf(plan, "removeColumn")->trigger();
+        QCOMPARE(headings(), QStringLiteral("B|Column 5"));
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(textOf(plan.model.plan()), before);
+        selectBlocks(plan, {{1, 0, 1, 1}, {3, 0, 1, 1}});
+        plan.key(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(headings(), QStringLiteral("B|A|Column 4|C|Column 5"));
+        plan.key(Qt::Key_Right, Qt::AltModifier);
+        plan.key(Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        plan.key(Qt::Key_Right, Qt::AltModifier); // the last is at the edge
+        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        actionOf(plan, "insertColumn")->trigger();
+        QCOMPARE(headings(), QStringLiteral("A|C|Column 3|B|Column 5|Column 5|Column 4"));
+        QCOMPARE(plan.failures, QStringList());
+        selectBlocks(plan, {{0, 0, 3, 1}, {3, 2, 4, 1}});
+        actionOf(plan, "removeColumn")->trigger();
+        QCOMPARE(plan.failures, QStringList(QStringLiteral("One column has to stay.")));
+        QCOMPARE(plan.model.columnCount(), 7);
+    }
+
+    void wholeRowsAndColumnsOfBlocks()
+    {
+        Plan plan;
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 3, 1, 1}});
+        plan.key(Qt::Key_Space, Qt::ShiftModifier);
+        QCOMPARE(plan.view.selectionModel()->selectedIndexes().size(), 6);
+        QVERIFY(!plan.view.selectionModel()->isSelected(plan.model.index(1, 0)));
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 3, 1, 1}});
+        plan.key(Qt::Key_Space, Qt::ControlModifier);
+        QCOMPARE(plan.view.selectionModel()->selectedIndexes().size(), 8);
+        QVERIFY(!plan.view.selectionModel()->isSelected(plan.model.index(0, 1)));
+    }
+
     void whatTheUserHasWrittenIsNoPlaceholder()
     {
         const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));
@@ -1294,6 +1398,26 @@ private Q_SLOTS:
     }
 
 private:
+    static void selectBlocks(Plan& plan, const QList<QRect>& blocks)
+    {
+        plan.goTo(blocks.first().top(), blocks.first().left());
+        for (const QRect& block : blocks) {
+            const QItemSelection cells(plan.model.index(block.top(), block.left()),
+                                       plan.model.index(block.bottom(), block.right()));
+            plan.view.selectionModel()->select(cells, QItemSelectionModel::Select);
+        }
+    }
+
+    /// The first cell of each row, with a "-" if it is disabled.
+    static QString firstsOf(const Plan& plan)
+    {
+        QStringList firsts;
+        for (const workbench::TestPlanRow& row : plan.model.plan().rows)
+            firsts.append((row.isDisabled ? QStringLiteral("-") : QString())
+                          + workbench::cellText(row.cells.value(0)));
+        return firsts.join(QLatin1Char(' '));
+    }
+
     static QAction* actionOf(const Plan& plan, const char* name)
     {
         return plan.document.findChild<QAction*>(QString::fromLatin1(name));

@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QTableView>
 
+#include <functional>
 #include <vector>
 
 class QLineEdit;
@@ -37,11 +38,12 @@ public:
     void clearCells();
     void fillDown();
 
-    /// As many as there are selected rows, in front of them.
+    /// In front of each block of selected rows as many as it has.
     void insertRowsAbove();
     void removeSelectedRows();
-    /// By one row: -1 is up, 1 is down.
+    /// By one row: -1 is up, 1 is down. None moves if one of them is at the edge.
     void moveSelectedRows(int step);
+    /// As with rows.
     void insertColumnsBefore();
     void removeSelectedColumns();
     void moveSelectedColumns(int step);
@@ -66,12 +68,27 @@ protected:
                           const QItemSelection& deselected) override;
 
 private:
+    /// Rows or columns that follow each other.
+    struct Span
+    {
+        int first;
+        int count;
+    };
+    /// In the order of the table, with others between them.
+    using Spans = std::vector<Span>;
+
     /// In columns and rows, as all of the rectangles here.
     std::vector<QRect> selectedBlocks() const;
+    /// With all that lies between the blocks.
     QRect selectedRectangle() const;
+    /// The rows, or columns, that have a selected cell; that of the current cell if there is none.
+    Spans selectedSpans(Qt::Orientation orientation) const;
     CellGrid selectedCells() const;
+    /// Changes each of \p spans, the last one first, as one step called \p text.
+    void change(const QString& text, const Spans& spans,
+                const std::function<void(const Span&)>& work);
     void moveCurrent(int columns, int rows);
-    void select(const QRect& cells);
+    void select(const std::vector<QRect>& blocks);
     ClipboardCells clipboardCells();
     CellGrid gridOf(const ClipboardCells& cells);
     void pasteCells(const CellGrid& grid);
