@@ -1358,6 +1358,44 @@ private Q_SLOTS:
         QVERIFY(!plan.view.selectionModel()->isSelected(plan.model.index(0, 1)));
     }
 
+    /// Whatever would need more memory than a computer has is told before anything is done.
+    void tooManyCellsAreRefused()
+    {
+        Plan plan({QStringLiteral("a|b|c")});
+        plan.model.insertRows(1, workbench::maximumPlanRows - 1);
+        plan.model.undoStack().clear();
+        plan.key(Qt::Key_A, Qt::ControlModifier);
+        plan.key(Qt::Key_D, Qt::ControlModifier);
+        const QString reason =
+            QStringLiteral("No more than 5,000,000 cells can be changed at once.");
+        QCOMPARE(plan.failures, QStringList(reason));
+        setForeign(QStringLiteral("text/plain"), "x");
+        plan.key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(plan.failures, QStringList({reason, reason}));
+        QCOMPARE(plan.model.undoStack().count(), 0);
+        QCOMPARE(plan.model.plan().rows.back().cells.size(), 0);
+        // Here there are a few cells among many places.
+        plan.key(Qt::Key_Delete);
+        QCOMPARE(plan.failures.size(), 2);
+        QCOMPARE(plan.model.undoStack().count(), 1);
+        QCOMPARE(plan.at(0, 2), QString());
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.at(0, 2), QStringLiteral("c"));
+    }
+
+    void fillingDownEmptiesBelowAnEmptyCell()
+    {
+        Plan plan(
+            {QStringLiteral("a||c"), QStringLiteral("1|2|3"), QString(), QStringLiteral("|5")});
+        plan.select(0, 0, 3, 2);
+        plan.key(Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(plan.rows(),
+                 QStringList({QStringLiteral("a||c"), QStringLiteral("a||c"),
+                              QStringLiteral("a||c"), QStringLiteral("a||c")}));
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.rows().at(3), QStringLiteral("|=5|"));
+    }
+
     void whatTheUserHasWrittenIsNoPlaceholder()
     {
         const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));

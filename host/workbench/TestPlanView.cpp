@@ -173,31 +173,28 @@ void TestPlanView::paste()
 
 void TestPlanView::clearCells()
 {
-    std::vector<TestPlanModel::CellChange> changes;
-    for (const QRect& block : selectedBlocks()) {
-        for (int row = block.top(); row <= block.bottom(); ++row) {
-            for (int column = block.left(); column <= block.right(); ++column) {
-                if (m_model.value(row, column).isValid())
-                    changes.push_back({row, column, {}});
-            }
-        }
-    }
-    m_model.setCells(tr("Clear cells"), std::move(changes));
+    std::vector<Filling> fillings;
+    for (const QRect& block : selectedBlocks())
+        fillings.push_back({block, std::vector<CellValue>(std::size_t(block.width()))});
+    fill(tr("Clear cells"), tr("The cells were not cleared."), fillings);
 }
 
 void TestPlanView::fillDown()
 {
     finishTyping();
-    std::vector<TestPlanModel::CellChange> changes;
+    std::vector<Filling> fillings;
     for (const QRect& block : selectedBlocks()) {
         // A single row is filled from the one above it.
         const int source = block.height() == 1 ? block.top() - 1 : block.top();
-        for (int row = source + 1; source >= 0 && row <= block.bottom(); ++row) {
-            for (int column = block.left(); column <= block.right(); ++column)
-                changes.push_back({row, column, m_model.value(source, column)});
-        }
+        if (source < 0)
+            continue;
+        Filling filling;
+        filling.cells = QRect(QPoint(block.left(), source + 1), block.bottomRight());
+        for (int column = block.left(); column <= block.right(); ++column)
+            filling.values.push_back(m_model.value(source, column));
+        fillings.push_back(std::move(filling));
     }
-    m_model.setCells(tr("Fill down"), std::move(changes));
+    fill(tr("Fill down"), tr("The cells were not filled."), fillings);
 }
 
 void TestPlanView::insertRowsAbove()
@@ -476,6 +473,51 @@ void TestPlanView::select(const std::vector<QRect>& blocks)
     selectionModel()->setCurrentIndex(selection.first().topLeft(), QItemSelectionModel::NoUpdate);
 }
 
+bool TestPlanView::addChanges(const Filling& filling,
+                              std::vector<TestPlanModel::CellChange>& changes) const
+{
+    const QRect& cells = filling.cells;
+    const auto last = std::find_if(filling.values.rbegin(), filling.values.rend(),
+                                   [](const CellValue& value) { return value.isValid(); });
+    const int filled = static_cast<int>(filling.values.rend() - last);
+    for (int row = cells.top(); row <= cells.bottom(); ++row) {
+        // Behind its last cell a row is empty.
+        const int present =
+            m_model.plan().rows[static_cast<std::size_t>(row)].cells.size() - cells.left();
+        const int columns = std::min(cells.width(), std::max(filled, present));
+        for (int i = 0; i < columns; ++i) {
+            const CellValue& value = filling.values[static_cast<std::size_t>(i)];
+            if (!value.isValid() && !m_model.value(row, cells.left() + i).isValid())
+                continue;
+            if (changes.size() == static_cast<std::size_t>(maximumPasteCells))
+                return false;
+            changes.push_back({row, cells.left() + i, value});
+        }
+    }
+    return true;
+}
+
+void TestPlanView::fill(const QString& text, const QString& what,
+                        const std::vector<Filling>& fillings)
+{
+    const QString advice = tr("Select fewer cells, and do it in parts.");
+    try {
+        std::vector<TestPlanModel::CellChange> changes;
+        const bool isPossible =
+            std::all_of(fillings.begin(), fillings.end(),
+                        [&](const Filling& filling) { return addChanges(filling, changes); });
+        if (isPossible)
+            m_model.setCells(text, std::move(changes));
+        else
+            Q_EMIT failed({what,
+                           tr("No more than %1 cells can be changed at once.")
+                               .arg(QLocale().toString(maximumPasteCells)),
+                           advice});
+    } catch (const std::bad_alloc&) {
+        Q_EMIT failed({what, tr("There is no memory for so many."), advice});
+    }
+}
+
 ClipboardCells TestPlanView::clipboardCells()
 {
     ProgressBox box(tr("Reading the clipboard…"), window());
@@ -493,14 +535,12 @@ void TestPlanView::pasteCells(const CellGrid& grid)
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     if (grid.cells.size() == 1 && !selectedBlocks().empty()) {
-        std::vector<TestPlanModel::CellChange> changes;
+        std::vector<Filling> fillings;
         for (const QRect& block : selectedBlocks()) {
-            for (int row = block.top(); row <= block.bottom(); ++row) {
-                for (int column = block.left(); column <= block.right(); ++column)
-                    changes.push_back({row, column, grid.cells.front()});
-            }
+            const std::vector<CellValue> values(std::size_t(block.width()), grid.cells.front());
+            fillings.push_back({block, values});
         }
-        m_model.setCells(tr("Paste"), std::move(changes));
+        fill(tr("Paste"), tr("The cells were not pasted."), fillings);
         return;
     }
     // A plan without rows has no current cell.

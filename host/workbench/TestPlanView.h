@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Failure.h"
+#include "TestPlanModel.h"
 
 #include <QRect>
 #include <QTableView>
@@ -13,7 +14,6 @@ class QLineEdit;
 namespace workbench {
 
 class ClipboardCells;
-class TestPlanModel;
 struct CellGrid;
 
 /// A test plan as a table, with the keys that people know from spreadsheets and what they lead to.
@@ -68,6 +68,13 @@ protected:
                           const QItemSelection& deselected) override;
 
 private:
+    /// Cells, and what all cells of each of their columns become.
+    struct Filling
+    {
+        QRect cells;
+        std::vector<CellValue> values;
+    };
+
     /// Rows or columns that follow each other.
     struct Span
     {
@@ -89,6 +96,10 @@ private:
                 const std::function<void(const Span&)>& work);
     void moveCurrent(int columns, int rows);
     void select(const std::vector<QRect>& blocks);
+    /// What changes; cells that are empty and stay so don't. False if that is too much at once.
+    bool addChanges(const Filling& filling, std::vector<TestPlanModel::CellChange>& changes) const;
+    /// One step called \p text. If there are too many cells, the failure \p what is told instead.
+    void fill(const QString& text, const QString& what, const std::vector<Filling>& fillings);
     ClipboardCells clipboardCells();
     CellGrid gridOf(const ClipboardCells& cells);
     void pasteCells(const CellGrid& grid);
