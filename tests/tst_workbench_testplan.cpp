@@ -1396,6 +1396,27 @@ private Q_SLOTS:
         QCOMPARE(plan.rows().at(3), QStringLiteral("|=5|"));
     }
 
+    void commentsBeginWhereTheDirectionSays()
+    {
+        showStyle("Light");
+        Plan plan({QStringLiteral("# a comment that needs more room than one column has||"),
+                   QStringLiteral("||")});
+        plan.goTo(1, 0);
+        for (int column = 0; column < 3; ++column)
+            plan.view.setColumnWidth(column, 240);
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            plan.view.setLayoutDirection(direction);
+            QCoreApplication::processEvents();
+            const QRect first = plan.view.visualRect(plan.model.index(0, 0));
+            const QRect end = direction == Qt::LeftToRight
+                ? QRect(first.topLeft(), QSize(100, first.height()))
+                : QRect(first.topRight() - QPoint(99, 0), QSize(100, first.height()));
+            const QImage image = plan.view.viewport()->grab(end).toImage();
+            QVERIFY2(pixelsOf(image, planColour("CommentText")) > 0,
+                     direction == Qt::LeftToRight ? "left to right" : "right to left");
+        }
+    }
+
     void whatTheUserHasWrittenIsNoPlaceholder()
     {
         const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));

@@ -599,7 +599,10 @@ void TestPlanView::paintComment(QPainter& painter, int row)
     painter.fillRect(room,
                      ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
     painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
-    painter.drawText(room.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignLeft,
+    // A painter knows the direction of the application alone.
+    const Qt::Alignment leading =
+        QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
+    painter.drawText(room.adjusted(margin, 0, -margin, 0), int(leading | Qt::AlignAbsolute),
                      metrics.elidedText(text, Qt::ElideRight, room.width() - 2 * margin));
 }
 
