@@ -16,7 +16,8 @@ class GridItem;
 class SymbolItem;
 class WireItem;
 
-/// A schematic that the user draws. All edits go over the undo stack; each is one step of it.
+/// A schematic that the user draws. All edits go over the undo stack. Each is one step of it, but
+/// moves of the same parts that follow each other are one together.
 class SchematicScene : public QGraphicsScene
 {
     Q_OBJECT
@@ -78,8 +79,9 @@ protected:
 
 private:
     class Change;
+    enum class Merging { None, WithMoves };
 
-    void push(const QString& text, const Schematic& after);
+    void push(const QString& text, const Schematic& after, Merging merging = Merging::None);
     void show(const Schematic& schematic);
     void showSymbols();
     void showWires();
@@ -93,7 +95,8 @@ private:
     Schematic selectedPart() const;
     /// Changes what is selected in a copy, and pushes that; refuses what would lie out of reach.
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
-                        const std::function<QPoint(const QPoint&)>& changePoint);
+                        const std::function<QPoint(const QPoint&)>& changePoint,
+                        Merging merging = Merging::None);
     void insert(Schematic part);
 
     Schematic m_schematic;
