@@ -1047,7 +1047,98 @@ private Q_SLOTS:
         }
     }
 
+    /// What is drawn can be read again once it has been saved.
+    void nothingGoesBeyondTheLimits_data()
+    {
+        QTest::addColumn<bool>("isOfWires");
+        QTest::newRow("symbols") << false;
+        QTest::newRow("wires") << true;
+    }
+
+    void nothingGoesBeyondTheLimits()
+    {
+        QFETCH(bool, isOfWires);
+        Schematic schematic;
+        for (int i = 1; i < (isOfWires ? workbench::maximumWires : workbench::maximumSymbols);
+             ++i) {
+            const QPoint place(i % 300 * 10, i / 300 * 10);
+            if (isOfWires)
+                schematic.wires.append({0, {place, place + QPoint(1, 0)}});
+            else
+                schematic.symbols.append(symbolOf(SymbolKind::Ground, "GND1", place));
+        }
+        SchematicScene scene;
+        QStringList failures;
+        connect(&scene, &SchematicScene::failed, this,
+                [&failures](const Failure& failure) { failures.append(failure.what); });
+        scene.setSchematic(schematic);
+        const auto draw = [&scene, isOfWires](int x) {
+            if (isOfWires)
+                scene.setTool(SchematicScene::Tool::Wire);
+            else
+                scene.setPlacing(SymbolKind::Chip);
+            clickOn(scene, {x, -9});
+            if (isOfWires)
+                clickOn(scene, {x + 5, -9});
+            scene.setTool(SchematicScene::Tool::Select);
+        };
+        draw(0);
+        QCOMPARE(failures, QStringList());
+        QCOMPARE(scene.undoStack().count(), 1);
+        draw(20);
+        const QString drawn = isOfWires ? QStringLiteral("The wire was not drawn.")
+                                        : QStringLiteral("The symbol was not placed.");
+        QCOMPARE(failures.value(0), drawn);
+        Schematic part;
+        if (isOfWires)
+            part.wires = {{0, {{0, 0}, {9, 0}}}};
+        else
+            part.symbols = {symbolOf(SymbolKind::Chip, "U1", {0, 0})};
+        workbench::copyToClipboard(part);
+        scene.paste();
+        QCOMPARE(failures.last(), QStringLiteral("Nothing was pasted."));
+        QCOMPARE(scene.undoStack().count(), 1);
+        QVERIFY(scene.schematic().symbols.size() <= workbench::maximumSymbols);
+        QVERIFY(scene.schematic().wires.size() <= workbench::maximumWires);
+    }
+
+    void aWireHasAnEnd()
+    {
+        SchematicScene scene;
+        int failures = 0;
+        connect(&scene, &SchematicScene::failed, this, [&failures] { ++failures; });
+        scene.setTool(SchematicScene::Tool::Wire);
+        for (int i = 0; i <= workbench::maximumWirePoints / 2; ++i)
+            clickOn(scene, {i, i});
+        QCOMPARE(failures, 1);
+        scene.escape();
+        QCOMPARE(scene.schematic().wires.size(), 1);
+        QVERIFY(scene.schematic().wires.first().points.size() <= workbench::maximumWirePoints);
+    }
+
+    void pasteKeepsTheWireThatIsBeingDrawn()
+    {
+        Sheet sheet(small());
+        sheet.key(Qt::Key_A, Qt::ControlModifier);
+        sheet.key(Qt::Key_C, Qt::ControlModifier);
+        sheet.key(Qt::Key_W);
+        sheet.click({-5, 8});
+        sheet.click({5, 8});
+        sheet.key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(sheet.edits(), 2);
+        QVERIFY(sheet.lines().contains(QStringLiteral("-5,8 5,8")));
+        QCOMPARE(sheet.scene.selectedItems().size(), 3);
+    }
+
 private:
+    static void clickOn(SchematicScene& scene, const QPoint& step)
+    {
+        QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
+        press.setButton(Qt::LeftButton);
+        press.setScenePos(step * gridStep);
+        QApplication::sendEvent(&scene, &press);
+    }
+
     const zvtest::StyleHost m_host;
     const QTemporaryDir m_dir;
 };

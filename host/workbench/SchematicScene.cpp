@@ -1,5 +1,6 @@
 #include "SchematicScene.h"
 
+#include "NumberText.h"
 #include "SchematicClipboard.h"
 #include "SymbolItem.h"
 #include "WireItem.h"
@@ -537,7 +538,7 @@ void SchematicScene::placeSymbol(const QPoint& place)
     const bool isThere =
         std::any_of(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(),
                     [&](const Symbol& s) { return s.position == place && s.kind == symbol.kind; });
-    if (isThere)
+    if (isThere || !hasRoom(tr("The symbol was not placed."), 1, 0))
         return;
     symbol.id = m_nextId++;
     symbol.position = place;
@@ -549,12 +550,20 @@ void SchematicScene::placeSymbol(const QPoint& place)
 
 void SchematicScene::addWirePoint(const QPoint& place)
 {
-    if (m_wire.isEmpty())
+    if (m_wire.isEmpty()) {
+        if (!hasRoom(tr("The wire was not drawn."), 0, 1))
+            return;
         m_wire.append(place);
-    else if (m_wire.last() == place)
+    } else if (m_wire.last() == place) {
         endWire();
-    else
+    } else if (wireTo(place).size() > maximumWirePoints) {
+        Q_EMIT failed({tr("The wire was not drawn any further."),
+                       tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
+                       tr("End it, and begin another one where it ends.")});
+        return;
+    } else {
         m_wire = wireTo(place);
+    }
     m_wireEnd = place;
     update();
 }
@@ -573,7 +582,7 @@ void SchematicScene::endWire()
 {
     const QVector<QPoint> points = simplified(std::exchange(m_wire, {}));
     update();
-    if (points.size() < 2)
+    if (points.size() < 2 || !hasRoom(tr("The wire was not drawn."), 0, 1))
         return;
     Schematic after = m_schematic;
     after.wires.append({m_nextId++, points});
@@ -642,43 +651,54 @@ void SchematicScene::changeSelected(const QString& text,
         show(m_schematic);
 }
 
-void SchematicScene::insert(Schematic part)
+void SchematicScene::insert(const Schematic& part)
 {
+    const QString what = tr("Nothing was pasted.");
+    // A wire that is being drawn ends, and is one more.
+    setTool(Tool::Select);
+    if (!hasRoom(what, part.symbols.size(), part.wires.size()))
+        return;
+    const QPoint offset(pasteOffset, pasteOffset);
     Schematic after = m_schematic;
     std::map<SymbolKind, qint64> highest;
     for (const SymbolKind kind : symbolKinds)
         highest[kind] = highestNumber(m_schematic, kind);
-    const QPoint offset(pasteOffset, pasteOffset);
-    QSet<int> ids;
+    const int firstId = m_nextId;
     bool isInReach = true;
-    for (Symbol symbol : std::as_const(part.symbols)) {
+    const auto moved = [&isInReach, offset](const QPoint& point) {
+        isInReach = isInReach && isWithinReach(point + offset);
+        return point + offset;
+    };
+    for (Symbol symbol : part.symbols) {
         symbol.id = m_nextId++;
-        ids.insert(symbol.id);
-        symbol.position += offset;
+        symbol.position = moved(symbol.position);
         symbol.reference = referenceOf(symbol.kind, ++highest[symbol.kind]);
-        isInReach = isInReach && isWithinReach(symbol.position);
         after.symbols.append(symbol);
     }
-    for (Wire wire : std::as_const(part.wires)) {
+    for (Wire wire : part.wires) {
         wire.id = m_nextId++;
-        ids.insert(wire.id);
-        for (QPoint& point : wire.points) {
-            point += offset;
-            isInReach = isInReach && isWithinReach(point);
-        }
+        std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), moved);
         after.wires.append(wire);
     }
-    if (!isInReach || after.symbols.size() > maximumSymbols || after.wires.size() > maximumWires) {
-        Q_EMIT failed(
-            {tr("Nothing was pasted."),
-             tr("It would lie beyond the edge of the sheet, or the schematic would have too "
-                "many parts."),
-             tr("Copy less, or from elsewhere.")});
+    if (!isInReach) {
+        Q_EMIT failed({what, tr("It would lie beyond the edge of the sheet."),
+                       tr("Copy it from a place that is nearer to the middle.")});
         return;
     }
-    setTool(Tool::Select);
     push(tr("Paste"), after);
-    selectItems([&ids](int id) { return ids.contains(id); });
+    selectItems([firstId](int id) { return id >= firstId; });
+}
+
+bool SchematicScene::hasRoom(const QString& what, int symbols, int wires)
+{
+    if (symbols <= maximumSymbols - m_schematic.symbols.size()
+        && wires <= maximumWires - m_schematic.wires.size())
+        return true;
+    Q_EMIT failed({what,
+                   tr("A schematic has at most %1 symbols and %2 wires.")
+                       .arg(numberText(maximumSymbols), numberText(maximumWires)),
+                   tr("Go on in another schematic.")});
+    return false;
 }
 
 } // namespace workbench

@@ -97,7 +97,9 @@ private:
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
                         const std::function<QPoint(const QPoint&)>& changePoint,
                         Merging merging = Merging::None);
-    void insert(Schematic part);
+    void insert(const Schematic& part);
+    /// Whether so many more symbols and wires may come. If not, the failure \p what is told.
+    bool hasRoom(const QString& what, int symbols, int wires);
 
     Schematic m_schematic;
     QUndoStack m_undoStack;
