@@ -33,7 +33,10 @@
 #include <QSignalSpy>
 #include <QStringListModel>
 #include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QToolButton>
+#include <QToolTip>
 #include <QUrl>
 
 #include <memory>
@@ -139,6 +142,28 @@ public:
     }
 
     std::unique_ptr<FilesPanel> panel = std::make_unique<FilesPanel>();
+};
+
+/// Counts the events of one type that an object gets.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QObject& watched, QEvent::Type type)
+        : m_type(type)
+    {
+        watched.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    int count = 0;
+
+private:
+    QEvent::Type m_type;
 };
 
 QStringList rowsOf(const FilteredFilesModel& model)
@@ -805,6 +830,105 @@ private Q_SLOTS:
                      .qColour()
                      .toRgb());
         qApp->setStyleSheet(QString());
+    }
+
+    /// The list model runs several times, and the panel isn't idle in between.
+    void panelWorksUntilAllIsListed()
+    {
+        zvtest::FileTree tree;
+        tree.files(300);
+        const Panel panel;
+        const EventCounter hides(*panel.stop(), QEvent::Hide);
+        panel.panel->addFolders({tree.path()});
+        QVERIFY(panel.panel->isWorking());
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        QCOMPARE(hides.count, 1);
+        panel.panel->reload();
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        QCOMPARE(hides.count, 2);
+    }
+
+    void actionsTakeWhatIsSelectedNotWhatIsCurrent()
+    {
+        zvtest::FileTree tree({"1/a.txt"_q, "1/b.txt"_q, "2/c.txt"_q, "2/d.txt"_q});
+        const Panel panel;
+        panel.panel->addFolders({tree.path("1"_q), tree.path("2"_q)});
+        QVERIFY(panel.comesToShow(listed({tree.path("1"_q), tree.path("2"_q)})));
+        const QStringList shown = panel.shown();
+        QVERIFY(shown.size() >= 2);
+        const int last = shown.size() - 1;
+        const auto click = [&panel](int row, Qt::KeyboardModifiers modifiers) {
+            const QRect place = panel.view()->visualRect(panel.view()->model()->index(row, 0));
+            QTest::mouseClick(panel.view()->viewport(), Qt::LeftButton, modifiers, place.center());
+        };
+        click(0, Qt::NoModifier);
+        click(last, Qt::ControlModifier);
+        click(last, Qt::ControlModifier);
+        QCOMPARE(panel.view()->currentIndex().row(), last);
+        QVERIFY(panel.action("Rename…"_q)->isEnabled());
+
+        panel.action("Show folder"_q)->trigger();
+        QCOMPARE(QToolTip::text(), QFileInfo(shown.first()).path());
+        QToolTip::hideText();
+        const zvtest::Answer<QDialog> answer([](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        panel.action("Rename…"_q)->trigger();
+        QTRY_COMPARE(answer.count, 1);
+        QVERIFY(!QFileInfo::exists(shown.first()));
+        QVERIFY(QFileInfo::exists(shown.last()));
+    }
+
+    void documentsStayDocuments_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("no extension") << "new"_q
+                                      << "new.testplan"_q;
+        QTest::newRow("its own") << "new.testplan"_q
+                                 << "new.testplan"_q;
+        QTest::newRow("another") << "new.txt"_q
+                                 << "new.txt"_q;
+    }
+
+    void documentsStayDocuments()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, name);
+        zvtest::FileTree tree;
+        tree.files(3, "%1.testplan"_q);
+        const Panel panel;
+        panel.panel->addFolders({tree.path()});
+        QVERIFY(panel.comesToShow(listed({tree.path()})));
+        panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
+        const zvtest::Answer<QDialog> answer([&typed](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>("name"_q)->setText(typed);
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        panel.action("Rename…"_q)->trigger();
+        QTRY_COMPARE(answer.count, 1);
+        QVERIFY(QFileInfo::exists(tree.path(name)));
+    }
+
+    void toolTipsShowPathsAsTheyAre()
+    {
+        const auto shown = [](const QString& tip) {
+            return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
+                                            : tip;
+        };
+        for (const QString& path : {"/a/<b>c</b>.txt"_q, "/a/b & c.txt"_q, "/a/i <b && c> d"_q}) {
+            QStringListModel source({path});
+            FilteredFilesModel model(nullptr);
+            model.setSource(&source);
+            model.append({0});
+            QCOMPARE(shown(model.index(0).data(Qt::ToolTipRole).toString()), path);
+        }
+        const Panel panel;
+        panel.panel->addFolders({"/a/<b>bold</b>"_q});
+        const QString folder = QDir::toNativeSeparators("/a/<b>bold</b>"_q);
+        const QString tip = shown(panel.folders()->item(0)->toolTip());
+        QVERIFY2(tip.startsWith("“"_q + folder + "” isn't there"_q), qPrintable(tip));
     }
 
 private:

@@ -26,11 +26,19 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTreeView>
 
 #include <cstdlib>
 #include <memory>
 #include <random>
+
+#if defined(Q_OS_UNIX)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 using namespace workbench;
 using namespace zvtest::literals;
@@ -596,6 +604,67 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
         QVERIFY(finder.dialog->grab().save(QStringLiteral(PICTURES "/find-%1.png").arg(style)));
         qApp->setStyleSheet(QString());
+    }
+
+    void foldersComeInTheOrderOfTheirNames()
+    {
+        zvtest::FileTree tree;
+        const QStringList places = {"a"_q,   "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q,
+                                    "b/a"_q, "c"_q,   "x/a"_q,   "x/b"_q};
+        for (const QString& place : places)
+            write(tree.path(place + "/1.txt"_q), "needle");
+        Finder finder({tree.path("c"_q), tree.path("a"_q), tree.path("b"_q), tree.path("x"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
+        QStringList found;
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QString file = QDir::fromNativeSeparators(model->hit(row).file);
+            found.append(QDir(tree.path()).relativeFilePath(QFileInfo(file).path()));
+        }
+        QCOMPARE(found,
+                 (QStringList{"c"_q, "a"_q, "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q, "b/a"_q, "x/a"_q,
+                              "x/b"_q}));
+    }
+
+    void pipesAreNoTrap()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        const QByteArray pipe = QFile::encodeName(tree.path("a/pipe.txt"_q));
+        QCOMPARE(::mkfifo(pipe.constData(), S_IRUSR | S_IWUSR), 0);
+        tree.link("a/link to pipe.txt"_q, "pipe.txt"_q);
+        tree.link("a/z.txt"_q, "a.txt"_q);
+        Finder finder({tree.path()});
+        const bool isFound = finder.finds("needle"_q);
+        // Who waits for the pipe goes on.
+        const int writer = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
+        if (writer >= 0)
+            ::close(writer);
+        QVERIFY(isFound);
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
+        QCOMPARE(finder.status(), "2 lines in 2 of 2 files."_q);
+#else
+        QSKIP("there are no pipes in folders");
+#endif
+    }
+
+    void toolTipsShowLinesAsTheyAre()
+    {
+        const QStringList lines = {"needle if (i<b && c>d)"_q, "<b>needle</b> &amp; more"_q,
+                                   "  needle < 5 && 6 > 7"_q};
+        HitsModel model(nullptr);
+        for (const QString& line : lines)
+            model.append({{"/a/<i>b</i>.txt"_q, {1, line, 0}}});
+        const auto shown = [&model](int row, int column) {
+            const QString tip = model.index(row, column).data(Qt::ToolTipRole).toString();
+            return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
+                                            : tip;
+        };
+        for (int row = 0; row < lines.size(); ++row) {
+            QCOMPARE(shown(row, HitsModel::TextColumn).trimmed(), lines[row].trimmed());
+            QCOMPARE(shown(row, HitsModel::FileColumn), "/a/<i>b</i>.txt"_q);
+        }
     }
 
 private:

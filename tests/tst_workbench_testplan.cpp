@@ -1277,7 +1277,229 @@ private Q_SLOTS:
         showStyle("Light");
     }
 
+    /// What lies between blocks of a selection isn't touched.
+    void blocksOfRows_data()
+    {
+        QTest::addColumn<QList<QRect>>("blocks");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QString>("rows");
+        const auto row = [](const char* name, const QList<QRect>& blocks, int code,
+                            Qt::KeyboardModifiers modifiers, const char* rows) {
+            QTest::newRow(name) << blocks << code << modifiers << QString::fromLatin1(rows);
+        };
+        const QList<QRect> two = {{0, 1, 3, 1}, {0, 4, 3, 2}};
+        row("remove", two, Qt::Key_Minus, Qt::ControlModifier, "0 2 3 6 7");
+        row("remove, selected upwards", {{1, 4, 1, 2}, {0, 1, 1, 1}}, Qt::Key_Minus,
+            Qt::ControlModifier, "0 2 3 6 7");
+        row("remove what touches", {{0, 4, 1, 1}, {1, 3, 1, 1}, {2, 0, 1, 1}, {2, 4, 1, 2}},
+            Qt::Key_Minus, Qt::ControlModifier, "1 2 6 7");
+        row("insert", two, Qt::Key_Plus, Qt::ControlModifier, "0  1 2 3   4 5 6 7");
+        row("disable", two, Qt::Key_Slash, Qt::ControlModifier, "0 -1 2 3 -4 -5 6 7");
+        row("up", two, Qt::Key_Up, Qt::AltModifier, "1 0 2 4 5 3 6 7");
+        row("down", two, Qt::Key_Down, Qt::AltModifier, "0 2 1 3 6 4 5 7");
+        row("down by one row between", {{0, 2, 1, 1}, {0, 4, 1, 1}}, Qt::Key_Down, Qt::AltModifier,
+            "0 1 3 2 5 4 6 7");
+        row("the first can't go up", {{0, 0, 1, 1}, {0, 4, 1, 1}}, Qt::Key_Up, Qt::AltModifier,
+            "0 1 2 3 4 5 6 7");
+        row("the last can't go down", {{0, 1, 1, 1}, {0, 7, 1, 1}}, Qt::Key_Down, Qt::AltModifier,
+            "0 1 2 3 4 5 6 7");
+    }
+
+    void blocksOfRows()
+    {
+        QFETCH(QList<QRect>, blocks);
+        QFETCH(int, code);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QString, rows);
+        QStringList numbers;
+        for (int row = 0; row < 8; ++row)
+            numbers.append(QStringLiteral("%1").arg(row));
+        Plan plan(numbers);
+        const QStringList before = plan.rows();
+        selectBlocks(plan, blocks);
+        plan.key(code, modifiers);
+        QCOMPARE(firstsOf(plan), rows);
+        const bool isChange = plan.rows() != before;
+        QCOMPARE(plan.model.undoStack().count(), isChange ? 1 : 0);
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.rows(), before);
+        plan.key(Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(firstsOf(plan), rows);
+    }
+
+    void blocksOfRowsMoveOn()
+    {
+        Plan plan({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"),
+                   QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5")});
+        selectBlocks(plan, {{0, 0, 3, 1}, {0, 2, 3, 1}});
+        for (int i = 0; i < 9; ++i)
+            plan.key(Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 4 0 5 2"));
+        plan.key(Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 0 4 2 5"));
+    }
+
+    void blocksOfColumns()
+    {
+        Plan plan;
+        plan.model.insertColumns(3, 2); // A B C 4 5
+        const QStringList before = textOf(plan.model.plan());
+        const auto headings = [&plan] { return plan.model.plan().headings.join(QLatin1Char('|')); };
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 0, 1, 4}, {3, 1, 1, 1}});
+        actionOf(plan, "removeColumn")->trigger();
+        QCOMPARE(headings(), QStringLiteral("B|Column 5"));
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(textOf(plan.model.plan()), before);
+        selectBlocks(plan, {{1, 0, 1, 1}, {3, 0, 1, 1}});
+        plan.key(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(headings(), QStringLiteral("B|A|Column 4|C|Column 5"));
+        plan.key(Qt::Key_Right, Qt::AltModifier);
+        plan.key(Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        plan.key(Qt::Key_Right, Qt::AltModifier); // the last is at the edge
+        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        actionOf(plan, "insertColumn")->trigger();
+        QCOMPARE(headings(), QStringLiteral("A|C|Column 3|B|Column 5|Column 5|Column 4"));
+        QCOMPARE(plan.failures, QStringList());
+        selectBlocks(plan, {{0, 0, 3, 1}, {3, 2, 4, 1}});
+        actionOf(plan, "removeColumn")->trigger();
+        QCOMPARE(plan.failures, QStringList(QStringLiteral("One column has to stay.")));
+        QCOMPARE(plan.model.columnCount(), 7);
+    }
+
+    void wholeRowsAndColumnsOfBlocks()
+    {
+        Plan plan;
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 3, 1, 1}});
+        plan.key(Qt::Key_Space, Qt::ShiftModifier);
+        QCOMPARE(plan.view.selectionModel()->selectedIndexes().size(), 6);
+        QVERIFY(!plan.view.selectionModel()->isSelected(plan.model.index(1, 0)));
+        selectBlocks(plan, {{0, 0, 1, 1}, {2, 3, 1, 1}});
+        plan.key(Qt::Key_Space, Qt::ControlModifier);
+        QCOMPARE(plan.view.selectionModel()->selectedIndexes().size(), 8);
+        QVERIFY(!plan.view.selectionModel()->isSelected(plan.model.index(0, 1)));
+    }
+
+    /// Whatever would need more memory than a computer has is told before anything is done.
+    void tooManyCellsAreRefused()
+    {
+        Plan plan({QStringLiteral("a|b|c")});
+        plan.model.insertRows(1, workbench::maximumPlanRows - 1);
+        plan.model.undoStack().clear();
+        plan.key(Qt::Key_A, Qt::ControlModifier);
+        plan.key(Qt::Key_D, Qt::ControlModifier);
+        const QString reason =
+            QStringLiteral("No more than 5,000,000 cells can be changed at once.");
+        QCOMPARE(plan.failures, QStringList(reason));
+        setForeign(QStringLiteral("text/plain"), "x");
+        plan.key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(plan.failures, QStringList({reason, reason}));
+        QCOMPARE(plan.model.undoStack().count(), 0);
+        QCOMPARE(plan.model.plan().rows.back().cells.size(), 0);
+        // Here there are a few cells among many places.
+        plan.key(Qt::Key_Delete);
+        QCOMPARE(plan.failures.size(), 2);
+        QCOMPARE(plan.model.undoStack().count(), 1);
+        QCOMPARE(plan.at(0, 2), QString());
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.at(0, 2), QStringLiteral("c"));
+    }
+
+    void fillingDownEmptiesBelowAnEmptyCell()
+    {
+        Plan plan(
+            {QStringLiteral("a||c"), QStringLiteral("1|2|3"), QString(), QStringLiteral("|5")});
+        plan.select(0, 0, 3, 2);
+        plan.key(Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(plan.rows(),
+                 QStringList({QStringLiteral("a||c"), QStringLiteral("a||c"),
+                              QStringLiteral("a||c"), QStringLiteral("a||c")}));
+        plan.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(plan.rows().at(3), QStringLiteral("|=5|"));
+    }
+
+    void commentsBeginWhereTheDirectionSays()
+    {
+        showStyle("Light");
+        Plan plan({QStringLiteral("# a comment that needs more room than one column has||"),
+                   QStringLiteral("||")});
+        plan.goTo(1, 0);
+        for (int column = 0; column < 3; ++column)
+            plan.view.setColumnWidth(column, 240);
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            plan.view.setLayoutDirection(direction);
+            QCoreApplication::processEvents();
+            const QRect first = plan.view.visualRect(plan.model.index(0, 0));
+            const QRect end = direction == Qt::LeftToRight
+                ? QRect(first.topLeft(), QSize(100, first.height()))
+                : QRect(first.topRight() - QPoint(99, 0), QSize(100, first.height()));
+            const QImage image = plan.view.viewport()->grab(end).toImage();
+            QVERIFY2(pixelsOf(image, planColour("CommentText")) > 0,
+                     direction == Qt::LeftToRight ? "left to right" : "right to left");
+        }
+    }
+
+    void whatTheUserHasWrittenIsNoPlaceholder()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));
+        try {
+            savePlan(file, planOf({QStringLiteral("Vdd %2 %3")}, {QStringLiteral("a\x1f")}));
+            QFAIL("it is saved");
+        } catch (const workbench::FileError& error) {
+            QCOMPARE(error.reason(),
+                     QStringLiteral("The cell in row 1, column “Vdd %2 %3”, holds a character that "
+                                    "an XML file can't hold: U+001f at position 2."));
+        }
+    }
+
+    /// Some disks give a file a longer name while it is written.
+    void namesThatAreTooLongAreTold_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QString>("reason");
+        const QString tooLong = QStringLiteral("Its name is too long for this disk.");
+        const QString other =
+            QStringLiteral("Either the disk is full, or you have no right to write there.");
+        QTest::newRow("at most") << 248 << other;
+        QTest::newRow("too long to be written") << 249 << tooLong;
+        QTest::newRow("too long at all") << 256 << tooLong;
+    }
+
+    void namesThatAreTooLongAreTold()
+    {
+        QFETCH(int, length);
+        QFETCH(QString, reason);
+        const QString file = m_dir.filePath(QString(length, QLatin1Char('n')));
+        try {
+            workbench::requireWritten(false, workbench::filePath(file));
+            QFAIL("it is written");
+        } catch (const workbench::FileError& error) {
+            QCOMPARE(error.reason(), reason);
+        }
+    }
+
 private:
+    static void selectBlocks(Plan& plan, const QList<QRect>& blocks)
+    {
+        plan.goTo(blocks.first().top(), blocks.first().left());
+        for (const QRect& block : blocks) {
+            const QItemSelection cells(plan.model.index(block.top(), block.left()),
+                                       plan.model.index(block.bottom(), block.right()));
+            plan.view.selectionModel()->select(cells, QItemSelectionModel::Select);
+        }
+    }
+
+    /// The first cell of each row, with a "-" if it is disabled.
+    static QString firstsOf(const Plan& plan)
+    {
+        QStringList firsts;
+        for (const workbench::TestPlanRow& row : plan.model.plan().rows)
+            firsts.append((row.isDisabled ? QStringLiteral("-") : QString())
+                          + workbench::cellText(row.cells.value(0)));
+        return firsts.join(QLatin1Char(' '));
+    }
+
     static QAction* actionOf(const Plan& plan, const char* name)
     {
         return plan.document.findChild<QAction*>(QString::fromLatin1(name));

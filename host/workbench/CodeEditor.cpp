@@ -82,6 +82,7 @@ CodeEditor::CodeEditor(QWidget* parent)
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { emphasiseLines(); });
     connect(document(), &QTextDocument::contentsChange, this,
             [this](int /*position*/, int removed, int added) {
+                // The highlighter tells of its colours in the same way: as much comes as goes.
                 if (removed != added && m_errorLine != 0)
                     markError(0);
             });

@@ -14,7 +14,7 @@ public:
     explicit CodeEditor(QWidget* parent = nullptr);
 
     /// Emphasises a line, counted from 1, as wrong, and shows it; none with 0, and none once the user
-    /// has changed the text.
+    /// has made the text longer or shorter.
     void markError(int line);
 
     /// Goes to the start of a line, counted from 1.

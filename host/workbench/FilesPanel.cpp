@@ -2,6 +2,7 @@
 
 #include "DimPlaceholder.h"
 #include "Document.h"
+#include "DocumentType.h"
 #include "Failure.h"
 #include "FileItemDelegate.h"
 #include "FileNameDialog.h"
@@ -42,6 +43,8 @@ namespace workbench {
 namespace {
 
 constexpr int mostFilesToOpen = 50;
+// The one over no folders that comes by itself, and one for each of the two settings.
+constexpr int runsOfListing = 3;
 
 QToolButton* buttonFor(QAction* action)
 {
@@ -67,6 +70,13 @@ QList<zvutil::ZvFilePath> walkable(const QStringList& folders)
             paths.append(filePath(folder));
     }
     return paths;
+}
+
+/// A document stays one, if the user has typed a name without any extension.
+QString withExtensionOf(const QString& file, const QString& newName)
+{
+    const DocumentType* const type = documentTypeOfFile(file);
+    return type && QFileInfo(newName).suffix().isEmpty() ? newName + type->extension : newName;
 }
 
 void copyToClipboard(const QStringList& lines)
@@ -365,15 +375,11 @@ void FilesPanel::connectFilter()
 void FilesPanel::list(Listing state)
 {
     m_listing = state;
+    m_runsLeft = runsOfListing;
     const std::unique_ptr<FolderListModel> previous =
         std::exchange(m_model, std::make_unique<FolderListModel>());
-    connect(m_model.get(), &ZvMultiDirectoryListModel::backgroundProcessStarted, this, [this] {
-        if (m_listing == Listing::Idle && m_folders->count() > 0)
-            m_listing = Listing::Running;
-        settle();
-    });
     connect(m_model.get(), &ZvMultiDirectoryListModel::backgroundProcessStopped, this, [this] {
-        if (m_listing == Listing::Running)
+        if (--m_runsLeft == 0 && m_listing == Listing::Running)
             m_listing = Listing::Idle;
         settle();
     });
@@ -397,11 +403,11 @@ void FilesPanel::showFolders()
         const bool isReadable = info.isDir() && info.isReadable();
         const QString text = folderText(folder);
         item.setText(isReadable ? text : tr("%1 (can't be read)").arg(text));
-        item.setToolTip(isReadable
-                            ? text
-                            : tr("“%1” isn't there, or you have no right to read it. Bring it back "
-                                 "and press Reload, or remove it.")
-                                  .arg(text));
+        item.setToolTip(toolTipOf(
+            isReadable ? text
+                       : tr("“%1” isn't there, or you have no right to read it. Bring it back "
+                            "and press Reload, or remove it.")
+                             .arg(text)));
         m_unreadableFolders += isReadable ? 0 : 1;
     }
 }
@@ -517,15 +523,16 @@ void FilesPanel::copyPaths()
 
 void FilesPanel::rename()
 {
-    const QString file = m_files->path(m_view->currentIndex());
-    if (file.isEmpty())
+    const QStringList files = selectedPaths();
+    if (files.size() != 1)
         return;
+    const QString file = files.first();
     const QFileInfo info(file);
     auto* const dialog =
         new FileNameDialog(this, tr("Rename"), info.absolutePath(), info.fileName());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this,
-            [this, dialog, file] { renameTo(file, dialog->file()); });
+            [this, dialog, file] { renameTo(file, withExtensionOf(file, dialog->file())); });
     dialog->open();
 }
 
@@ -545,10 +552,17 @@ void FilesPanel::renameTo(const QString& file, const QString& newName)
 /// There may be no program that shows folders, so the path has to do.
 void FilesPanel::showFolder()
 {
-    const QModelIndex index = m_view->currentIndex();
+    const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
+    if (selected.isEmpty())
+        return;
+    // The row that the user went to last, unless it has been taken out of the selection.
+    const QModelIndex current = m_view->currentIndex();
+    const QModelIndex index =
+        selected.contains(current) ? current : *std::min_element(selected.begin(), selected.end());
     const QRect row = m_view->visualRect(index);
     QToolTip::showText(m_view->viewport()->mapToGlobal(row.bottomLeft()),
-                       index.data(FilteredFilesModel::FolderRole).toString(), m_view, row);
+                       toolTipOf(index.data(FilteredFilesModel::FolderRole).toString()), m_view,
+                       row);
 }
 
 int FilesPanel::selectedCount() const

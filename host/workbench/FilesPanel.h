@@ -114,6 +114,7 @@ private:
     QAction* m_removeFolder;
     QAction* m_rename = nullptr;
     Listing m_listing = Listing::Idle;
+    int m_runsLeft = 0; ///< of the list model, until it has listed all
     int m_unreadableFolders = 0;
     bool m_isWorking = false;
 };

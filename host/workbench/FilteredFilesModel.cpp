@@ -2,7 +2,14 @@
 
 #include "NamePattern.h"
 
+#include <QTextDocument>
+
 namespace workbench {
+
+QString toolTipOf(const QString& text)
+{
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
 
 FilteredFilesModel::FilteredFilesModel(QObject* parent)
     : QAbstractListModel(parent)
@@ -54,6 +61,7 @@ QVariant FilteredFilesModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return fileNameOf(path(index)).toString();
     case Qt::ToolTipRole:
+        return toolTipOf(path(index));
     case PathRole:
         return path(index);
     case FolderRole:

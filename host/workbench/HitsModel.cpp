@@ -58,7 +58,7 @@ QVariant HitsModel::data(const QModelIndex& index, int role) const
         return {};
     const SearchHit& hit = m_hits.at(index.row());
     if (role == Qt::ToolTipRole)
-        return index.column() == TextColumn ? hit.line.text : hit.file;
+        return toolTipOf(index.column() == TextColumn ? hit.line.text : hit.file);
     if (role == FilteredFilesModel::FolderRole)
         return folderOf(hit.file).toString();
     if (role == PositionRole)

@@ -1,5 +1,6 @@
 #include "SchematicScene.h"
 
+#include "NumberText.h"
 #include "SchematicClipboard.h"
 #include "SymbolItem.h"
 #include "WireItem.h"
@@ -14,7 +15,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace workbench {
 
@@ -43,6 +46,90 @@ void removeOthers(std::map<int, Item*>& items, const QSet<int>& ids)
     }
 }
 
+/// What an edit does to the symbols or the wires: elements go and come, and those that it changes do
+/// both. It holds no others.
+template <typename Element>
+class ListChange
+{
+public:
+    ListChange(const QVector<Element>& before, const QVector<Element>& after)
+    {
+        int b = 0;
+        int a = 0;
+        while (b < before.size() || a < after.size()) {
+            const bool isEnd = b == before.size() || a == after.size();
+            const bool isSame = !isEnd && before[b].id == after[a].id;
+            // The others keep their order, and new ones come at the end.
+            const bool goes = b < before.size() && !(isSame && before[b] == after[a]);
+            const bool comes = b == before.size() || (isSame && goes);
+            if (goes)
+                m_gone.push_back({b, before[b]});
+            if (comes)
+                m_come.push_back({a, after[a]});
+            b += goes || isSame ? 1 : 0;
+            a += comes || isSame ? 1 : 0;
+        }
+    }
+
+    bool isEmpty() const { return m_gone.empty() && m_come.empty(); }
+    void redo(QVector<Element>& list) const { exchange(list, m_gone, m_come); }
+    void undo(QVector<Element>& list) const { exchange(list, m_come, m_gone); }
+
+    /// Whether \p next does nothing but change once more what this has changed.
+    bool isFollowedBy(const ListChange& next) const
+    {
+        return areSame(m_come, next.m_gone) && areSame(m_come, next.m_come);
+    }
+
+    void append(const ListChange& next) { m_come = next.m_come; }
+
+    bool leadsBack() const
+    {
+        return std::equal(m_gone.begin(), m_gone.end(), m_come.begin(), m_come.end(),
+                          [](const Item& a, const Item& b) { return a.element == b.element; });
+    }
+
+private:
+    struct Item
+    {
+        int place;
+        Element element;
+    };
+    using Items = std::vector<Item>;
+
+    static bool areSame(const Items& a, const Items& b)
+    {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Item& x, const Item& y) {
+            return x.place == y.place && x.element.id == y.element.id;
+        });
+    }
+
+    static void exchange(QVector<Element>& list, const Items& gone, const Items& come)
+    {
+        if (gone.empty() && come.empty())
+            return;
+        QVector<Element> result;
+        result.reserve(list.size() + static_cast<int>(come.size()) - static_cast<int>(gone.size()));
+        auto out = gone.begin();
+        auto in = come.begin();
+        for (int place = 0; place < list.size() || in != come.end();) {
+            if (in != come.end() && in->place == result.size()) {
+                result.append((in++)->element);
+                continue;
+            }
+            if (out != gone.end() && out->place == place)
+                ++out;
+            else
+                result.append(list.at(place));
+            ++place;
+        }
+        list = result;
+    }
+
+    Items m_gone;
+    Items m_come;
+};
+
 /// A multiple of the grid that stands far enough apart to be seen as dots.
 double dotDistance(double scale)
 {
@@ -54,25 +141,55 @@ double dotDistance(double scale)
 
 } // namespace
 
-/// From one state of the whole schematic to another; what they have in common is there only once.
+/// An edit, which holds what it has changed and nothing else.
 class SchematicScene::Change : public QUndoCommand
 {
 public:
-    Change(const QString& text, SchematicScene& scene, const Schematic& after)
+    Change(const QString& text, SchematicScene& scene, const Schematic& after, Merging merging)
         : QUndoCommand(text)
         , m_scene(scene)
-        , m_before(scene.m_schematic)
-        , m_after(after)
+        , m_symbols(scene.m_schematic.symbols, after.symbols)
+        , m_wires(scene.m_schematic.wires, after.wires)
+        , m_id(merging == Merging::WithMoves ? 1 : -1)
     {
     }
 
-    void redo() override { m_scene.show(m_after); }
-    void undo() override { m_scene.show(m_before); }
+    bool isEmpty() const { return m_symbols.isEmpty() && m_wires.isEmpty(); }
+
+    int id() const override { return m_id; }
+
+    bool mergeWith(const QUndoCommand* next) override
+    {
+        const auto& change = static_cast<const Change&>(*next);
+        if (!m_symbols.isFollowedBy(change.m_symbols) || !m_wires.isFollowedBy(change.m_wires))
+            return false;
+        m_symbols.append(change.m_symbols);
+        m_wires.append(change.m_wires);
+        setObsolete(m_symbols.leadsBack() && m_wires.leadsBack());
+        return true;
+    }
+
+    void redo() override
+    {
+        Schematic schematic = m_scene.m_schematic;
+        m_symbols.redo(schematic.symbols);
+        m_wires.redo(schematic.wires);
+        m_scene.show(schematic);
+    }
+
+    void undo() override
+    {
+        Schematic schematic = m_scene.m_schematic;
+        m_symbols.undo(schematic.symbols);
+        m_wires.undo(schematic.wires);
+        m_scene.show(schematic);
+    }
 
 private:
     SchematicScene& m_scene;
-    Schematic m_before;
-    Schematic m_after;
+    ListChange<Symbol> m_symbols;
+    ListChange<Wire> m_wires;
+    int m_id;
 };
 
 SchematicScene::SchematicScene(QObject* parent)
@@ -204,7 +321,7 @@ void SchematicScene::moveSelected(const QPoint& steps)
 {
     changeSelected(
         tr("Move"), [](Symbol& /*symbol*/) {},
-        [steps](const QPoint& point) { return point + steps; });
+        [steps](const QPoint& point) { return point + steps; }, Merging::WithMoves);
 }
 
 void SchematicScene::selectAll()
@@ -350,10 +467,11 @@ void SchematicScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
         Q_EMIT editRequested();
 }
 
-void SchematicScene::push(const QString& text, const Schematic& after)
+void SchematicScene::push(const QString& text, const Schematic& after, Merging merging)
 {
-    if (!(after == m_schematic))
-        m_undoStack.push(new Change(text, *this, after));
+    auto change = std::make_unique<Change>(text, *this, after, merging);
+    if (!change->isEmpty())
+        m_undoStack.push(change.release());
 }
 
 void SchematicScene::show(const Schematic& schematic)
@@ -420,7 +538,7 @@ void SchematicScene::placeSymbol(const QPoint& place)
     const bool isThere =
         std::any_of(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(),
                     [&](const Symbol& s) { return s.position == place && s.kind == symbol.kind; });
-    if (isThere)
+    if (isThere || !hasRoom(tr("The symbol was not placed."), 1, 0))
         return;
     symbol.id = m_nextId++;
     symbol.position = place;
@@ -432,12 +550,20 @@ void SchematicScene::placeSymbol(const QPoint& place)
 
 void SchematicScene::addWirePoint(const QPoint& place)
 {
-    if (m_wire.isEmpty())
+    if (m_wire.isEmpty()) {
+        if (!hasRoom(tr("The wire was not drawn."), 0, 1))
+            return;
         m_wire.append(place);
-    else if (m_wire.last() == place)
+    } else if (m_wire.last() == place) {
         endWire();
-    else
+    } else if (wireTo(place).size() > maximumWirePoints) {
+        Q_EMIT failed({tr("The wire was not drawn any further."),
+                       tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
+                       tr("End it, and begin another one where it ends.")});
+        return;
+    } else {
         m_wire = wireTo(place);
+    }
     m_wireEnd = place;
     update();
 }
@@ -456,7 +582,7 @@ void SchematicScene::endWire()
 {
     const QVector<QPoint> points = simplified(std::exchange(m_wire, {}));
     update();
-    if (points.size() < 2)
+    if (points.size() < 2 || !hasRoom(tr("The wire was not drawn."), 0, 1))
         return;
     Schematic after = m_schematic;
     after.wires.append({m_nextId++, points});
@@ -499,7 +625,8 @@ Schematic SchematicScene::selectedPart() const
 
 void SchematicScene::changeSelected(const QString& text,
                                     const std::function<void(Symbol&)>& changeSymbol,
-                                    const std::function<QPoint(const QPoint&)>& changePoint)
+                                    const std::function<QPoint(const QPoint&)>& changePoint,
+                                    Merging merging)
 {
     const QSet<int> ids = selectedIds();
     bool isInReach = true;
@@ -519,48 +646,59 @@ void SchematicScene::changeSelected(const QString& text,
             std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), changed);
     }
     if (isInReach)
-        push(text, after);
+        push(text, after, merging);
     else
         show(m_schematic);
 }
 
-void SchematicScene::insert(Schematic part)
+void SchematicScene::insert(const Schematic& part)
 {
+    const QString what = tr("Nothing was pasted.");
+    // A wire that is being drawn ends, and is one more.
+    setTool(Tool::Select);
+    if (!hasRoom(what, part.symbols.size(), part.wires.size()))
+        return;
+    const QPoint offset(pasteOffset, pasteOffset);
     Schematic after = m_schematic;
     std::map<SymbolKind, qint64> highest;
     for (const SymbolKind kind : symbolKinds)
         highest[kind] = highestNumber(m_schematic, kind);
-    const QPoint offset(pasteOffset, pasteOffset);
-    QSet<int> ids;
+    const int firstId = m_nextId;
     bool isInReach = true;
-    for (Symbol symbol : std::as_const(part.symbols)) {
+    const auto moved = [&isInReach, offset](const QPoint& point) {
+        isInReach = isInReach && isWithinReach(point + offset);
+        return point + offset;
+    };
+    for (Symbol symbol : part.symbols) {
         symbol.id = m_nextId++;
-        ids.insert(symbol.id);
-        symbol.position += offset;
+        symbol.position = moved(symbol.position);
         symbol.reference = referenceOf(symbol.kind, ++highest[symbol.kind]);
-        isInReach = isInReach && isWithinReach(symbol.position);
         after.symbols.append(symbol);
     }
-    for (Wire wire : std::as_const(part.wires)) {
+    for (Wire wire : part.wires) {
         wire.id = m_nextId++;
-        ids.insert(wire.id);
-        for (QPoint& point : wire.points) {
-            point += offset;
-            isInReach = isInReach && isWithinReach(point);
-        }
+        std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), moved);
         after.wires.append(wire);
     }
-    if (!isInReach || after.symbols.size() > maximumSymbols || after.wires.size() > maximumWires) {
-        Q_EMIT failed(
-            {tr("Nothing was pasted."),
-             tr("It would lie beyond the edge of the sheet, or the schematic would have too "
-                "many parts."),
-             tr("Copy less, or from elsewhere.")});
+    if (!isInReach) {
+        Q_EMIT failed({what, tr("It would lie beyond the edge of the sheet."),
+                       tr("Copy it from a place that is nearer to the middle.")});
         return;
     }
-    setTool(Tool::Select);
     push(tr("Paste"), after);
-    selectItems([&ids](int id) { return ids.contains(id); });
+    selectItems([firstId](int id) { return id >= firstId; });
+}
+
+bool SchematicScene::hasRoom(const QString& what, int symbols, int wires)
+{
+    if (symbols <= maximumSymbols - m_schematic.symbols.size()
+        && wires <= maximumWires - m_schematic.wires.size())
+        return true;
+    Q_EMIT failed({what,
+                   tr("A schematic has at most %1 symbols and %2 wires.")
+                       .arg(numberText(maximumSymbols), numberText(maximumWires)),
+                   tr("Go on in another schematic.")});
+    return false;
 }
 
 } // namespace workbench

@@ -16,7 +16,8 @@ class GridItem;
 class SymbolItem;
 class WireItem;
 
-/// A schematic that the user draws. All edits go over the undo stack; each is one step of it.
+/// A schematic that the user draws. All edits go over the undo stack. Each is one step of it, but
+/// moves of the same parts that follow each other are one together.
 class SchematicScene : public QGraphicsScene
 {
     Q_OBJECT
@@ -78,8 +79,9 @@ protected:
 
 private:
     class Change;
+    enum class Merging { None, WithMoves };
 
-    void push(const QString& text, const Schematic& after);
+    void push(const QString& text, const Schematic& after, Merging merging = Merging::None);
     void show(const Schematic& schematic);
     void showSymbols();
     void showWires();
@@ -93,8 +95,11 @@ private:
     Schematic selectedPart() const;
     /// Changes what is selected in a copy, and pushes that; refuses what would lie out of reach.
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
-                        const std::function<QPoint(const QPoint&)>& changePoint);
-    void insert(Schematic part);
+                        const std::function<QPoint(const QPoint&)>& changePoint,
+                        Merging merging = Merging::None);
+    void insert(const Schematic& part);
+    /// Whether so many more symbols and wires may come. If not, the failure \p what is told.
+    bool hasRoom(const QString& what, int symbols, int wires);
 
     Schematic m_schematic;
     QUndoStack m_undoStack;

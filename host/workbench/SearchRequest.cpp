@@ -56,9 +56,14 @@ void SearchRequest::perform()
 {
     m_sinceEvents.start();
     m_sinceReport.start();
-    QStringList folders = outermost(m_order.folders);
-    while (!folders.isEmpty() && mayGoOn())
-        searchFolder(folders.takeFirst(), folders);
+    const QStringList folders = outermost(m_order.folders);
+    // The next one is the last.
+    std::vector<QString> foldersToCome(folders.crbegin(), folders.crend());
+    while (!foldersToCome.empty() && mayGoOn()) {
+        const QString folder = std::move(foldersToCome.back());
+        foldersToCome.pop_back();
+        searchFolder(folder, foldersToCome);
+    }
     report();
     if (abort_requested())
         Q_EMIT failed("cancelled");
@@ -89,7 +94,7 @@ void SearchRequest::report()
 }
 
 /// The folders in it are to come first of all.
-void SearchRequest::searchFolder(const QString& folder, QStringList& foldersToCome)
+void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& foldersToCome)
 {
     m_progress.folder = QDir::toNativeSeparators(folder);
     const QFileInfo info(folder);
@@ -103,7 +108,8 @@ void SearchRequest::searchFolder(const QString& folder, QStringList& foldersToCo
     while (entries.hasNext() && mayGoOn()) {
         const QString path = entries.next();
         const QFileInfo entry = entries.fileInfo();
-        if (!entry.isDir() && hasType(path))
+        // Opening a pipe, which a link may lead to, would wait for ever.
+        if (entry.isFile() && hasType(path))
             files.append(path);
         else if (entry.isDir() && !entry.isSymLink())
             folders.append(path);
@@ -112,7 +118,7 @@ void SearchRequest::searchFolder(const QString& folder, QStringList& foldersToCo
     std::sort(folders.begin(), folders.end());
     for (auto file = files.cbegin(); file != files.cend() && mayGoOn(); ++file)
         searchFile(*file);
-    foldersToCome = folders + foldersToCome;
+    foldersToCome.insert(foldersToCome.end(), folders.crbegin(), folders.crend());
 }
 
 void SearchRequest::searchFile(const QString& path)

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <vector>
+
 namespace workbench {
 
 /// What to search for, and where.
@@ -40,9 +42,10 @@ struct SearchProgress
 /// Searches the text files in folders and all below them, in the order of their names, on the worker
 /// thread of a request manager.
 ///
-/// A file is text if its first bytes have no NUL. Folders that are links aren't followed, and one
-/// that lies in another isn't searched twice. What can't be read is told and passed over. An abort
-/// is noticed within some hundred kilobytes, and ends it with "cancelled".
+/// A file is text if its first bytes have no NUL; nothing but regular files is read. Folders that are
+/// links aren't followed, and one that lies in another isn't searched twice. What can't be read is
+/// told and passed over. An abort is noticed within some hundred kilobytes, and ends it with
+/// "cancelled".
 class SearchRequest : public zvutil::libzvutil::abstract_request
 {
     Q_OBJECT
@@ -67,7 +70,7 @@ protected:
 private:
     bool mayGoOn();
     void report();
-    void searchFolder(const QString& folder, QStringList& foldersToCome);
+    void searchFolder(const QString& folder, std::vector<QString>& foldersToCome);
     void searchFile(const QString& path);
     void pass(const QString& path);
     bool hasType(const QString& file) const;

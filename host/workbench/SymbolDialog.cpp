@@ -19,6 +19,7 @@ SymbolDialog::SymbolDialog(const Symbol& symbol, const QSet<QString>& taken, QWi
     setWindowTitle(kindName(symbol.kind));
     m_reference->setObjectName(QStringLiteral("reference"));
     m_value->setObjectName(QStringLiteral("value"));
+    m_hint->setTextFormat(Qt::PlainText);
     m_hint->setWordWrap(true);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     m_ok = buttons->button(QDialogButtonBox::Ok);

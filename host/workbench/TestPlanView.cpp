@@ -38,6 +38,29 @@ constexpr int columnMargin = 18;
 constexpr int measuredColumns = 100;
 constexpr int measuredRows = 200;
 
+/// Where a part goes that moves by one.
+template <typename Span>
+int destinationOf(const Span& span, int step)
+{
+    return step < 0 ? span.first - 1 : span.first + span.count + 1;
+}
+
+template <typename Spans>
+bool mayMove(const Spans& spans, int step, int all)
+{
+    return !spans.empty()
+        && (step < 0 ? spans.front().first > 0 : spans.back().first + spans.back().count < all);
+}
+
+template <typename Spans>
+int countOf(const Spans& spans)
+{
+    int count = 0;
+    for (const auto& span : spans)
+        count += span.count;
+    return count;
+}
+
 bool isModifiedBy(const QKeyEvent& event, Qt::KeyboardModifiers modifiers)
 {
     const Qt::KeyboardModifiers keypad = Qt::KeypadModifier;
@@ -150,108 +173,130 @@ void TestPlanView::paste()
 
 void TestPlanView::clearCells()
 {
-    std::vector<TestPlanModel::CellChange> changes;
-    for (const QRect& block : selectedBlocks()) {
-        for (int row = block.top(); row <= block.bottom(); ++row) {
-            for (int column = block.left(); column <= block.right(); ++column) {
-                if (m_model.value(row, column).isValid())
-                    changes.push_back({row, column, {}});
-            }
-        }
-    }
-    m_model.setCells(tr("Clear cells"), std::move(changes));
+    std::vector<Filling> fillings;
+    for (const QRect& block : selectedBlocks())
+        fillings.push_back({block, std::vector<CellValue>(std::size_t(block.width()))});
+    fill(tr("Clear cells"), tr("The cells were not cleared."), fillings);
 }
 
 void TestPlanView::fillDown()
 {
     finishTyping();
-    std::vector<TestPlanModel::CellChange> changes;
+    std::vector<Filling> fillings;
     for (const QRect& block : selectedBlocks()) {
         // A single row is filled from the one above it.
         const int source = block.height() == 1 ? block.top() - 1 : block.top();
-        for (int row = source + 1; source >= 0 && row <= block.bottom(); ++row) {
-            for (int column = block.left(); column <= block.right(); ++column)
-                changes.push_back({row, column, m_model.value(source, column)});
-        }
+        if (source < 0)
+            continue;
+        Filling filling;
+        filling.cells = QRect(QPoint(block.left(), source + 1), block.bottomRight());
+        for (int column = block.left(); column <= block.right(); ++column)
+            filling.values.push_back(m_model.value(source, column));
+        fillings.push_back(std::move(filling));
     }
-    m_model.setCells(tr("Fill down"), std::move(changes));
+    fill(tr("Fill down"), tr("The cells were not filled."), fillings);
 }
 
 void TestPlanView::insertRowsAbove()
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    const int row = cells.isEmpty() ? m_model.rowCount() : cells.top();
-    if (!m_model.insertRows(row, std::max(cells.height(), 1))) {
+    Spans spans = selectedSpans(Qt::Vertical);
+    if (spans.empty())
+        spans.push_back({m_model.rowCount(), 1});
+    if (countOf(spans) > maximumPlanRows - m_model.rowCount()) {
         Q_EMIT failed(
             {tr("No rows were inserted."),
              tr("A test plan has at most %1 rows.").arg(QLocale().toString(maximumPlanRows)),
              tr("Go on in another test plan.")});
         return;
     }
-    select({std::max(cells.left(), 0), row, 1, std::max(cells.height(), 1)});
+    const int left = std::max(selectedRectangle().left(), 0);
+    change(tr("Insert rows"), spans,
+           [this](const Span& span) { m_model.insertRows(span.first, span.count); });
+    std::vector<QRect> inserted;
+    int before = 0;
+    for (const Span& span : spans) {
+        inserted.emplace_back(left, span.first + before, 1, span.count);
+        before += span.count;
+    }
+    select(inserted);
 }
 
 void TestPlanView::removeSelectedRows()
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    if (cells.isEmpty())
+    const Spans spans = selectedSpans(Qt::Vertical);
+    if (spans.empty())
         return;
-    m_model.removeRows(cells.top(), cells.height());
-    select({cells.left(), std::min(cells.top(), m_model.rowCount() - 1), 1, 1});
+    const int left = selectedRectangle().left();
+    change(tr("Remove rows"), spans,
+           [this](const Span& span) { m_model.removeRows(span.first, span.count); });
+    select({QRect(left, std::min(spans.front().first, m_model.rowCount() - 1), 1, 1)});
 }
 
 void TestPlanView::moveSelectedRows(int step)
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    if (!cells.isEmpty())
-        m_model.moveRows(QModelIndex(), cells.top(), cells.height(), QModelIndex(),
-                         step < 0 ? cells.top() - 1 : cells.bottom() + 2);
+    const Spans spans = selectedSpans(Qt::Vertical);
+    if (mayMove(spans, step, m_model.rowCount()))
+        change(tr("Move rows"), spans, [this, step](const Span& span) {
+            m_model.moveRows(QModelIndex(), span.first, span.count, QModelIndex(),
+                             destinationOf(span, step));
+        });
     scrollTo(currentIndex());
 }
 
 void TestPlanView::insertColumnsBefore()
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    const int column = cells.isEmpty() ? m_model.columnCount() : cells.left();
-    if (!m_model.insertColumns(column, std::max(cells.width(), 1)))
+    Spans spans = selectedSpans(Qt::Horizontal);
+    if (spans.empty())
+        spans.push_back({m_model.columnCount(), 1});
+    if (countOf(spans) > maximumPlanColumns - m_model.columnCount()) {
         Q_EMIT failed({tr("No columns were inserted."),
                        tr("A test plan has at most %1 columns.").arg(maximumPlanColumns),
                        tr("Go on in another test plan.")});
+        return;
+    }
+    change(tr("Insert columns"), spans,
+           [this](const Span& span) { m_model.insertColumns(span.first, span.count); });
 }
 
 void TestPlanView::removeSelectedColumns()
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    if (cells.isEmpty())
+    const Spans spans = selectedSpans(Qt::Horizontal);
+    if (spans.empty())
         return;
-    if (!m_model.removeColumns(cells.left(), cells.width())) {
+    if (countOf(spans) >= m_model.columnCount()) {
         Q_EMIT failed({tr("No columns were removed."), tr("One column has to stay."),
                        tr("Select fewer columns.")});
         return;
     }
-    select({std::min(cells.left(), m_model.columnCount() - 1), cells.top(), 1, 1});
+    const int top = selectedRectangle().top();
+    change(tr("Remove columns"), spans,
+           [this](const Span& span) { m_model.removeColumns(span.first, span.count); });
+    select({QRect(std::min(spans.front().first, m_model.columnCount() - 1), top, 1, 1)});
 }
 
 void TestPlanView::moveSelectedColumns(int step)
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    if (!cells.isEmpty())
-        m_model.moveColumns(QModelIndex(), cells.left(), cells.width(), QModelIndex(),
-                            step < 0 ? cells.left() - 1 : cells.right() + 2);
+    const Spans spans = selectedSpans(Qt::Horizontal);
+    if (mayMove(spans, step, m_model.columnCount()))
+        change(tr("Move columns"), spans, [this, step](const Span& span) {
+            m_model.moveColumns(QModelIndex(), span.first, span.count, QModelIndex(),
+                                destinationOf(span, step));
+        });
 }
 
 void TestPlanView::setSelectedRowsDisabled(bool isDisabled)
 {
     finishTyping();
-    const QRect cells = selectedRectangle();
-    if (!cells.isEmpty())
-        m_model.setRowsDisabled(cells.top(), cells.height(), isDisabled);
+    change(isDisabled ? tr("Disable rows") : tr("Enable rows"), selectedSpans(Qt::Vertical),
+           [this, isDisabled](const Span& span) {
+               m_model.setRowsDisabled(span.first, span.count, isDisabled);
+           });
 }
 
 bool TestPlanView::isCurrentRowDisabled() const
@@ -262,14 +307,18 @@ bool TestPlanView::isCurrentRowDisabled() const
 
 void TestPlanView::selectCurrentRows()
 {
-    const QRect cells = selectedRectangle();
-    select({0, cells.top(), m_model.columnCount(), cells.height()});
+    std::vector<QRect> rows;
+    for (const Span& span : selectedSpans(Qt::Vertical))
+        rows.emplace_back(0, span.first, m_model.columnCount(), span.count);
+    select(rows);
 }
 
 void TestPlanView::selectCurrentColumns()
 {
-    const QRect cells = selectedRectangle();
-    select({cells.left(), 0, cells.width(), m_model.rowCount()});
+    std::vector<QRect> columns;
+    for (const Span& span : selectedSpans(Qt::Horizontal))
+        columns.emplace_back(span.first, 0, span.count, m_model.rowCount());
+    select(columns);
 }
 
 void TestPlanView::renameHeading(int section)
@@ -349,6 +398,31 @@ QRect TestPlanView::selectedRectangle() const
     return all;
 }
 
+TestPlanView::Spans TestPlanView::selectedSpans(Qt::Orientation orientation) const
+{
+    std::vector<QRect> blocks = selectedBlocks();
+    if (blocks.empty())
+        blocks.push_back(selectedRectangle());
+    Spans spans;
+    for (const QRect& block : blocks) {
+        const bool isRows = orientation == Qt::Vertical;
+        if (!block.isEmpty())
+            spans.push_back(
+                {isRows ? block.top() : block.left(), isRows ? block.height() : block.width()});
+    }
+    std::sort(spans.begin(), spans.end(),
+              [](const Span& a, const Span& b) { return a.first < b.first; });
+    Spans united;
+    for (const Span& span : spans) {
+        const int end = united.empty() ? -1 : united.back().first + united.back().count;
+        if (span.first > end)
+            united.push_back(span);
+        else
+            united.back().count += std::max(span.first + span.count - end, 0);
+    }
+    return united;
+}
+
 CellGrid TestPlanView::selectedCells() const
 {
     const QRect all = selectedRectangle();
@@ -365,6 +439,16 @@ CellGrid TestPlanView::selectedCells() const
     return grid;
 }
 
+void TestPlanView::change(const QString& text, const Spans& spans,
+                          const std::function<void(const Span&)>& work)
+{
+    if (spans.empty())
+        return;
+    m_model.undoStack().beginMacro(text);
+    std::for_each(spans.rbegin(), spans.rend(), work);
+    m_model.undoStack().endMacro();
+}
+
 void TestPlanView::moveCurrent(int columns, int rows)
 {
     if (m_model.rowCount() == 0)
@@ -377,14 +461,61 @@ void TestPlanView::moveCurrent(int columns, int rows)
         QItemSelectionModel::ClearAndSelect);
 }
 
-void TestPlanView::select(const QRect& cells)
+void TestPlanView::select(const std::vector<QRect>& blocks)
 {
-    if (cells.isEmpty() || cells.top() < 0 || cells.top() >= m_model.rowCount())
+    QItemSelection selection;
+    for (const QRect& block : blocks)
+        selection.select(m_model.index(block.top(), block.left()),
+                         m_model.index(block.bottom(), block.right()));
+    if (selection.isEmpty())
         return;
-    const QModelIndex first = m_model.index(cells.top(), cells.left());
-    const QModelIndex last = m_model.index(cells.bottom(), cells.right());
-    selectionModel()->select(QItemSelection(first, last), QItemSelectionModel::ClearAndSelect);
-    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    selectionModel()->setCurrentIndex(selection.first().topLeft(), QItemSelectionModel::NoUpdate);
+}
+
+bool TestPlanView::addChanges(const Filling& filling,
+                              std::vector<TestPlanModel::CellChange>& changes) const
+{
+    const QRect& cells = filling.cells;
+    const auto last = std::find_if(filling.values.rbegin(), filling.values.rend(),
+                                   [](const CellValue& value) { return value.isValid(); });
+    const int filled = static_cast<int>(filling.values.rend() - last);
+    for (int row = cells.top(); row <= cells.bottom(); ++row) {
+        // Behind its last cell a row is empty.
+        const int present =
+            m_model.plan().rows[static_cast<std::size_t>(row)].cells.size() - cells.left();
+        const int columns = std::min(cells.width(), std::max(filled, present));
+        for (int i = 0; i < columns; ++i) {
+            const CellValue& value = filling.values[static_cast<std::size_t>(i)];
+            if (!value.isValid() && !m_model.value(row, cells.left() + i).isValid())
+                continue;
+            if (changes.size() == static_cast<std::size_t>(maximumPasteCells))
+                return false;
+            changes.push_back({row, cells.left() + i, value});
+        }
+    }
+    return true;
+}
+
+void TestPlanView::fill(const QString& text, const QString& what,
+                        const std::vector<Filling>& fillings)
+{
+    const QString advice = tr("Select fewer cells, and do it in parts.");
+    try {
+        std::vector<TestPlanModel::CellChange> changes;
+        const bool isPossible =
+            std::all_of(fillings.begin(), fillings.end(),
+                        [&](const Filling& filling) { return addChanges(filling, changes); });
+        if (isPossible)
+            m_model.setCells(text, std::move(changes));
+        else
+            Q_EMIT failed({what,
+                           tr("No more than %1 cells can be changed at once.")
+                               .arg(QLocale().toString(maximumPasteCells)),
+                           advice});
+    } catch (const std::bad_alloc&) {
+        Q_EMIT failed({what, tr("There is no memory for so many."), advice});
+    }
 }
 
 ClipboardCells TestPlanView::clipboardCells()
@@ -404,14 +535,12 @@ void TestPlanView::pasteCells(const CellGrid& grid)
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     if (grid.cells.size() == 1 && !selectedBlocks().empty()) {
-        std::vector<TestPlanModel::CellChange> changes;
+        std::vector<Filling> fillings;
         for (const QRect& block : selectedBlocks()) {
-            for (int row = block.top(); row <= block.bottom(); ++row) {
-                for (int column = block.left(); column <= block.right(); ++column)
-                    changes.push_back({row, column, grid.cells.front()});
-            }
+            const std::vector<CellValue> values(std::size_t(block.width()), grid.cells.front());
+            fillings.push_back({block, values});
         }
-        m_model.setCells(tr("Paste"), std::move(changes));
+        fill(tr("Paste"), tr("The cells were not pasted."), fillings);
         return;
     }
     // A plan without rows has no current cell.
@@ -424,7 +553,7 @@ void TestPlanView::pasteCells(const CellGrid& grid)
              tr("Copy fewer cells, or paste them further up or left.")});
         return;
     }
-    select({place, QSize(grid.columns, grid.rows)});
+    select({QRect(place, QSize(grid.columns, grid.rows))});
 }
 
 bool TestPlanView::mayPaste(const ClipboardCells& cells)
@@ -470,7 +599,10 @@ void TestPlanView::paintComment(QPainter& painter, int row)
     painter.fillRect(room,
                      ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
     painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
-    painter.drawText(room.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignLeft,
+    // A painter knows the direction of the application alone.
+    const Qt::Alignment leading =
+        QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
+    painter.drawText(room.adjusted(margin, 0, -margin, 0), int(leading | Qt::AlignAbsolute),
                      metrics.elidedText(text, Qt::ElideRight, room.width() - 2 * margin));
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Failure.h"
+#include "TestPlanModel.h"
 
 #include <QRect>
 #include <QTableView>
 
+#include <functional>
 #include <vector>
 
 class QLineEdit;
@@ -12,7 +14,6 @@ class QLineEdit;
 namespace workbench {
 
 class ClipboardCells;
-class TestPlanModel;
 struct CellGrid;
 
 /// A test plan as a table, with the keys that people know from spreadsheets and what they lead to.
@@ -37,11 +38,12 @@ public:
     void clearCells();
     void fillDown();
 
-    /// As many as there are selected rows, in front of them.
+    /// In front of each block of selected rows as many as it has.
     void insertRowsAbove();
     void removeSelectedRows();
-    /// By one row: -1 is up, 1 is down.
+    /// By one row: -1 is up, 1 is down. None moves if one of them is at the edge.
     void moveSelectedRows(int step);
+    /// As with rows.
     void insertColumnsBefore();
     void removeSelectedColumns();
     void moveSelectedColumns(int step);
@@ -66,12 +68,38 @@ protected:
                           const QItemSelection& deselected) override;
 
 private:
+    /// Cells, and what all cells of each of their columns become.
+    struct Filling
+    {
+        QRect cells;
+        std::vector<CellValue> values;
+    };
+
+    /// Rows or columns that follow each other.
+    struct Span
+    {
+        int first;
+        int count;
+    };
+    /// In the order of the table, with others between them.
+    using Spans = std::vector<Span>;
+
     /// In columns and rows, as all of the rectangles here.
     std::vector<QRect> selectedBlocks() const;
+    /// With all that lies between the blocks.
     QRect selectedRectangle() const;
+    /// The rows, or columns, that have a selected cell; that of the current cell if there is none.
+    Spans selectedSpans(Qt::Orientation orientation) const;
     CellGrid selectedCells() const;
+    /// Changes each of \p spans, the last one first, as one step called \p text.
+    void change(const QString& text, const Spans& spans,
+                const std::function<void(const Span&)>& work);
     void moveCurrent(int columns, int rows);
-    void select(const QRect& cells);
+    void select(const std::vector<QRect>& blocks);
+    /// What changes; cells that are empty and stay so don't. False if that is too much at once.
+    bool addChanges(const Filling& filling, std::vector<TestPlanModel::CellChange>& changes) const;
+    /// One step called \p text. If there are too many cells, the failure \p what is told instead.
+    void fill(const QString& text, const QString& what, const std::vector<Filling>& fillings);
     ClipboardCells clipboardCells();
     CellGrid gridOf(const ClipboardCells& cells);
     void pasteCells(const CellGrid& grid);

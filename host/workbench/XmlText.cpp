@@ -5,6 +5,7 @@
 #include <zvutil/experimental/xml/attribute_not_found_xml_exception.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 #include <string_view>
@@ -14,6 +15,9 @@ namespace workbench {
 namespace {
 
 constexpr int newestVersion = 1;
+// A disk takes 255. Where it knows no files without names, one has a dot and six letters more while
+// it is written.
+constexpr int longestNameToSave = 255 - 7;
 
 QString tr(const char* text)
 {
@@ -24,6 +28,16 @@ bool isWritable(QChar unit)
 {
     const ushort code = unit.unicode();
     return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code <= 0xFFFD);
+}
+
+/// In what the disk counts.
+int lengthOnDisk(const QString& name)
+{
+#ifdef Q_OS_UNIX
+    return QFile::encodeName(name).size();
+#else
+    return name.size();
+#endif
 }
 
 } // namespace
@@ -94,21 +108,24 @@ void requireWritable(const QString& text, const std::function<QString()>& where)
     const int place = unwritableCharacter(text);
     if (place < 0)
         return;
+    const QString code = QString::number(text.at(place).unicode(), 16).rightJustified(4, u'0');
+    // All at once: where it is, the user has written, and that may hold a "%2".
     throw FileError(tr("%1 holds a character that an XML file can't hold: U+%2 at position %3.")
-                        .arg(where())
-                        .arg(int(text.at(place).unicode()), 4, 16, QLatin1Char('0'))
-                        .arg(place + 1));
+                        .arg(where(), code, QString::number(place + 1)));
 }
 
 void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
 {
     if (isWritten)
         return;
-    const QFileInfo folder(QFileInfo(qtFileName(file)).path());
+    const QFileInfo info(qtFileName(file));
+    const QFileInfo folder(info.path());
     if (!folder.isDir())
         throw FileError(tr("There is no folder “%1”.").arg(folder.filePath()));
-    if (QFileInfo(qtFileName(file)).isDir())
+    if (info.isDir())
         throw FileError(tr("A folder has this name."));
+    if (lengthOnDisk(info.fileName()) > longestNameToSave)
+        throw FileError(tr("Its name is too long for this disk."));
     throw FileError(tr("Either the disk is full, or you have no right to write there."));
 }
 
