@@ -55,25 +55,26 @@ void ZvChildProxyModel::setSourceModel(QAbstractItemModel* model)
     QIdentityProxyModel::setSourceModel(model);
     if (!sourceModel())
         return;
-    // The base class would end a move that it wasn't allowed to begin.
-    leaveMoves(model);
+    // The base class would tell of moves outside of the branch as well, and end those that it wasn't
+    // allowed to begin.
     const auto isMove = std::make_shared<bool>(false);
-    const auto beginMove = [this, isMove](bool isAllowed) {
-        *isMove = isAllowed;
-        if (!isAllowed)
+    const auto beginMove = [this, isMove](auto begin, const QModelIndex& from, int first, int last,
+                                          const QModelIndex& to, int place) {
+        *isMove = isDescendedFromRoot(from) && isDescendedFromRoot(to)
+            && (this->*begin)(mapFromSource(from), first, last, mapFromSource(to), place);
+        if (!*isMove)
             beginResetModel();
     };
+    leaveMoves(model);
     connect(model, &Model::rowsAboutToBeMoved, this,
-            [this, beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
-                              int place) {
-                beginMove(
-                    beginMoveRows(mapFromSource(from), first, last, mapFromSource(to), place));
+            [beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
+                        int place) {
+                beginMove(&ZvChildProxyModel::beginMoveRows, from, first, last, to, place);
             });
     connect(model, &Model::columnsAboutToBeMoved, this,
-            [this, beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
-                              int place) {
-                beginMove(
-                    beginMoveColumns(mapFromSource(from), first, last, mapFromSource(to), place));
+            [beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
+                        int place) {
+                beginMove(&ZvChildProxyModel::beginMoveColumns, from, first, last, to, place);
             });
     connect(model, &Model::rowsMoved, this,
             [this, isMove] { *isMove ? endMoveRows() : endResetModel(); });
