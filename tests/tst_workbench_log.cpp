@@ -128,6 +128,10 @@ private Q_SLOTS:
         QCOMPARE(second.data().toString(), "Error"_q);
         QCOMPARE(second.siblingAtColumn(1).data().toString(), "Other"_q);
         QCOMPARE(second.siblingAtColumn(2).data(Qt::ToolTipRole).toString(), "two\nlines ü"_q);
+        logging::write(2, "Other", "<b>bold</b>");
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 3, longWait);
+        const QModelIndex third = panel.view()->model()->index(2, 2);
+        QVERIFY(third.data(Qt::ToolTipRole).toString().contains("&lt;b&gt;bold"_q));
     }
 
     void looksOnlyWhileItIsVisible()

@@ -12,6 +12,7 @@
 #include "StatusLine.h"
 #include "TypesBox.h"
 #include "file_uri.h"
+#include "tool_tip.h"
 
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvSearchBar.h>

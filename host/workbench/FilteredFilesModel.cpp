@@ -1,15 +1,9 @@
 #include "FilteredFilesModel.h"
 
 #include "NamePattern.h"
-
-#include <QTextDocument>
+#include "tool_tip.h"
 
 namespace workbench {
-
-QString toolTipOf(const QString& text)
-{
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
-}
 
 FilteredFilesModel::FilteredFilesModel(QObject* parent)
     : QAbstractListModel(parent)

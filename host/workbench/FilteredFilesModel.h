@@ -8,9 +8,6 @@
 
 namespace workbench {
 
-/// A tool tip that shows \p text as it is, also one that Qt would take for HTML.
-QString toolTipOf(const QString& text);
-
 /// Some rows of a list of paths, as files: the name to show, the path as the tool tip and, for
 /// a delegate, the folder.
 ///

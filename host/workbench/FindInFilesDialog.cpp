@@ -6,6 +6,7 @@
 #include "NumberText.h"
 #include "StatusLine.h"
 #include "TypesBox.h"
+#include "tool_tip.h"
 
 #include <zvutil/libzvutil/BackgroundRequestManager.h>
 #include <zvutil/libzvutil/abstract_response.h>
@@ -262,7 +263,7 @@ void FindInFilesDialog::addFolder(const QString& folder, bool isUsers)
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(Qt::Checked);
     item->setData(isUsersRole, isUsers);
-    item->setToolTip(text);
+    item->setToolTip(toolTipOf(text));
     m_folders->addItem(item);
     showState();
 }

@@ -2,6 +2,7 @@
 
 #include "FilteredFilesModel.h"
 #include "NamePattern.h"
+#include "tool_tip.h"
 
 namespace workbench {
 

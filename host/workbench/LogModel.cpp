@@ -1,5 +1,7 @@
 #include "LogModel.h"
 
+#include "tool_tip.h"
+
 #include <zvutil/ZvStyle.h>
 
 #include <QColor>
@@ -98,7 +100,7 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
         // A row has one line.
         return text(line, index.column()).simplified();
     case Qt::ToolTipRole:
-        return text(line, index.column());
+        return toolTipOf(text(line, index.column()));
     case Qt::ForegroundRole:
         return levelColour(line.level);
     case LevelRole:
