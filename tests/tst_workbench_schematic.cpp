@@ -193,22 +193,6 @@ QString hintOf(const workbench::SymbolDialog& dialog)
     return hint + (isOk ? QStringLiteral("OK") : QString());
 }
 
-void showStyle(const char* name)
-{
-    zvtest::showStyle(QString::fromLatin1(name));
-    QCoreApplication::processEvents();
-}
-
-int pixelsOf(const QImage& image, const QColor& colour)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += image.pixelColor(x, y) == colour ? 1 : 0;
-    }
-    return count;
-}
-
 QColor colourOf(ZvStyleBrush brush)
 {
     return ZvStyle::Current().colour(brush).qColour();
@@ -226,7 +210,7 @@ private Q_SLOTS:
         qRegisterMetaType<Failure>();
         QVERIFY(m_host.isValid());
         QVERIFY(m_dir.isValid());
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
     }
 
     void cleanup() { zvtest::closeFiles(); }
@@ -923,17 +907,17 @@ private Q_SLOTS:
     {
         Sheet sheet(small());
         for (const char* const style : {"Light", "Dark"}) {
-            showStyle(style);
+            zvtest::showPaintedStyle(style);
             sheet.scene.clearSelection();
             const QImage plain = sheet.view.viewport()->grab().toImage();
-            QVERIFY(pixelsOf(plain, colourOf(ZvStyleBrush::EditorEnabled)) > 100'000);
-            QVERIFY(pixelsOf(plain, colourOf(ZvStyleBrush::TextEnabled)) > 50);
-            QCOMPARE(pixelsOf(plain, colourOf(ZvStyleBrush::Accent)), 0);
+            QVERIFY(zvtest::pixelsOf(plain, colourOf(ZvStyleBrush::EditorEnabled)) > 100'000);
+            QVERIFY(zvtest::pixelsOf(plain, colourOf(ZvStyleBrush::TextEnabled)) > 50);
+            QCOMPARE(zvtest::pixelsOf(plain, colourOf(ZvStyleBrush::Accent)), 0);
             sheet.scene.selectAll();
             const QImage selected = sheet.view.viewport()->grab().toImage();
-            QVERIFY(pixelsOf(selected, colourOf(ZvStyleBrush::Accent)) > 50);
+            QVERIFY(zvtest::pixelsOf(selected, colourOf(ZvStyleBrush::Accent)) > 50);
         }
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
     }
 
     void pictures_data()
@@ -944,7 +928,7 @@ private Q_SLOTS:
     void pictures()
     {
         QFETCH(QString, style);
-        showStyle(style.toUtf8().constData());
+        zvtest::showPaintedStyle(style.toUtf8().constData());
         Sheet sheet;
         QVERIFY(sheet.document.load(
             workbench::filePath(QStringLiteral(EXAMPLES "/workbench/amplifier.zvsch"))));
@@ -964,7 +948,7 @@ private Q_SLOTS:
         dialog.show();
         QVERIFY(dialog.grab().save(QStringLiteral(PICTURES "/schematic-dialog-%1.png").arg(style)));
         QCOMPARE(sheet.scene.schematic().symbols.size(), 20);
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
     }
 
     void aReferenceIsNoHtml()

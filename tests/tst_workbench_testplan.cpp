@@ -222,22 +222,6 @@ QColor planColour(const char* brush)
     return ZvStyle::Current().editorColour("Testplan", brush);
 }
 
-void showStyle(const char* name)
-{
-    zvtest::showStyle(QString::fromLatin1(name));
-    QCoreApplication::processEvents();
-}
-
-int pixelsOf(const QImage& image, const QColor& colour)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += image.pixelColor(x, y) == colour ? 1 : 0;
-    }
-    return count;
-}
-
 QImage pictureOf(TestPlanView& view, int row, int column)
 {
     const QRect cell = view.visualRect(view.model()->index(row, column));
@@ -256,7 +240,7 @@ private Q_SLOTS:
         qRegisterMetaType<Failure>();
         QVERIFY(m_host.isValid());
         QVERIFY(m_dir.isValid());
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
     }
 
     void cleanup() { zvtest::closeFiles(); }
@@ -1226,27 +1210,32 @@ private Q_SLOTS:
         plan.model.setRowsDisabled(3, 1, true);
         plan.goTo(4, 2);
         for (const char* const style : {"Light", "Dark"}) {
-            showStyle(style);
+            zvtest::showPaintedStyle(style);
             const QColor field =
                 ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour();
-            QVERIFY(pixelsOf(pictureOf(plan.view, 0, 1), planColour("ErrorBackground")) > 100);
-            QVERIFY(pixelsOf(pictureOf(plan.view, 0, 1), planColour("ErrorBorder")) > 100);
-            QVERIFY(pixelsOf(pictureOf(plan.view, 1, 1), planColour("WarningBackground")) > 100);
-            QVERIFY(pixelsOf(pictureOf(plan.view, 1, 1), planColour("WarningBorder")) > 100);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 0, 1), planColour("ErrorBackground"))
+                    > 100);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 0, 1), planColour("ErrorBorder")) > 100);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 1, 1), planColour("WarningBackground"))
+                    > 100);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 1, 1), planColour("WarningBorder"))
+                    > 100);
             for (const int row : {0, 2, 3, 4}) {
                 const QImage cell = pictureOf(plan.view, row, 0);
-                QVERIFY(pixelsOf(cell, field) > cell.width() * cell.height() / 2);
+                QVERIFY(zvtest::pixelsOf(cell, field) > cell.width() * cell.height() / 2);
             }
-            QVERIFY(pixelsOf(pictureOf(plan.view, 3, 0), planColour("DisabledText")) > 0);
-            QCOMPARE(pixelsOf(pictureOf(plan.view, 3, 1), planColour("ErrorBackground")), 0);
-            QCOMPARE(pixelsOf(pictureOf(plan.view, 4, 1), planColour("ErrorBackground")), 0);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 3, 0), planColour("DisabledText")) > 0);
+            QCOMPARE(zvtest::pixelsOf(pictureOf(plan.view, 3, 1), planColour("ErrorBackground")),
+                     0);
+            QCOMPARE(zvtest::pixelsOf(pictureOf(plan.view, 4, 1), planColour("ErrorBackground")),
+                     0);
         }
         ZvStyle changed = ZvStyle::Current().duplicate("Changed");
         changed.setEditorColour("Testplan", "ErrorBackground", QColor(1, 2, 3));
         ZvStyleManager::SetStyle(changed);
         QCoreApplication::processEvents();
-        QVERIFY(pixelsOf(pictureOf(plan.view, 0, 1), QColor(1, 2, 3)) > 100);
-        showStyle("Light");
+        QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 0, 1), QColor(1, 2, 3)) > 100);
+        zvtest::showPaintedStyle("Light");
     }
 
     void pictures_data()
@@ -1257,7 +1246,7 @@ private Q_SLOTS:
     void pictures()
     {
         QFETCH(QString, style);
-        showStyle(style.toUtf8().constData());
+        zvtest::showPaintedStyle(style.toUtf8().constData());
         TestPlanDocument document(QStringLiteral("Amplifier"), nullptr);
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         QVERIFY(document.load(
@@ -1274,7 +1263,7 @@ private Q_SLOTS:
         static_cast<QAbstractItemView&>(view).edit(view.currentIndex());
         QVERIFY(
             document.grab().save(QStringLiteral(PICTURES "/testplan-typing-%1.png").arg(style)));
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
     }
 
     /// What lies between blocks of a selection isn't touched.
@@ -1421,7 +1410,7 @@ private Q_SLOTS:
 
     void commentsBeginWhereTheDirectionSays()
     {
-        showStyle("Light");
+        zvtest::showPaintedStyle("Light");
         Plan plan({QStringLiteral("# a comment that needs more room than one column has||"),
                    QStringLiteral("||")});
         plan.goTo(1, 0);
@@ -1435,7 +1424,7 @@ private Q_SLOTS:
                 ? QRect(first.topLeft(), QSize(100, first.height()))
                 : QRect(first.topRight() - QPoint(99, 0), QSize(100, first.height()));
             const QImage image = plan.view.viewport()->grab(end).toImage();
-            QVERIFY2(pixelsOf(image, planColour("CommentText")) > 0,
+            QVERIFY2(zvtest::pixelsOf(image, planColour("CommentText")) > 0,
                      direction == Qt::LeftToRight ? "left to right" : "right to left");
         }
     }

@@ -27,7 +27,7 @@ class TypesBox;
 /// The files below the folders that the user has chosen: listed and filtered in the background.
 ///
 /// What is listed is what the library's list model finds, peculiarities included: it passes over the
-/// first entry of each folder.
+/// first entry of each folder that was chosen, and may list the last folder in one as if it were a file.
 class FilesPanel : public DockableWidgetContents
 {
     Q_OBJECT

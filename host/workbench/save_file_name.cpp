@@ -15,6 +15,11 @@ QString tr(const char* text)
     return QCoreApplication::translate("workbench::SaveFileName", text);
 }
 
+QString withExtension(const QString& name, const QString& extension)
+{
+    return name.endsWith(extension, Qt::CaseInsensitive) ? name : name + extension;
+}
+
 bool mayReplace(QWidget* parent, const QString& file)
 {
     QMessageBox box(QMessageBox::Warning, tr("Save"),
@@ -26,11 +31,6 @@ bool mayReplace(QWidget* parent, const QString& file)
 }
 
 } // namespace
-
-QString withExtension(const QString& name, const QString& extension)
-{
-    return name.endsWith(extension, Qt::CaseInsensitive) ? name : name + extension;
-}
 
 QString saveFileName(QWidget* parent, const QString& title, const QString& place,
                      const QString& what, const QString& extension)

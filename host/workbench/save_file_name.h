@@ -14,7 +14,4 @@ namespace workbench {
 QString saveFileName(QWidget* parent, const QString& title, const QString& place,
                      const QString& what, const QString& extension);
 
-/// \p name with \p extension at its end, in any case.
-QString withExtension(const QString& name, const QString& extension);
-
 } // namespace workbench

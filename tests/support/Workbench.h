@@ -3,9 +3,11 @@
 #include <zvutil/ZvStyleManager.h>
 
 #include <QByteArray>
+#include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
+#include <QImage>
 #include <QString>
 #include <QTest>
 #include <QWidget>
@@ -57,6 +59,24 @@ inline void showStyle(const QString& name)
     using libzvutil::ZvStyleManager;
     ZvStyleManager::SetStyle(ZvStyleManager::Style(name));
     ZvStyleManager::Refresh();
+}
+
+/// The same, and has what is shown follow it.
+inline void showPaintedStyle(const char* name)
+{
+    showStyle(QString::fromLatin1(name));
+    QCoreApplication::processEvents();
+}
+
+/// How many pixels have just that colour.
+inline int pixelsOf(const QImage& image, const QColor& colour)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == colour ? 1 : 0;
+    }
+    return count;
 }
 
 } // namespace zvtest
