@@ -1131,17 +1131,22 @@ private Q_SLOTS:
         const QString target = m_folder->filePath(QStringLiteral("a.zvscr.z"));
         const QPointer<Workbench> window(new Workbench);
         window->show();
-        const QPointer<CompressionTask> task(new CompressionTask(
-            CompressionRequest::Direction::Compress, filePath(source), filePath(target), window));
-        // It can't have ended before events are handled.
+        QVERIFY(window->openFile(source));
+        for (const QString& file : {target, m_folder->filePath(QStringLiteral("b.z"))})
+            new CompressionTask(CompressionRequest::Direction::Compress, filePath(source),
+                                filePath(file), window);
+        // They can't have ended before events are handled. Nobody is that patient.
+        QVERIFY(!window->close());
         QVERIFY(!window->close());
         QVERIFY(window->isVisible());
         const auto* const dialog = window->findChild<QProgressDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!window, zvtest::longWait);
-        QVERIFY(!task);
         QVERIFY(QFile::exists(target));
         QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+        // The session is kept once.
+        const Window next;
+        QCOMPARE(namesOf(*next), QStringList{QStringLiteral("a.zvscr")});
     }
 
     void picturesOfAWindowInUseDoNotEndTheProgram()

@@ -216,11 +216,11 @@ void Workbench::openFiles(const QStringList& files)
                      tr("Choose fewer.")});
         return;
     }
-    // One box for all of them.
-    m_failures.emplace();
+    // One box for all of them. A script may open files while these are read.
+    std::optional<QList<Failure>> outer = std::exchange(m_failures, QList<Failure>());
     for (const QString& file : files)
         openFile(file);
-    const QList<Failure> failures = *std::exchange(m_failures, std::nullopt);
+    const QList<Failure> failures = *std::exchange(m_failures, std::move(outer));
     if (!failures.isEmpty())
         showFailure(joined(failures));
 }
@@ -494,7 +494,8 @@ void Workbench::showFailure(const Failure& failure)
 
 void Workbench::closeEvent(QCloseEvent* event)
 {
-    if (isCompressing()) {
+    // Asked once more, it is about to close or has done so.
+    if (m_isClosing || isCompressing()) {
         event->ignore();
         return;
     }
@@ -534,7 +535,8 @@ bool Workbench::isCompressing()
     const QList<CompressionTask*> tasks = findChildren<CompressionTask*>();
     for (CompressionTask* const task : tasks) {
         task->showProgress();
-        connect(task, &QObject::destroyed, this, &QWidget::close, Qt::QueuedConnection);
+        connect(task, &QObject::destroyed, this, &QWidget::close,
+                Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
     }
     return !tasks.isEmpty();
 }
