@@ -28,6 +28,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using zvtest::Answer;
 
 namespace {
@@ -671,12 +673,11 @@ private Q_SLOTS:
         auto* const document = new Document(QStringLiteral("a"));
         auto* const window = frame.addContents(document);
         frame.show();
-        QAction* reload = nullptr;
-        for (QAction* const action : window->findChildren<QAction*>()) {
-            if (action->text() == QStringLiteral("&Reload"))
-                reload = action;
-        }
-        QVERIFY(reload);
+        const QList<QAction*> actions = window->findChildren<QAction*>();
+        const auto reload = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
+            return action->text() == QStringLiteral("&Reload");
+        });
+        QVERIFY(reload != actions.end());
         const auto answer = [](const QString& text) {
             return Answer<QMessageBox>([text](QMessageBox& box) {
                 for (QAbstractButton* const button : box.buttons()) {
@@ -686,18 +687,18 @@ private Q_SLOTS:
             });
         };
         document->calls.clear();
-        reload->trigger();
+        (*reload)->trigger();
         QCOMPARE(document->calls, QStringList{QStringLiteral("reload")});
         document->setModified(true);
         document->calls.clear();
         {
             const Answer<QMessageBox> cancel = answer(QStringLiteral("Cancel"));
-            reload->trigger();
+            (*reload)->trigger();
             QCOMPARE(cancel.count, 1);
             QVERIFY(!document->calls.contains(QStringLiteral("reload")));
         }
         const Answer<QMessageBox> agree = answer(QStringLiteral("Reload"));
-        reload->trigger();
+        (*reload)->trigger();
         QCOMPARE(agree.count, 1);
         QVERIFY(document->calls.contains(QStringLiteral("reload")));
         document->setModified(false);

@@ -527,7 +527,7 @@ void FilesPanel::rename()
     const QStringList files = selectedPaths();
     if (files.size() != 1)
         return;
-    const QString file = files.first();
+    const QString& file = files.first();
     const QFileInfo info(file);
     auto* const dialog =
         new FileNameDialog(this, tr("Rename"), info.absolutePath(), info.fileName());

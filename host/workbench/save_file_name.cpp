@@ -45,7 +45,7 @@ QString saveFileName(QWidget* parent, const QString& title, const QString& place
     dialog.setDefaultSuffix(extension.mid(1));
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().constFirst();
-        const QString file = withExtension(chosen, extension);
+        QString file = withExtension(chosen, extension);
         if (file == chosen || !QFileInfo::exists(file) || mayReplace(parent, file))
             return file;
     }
