@@ -868,7 +868,7 @@ private Q_SLOTS:
         QVERIFY(panel.action("Rename…"_q)->isEnabled());
 
         panel.action("Show folder"_q)->trigger();
-        QCOMPARE(QToolTip::text(), QFileInfo(shown.first()).path());
+        QCOMPARE(QToolTip::text(), QDir::toNativeSeparators(QFileInfo(shown.first()).path()));
         QToolTip::hideText();
         const zvtest::Answer<QDialog> answer([](QDialog& dialog) {
             dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
