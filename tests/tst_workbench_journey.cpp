@@ -446,7 +446,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// Waits until the panel has so many rows and tells so. Between scans it is idle for a moment.
+    /// Waits until the panel has so many rows and tells so.
     static bool showsFiles(int rows, const QString& beginOfStatus)
     {
         const auto* const status =

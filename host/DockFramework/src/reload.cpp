@@ -6,7 +6,6 @@
 
 #include <QMessageBox>
 #include <QObject>
-#include <QPointer>
 #include <QPushButton>
 
 namespace {

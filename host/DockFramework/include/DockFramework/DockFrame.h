@@ -52,7 +52,6 @@ protected:
 
 private:
     void place(DockableWidget& window);
-    int documents() const;
     bool showsDocuments() const;
     void leaveRoomForDocuments();
     void highlight(DockableWidget* window);
