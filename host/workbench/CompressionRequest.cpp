@@ -1,6 +1,7 @@
 #include "CompressionRequest.h"
 
 #include "Document.h"
+#include "file_content.h"
 
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFileException.h>
@@ -21,13 +22,6 @@ namespace {
 
 constexpr int defaultLevel = -1;
 constexpr int lengthBytes = 4;
-
-/// The content, or nothing if it can't be read.
-QByteArray contentOf(const zvutil::ZvFilePath& path)
-{
-    QFile file(qtFileName(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// A full disk isn't reported while the file is written.
 bool isFaithful(const zvutil::ZvFilePath& compressed, const zvutil::ZvFilePath& original)

@@ -43,7 +43,6 @@ namespace workbench {
 
 namespace {
 
-constexpr int mostFilesToOpen = 50;
 // The one over no folders that comes by itself, and one for each of the two settings.
 constexpr int runsOfListing = 3;
 

@@ -24,6 +24,9 @@ class FolderListModel;
 class StatusLine;
 class TypesBox;
 
+/// How many files are opened in one go at most.
+constexpr int mostFilesToOpen = 50;
+
 /// The files below the folders that the user has chosen: listed and filtered in the background.
 ///
 /// What is listed is what the library's list model finds, peculiarities included: it passes over the

@@ -48,7 +48,6 @@ namespace workbench {
 namespace {
 
 constexpr int messageTime = 5'000;
-constexpr int mostFilesToOpen = 50;
 
 Document* makeDocument(const DocumentType& type, const QString& title, QWidget* parent)
 {

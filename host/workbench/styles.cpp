@@ -1,6 +1,7 @@
 #include "styles.h"
 
 #include "Document.h"
+#include "file_content.h"
 
 #include <HostSupport/Options.h>
 #include <HostSupport/host.h>
@@ -8,10 +9,8 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
-#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace workbench {
@@ -29,21 +28,15 @@ void show(libzvutil::ZvStyle style, const QColor& accent)
     libzvutil::ZvStyleManager::Refresh();
 }
 
-QByteArray bytesOf(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 /// The library doesn't tell whether a file was written.
 bool areStylesKept()
 {
     using libzvutil::ZvStyleManager;
     const QTemporaryDir folder;
-    const QString expected = folder.filePath(QStringLiteral("styles.xml"));
-    ZvStyleManager::Library().save(filePath(QDir::toNativeSeparators(expected)));
-    return !folder.isValid()
-        || bytesOf(qtFileName(ZvStyleManager::StyleConfigPath())) == bytesOf(expected);
+    const zvutil::ZvFilePath expected =
+        filePath(QDir::toNativeSeparators(folder.filePath(QStringLiteral("styles.xml"))));
+    ZvStyleManager::Library().save(expected);
+    return !folder.isValid() || contentOf(ZvStyleManager::StyleConfigPath()) == contentOf(expected);
 }
 
 } // namespace
