@@ -59,6 +59,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 using namespace workbench;
 using zvtest::longWait;
@@ -966,7 +967,23 @@ private Q_SLOTS:
         QVERIFY(box);
         QVERIFY(box->informativeText().contains(QStringLiteral("options.ini")));
         dismiss(*box);
+        // An accent is shown as well, though it isn't kept.
+        QVERIFY_EXCEPTION_THROWN(chooseAccent(QColor(0x10, 0x7C, 0x10)), std::runtime_error);
+        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
         showStyle(QStringLiteral("Light"));
+    }
+
+    void namesOfStylesAreNoMnemonics()
+    {
+        using libzvutil::ZvStyleManager;
+        libzvutil::ZvStyleLibrary library;
+        library.update(ZvStyleManager::Library().light().duplicate("A&B"));
+        ZvStyleManager::SetLibrary(library);
+        {
+            const Window window;
+            QCOMPARE(actionOf(*window, "style:A&B")->text(), QStringLiteral("A&&B"));
+        }
+        ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
     }
 
     void windowMenuListsDocuments()
