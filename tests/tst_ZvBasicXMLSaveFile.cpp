@@ -555,6 +555,32 @@ private Q_SLOTS:
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
     }
 
+    void longTextBeyondTheLimit_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("piece");
+        for (const char* const type : {"char", "char16_t", "char32_t", "wchar_t"}) {
+            for (const char* const piece : {"text", "attribute"})
+                QTest::addRow("%s of %s", piece, type)
+                    << QString::fromUtf8(type) << QString::fromUtf8(piece);
+        }
+    }
+
+    void longTextBeyondTheLimit()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, piece);
+        writeOld();
+        const QStringList result =
+            linesOf({QStringLiteral("limited"), m_target, QStringLiteral("30000"), type, piece,
+                     QStringLiteral("50000")});
+        if (result == QStringList(QStringLiteral("skip")))
+            QSKIP("The size of files can't be limited here");
+        QCOMPARE(result, QStringList(QStringLiteral("false")));
+        QCOMPARE(contentOf(m_target), QByteArray(oldContent));
+        QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
+    }
+
     void limitThatIsNotReached()
     {
         const QStringList result =
@@ -583,6 +609,27 @@ private Q_SLOTS:
         QCOMPARE(
             result,
             (QStringList{QStringLiteral("false"), QStringLiteral("false"), QStringLiteral("4")}));
+    }
+
+    void longTextOnAFullDisk_data()
+    {
+        longTextBeyondTheLimit_data();
+    }
+
+    void longTextOnAFullDisk()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, piece);
+        for (const int length : {17'000, 100'000, 300'000}) {
+            const QStringList result =
+                linesOf({QStringLiteral("full"), m_folder->path(), QStringLiteral("262144"), type,
+                         piece, QString::number(length)});
+            if (result == QStringList(QStringLiteral("skip")))
+                QSKIP("No file system can be mounted here");
+            QCOMPARE(result,
+                     (QStringList{QStringLiteral("false"), QStringLiteral("false"),
+                                  QStringLiteral("4")}));
+        }
     }
 
     void killedWhileSaving()

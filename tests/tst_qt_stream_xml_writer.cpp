@@ -9,13 +9,18 @@
 #include "support/Warnings.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPointer>
 #include <QSaveFile>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -145,9 +150,67 @@ private:
     qint64 m_space;
 };
 
+/// A file on a disk that gets full: it takes the beginning of what doesn't fit, and sets no error.
+class FullDisk : public QSaveFile
+{
+public:
+    FullDisk(const QString& name, qint64 space)
+        : QSaveFile(name)
+        , m_space(space)
+    {
+    }
+
+protected:
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        const qint64 taken = std::min(size, m_space);
+        m_space -= taken;
+        return taken > 0 ? QSaveFile::writeData(data, taken) : -1;
+    }
+
+private:
+    qint64 m_space;
+};
+
+enum class Piece { Text, Attribute, AttributeOfALength, ManyElements };
+
+template <typename C>
+void writePiece(basic_abstract_xml_element_writer<C>& element, Piece piece, int length)
+{
+    const std::basic_string<C> value(static_cast<std::size_t>(length), C('x'));
+    const std::basic_string<C> name = units<C>("name");
+    if (piece == Piece::Text)
+        element.text(value.c_str());
+    else if (piece == Piece::Attribute)
+        element.attribute(name.c_str(), value.c_str());
+    else if (piece == Piece::AttributeOfALength)
+        element.attribute(name.c_str(), value.c_str(), length);
+    for (int i = 0; piece == Piece::ManyElements && i < length / 8; ++i)
+        element.child(name.c_str());
+}
+
+/// Saves over \p target on a disk that takes \p space bytes, all if it is negative. Returns what
+/// `commit` returns; the file may be committed by its caller itself.
+template <typename C>
+bool savedWithin(qint64 space, Piece piece, int length, const QString& target, bool callerCommits)
+{
+    const auto file =
+        std::make_shared<FullDisk>(target, space < 0 ? std::numeric_limits<qint64>::max() : space);
+    basic_qt_xml_save_file<C> document(file);
+    writePiece(*document.root_element(units<C>("r").c_str()), piece, length);
+    return callerCommits ? file->commit() : document.commit();
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<QString()>)
+Q_DECLARE_METATYPE(Piece)
 
 class tst_qt_stream_xml_writer : public QObject
 {
@@ -455,6 +518,60 @@ private Q_SLOTS:
         QCOMPARE(saved.readAll(), declaration<char>().toUtf8() + "<r/>");
     }
 
+    void fullDiskIsTold_data()
+    {
+        QTest::addColumn<Piece>("piece");
+        QTest::addColumn<int>("length");
+        const auto row = [](const char* name, Piece piece) {
+            // Shorter and longer than the blocks in which the document and the file write.
+            for (const int length : {100, 16'000, 20'000, 200'000})
+                QTest::addRow("%s of %d", name, length) << piece << length;
+        };
+        row("text", Piece::Text);
+        row("attribute", Piece::Attribute);
+        row("attribute with a length", Piece::AttributeOfALength);
+        row("elements", Piece::ManyElements);
+    }
+
+    void fullDiskIsTold()
+    {
+        fullDiskIsToldBy<char>();
+        fullDiskIsToldBy<char16_t>();
+        fullDiskIsToldBy<char32_t>();
+        fullDiskIsToldBy<wchar_t>();
+    }
+
+    void unwritableTargetsFailSilently_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("missing folder")
+            << QDir::tempPath() + QStringLiteral("/zvutil missing/a.xml");
+        QTest::newRow("folder") << QDir::tempPath();
+    }
+
+    void unwritableTargetsFailSilently()
+    {
+        QFETCH(QString, path);
+        const auto fails = [&path](auto unit) {
+            using C = decltype(unit);
+            basic_qt_xml_save_file<C> document(path.toStdWString());
+            const Element<C> root = document.root_element(units<C>("r").c_str());
+            writePiece<C>(*root, Piece::Attribute, 3);
+            writePiece<C>(*root, Piece::Text, 100'000);
+            document.cancel_writing();
+            QVERIFY(!document.commit());
+            writePiece<C>(*root, Piece::ManyElements, 100);
+            QVERIFY(!document.commit());
+        };
+        QCOMPARE(zvtest::warningsOf([&fails] {
+                     fails(char());
+                     fails(char16_t());
+                     fails(char32_t());
+                     fails(wchar_t());
+                 }),
+                 QStringList());
+    }
+
     void readFileTakesAFileOfItsCaller()
     {
         const QTemporaryDir folder;
@@ -503,6 +620,27 @@ private Q_SLOTS:
     }
 
 private:
+    template <typename C>
+    static void fullDiskIsToldBy()
+    {
+        QFETCH(Piece, piece);
+        QFETCH(int, length);
+        const QTemporaryDir folder;
+        const QString target = folder.filePath(QStringLiteral("a.xml"));
+        QVERIFY(savedWithin<C>(-1, piece, length, target, false));
+        const qint64 size = QFileInfo(target).size();
+        const QByteArray old = contentOf(target);
+        for (const qint64 space : {qint64(0), size / 7, size / 2, size - size / 3, size - 1}) {
+            for (const bool callerCommits : {false, true}) {
+                QVERIFY(!savedWithin<C>(space, piece, length, target, callerCommits));
+                QVERIFY(contentOf(target) == old);
+                QCOMPARE(zvtest::temporaryFiles(folder.path(), target), QStringList());
+            }
+        }
+        QVERIFY(savedWithin<C>(size, piece, length, target, true));
+        QVERIFY(contentOf(target) == old);
+    }
+
     template <typename C>
     static bool saved(const std::wstring& target)
     {

@@ -1,5 +1,6 @@
 #include "impl/basic_qt_xml_save_file.h"
 
+#include "impl/save_device.h"
 #include "impl/shared_file.h"
 
 #include <utility>
@@ -8,11 +9,11 @@ namespace zvutil::experimental::xml {
 
 namespace {
 
-const std::shared_ptr<QSaveFile>& opened(const std::shared_ptr<QSaveFile>& file)
+std::shared_ptr<QIODevice> opened(const std::shared_ptr<QSaveFile>& file)
 {
     // Without a text flag: the bytes are the writer's. If this fails, commit tells.
     file->open(QIODevice::WriteOnly);
-    return file;
+    return std::make_shared<zvutil::impl::save_device>(file);
 }
 
 } // namespace
@@ -36,10 +37,8 @@ basic_qt_xml_save_file<C>::~basic_qt_xml_save_file() = default;
 template <typename C>
 bool basic_qt_xml_save_file<C>::commit()
 {
-    // Qt doesn't notice if the last block, which waits to be written, finds no space on the disk.
-    if (m_file->isOpen() && !m_file->flush())
-        m_file->cancelWriting();
-    return m_file->commit();
+    // Qt complains of a file that isn't open, and a target that can't be written fails silently.
+    return m_file->isOpen() && m_file->commit();
 }
 
 template <typename C>
