@@ -1,13 +1,18 @@
+#include "support/RefusedWrite.h"
 #include "support/StdString.h"
 
 #include <HostSupport/Options.h>
 #include <HostSupport/SystemPaths.h>
 #include <HostSupport/YString.h>
 #include <HostSupport/host.h>
+#include <HostSupport/saving.h>
 
+#include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QVariant>
 
 #include <cstdlib>
 #include <memory>
@@ -90,6 +95,12 @@ std::string symbol(const char* name)
     YString value("something else");
     sp_GetSystemPathSymbolValue(name, &value, false);
     return value.c_str();
+}
+
+QByteArray contentOf(const std::string& name)
+{
+    QFile file(QString::fromStdString(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
 }
 
 } // namespace
@@ -301,6 +312,122 @@ private Q_SLOTS:
     {
         host::setOptionsFile(m_directory->path().toStdString());
         QVERIFY_EXCEPTION_THROWN(host::writeOption("tst_x", "x"), std::runtime_error);
+    }
+
+    void fullDiskLeavesTheOptions_data()
+    {
+        QTest::addColumn<int>("others");
+        QTest::newRow("one large option") << 0;
+        // Each of them is shorter than the blocks in which files are written.
+        QTest::newRow("many options") << 500;
+    }
+
+    void fullDiskLeavesTheOptions()
+    {
+        QFETCH(int, others);
+        host::writeOption("tst_kept", "kept");
+        QSettings settings(QString::fromStdString(optionsFile()), host::settingsFormat());
+        for (int i = 0; i < others; ++i)
+            settings.setValue(QStringLiteral("tst_%1").arg(i), QString(70, QLatin1Char('x')));
+        settings.sync();
+        const QByteArray before = contentOf(optionsFile());
+        {
+            const zvtest::RefusedWrite refused(QString::fromStdString(optionsFile()));
+            QVERIFY_EXCEPTION_THROWN(host::writeOption("tst_large", std::string(40'000, 'y')),
+                                     std::runtime_error);
+        }
+        QCOMPARE(contentOf(optionsFile()), before);
+    }
+
+    void settingsThatCannotBeReadAreNotReplaced()
+    {
+#if defined(Q_OS_LINUX)
+        host::writeOption("tst_kept", "kept");
+        const QByteArray before = contentOf(optionsFile());
+        const QByteArray temporary = qgetenv("TMPDIR");
+        // Without a place for temporary files nothing can be read.
+        qputenv("TMPDIR", "/proc");
+        const QString copy = m_directory->filePath(QStringLiteral("copy.ini"));
+        QVERIFY(QFile::copy(QString::fromStdString(optionsFile()), copy));
+        QSettings settings(copy, host::settingsFormat());
+        qputenv("TMPDIR", temporary);
+        settings.setValue(QStringLiteral("tst_other"), 1);
+        settings.sync();
+        QVERIFY(settings.status() != QSettings::NoError);
+        QCOMPARE(contentOf(copy.toStdString()), before);
+#else
+        QSKIP("The folder of temporary files can't be chosen here");
+#endif
+    }
+
+    void settingsAreIniFiles()
+    {
+        const QString name = m_directory->filePath(QStringLiteral("some.ini"));
+        const QVariantMap expected = {
+            {QStringLiteral("plain"), QStringLiteral("text")},
+            {QStringLiteral("at"), QStringLiteral("@text")},
+            {QStringLiteral("lines"), QStringLiteral("a\n\"b\"; \\ = % \u00E4\u20AC")},
+            {QStringLiteral("nothing"), QString()},
+            {QStringLiteral("Group/bytes"), QByteArray("\0\n[x]\xFF", 6)},
+            {QStringLiteral("Group/list"), QStringList{QStringLiteral("a, b"), QString()}},
+            {QStringLiteral("Group/within/number"), QStringLiteral("7")},
+            {QStringLiteral("General/odd"), QStringLiteral("x")},
+        };
+        {
+            QSettings settings(name, host::settingsFormat());
+            for (auto entry = expected.begin(); entry != expected.end(); ++entry)
+                settings.setValue(entry.key(), entry.value());
+            settings.sync();
+            QCOMPARE(settings.status(), QSettings::NoError);
+        }
+        // Qt's own format reads it, and so does another object after the file has changed.
+        const QString copy = m_directory->filePath(QStringLiteral("copy.ini"));
+        QVERIFY(QFile::copy(name, copy));
+        QSettings plain(copy, QSettings::IniFormat);
+        plain.setIniCodec("UTF-8");
+        const QString again = m_directory->filePath(QStringLiteral("again.ini"));
+        QVERIFY(QFile::copy(name, again));
+        const QSettings settings(again, host::settingsFormat());
+        QCOMPARE(plain.allKeys(), QStringList(expected.keys()));
+        QCOMPARE(settings.allKeys(), QStringList(expected.keys()));
+        for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
+            QCOMPARE(plain.value(entry.key()), entry.value());
+            QCOMPARE(settings.value(entry.key()), entry.value());
+        }
+    }
+
+    void settingsMayBecomeEmpty()
+    {
+        const QString name = m_directory->filePath(QStringLiteral("some.ini"));
+        QSettings settings(name, host::settingsFormat());
+        settings.setValue(QStringLiteral("a"), 1);
+        settings.sync();
+        settings.remove(QStringLiteral("a"));
+        settings.sync();
+        QCOMPARE(settings.status(), QSettings::NoError);
+        QCOMPARE(contentOf(name.toStdString()), QByteArray());
+    }
+
+    void fileIsSavedWholeOrNotAtAll()
+    {
+        const std::string name = m_directory->filePath(QStringLiteral("\u00E4.txt")).toStdString();
+        const std::string content(3 * zvtest::RefusedWrite::limit, 'x');
+        host::saveFile(name, "old");
+        QCOMPARE(contentOf(name), QByteArray("old"));
+        {
+            const zvtest::RefusedWrite refused(QString::fromStdString(name));
+            QVERIFY_EXCEPTION_THROWN(host::saveFile(name, content), std::runtime_error);
+        }
+        QCOMPARE(contentOf(name), QByteArray("old"));
+        host::saveFile(name, content);
+        QCOMPARE(contentOf(name), QByteArray::fromStdString(content));
+        try {
+            host::saveFile(m_directory->path().toStdString() + "/missing/a", "x");
+            QFAIL("a missing folder was written to");
+        } catch (const std::runtime_error& error) {
+            QVERIFY(*error.what() != '\0');
+        }
+        QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     }
 
     void damagedOptionsFileGivesDefaults()

@@ -3,6 +3,7 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "support/RefusedWrite.h"
 #include "support/StyleHost.h"
 
 #include <QApplication>
@@ -211,6 +212,25 @@ private Q_SLOTS:
         window.widget->close();
         expectGone(window);
         QVERIFY(QDir(m_host.path()).rmdir(QStringLiteral("ui/modifications.qss")));
+    }
+
+    void fullDiskLeavesTheFileAsItWas()
+    {
+        QVERIFY(m_host.write(m_host.modificationsFile(), "a { }"));
+        const Window window = openWindow();
+        window.editor->setPlainText(QString(2 * zvtest::RefusedWrite::limit, QLatin1Char(' ')));
+        {
+            const zvtest::RefusedWrite refused(m_host.modificationsFile());
+            QTest::mouseClick(window.apply, Qt::LeftButton);
+        }
+        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), QByteArray("a { }"));
+        QVERIFY(window.apply->isEnabled());
+        QCOMPARE(m_changes, 0);
+        // The text is still there, and is written as soon as there is space.
+        QTest::mouseClick(window.apply, Qt::LeftButton);
+        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()).size(),
+                 2 * zvtest::RefusedWrite::limit);
+        closeWithoutQuestion(window);
     }
 
     void fileIsInTheLocalesEncoding()

@@ -15,6 +15,7 @@
 #include <HostSupport/host.h>
 
 #include <support/Answer.h>
+#include <support/RefusedWrite.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -268,6 +269,33 @@ private Q_SLOTS:
         QVERIFY(!document.isModified());
         QVERIFY(document.isFileWatcherEnabled());
         QCOMPARE(failed.size(), 1);
+    }
+
+    void fullDiskLeavesTheScriptAsItWas()
+    {
+        const QString name = m_folder.filePath(QStringLiteral("kept.zvscr"));
+        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        document.editor().setPlainText(QStringLiteral("print('old')"));
+        document.saveAs(filePath(name));
+        QVERIFY(!document.isModified());
+        QTest::keyClicks(&document.editor(), QStringLiteral("x"));
+        document.editor().appendPlainText(
+            QString(2 * zvtest::RefusedWrite::limit, QLatin1Char(' ')));
+        QSignalSpy failed(&document, &Document::failed);
+        {
+            const zvtest::RefusedWrite refused(name);
+            document.save();
+        }
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(!failed[0][0].value<Failure>().reason.isEmpty());
+        QVERIFY(document.isModified());
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("print('old')"));
+        file.close();
+        document.save();
+        QVERIFY(!document.isModified());
+        QVERIFY(file.size() > 2 * zvtest::RefusedWrite::limit);
     }
 
     void undoneChangesAreNone()

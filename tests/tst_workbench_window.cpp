@@ -20,6 +20,8 @@
 
 #include <DockFramework/DockableWidget.h>
 
+#include <HostSupport/saving.h>
+
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleEditor.h>
 #include <zvutil/ZvStyleLibrary.h>
@@ -27,6 +29,7 @@
 
 #include <support/Answer.h>
 #include <support/Background.h>
+#include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
 #include <support/Workbench.h>
 
@@ -46,6 +49,7 @@
 #include <QPointer>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -110,6 +114,16 @@ private:
 QAction* actionOf(const Workbench& window, const char* name)
 {
     return window.findChild<QAction*>(QLatin1String(name));
+}
+
+QMessageBox* shownBox()
+{
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        auto* const box = qobject_cast<QMessageBox*>(widget);
+        if (box && box->isVisible())
+            return box;
+    }
+    return nullptr;
 }
 
 QStringList textsOf(const QMenu& menu)
@@ -862,14 +876,30 @@ private Q_SLOTS:
         script("file", "no folder");
         Window window;
         QVERIFY(window.close());
-        QMessageBox* box = nullptr;
-        for (QWidget* const widget : QApplication::topLevelWidgets()) {
-            if (auto* const found = qobject_cast<QMessageBox*>(widget))
-                box = found;
-        }
+        QMessageBox* const box = shownBox();
         QVERIFY(box);
-        QVERIFY(box->isVisible());
         QVERIFY(box->informativeText().contains(QStringLiteral("workbench.ini")));
+        dismiss(*box);
+    }
+
+    void fullDiskLeavesTheSessionAsItWas()
+    {
+        const QString name = sessionFile();
+        {
+            QSettings settings(name, host::settingsFormat());
+            settings.setValue(QStringLiteral("Other/long"),
+                              QString(2 * zvtest::RefusedWrite::limit, QLatin1Char('x')));
+        }
+        const QByteArray before = zvtest::bytesOf(name);
+        {
+            Window window;
+            window->openFile(script("a.zvscr"));
+            const zvtest::RefusedWrite refused(name);
+            QVERIFY(window.close());
+        }
+        QCOMPARE(zvtest::bytesOf(name), before);
+        QMessageBox* const box = shownBox();
+        QVERIFY(box);
         dismiss(*box);
     }
 

@@ -9,11 +9,11 @@
 #include <zvutil/ZvProcessingIndicator.h>
 
 #include <HostSupport/host.h>
+#include <HostSupport/saving.h>
 
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QSaveFile>
 #include <QSplitter>
 #include <QTextCodec>
 #include <QTextDocument>
@@ -21,6 +21,7 @@
 #include <QVBoxLayout>
 
 #include <exception>
+#include <stdexcept>
 
 namespace workbench {
 
@@ -195,12 +196,11 @@ void ScriptDocument::write(const zvutil::ZvFilePath& file) const
     QString text = textOf(*m_editor->document());
     if (m_hasWindowsLines)
         text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    QSaveFile target(qtFileName(file));
-    if (!target.open(QIODevice::WriteOnly))
-        throw FileError(target.errorString());
-    target.write(text.toUtf8());
-    if (!target.commit())
-        throw FileError(target.errorString());
+    try {
+        host::saveFile(qtFileName(file).toStdString(), text.toStdString());
+    } catch (const std::runtime_error& error) {
+        throw FileError(QString::fromUtf8(error.what()));
+    }
 }
 
 void ScriptDocument::finish(const host::ScriptOutcome& outcome)

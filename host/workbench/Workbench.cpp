@@ -27,6 +27,7 @@
 #include <DockFramework/DockableWidget.h>
 
 #include <HostSupport/host.h>
+#include <HostSupport/saving.h>
 
 #include <QAction>
 #include <QApplication>
@@ -154,7 +155,7 @@ void Workbench::makeMenus()
 
 void Workbench::restoreSession()
 {
-    QSettings settings(sessionFile(), QSettings::IniFormat);
+    QSettings settings(sessionFile(), host::settingsFormat());
     m_recentFiles->restoreState(settings);
     m_files->restoreState(settings);
     m_console->restoreState(settings);
@@ -554,7 +555,7 @@ void Workbench::nameWindows()
 bool Workbench::saveSession(const QStringList& files, const QString& current,
                             const QByteArray& layout)
 {
-    QSettings settings(sessionFile(), QSettings::IniFormat);
+    QSettings settings(sessionFile(), host::settingsFormat());
     m_recentFiles->saveState(settings);
     m_files->saveState(settings);
     m_console->saveState(settings);

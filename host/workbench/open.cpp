@@ -6,19 +6,39 @@
 
 #include <zvutil/ZvStyleManager.h>
 
+#include <HostSupport/saving.h>
+
 #include <QApplication>
+#include <QBuffer>
+#include <QByteArray>
 #include <QDir>
+#include <QFileInfo>
 #include <QPixmap>
 #include <QPointer>
 #include <QTimer>
 
 #include <cstdio>
+#include <stdexcept>
 
 namespace workbench {
 
 namespace {
 
 constexpr int pollingInterval = 50;
+
+bool savePicture(const QPixmap& picture, const QString& file)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!picture.save(&buffer, qPrintable(QFileInfo(file).suffix())))
+        return false;
+    try {
+        host::saveFile(file.toStdString(), bytes.toStdString());
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+    return true;
+}
 
 /// Makes a picture of the window as soon as it has shown all that it is busy with, and ends the program
 /// if \p exits.
@@ -30,7 +50,7 @@ void takePicture(Workbench& window, const QString& file, bool exits)
             return;
         timer->stop();
         timer->deleteLater();
-        const bool isWritten = window.grab().save(file);
+        const bool isWritten = savePicture(window.grab(), file);
         if (!isWritten) {
             const QByteArray name = QDir::toNativeSeparators(file).toUtf8();
             std::fprintf(stderr, "The picture “%s” can't be written.\n", name.constData());

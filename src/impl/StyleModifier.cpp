@@ -6,12 +6,10 @@
 #include "impl/path_text.h"
 #include "impl/text_file.h"
 
-#include <QFile>
 #include <QHBoxLayout>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTextStream>
 #include <QVBoxLayout>
 
 namespace libzvutil {
@@ -70,15 +68,9 @@ void StyleModifier::previewModifications()
 
 void StyleModifier::applyModifications()
 {
-    QFile file(modificationsFile());
-    if (!file.open(QIODevice::WriteOnly))
+    // By contract: the user isn't told of a failure. The button stays enabled, so that closing asks.
+    if (!impl::write_text_file(modificationsFile(), m_textEditor->toPlainText()))
         return;
-    {
-        // Wanted: in the stream's default encoding, that of the locale.
-        QTextStream stream(&file);
-        stream << m_textEditor->toPlainText();
-    }
-    file.close();
     ZvStyleManager::Refresh();
     m_applyButton->setEnabled(false);
 }

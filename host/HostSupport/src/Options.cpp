@@ -1,4 +1,5 @@
 #include <HostSupport/Options.h>
+#include <HostSupport/saving.h>
 
 #include "Registry.h"
 
@@ -16,9 +17,8 @@ class OptionsFile
 {
 public:
     OptionsFile()
-        : m_settings(QString::fromStdString(host::optionsFile()), QSettings::IniFormat)
+        : m_settings(QString::fromStdString(host::optionsFile()), host::settingsFormat())
     {
-        m_settings.setIniCodec("UTF-8");
     }
 
     QVariant value(const std::string& name) const
