@@ -200,6 +200,9 @@ public:
 std::atomic<bool> Application::catches{false};
 std::atomic<int> Application::caught{0};
 
+/// Waits for the end of a request on the worker's own thread.
+using Wait = std::function<void(abstract_response& response)>;
+
 constexpr char throwingArgument[] = "--let-work-throw";
 constexpr char thrownText[] = "thrown by the work";
 
@@ -214,6 +217,8 @@ int letWorkThrow()
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Wait)
 
 class tst_BackgroundRequestManager : public QObject
 {
@@ -562,6 +567,130 @@ private Q_SLOTS:
         QCOMPARE(lines,
                  (Lines{"1: started 1", "1: completed 2", "2: started 1", "2: completed 2",
                         "2: finished 2"}));
+    }
+
+    void requestThatIsAddedTwiceIsReleasedWhenItHasRun_data()
+    {
+        QTest::addColumn<bool>("isHeld");
+        QTest::newRow("by the manager alone") << false;
+        QTest::newRow("held elsewhere") << true;
+    }
+
+    void requestThatIsAddedTwiceIsReleasedWhenItHasRun()
+    {
+        // Its second entry isn't kept until its turn, which comes after work that takes long.
+        QFETCH(bool, isHeld);
+        Journal journal;
+        Managed managed;
+        BlockingWork work;
+        Gate gate(managed);
+        auto twice = recorded(journal, "1");
+        std::shared_ptr<Request> second = twice;
+        const std::weak_ptr<Request> watched = twice;
+        managed.add(std::move(twice));
+        managed.add(std::make_shared<Request>(work.work()));
+        QMetaObject::invokeMethod(&managed.context(),
+                                  [&managed, &second] { managed.add(std::move(second)); });
+        std::shared_ptr<Request> holder = isHeld ? watched.lock() : nullptr;
+        gate.open();
+        work.waitUntilStarted();
+        const long owners = watched.use_count();
+        work.end();
+        QCOMPARE(owners, isHeld ? 1L : 0L);
+        QCOMPARE(journal.lines().size(), isHeld ? std::size_t(2) : std::size_t(3));
+    }
+
+    void requestThatIsAddedTwiceWhileItRunsIsReleased()
+    {
+        Journal journal;
+        Managed managed;
+        BlockingWork work;
+        std::weak_ptr<Request> running;
+        auto first = recorded(journal, "1", [&](Request& request) {
+            managed.add(running.lock());
+            Q_EMIT request.completed();
+        });
+        running = first;
+        managed.add(std::move(first));
+        managed.add(std::make_shared<Request>(work.work()));
+        work.waitUntilStarted();
+        const Lines lines = journal.lines();
+        work.end();
+        QCOMPARE(lines, (Lines{"1: started 1", "1: completed 2", "1: finished 2"}));
+    }
+
+    void slotsThatThePumpCallsMayWait_data()
+    {
+        QTest::addColumn<Wait>("wait");
+        QTest::newRow("by the response")
+            << Wait([](abstract_response& response) { response.wait(); });
+        QTest::newRow("by handling events") << Wait([](abstract_response& response) {
+            while (response.status() != request_completed)
+                QCoreApplication::processEvents();
+        });
+        QTest::newRow("by an event loop") << Wait([](abstract_response& response) {
+            QEventLoop loop;
+            connect(&response, &abstract_response::completed, &loop, &QEventLoop::quit);
+            loop.exec();
+        });
+    }
+
+    void slotsThatThePumpCallsMayWait()
+    {
+        QFETCH(Wait, wait);
+        Journal journal;
+        Managed managed;
+        QSemaphore hasEnded;
+        QSemaphore mayReturn;
+        managed.add(std::make_shared<Request>([&](Request& request) {
+            Q_EMIT request.completed();
+            hasEnded.release();
+            mayReturn.acquire();
+        }));
+        // Behind the event by which the manager goes on, so it is the pump that calls them, each from
+        // the loop in which the one before waits.
+        hasEnded.acquire();
+        constexpr int slotCount = 20;
+        for (int i = 0; i < slotCount; ++i) {
+            QMetaObject::invokeMethod(&managed.context(), [&] {
+                auto request = std::make_shared<Request>();
+                abstract_response response(request.get());
+                managed.add(std::move(request));
+                wait(response);
+                journal.write("waited");
+            });
+        }
+        mayReturn.release();
+        waitForLines(journal, slotCount);
+        // The manager is as before.
+        managed.add(recorded(journal, "last"));
+        waitForLines(journal, slotCount + 3);
+    }
+
+    void slotsThatThePumpCallsMayWaitWhileOthersAdd()
+    {
+        constexpr int count = 300;
+        Journal journal;
+        Managed managed;
+        std::thread other([&] {
+            for (int i = 0; i < 10 * count; ++i)
+                managed.add(std::make_shared<Request>());
+        });
+        for (int i = 0; i < count; ++i) {
+            managed.add(std::make_shared<Request>());
+            QMetaObject::invokeMethod(&managed.context(), [&] {
+                auto request = std::make_shared<Request>();
+                abstract_response response(request.get());
+                managed.add(std::move(request));
+                response.wait();
+                journal.write("waited");
+            });
+            // Slots that wait lie on each other's stack.
+            if (i % 20 == 19)
+                waitForLines(journal, std::size_t(i) + 1);
+        }
+        other.join();
+        waitForLines(journal, count);
     }
 
     void abortThatWaitsAlongWithTheAddIsDeliveredFirst()

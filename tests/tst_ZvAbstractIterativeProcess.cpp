@@ -348,6 +348,26 @@ private Q_SLOTS:
                          "finished"}));
     }
 
+    void restartByAnEventBetweenStepsRunsAgain()
+    {
+        // The start is posted while events are handled, so it comes after the run has ended.
+        Process process(5);
+        process.onStep = [&] {
+            if (process.events.back() == "step" && process.events.size() == 2)
+                QMetaObject::invokeMethod(
+                    &process, [&process] { process.restart(); }, Qt::QueuedConnection);
+        };
+        process.start();
+        process.events.clear();
+        deliver();
+        QVERIFY(!process.running());
+        deliver();
+        QCOMPARE(process.events,
+                 (Events{"started, running", "step", "stopRequested, running", "restarted, running",
+                         "startRequested, running", "finished", "started, running", "step", "step",
+                         "step", "step", "finished"}));
+    }
+
     void restartInAFinishedSlotRunsAgain()
     {
         Process process(1);

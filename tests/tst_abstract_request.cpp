@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QSemaphore>
 #include <QTest>
@@ -620,6 +621,42 @@ private Q_SLOTS:
         pair.response().wait();
         QCOMPARE(pair.response().status(), request_failed);
         QCOMPARE(pair.responseLines(), (Lines{"started 1", "failed (x) 3"}));
+    }
+
+    void responseMayBeDeletedByTheSignalThatEndsItsWait_data()
+    {
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<bool>("isDeletedAtOnce");
+        QTest::newRow("completed, deleted later") << false << false;
+        QTest::newRow("failed, deleted later") << true << false;
+        QTest::newRow("completed, deleted at once") << false << true;
+        QTest::newRow("failed, deleted at once") << true << true;
+    }
+
+    void responseMayBeDeletedByTheSignalThatEndsItsWait()
+    {
+        QFETCH(bool, fails);
+        QFETCH(bool, isDeletedAtOnce);
+        zvtest::Worker worker;
+        auto request =
+            std::make_unique<Request>(fails ? failing("x") : Request::Work(&Request::complete));
+        const QPointer<abstract_response> response = new abstract_response(request.get());
+        request->moveToThread(worker.thread());
+        const auto end = [isDeletedAtOnce, object = response.data()] {
+            if (isDeletedAtOnce)
+                delete object;
+            else
+                object->deleteLater();
+        };
+        connect(response, &abstract_response::completed, end);
+        connect(response, &abstract_response::failed, end);
+        worker.post([&request] { request->start(); });
+        response->wait();
+        // What is to be deleted later is there until the caller's events are handled.
+        QCOMPARE(response.isNull(), isDeletedAtOnce);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(response.isNull());
+        worker.run([&request] { request.reset(); });
     }
 
     void waitHandlesWhatWaitsAlready()

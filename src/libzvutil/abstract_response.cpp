@@ -6,6 +6,7 @@
 #include "impl/qt_stop_token.h"
 #include "impl/string_metatype.h"
 
+#include <QPointer>
 #include <QtAlgorithms>
 
 namespace zvutil::libzvutil {
@@ -60,7 +61,9 @@ request_status abstract_response::status() const
 
 void abstract_response::wait()
 {
-    while (m_status != request_completed && m_status != request_failed)
+    // A slot of its signals may delete this object.
+    const QPointer<const abstract_response> self(this);
+    while (self && m_status != request_completed && m_status != request_failed)
         impl::handle_events();
 }
 

@@ -11,8 +11,9 @@ namespace zvutil::libzvutil {
 /// The next request starts when the one before it has emitted `completed` or `failed`; one that
 /// never does blocks all that come later. One that is aborted while it waits is dropped without
 /// being started. A request that is added by a slot or by work on the worker thread itself is
-/// queued like any other, so nothing that runs there may wait for another request of the same
-/// manager.
+/// queued like any other. So work may not wait for another request of the same manager, which would
+/// never start. A slot on the worker thread that no work has called may: while it waits, the manager goes
+/// on from there, and slots that wait lie on each other's stack.
 ///
 /// `add` may be called on any thread, but must be called on the one on which the request lives,
 /// since it moves the request to the worker thread and takes it from its parent. It never waits.

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <unordered_set>
 
 namespace zvutil::libzvutil {
 
@@ -34,9 +35,13 @@ private Q_SLOTS:
     void run_next();
 
 private:
+    void push(request_ptr&& request, bool mayBeQueued);
+    void run_next_in_a_deeper_loop();
+    void start_next();
     request_ptr take_next();
     void pump();
     void remove_departed();
+    void forget_entry(const abstract_request* request);
     void end_current();
 
     std::unique_ptr<QThread, details::delete_later> m_thread;
@@ -45,8 +50,15 @@ private:
     request_ptr m_current;
     // How many requests of this thread have been seen to leave the pending state.
     std::uint64_t m_departures = 0;
-    // Whether `run_next` handles events. Then it is not to be entered.
-    bool m_pumping = false;
+    // The entries of the queue, kept once a request has been added that may be in it already.
+    std::unordered_multiset<const abstract_request*> m_entries;
+    bool m_isIndexed = false;
+    // The pump that is at work, or 0. Each has a number of its own.
+    std::uint64_t m_pump = 0;
+    std::uint64_t m_lastPump = 0;
+    // The pump for which a call from a deeper loop is on its way.
+    std::uint64_t m_awaited = 0;
+    bool m_isEnding = false;
 };
 
 } // namespace zvutil::libzvutil
