@@ -47,9 +47,10 @@ public:
     /// handles events.
     void stop();
 
-    /// Stops and starts. During a run the new start is most often handled along with the other
-    /// events before the old run has ended, and is then lost: wait for `finished` and call `start`
-    /// to be sure of a new run.
+    /// Stops and starts. By an event between two steps a new run follows the one that ends. From
+    /// within a step, or by another thread, the start may be handled along with the other events
+    /// before the old run has ended, and is then lost: wait for `finished` and call `start` to be
+    /// sure of a new run.
     void restart();
 
     /// True from before `started` until before `finished`. On the object's own thread.
