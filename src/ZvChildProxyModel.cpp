@@ -1,6 +1,21 @@
 #include <zvutil/ZvChildProxyModel.h>
 
-#include <memory>
+#include "impl/ZvChildProxyModelAnnouncer.h"
+
+#include <QMetaMethod>
+
+namespace {
+
+/// Ends the base class's connections, by which it would announce changes beside the branch as well as
+/// if they were at its top. Those that a subclass has made stay.
+void disconnectBaseClass(const QAbstractItemModel& source, const ZvChildProxyModel& proxy)
+{
+    const QMetaObject& base = QIdentityProxyModel::staticMetaObject;
+    for (int i = base.methodOffset(); i < base.methodCount(); ++i)
+        QObject::disconnect(&source, QMetaMethod(), &proxy, base.method(i));
+}
+
+} // namespace
 
 ZvChildProxyModel::ZvChildProxyModel(QObject* parent)
     : QIdentityProxyModel(parent)
@@ -22,7 +37,7 @@ QModelIndex ZvChildProxyModel::index(int row, int column, const QModelIndex& par
         return QIdentityProxyModel::index(row, column, parent);
     if (!sourceModel())
         return {};
-    // Wanted: without a root there are rows but no indexes for them.
+    // By contract: without a root there are rows but no indexes for them.
     return mapFromSource(sourceModel()->index(row, column, m_root));
 }
 
@@ -42,44 +57,14 @@ int ZvChildProxyModel::columnCount(const QModelIndex& parent) const
 
 void ZvChildProxyModel::setSourceModel(QAbstractItemModel* model)
 {
-    using Model = QAbstractItemModel;
-    const auto leaveMoves = [this](const Model* source) {
-        disconnect(source, &Model::rowsAboutToBeMoved, this, nullptr);
-        disconnect(source, &Model::rowsMoved, this, nullptr);
-        disconnect(source, &Model::columnsAboutToBeMoved, this, nullptr);
-        disconnect(source, &Model::columnsMoved, this, nullptr);
-    };
-    if (sourceModel())
-        leaveMoves(sourceModel());
+    if (Announcer* const announcer = Announcer::of(*this))
+        announcer->retire();
     m_root = QModelIndex();
     QIdentityProxyModel::setSourceModel(model);
     if (!sourceModel())
         return;
-    // The base class would tell of moves outside of the branch as well, and end those that it wasn't
-    // allowed to begin.
-    const auto isMove = std::make_shared<bool>(false);
-    const auto beginMove = [this, isMove](auto begin, const QModelIndex& from, int first, int last,
-                                          const QModelIndex& to, int place) {
-        *isMove = isDescendedFromRoot(from) && isDescendedFromRoot(to)
-            && (this->*begin)(mapFromSource(from), first, last, mapFromSource(to), place);
-        if (!*isMove)
-            beginResetModel();
-    };
-    leaveMoves(model);
-    connect(model, &Model::rowsAboutToBeMoved, this,
-            [beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
-                        int place) {
-                beginMove(&ZvChildProxyModel::beginMoveRows, from, first, last, to, place);
-            });
-    connect(model, &Model::columnsAboutToBeMoved, this,
-            [beginMove](const QModelIndex& from, int first, int last, const QModelIndex& to,
-                        int place) {
-                beginMove(&ZvChildProxyModel::beginMoveColumns, from, first, last, to, place);
-            });
-    connect(model, &Model::rowsMoved, this,
-            [this, isMove] { *isMove ? endMoveRows() : endResetModel(); });
-    connect(model, &Model::columnsMoved, this,
-            [this, isMove] { *isMove ? endMoveColumns() : endResetModel(); });
+    disconnectBaseClass(*model, *this);
+    new Announcer(*this, *model);
 }
 
 QModelIndex ZvChildProxyModel::mapFromSource(const QModelIndex& source) const

@@ -21,10 +21,14 @@
 /// indexes for it**; that is also so when the source has removed the root. The root follows its row
 /// when that moves.
 ///
-/// The source's signals come through as they are, for rows outside of the branch as well: those
-/// have an invalid parent here. So a source whose rows change next to the branch needs
-/// `setRootModelIndex` again, which resets the model. A move that is none here, since it begins or
-/// ends outside of the branch, resets it at once.
+/// What the source changes within the branch is announced as it is, and what it changes beside the
+/// branch isn't announced. A move that begins or ends outside of the branch, and the removal of the
+/// root, reset the model. Without a root it is the changes of the source's top level that are
+/// announced.
+///
+/// **`insertRows`, `removeRows` and the like with an invalid parent change the top level of the
+/// source**, not the children of the root: an invalid index stands for the source's own top. Who means
+/// the branch calls them on the source, with the root as the parent.
 class ZVUTIL_EXPORT ZvChildProxyModel : public QIdentityProxyModel
 {
 public:
@@ -51,6 +55,8 @@ protected:
     bool isDescendedFromRoot(const QModelIndex& index) const;
 
 private:
+    class ZVUTIL_NO_EXPORT Announcer;
+
     QPersistentModelIndex m_root;
 };
 
