@@ -34,7 +34,9 @@ public:
     bool acceptsRow(int row) override
     {
         asked.append(row);
-        return !accepts || accepts(row);
+        // A copy, since it may delete this object.
+        const std::function<bool(int row)> test = accepts;
+        return !test || test(row);
     }
 
     void searchStarted() override
@@ -575,6 +577,44 @@ private Q_SLOTS:
         QCOMPARE(result.progress.back(), qMakePair(0, 0));
     }
 
+    void sourceMayEndOrChangeWithinTheTestOfARow_data()
+    {
+        QTest::addColumn<int>("change");
+        QTest::newRow("it is destroyed") << 0;
+        QTest::newRow("it loses its rows") << 1;
+        QTest::newRow("there is another") << 2;
+        QTest::newRow("there is none any more") << 3;
+    }
+
+    void sourceMayEndOrChangeWithinTheTestOfARow()
+    {
+        QFETCH(int, change);
+        std::unique_ptr<QStringListModel> source(numbers(10));
+        const std::unique_ptr<QStringListModel> other(numbers(3));
+        Filter filter(1, nullptr);
+        const FilterResult result(filter);
+        bool isDone = false;
+        filter.accepts = [&](int row) {
+            if (row != 5 || isDone)
+                return true;
+            isDone = true;
+            if (change == 0)
+                source.reset();
+            else if (change == 1)
+                source->removeRows(2, 8);
+            else
+                filter.setSourceModel(change == 2 ? other.get() : nullptr);
+            return true;
+        };
+        filter.setSourceModel(source.get());
+        QVERIFY(result.settles());
+        QVERIFY(isDone);
+        // What was accepted before isn't of the source as it is now.
+        const QList<int> expected[] = {{}, {0, 1}, {0, 1, 2}, {}};
+        QCOMPARE(result.rows, expected[change]);
+        QVERIFY(!filter.isSourceDirty());
+    }
+
     void filterMayGoAtAnyMoment_data()
     {
         QTest::addColumn<int>("moment");
@@ -583,6 +623,7 @@ private Q_SLOTS:
         QTest::newRow("from progress") << 2;
         QTest::newRow("from accepted") << 3;
         QTest::newRow("from progress within the pass") << 4;
+        QTest::newRow("within the test of a row") << 5;
     }
 
     void filterMayGoAtAnyMoment()
@@ -596,6 +637,8 @@ private Q_SLOTS:
                 post(this, end);
             if (moment == 4)
                 QThread::msleep(5);
+            if (moment == 5 && row == 5)
+                end();
             return true;
         };
         if (moment == 1)

@@ -192,7 +192,11 @@ bool AbstractBackgroundListFilter::examineRows()
     const QPointer<AbstractBackgroundListFilter> self(this);
     const int count = m_source ? m_source->rowCount(QModelIndex()) : 0;
     for (int row = 0; row < count && mayGoOn(); ++row) {
-        if (acceptsRow(row))
+        const bool isAccepted = acceptsRow(row);
+        if (!self)
+            return false;
+        // The test may have changed the source, or destroyed it, and then speaks of a row that was.
+        if (isAccepted && m_source && m_sourceState == source_clean)
             m_pending.push_back(m_source->index(row, 0, QModelIndex()));
         zvutil::impl::handle_events();
         if (!self)
