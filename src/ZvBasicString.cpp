@@ -115,8 +115,11 @@ ZvBasicString<C>::ZvBasicString(ZvBasicString&& other) noexcept = default;
 template <typename C>
 ZvBasicString<C>& ZvBasicString<C>::operator=(const ZvBasicString& other)
 {
-    if (this != &other)
-        m_impl.impl().text = other.m_impl.impl().text;
+    if (this == &other)
+        return *this;
+    if (!has_impl(m_impl))
+        return *this = ZvBasicString(other);
+    m_impl.impl().text = other.m_impl.impl().text;
     return *this;
 }
 

@@ -52,8 +52,11 @@ ZvEditorStyle::ZvEditorStyle(ZvEditorStyle&& other) noexcept
 
 ZvEditorStyle& ZvEditorStyle::operator=(const ZvEditorStyle& other)
 {
-    if (this != &other)
-        *d_impl() = *other.d_impl();
+    if (this == &other)
+        return *this;
+    if (!m_implementation)
+        return *this = ZvEditorStyle(other);
+    *d_impl() = *other.d_impl();
     return *this;
 }
 

@@ -49,8 +49,11 @@ ZvNamedColour::~ZvNamedColour()
 
 ZvNamedColour& ZvNamedColour::operator=(const ZvNamedColour& other)
 {
-    if (this != &other)
-        *d_impl() = *other.d_impl();
+    if (this == &other)
+        return *this;
+    if (!m_implementation)
+        return *this = ZvNamedColour(other);
+    *d_impl() = *other.d_impl();
     return *this;
 }
 
@@ -63,6 +66,8 @@ ZvNamedColour& ZvNamedColour::operator=(ZvNamedColour&& other) noexcept
 
 ZvNamedColour& ZvNamedColour::operator=(const QColor& colour)
 {
+    if (!m_implementation)
+        *this = ZvNamedColour();
     setColour(colour);
     return *this;
 }

@@ -49,8 +49,11 @@ ZvString::ZvString(ZvString&& other) noexcept
 
 ZvString& ZvString::operator=(const ZvString& other)
 {
-    if (this != &other)
-        impl().text = other.impl().text;
+    if (this == &other)
+        return *this;
+    if (!m_implementation)
+        *this = ZvString();
+    impl().text = other.impl().text;
     return *this;
 }
 

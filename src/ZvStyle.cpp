@@ -72,8 +72,11 @@ ZvStyle::ZvStyle(ZvStyle&& other) noexcept
 
 ZvStyle& ZvStyle::operator=(const ZvStyle& other)
 {
-    if (this != &other)
-        *d_impl() = *other.d_impl();
+    if (this == &other)
+        return *this;
+    if (!m_implementation)
+        return *this = ZvStyle(other);
+    *d_impl() = *other.d_impl();
     return *this;
 }
 

@@ -191,8 +191,11 @@ ZvStyleLibrary::ZvStyleLibrary(ZvStyleLibrary&& other) noexcept
 
 ZvStyleLibrary& ZvStyleLibrary::operator=(const ZvStyleLibrary& other)
 {
-    if (this != &other)
-        *d_impl() = *other.d_impl();
+    if (this == &other)
+        return *this;
+    if (!m_implementation)
+        return *this = ZvStyleLibrary(other);
+    *d_impl() = *other.d_impl();
     return *this;
 }
 

@@ -5,11 +5,26 @@
 #include "impl/file_uri.h"
 
 #include <memory>
+#include <utility>
 
 struct ZvURI::ZvURIImpl
 {
     zvutil::uri uri;
 };
+
+namespace {
+
+/// Puts \p uri in the place of the one before; a moved-from handle gets a new implementation.
+template <typename Impl>
+void replace(zvutil::basic_pimpl<Impl>& holder, zvutil::uri&& uri)
+{
+    if (has_impl(holder))
+        holder.impl().uri = std::move(uri);
+    else
+        holder = zvutil::basic_pimpl(std::make_unique<Impl>(Impl{std::move(uri)}));
+}
+
+} // namespace
 
 ZvURI::ZvURI()
     : m_impl(std::make_unique<ZvURIImpl>())
@@ -63,7 +78,7 @@ ZvURI::~ZvURI() = default;
 
 void ZvURI::set(const char* text)
 {
-    m_impl.impl().uri = zvutil::uri(text);
+    replace(m_impl, zvutil::uri(text));
 }
 
 void ZvURI::set(const zvutil::ZvBasicString<char>& text)
@@ -73,12 +88,12 @@ void ZvURI::set(const zvutil::ZvBasicString<char>& text)
 
 void ZvURI::set(const zvutil::ZvFilePath& path)
 {
-    m_impl.impl().uri = zvutil::uri(zvutil::impl::file_uri_text(path.c_str()));
+    replace(m_impl, zvutil::uri(zvutil::impl::file_uri_text(path.c_str())));
 }
 
 void ZvURI::set(const ZvURI& other)
 {
-    m_impl.impl().uri = other.toURI();
+    replace(m_impl, other.toURI());
 }
 
 bool ZvURI::operator==(const ZvURI& other) const

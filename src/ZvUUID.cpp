@@ -43,8 +43,11 @@ ZvUUID::ZvUUID(ZvUUID&& other) noexcept = default;
 
 ZvUUID& ZvUUID::operator=(const ZvUUID& other)
 {
-    if (this != &other)
-        m_impl.impl() = other.m_impl.impl();
+    if (this == &other)
+        return *this;
+    if (!has_impl(m_impl))
+        return *this = ZvUUID(other);
+    m_impl.impl() = other.m_impl.impl();
     return *this;
 }
 

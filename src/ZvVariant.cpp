@@ -89,7 +89,10 @@ ZvVariant& ZvVariant::operator=(const ZvVariant& other)
 
 ZvVariant& ZvVariant::operator=(const QVariant& value)
 {
-    d_impl()->value = value;
+    if (m_implementation)
+        m_implementation->value = value;
+    else
+        m_implementation = new Impl{value};
     return *this;
 }
 

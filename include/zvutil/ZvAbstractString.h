@@ -18,8 +18,8 @@ class ZvBasicString;
 ///
 /// Copies share nothing. A text takes one allocation for its implementation, and one for units that
 /// are too many to lie in it; a move takes none and throws nothing. A moved-from text may only be
-/// destroyed or be the target of a move assignment. Nothing fails but for lack of memory. Two
-/// threads may use two texts at once.
+/// destroyed or assigned to. Nothing fails but for lack of memory. Two threads may use two texts at
+/// once.
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:

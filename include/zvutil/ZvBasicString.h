@@ -17,8 +17,7 @@ namespace zvutil {
 ///
 /// Copies share nothing. A handle takes one allocation for its implementation, and one for a text
 /// that is too long to lie in it; a move takes none and throws nothing. A moved-from string may
-/// only be destroyed or be the target of a move assignment. Two threads may use two strings at
-/// once.
+/// only be destroyed or assigned to. Two threads may use two strings at once.
 ///
 /// All four conversions, also that to the own type, go by the way of UTF-8 and keep the limits of
 /// that way. From
@@ -46,7 +45,7 @@ public:
 
     ZvBasicString(const ZvBasicString& other);
     ZvBasicString(ZvBasicString&& other) noexcept;
-    /// Writes into the implementation that is there; so a moved-from string can't be the target.
+    /// Writes into the implementation that is there; a moved-from string gets a new one.
     ZvBasicString& operator=(const ZvBasicString& other);
     ZvBasicString& operator=(ZvBasicString&& other) noexcept;
     virtual ~ZvBasicString();

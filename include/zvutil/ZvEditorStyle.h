@@ -18,8 +18,8 @@ namespace libzvutil {
 /// The colours that a style has for one of the application's editors: a list of named brushes.
 /// Names of brushes are compared without regard to case.
 ///
-/// Copies share nothing. A moved-from object may only be destroyed or be the target of a move
-/// assignment. Nothing fails but for lack of memory. One thread at a time.
+/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Nothing fails
+/// but for lack of memory. One thread at a time.
 class ZVUTIL_EXPORT ZvEditorStyle
 {
 public:

@@ -8,7 +8,7 @@ namespace zvutil {
 /// A failure that a caller of the library has to deal with.
 ///
 /// Not derived from `std::exception`, on purpose: a handler for that doesn't see it. It is thrown by
-/// value; catch it by reference.
+/// value; catch it by reference. A moved-from object may only be destroyed or assigned to.
 class ZVUTIL_EXPORT ZvException
 {
 public:

@@ -12,8 +12,8 @@ namespace libzvutil {
 /// A text for a colour is whatever `QColor` takes: "#rrggbb", "#aarrggbb" or one of its names. Any
 /// other text gives an invalid colour, also digits without the `#`; Qt warns in its log then.
 ///
-/// Copies share nothing. A moved-from object may only be destroyed or be the target of a move
-/// assignment. Nothing fails but for lack of memory. One thread at a time.
+/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Nothing fails
+/// but for lack of memory. One thread at a time.
 class ZVUTIL_EXPORT ZvNamedColour
 {
 public:

@@ -10,8 +10,8 @@ namespace libzvutil {
 /// The path of an icon with the name under which it is shown, written and looked up. The path is
 /// that of a resource or of a file, in UTF-8, or empty; nothing looks whether it leads anywhere.
 ///
-/// Copies share nothing. A moved-from object may only be destroyed or be the target of a move
-/// assignment. Nothing fails but for lack of memory. One thread at a time.
+/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Nothing fails
+/// but for lack of memory. One thread at a time.
 class ZVUTIL_EXPORT ZvNamedIcon
 {
 public:

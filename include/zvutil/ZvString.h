@@ -22,7 +22,7 @@ public:
     ZvString(const ZvString& other);
     ZvString(ZvString&& other) noexcept;
     /// Unlike construction, takes the whole text over, NULs included. It is written into the
-    /// implementation that is there; so a moved-from text can't be the target.
+    /// implementation that is there; a moved-from text gets a new one.
     ZvString& operator=(const ZvString& other);
     ZvString& operator=(ZvString&& other) noexcept;
     ~ZvString() override;

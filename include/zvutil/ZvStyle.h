@@ -27,9 +27,9 @@ namespace libzvutil {
 /// The accent and its six shades are no data of a style: they are computed from the host option
 /// "ZvStyleAccent" whenever a style is made from a name, also while a file is read.
 ///
-/// Copies share nothing. A moved-from style may only be destroyed or be the target of a move
-/// assignment. Making, copying and changing fail for lack of memory only. A style may be made on any
-/// thread and is used by one thread at a time; `apply` belongs on the GUI thread.
+/// Copies share nothing. A moved-from style may only be destroyed or assigned to. Making, copying
+/// and changing fail for lack of memory only. A style may be made on any thread and is used by one
+/// thread at a time; `apply` belongs on the GUI thread.
 class ZVUTIL_EXPORT ZvStyle
 {
 public:

@@ -23,8 +23,8 @@ namespace libzvutil {
 /// Elements are known by their places, not by their names. Unknown brushes and icons are no error,
 /// and neither is a file that breaks off: what has been read until then counts.
 ///
-/// Copies share nothing. A moved-from library may only be destroyed or be the target of a move
-/// assignment. One thread at a time.
+/// Copies share nothing. A moved-from library may only be destroyed or assigned to. One thread at a
+/// time.
 class ZVUTIL_EXPORT ZvStyleLibrary
 {
 public:

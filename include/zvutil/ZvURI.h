@@ -16,9 +16,9 @@ class ZvFilePath;
 /// is no way back from a URI to a path, on purpose.
 ///
 /// Copies share nothing; a copy parses the text again, which changes nothing. A move allocates
-/// nothing and throws nothing. A moved-from URI may only be destroyed or be the target of a move
-/// assignment. Making and setting take linear time and fail for lack of memory only, and then leave
-/// the URI as it was. Two threads may use two URIs at once.
+/// nothing and throws nothing. A moved-from URI may only be destroyed or assigned to. Making and
+/// setting take linear time and fail for lack of memory only, and then leave the URI as it was. Two
+/// threads may use two URIs at once.
 class ZVUTIL_EXPORT ZvURI
 {
 public:
@@ -34,7 +34,8 @@ public:
 
     ZvURI(const ZvURI& other);
     ZvURI(ZvURI&& other) noexcept;
-    /// Writes into the implementation that is there; so a moved-from URI can't be the target.
+    /// Writes into the implementation that is there; a moved-from URI gets a new one, here and by
+    /// `set`.
     ZvURI& operator=(const ZvURI& other);
     ZvURI& operator=(ZvURI&& other) noexcept;
     virtual ~ZvURI();

@@ -16,8 +16,8 @@ namespace zvutil {
 ///
 /// Copies share nothing. An identifier takes one allocation for its implementation, and one for a
 /// text that is too long to lie in it, as that of a generated one is; a move takes none and throws
-/// nothing. A moved-from identifier may only be destroyed or be the target of a move assignment.
-/// Nothing fails but for lack of memory. Two threads may use two identifiers at once.
+/// nothing. A moved-from identifier may only be destroyed or assigned to. Nothing fails but for
+/// lack of memory. Two threads may use two identifiers at once.
 class ZVUTIL_EXPORT ZvUUID
 {
 public:
@@ -31,10 +31,10 @@ public:
 
     ZvUUID(const ZvUUID& other);
     ZvUUID(ZvUUID&& other) noexcept;
-    /// Writes into the implementation that is there; so a moved-from one can't be the target.
+    /// Writes into the implementation that is there; a moved-from identifier gets a new one.
     ZvUUID& operator=(const ZvUUID& other);
     ZvUUID& operator=(ZvUUID&& other) noexcept;
-    /// Takes a new implementation; so a moved-from one can be the target.
+    /// Takes a new implementation.
     ZvUUID& operator=(const uuid& id);
     ~ZvUUID();
 

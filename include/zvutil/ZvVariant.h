@@ -16,8 +16,8 @@ namespace libzvutil {
 ///
 /// A value takes one allocation beside what its `QVariant` needs; a move takes none and throws
 /// nothing. A copy has a `QVariant` of its own, which shares what `QVariant` shares. A moved-from
-/// value may only be destroyed. Nothing fails but for lack of memory. Two threads may use two values
-/// at once.
+/// value may only be destroyed or assigned to. Nothing fails but for lack of memory. Two threads
+/// may use two values at once.
 class ZVUTIL_EXPORT ZvVariant
 {
 public:
@@ -42,8 +42,8 @@ public:
     ZvVariant(ZvVariant&& other) noexcept;
     virtual ~ZvVariant();
 
-    /// Both assign to the `QVariant` that is there, of whatever type it becomes; so a moved-from
-    /// value can't be the target. There is no move assignment.
+    /// Both assign to the `QVariant` that is there, of whatever type it becomes; a moved-from value
+    /// gets a new one. There is no move assignment.
     ZvVariant& operator=(const ZvVariant& other);
     ZvVariant& operator=(const QVariant& value);
 

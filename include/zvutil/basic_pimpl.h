@@ -13,7 +13,7 @@ namespace zvutil {
 /// \endcode
 /// It can be moved but not copied: a handle that can be copied builds a new implementation from the
 /// other's, so that copies never share anything. A moved-from object holds null; it may only be
-/// destroyed or be the target of a move assignment.
+/// destroyed, be the target of a move assignment or be asked by `has_impl`.
 ///
 /// Two threads may use two objects at once. `T` must be complete where an object is made or
 /// destroyed.
@@ -49,6 +49,13 @@ public:
     /// The implementation. Not to be called on a moved-from object: there is no test for null.
     T& impl() noexcept { return *m_implementation; }
     const T& impl() const noexcept { return *m_implementation; }
+
+    /// Whether \p holder hasn't been moved from. A handle whose copy assignment writes into its
+    /// implementation asks this first.
+    friend bool has_impl(const basic_pimpl& holder) noexcept
+    {
+        return holder.m_implementation != nullptr;
+    }
 
 private:
     static void destroy(T* implementation) noexcept { std::default_delete<T>()(implementation); }
