@@ -16,12 +16,8 @@
 #include <QMimeData>
 #include <QTest>
 
-#include <atomic>
-#include <cstdlib>
-#include <limits>
 #include <locale>
 #include <memory>
-#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -149,18 +145,6 @@ public:
     using QMimeData::isSignalConnected;
 };
 
-std::atomic<std::size_t> largestBlock{std::numeric_limits<std::size_t>::max()};
-
-/// As long as it lives, there is no memory for a larger block than this.
-class ScarceMemory
-{
-public:
-    explicit ScarceMemory(std::size_t largest) { largestBlock = largest; }
-    ScarceMemory(const ScarceMemory&) = delete;
-    ScarceMemory& operator=(const ScarceMemory&) = delete;
-    ~ScarceMemory() { largestBlock = std::numeric_limits<std::size_t>::max(); }
-};
-
 // Big enough to show what grows too fast; the sanitizer takes many times the memory.
 #if defined(ZV_SANITIZED)
 constexpr int million = 10000;
@@ -169,25 +153,6 @@ constexpr int million = 1000000;
 #endif
 
 } // namespace
-
-// Not inlined, or GCC takes malloc and operator delete for a mismatched pair.
-Q_NEVER_INLINE void* operator new(std::size_t size)
-{
-    void* const memory = size <= largestBlock ? std::malloc(size > 0 ? size : 1) : nullptr;
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-Q_NEVER_INLINE void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-Q_NEVER_INLINE void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
 
 class tst_ZvClipboardData : public QObject
 {
@@ -336,34 +301,6 @@ private Q_SLOTS:
                  std::vector<std::string>{::tooManyFields});
         QCOMPARE(logOf([&] { QVERIFY(!hasStorage(view.tableData())); }),
                  std::vector<std::string>{::tooManyFields});
-    }
-
-    void tableThatFindsNoMemory_data()
-    {
-        QTest::addColumn<int>("megabytes");
-        // Of about a million cells.
-        QTest::newRow("for its texts") << 1;
-        QTest::newRow("for itself") << 12;
-    }
-
-    void tableThatFindsNoMemory()
-    {
-#if defined(Q_OS_WIN)
-        QSKIP("An operator new that is replaced in a program doesn't reach its DLLs");
-#endif
-        QFETCH(int, megabytes);
-        // A long record and many short ones, in a few thousand bytes.
-        const std::unique_ptr<QMimeData> data =
-            content(csv, QByteArray("a,").repeated(999) + QByteArray("\na").repeated(1000));
-        const ZvClipboardData view(data.get());
-        bool isTable = true;
-        const auto log = logOf([&] {
-            const ScarceMemory scarce(std::size_t(megabytes) << 20);
-            isTable = hasStorage(view.csvData());
-        });
-        QVERIFY(!isTable);
-        QCOMPARE(log, (std::vector{"write 4 "s + std::bad_alloc().what() + ": "}));
-        QCOMPARE(view.csvData().rows(), 1000ULL);
     }
 
     void localeTellsWhatASpaceIs()
