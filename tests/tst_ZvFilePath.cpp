@@ -670,6 +670,8 @@ private Q_SLOTS:
         row("\\\\srv\\a\\b", "\\\\srv\\a", "b");
         row("x\\C:\\a", "x", "");
         row("x", "x\\C:", "");
+        row("x\\b\\C:\\a", "x", "");
+        row("x\\b\\cd:e\\f", "x", "b\\cd:e\\f");
         row("C:\\D:", "C:\\", "D:");
 
         row("a", ".", "a");
