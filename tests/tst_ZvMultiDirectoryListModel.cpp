@@ -586,7 +586,7 @@ private Q_SLOTS:
         std::atomic<bool> isElsewhere{false};
         zvutil::logging::host::setObserver([&](const std::string& /*call*/) {
             priority = QThread::currentThread()->priority();
-            isElsewhere = QThread::currentThread() != qApp->thread();
+            isElsewhere = QThread::currentThread() != thread();
         });
         {
             Watched watched;
