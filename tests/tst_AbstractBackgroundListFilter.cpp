@@ -474,6 +474,24 @@ private Q_SLOTS:
         QCOMPARE(result.rows, upTo(10));
     }
 
+    void resumingBeginsAPassThatIsDue()
+    {
+        Filter filter(1, nullptr);
+        const FilterResult result(filter);
+        filter.setPaused(true);
+        QCOMPARE(filter.searches, 0);
+        filter.setPaused(false);
+        QCOMPARE(filter.searches, 1);
+        QCOMPARE(result.resets, 1);
+        // So do criteria that nobody has told of.
+        filter.setPaused(true);
+        filter.isPending = true;
+        filter.setPaused(true);
+        QCOMPARE(filter.searches, 1);
+        filter.setPaused(false);
+        QCOMPARE(filter.searches, 2);
+    }
+
     void whatWaitedBeforeThePassIsHeard()
     {
         const std::unique_ptr<QStringListModel> source(numbers(1000));

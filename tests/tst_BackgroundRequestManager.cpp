@@ -277,6 +277,12 @@ private Q_SLOTS:
         blocking.end();
     }
 
+    void workerHasThePriorityOfItsMaker()
+    {
+        Managed managed;
+        QCOMPARE(managed.thread()->priority(), QThread::InheritPriority);
+    }
+
     void nothingIsNoHarm()
     {
         Managed managed;

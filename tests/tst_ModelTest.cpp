@@ -186,8 +186,13 @@ public:
     QStringList takeCalls() { return std::exchange(m_calls, {}); }
 
     QMap<int, QVariant> values;
+    /// The names of the signals that somebody has connected to, one for each connection.
+    QByteArrayList connected;
     bool canFetch = false;
     std::function<void()> onFetch;
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override { connected.append(signal.name()); }
 
 private:
     void note(const QString& call) const { m_calls.append(call); }
@@ -281,6 +286,21 @@ private Q_SLOTS:
                           + method.methodSignature());
         }
         QCOMPARE(actual, expected);
+    }
+
+    void connectsInTheOrderOfItsList()
+    {
+        Model model(1, 1, 1);
+        const ModelTest test(&model, nullptr);
+        QCOMPARE(model.connected,
+                 (QByteArrayList{"columnsAboutToBeInserted", "columnsAboutToBeRemoved",
+                                 "columnsInserted", "columnsRemoved", "dataChanged",
+                                 "headerDataChanged", "layoutAboutToBeChanged", "layoutChanged",
+                                 "modelReset", "rowsAboutToBeInserted", "rowsAboutToBeRemoved",
+                                 "rowsInserted", "rowsRemoved",
+                                 // These once more, for what is done behind the tests.
+                                 "layoutAboutToBeChanged", "layoutChanged", "rowsAboutToBeInserted",
+                                 "rowsAboutToBeRemoved", "rowsInserted", "rowsRemoved"}));
     }
 
     void callsOnAModelWithoutRows()
@@ -441,13 +461,18 @@ private Q_SLOTS:
         const QString inserted = lines("rowCount -\nindex 1 0 -\ndata (1,0)/1 0\nindex 2 0 -\n"
                                        "data (2,0)/1 0")
                                      .join(QLatin1Char('\n'));
-        QVERIFY(atOnce.join(QLatin1Char('\n')).contains(inserted));
+        QString calls = atOnce.join(QLatin1Char('\n'));
+        QVERIFY(calls.contains(inserted));
+        // Behind the tests.
+        QCOMPARE(calls.left(calls.indexOf(inserted)).count(QStringLiteral("mimeTypes")), 1);
         model.takeCalls();
         model.removeAt(1, 3);
         const QString removed = lines("rowCount -\nindex 0 0 -\ndata (0,0)/1 0\nindex 4 0 -\n"
                                       "data (4,0)/1 0")
                                     .join(QLatin1Char('\n'));
-        QVERIFY(model.takeCalls().join(QLatin1Char('\n')).contains(removed));
+        calls = model.takeCalls().join(QLatin1Char('\n'));
+        QVERIFY(calls.contains(removed));
+        QCOMPARE(calls.left(calls.indexOf(removed)).count(QStringLiteral("mimeTypes")), 1);
     }
 
     void whatIsKeptOfAChangeGoesWithIt()
@@ -485,9 +510,13 @@ private Q_SLOTS:
         const ModelTest test(&model, nullptr);
         for (int i = 0; i < 2; ++i) {
             Q_EMIT model.layoutAboutToBeChanged();
-            model.takeCalls();
+            QStringList taken;
+            for (int row = 0; row < read; ++row)
+                taken.append(QStringLiteral("index %1 0 -").arg(row));
+            QStringList calls = model.takeCalls();
+            QCOMPARE(calls.mid(calls.size() - read), taken);
             Q_EMIT model.layoutChanged();
-            const QStringList calls = model.takeCalls();
+            calls = model.takeCalls();
             const QStringList tail =
                 calls.mid(calls.lastIndexOf(QStringLiteral("data (0,0)/1 10")) + 1);
             QStringList expected;

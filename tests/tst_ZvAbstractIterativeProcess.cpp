@@ -1,5 +1,6 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaMethod>
@@ -420,6 +421,22 @@ private Q_SLOTS:
         QCOMPARE(std::count(process.events.begin(), process.events.end(), "last report"), 0);
         process.stop();
         QCOMPARE(std::count(process.events.begin(), process.events.end(), "report"), 0);
+    }
+
+    void timerRunsDuringTheRunAlone()
+    {
+        Process process(2, 3'600'000);
+        std::vector<int> timers;
+        const auto count = [&] {
+            timers.push_back(
+                QAbstractEventDispatcher::instance()->registeredTimers(&process).size());
+        };
+        process.onStep = count;
+        process.onReport = count;
+        process.start();
+        deliver();
+        // It has been stopped when the last report is made.
+        QCOMPARE(timers, (std::vector{1, 1, 0}));
     }
 
     void everyRunReports()

@@ -1,6 +1,7 @@
 #include <zvutil/ZvBasicXMLSaveFile.h>
 #include <zvutil/ZvXMLReadFile.h>
 
+#include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
 #include "support/HeldFiles.h"
 #include "support/StdString.h"
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QTemporaryDir>
@@ -347,6 +349,24 @@ private Q_SLOTS:
         second.writer().root_element("r");
         QVERIFY(second.commit());
         QVERIFY(contentOf(m_target).endsWith("<r/>"));
+    }
+
+    void fileIsNeverDeletedAtOnce()
+    {
+        // What a document writes at its end goes to a device that must be there yet.
+        zvtest::DeferredDeletes<QSaveFile> deletes;
+        {
+            Saver<char> abandoned(m_target);
+            abandoned.writer().root_element("r");
+            Saver<char32_t> cancelled(m_target);
+            cancelled.cancelWriting();
+            Saver<wchar_t> committed(m_target);
+            QVERIFY(committed.commit());
+            const Saver<char16_t> unwritable(m_folder->filePath(QStringLiteral("missing/a.xml")));
+        }
+        QCOMPARE(deletes.count, 0);
+        zvtest::runEventLoop();
+        QCOMPARE(deletes.count, 4);
     }
 
     void assignmentSharesTheOthersFileAndLetsItsOwnGo()

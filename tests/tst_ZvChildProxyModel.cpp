@@ -496,12 +496,23 @@ private Q_SLOTS:
         proxy.setSourceModel(source.get());
         proxy.setRootModelIndex(at(*source, "1"));
         QSignalSpy reset(&proxy, &QAbstractItemModel::modelReset);
+        // Before anybody hears of it.
+        QList<bool> hasRoot;
+        connect(&proxy, &QAbstractItemModel::modelAboutToBeReset, this, [&] {
+            hasRoot.append(proxy.isDescendedFromRoot(at(*source, "1")));
+            hasRoot.append(proxy.index(0, 0, root).isValid());
+        });
+        QVERIFY(proxy.isDescendedFromRoot(at(*source, "1")));
         proxy.setSourceModel(source.get());
+        QCOMPARE(hasRoot, (QList<bool>{false, false}));
         QVERIFY(!proxy.index(0, 0, root).isValid());
         QVERIFY(!proxy.isDescendedFromRoot(at(*source, "1")));
         QCOMPARE(reset.count(), 1);
         const auto other = tree(2);
+        proxy.setRootModelIndex(at(*source, "1"));
+        hasRoot.clear();
         proxy.setSourceModel(other.get());
+        QCOMPARE(hasRoot, (QList<bool>{false, false}));
         proxy.setRootModelIndex(at(*other, "2"));
         QCOMPARE(shown(proxy), QStringLiteral("20 20b 21 21b 22 22b"));
     }

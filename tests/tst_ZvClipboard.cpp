@@ -9,8 +9,10 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
+#include <QUrl>
 
 #include <memory>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -55,6 +57,26 @@ protected:
     {
         return type == QVariant::String ? QVariant(QStringLiteral("x")) : QVariant();
     }
+};
+
+/// A cell whose text can't be had, once it has been given a number of times.
+class Failing
+{
+public:
+    Failing() { ++alive; }
+    Failing(const Failing& /*other*/) { ++alive; }
+    Failing& operator=(const Failing&) = default;
+    ~Failing() { --alive; }
+
+    static QString text(const Failing& /*cell*/)
+    {
+        if (left-- == 0)
+            throw std::runtime_error("no text");
+        return QStringLiteral("x");
+    }
+
+    static inline int alive = 0;
+    static inline int left = 0;
 };
 
 /// Only there other programs share the clipboard with this one.
@@ -135,6 +157,8 @@ private:
 
 } // namespace
 
+Q_DECLARE_METATYPE(Failing)
+
 class tst_ZvClipboard : public QObject
 {
     Q_OBJECT
@@ -205,6 +229,42 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(clipboard.stringData()), ""s);
     }
 
+    void tableThatThrowsLeavesTheClipboard_data()
+    {
+        QTest::addColumn<int>("texts");
+        QTest::newRow("while its first text is made") << 0;
+        QTest::newRow("while its second text is made") << 1;
+    }
+
+    void tableThatThrowsLeavesTheClipboard()
+    {
+        QFETCH(int, texts);
+        static const bool isRegistered =
+            QMetaType::registerConverter<Failing, QString>(&Failing::text);
+        QVERIFY(isRegistered);
+        ZvClipboard clipboard;
+        clipboard.setData(ZvTable(1, 1, 7));
+        const QMimeData* const before = content();
+        const ZvClipboardData view = clipboard.clipboardData();
+        for (const bool isMoved : {false, true}) {
+            {
+                ZvTable table(1, 1, 0);
+                table.value(0, 0) = QVariant::fromValue(Failing());
+                Failing::left = texts;
+                if (isMoved)
+                    QVERIFY_EXCEPTION_THROWN(clipboard.setData(std::move(table)),
+                                             std::runtime_error);
+                else
+                    QVERIFY_EXCEPTION_THROWN(clipboard.setData(table), std::runtime_error);
+            }
+            QVERIFY(content() == before && view.isValid());
+            QCOMPARE(gridOf(clipboard), (Grid{{7}}));
+            QCOMPARE(bytesOf(clipboard.stringData()), "7"s);
+            // What was to take its place has gone, and the table with it.
+            QCOMPARE(Failing::alive, 0);
+        }
+    }
+
     void foreignText()
     {
         const ZvClipboard clipboard;
@@ -250,6 +310,18 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setMimeData(new OtherText);
         QCOMPARE(content()->text(), QStringLiteral("x"));
         QCOMPARE(bytesOf(ZvClipboard().stringData()), ""s);
+    }
+
+    void addressesAreAText()
+    {
+        // By Qt's own conversion, though the format isn't there.
+        auto data = std::make_unique<QMimeData>();
+        data->setUrls({QUrl(QStringLiteral("http://a/b")), QUrl(QStringLiteral("http://c"))});
+        QGuiApplication::clipboard()->setMimeData(data.release());
+        QVERIFY(!ZvClipboard().hasText());
+        const QByteArray expected = content()->data(plain);
+        QVERIFY2(expected.startsWith("http://a/b\nhttp://c"), expected);
+        QCOMPARE(bytesOf(ZvClipboard().stringData()), expected.toStdString());
     }
 
     void assignmentDoesNothing()

@@ -439,12 +439,19 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QFETCH(QString, shortTitle);
         Document document;
+        connect(&document, &DockableWidgetContents::titlesChanged, &document, [&document] {
+            document.note(
+                QStringLiteral("titles %1|%2").arg(document.longTitle(), document.shortTitle()));
+        });
         document.setFilename(pathOf(path));
         QCOMPARE(document.filename(), pathOf(path));
         QCOMPARE(document.getFilename(), path);
         QCOMPARE(document.longTitle(), path);
         QCOMPARE(document.shortTitle(), shortTitle);
-        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("watch 0")});
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{QStringLiteral("titles %1|document").arg(path),
+                              QStringLiteral("titles %1|%2").arg(path, shortTitle),
+                              QStringLiteral("watch 0")}));
         // Nor is anything made, or looked for.
         QVERIFY(!QFile::exists(path));
     }

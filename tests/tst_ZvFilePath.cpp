@@ -416,6 +416,11 @@ private Q_SLOTS:
         row("separator is less than what sorts before it", "a\\b", "a!b", -1);
         row("prefix", "ab", "abc", -1);
         row("units as numbers", "a\xEF\xBF\xBF", "az", 1);
+        row("units above ASCII", "z", "ä", -1);
+        row("units of two bytes", "ä", "€", -1);
+        row("units of two bytes by the higher one", "\xC7\xBF", "\xC8\x80", -1);
+        row("root names by their units", "\\\\z", "\\\\ä", -1);
+        row("root names by units of two bytes", "\\\\ä", "\\\\€", -1);
         row("drives count case", "c:", "C:", 1);
         row("drives by letter", "C:\\z", "D:\\a", -1);
         row("root name separators count", "\\\\srv", "//srv", 1);
@@ -427,6 +432,10 @@ private Q_SLOTS:
         row("root directories of any length", "C:\\\\a", "C:/a", 0);
         row("root directory alone", "\\", "//", 0);
         row("device prefixes", "\\\\?\\a", "\\\\.\\a", 1);
+        row("device prefix and two separators", "\\??\\\\a", "\\??\\a", -1);
+        row("three separators are a root directory", "\\\\\\a", "\\a", 0);
+        row("four separators are a root directory", "\\\\\\\\a", "\\a", 0);
+        row("no digit is a drive", "1:\\a", "1:\\\\a", 0);
         row("long and equal", "C:\\Users\\me\\Documents\\project\\first\\plan.testplan",
             "C:/Users/me//Documents/project/first/plan.testplan", 0);
         row("long, different at the end", "C:\\Users\\me\\Documents\\project\\first\\plan.testplaa",
@@ -563,10 +572,29 @@ private Q_SLOTS:
         row("\\\\.\\pipe", "\\\\.\\", "pipe", "");
         row("\\??\\x", "\\??\\", "x", "");
         row("1:\\x", "1:", "x", "");
+        row("\\??\\", "\\??\\", "", "");
+        row("\\??\\\\", "\\??", "", "");
+        row("\\a?\\x", "\\a?", "x", "");
+        row("\\?a\\x", "\\?a", "x", "");
+        row("\\\\s", "\\\\s", "", "");
+        row("\\\\s\\x", "\\\\s\\", "x", "");
+        row("\\\\\\x", "\\\\\\", "x", "");
         row("\\??\\\\x", "\\??", "x", "");
         row("\\\\??", "\\\\??", "", "");
         row("\\\\.\\", "\\\\.\\", "", "");
         row("\\/?/x", "\\/?/", "x", "");
+
+        // Drives are the letters of ASCII.
+        row("a:x", "a:", "x", "");
+        row("z:x", "z:", "x", "");
+        row("A:x", "A:", "x", "");
+        row("Z:x", "Z:", "x", "");
+        row("@:x", "", "@:x", "");
+        row("[:x", "", "[:x", "");
+        row("`:x", "", "`:x", "");
+        row("{:x", "", "{:x", "");
+        row("ä:x", "", "ä:x", "");
+        row("ab:x", "", "ab:x", "");
 
         row(".", "", ".", "");
         row("..", "", "..", "");
@@ -574,6 +602,8 @@ private Q_SLOTS:
         row("..a", "", "..a", ".a");
         row("a..", "", "a..", ".");
         row("name.", "", "name.", ".");
+        row("a.", "", "a.", ".");
+        row(".a", "", ".a", "");
         row(".profile", "", ".profile", "");
         row(".a.b", "", ".a.b", ".b");
         row("x.tar.gz", "", "x.tar.gz", ".gz");
@@ -640,6 +670,8 @@ private Q_SLOTS:
         row("\\\\srv\\a\\b", "\\\\srv\\a", "b");
         row("x\\C:\\a", "x", "");
         row("x", "x\\C:", "");
+        row("x\\b\\C:\\a", "x", "");
+        row("x\\b\\cd:e\\f", "x", "b\\cd:e\\f");
         row("C:\\D:", "C:\\", "D:");
 
         row("a", ".", "a");
@@ -776,6 +808,8 @@ private Q_SLOTS:
         row("a/b", "a/b\\");
         row("\\\\srv", "\\\\srv\\");
         row("C:\\a", "C:\\a\\");
+        QTest::newRow("ends at NUL") << QString::fromLatin1("a\0b", 3) << utf8("a\\");
+        QTest::newRow("begins with NUL") << QString::fromLatin1("\0b", 2) << QString();
     }
 
     void directoryForm()

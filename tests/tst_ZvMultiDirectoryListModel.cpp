@@ -8,10 +8,11 @@
 
 #include <QAbstractItemModelTester>
 #include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QSemaphore>
+#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 
@@ -41,6 +42,9 @@ public:
     using ZvMultiDirectoryListModel::ZvMultiDirectoryListModel;
 
     int rows() const { return rowCount({}); }
+
+    /// The scan, asked for while one of its signals is handled by this model.
+    QObject* scan() const { return sender(); }
 };
 
 QStringList rowsOf(const QAbstractItemModel& model)
@@ -93,6 +97,17 @@ private:
 
 using Request = std::function<void(Model&)>;
 
+/// The scan of a model that has just been made, told by its first signal.
+QObject* scanOf(Model& model)
+{
+    QObject* scan = nullptr;
+    // Not with the model as context, since it would be its own sender then.
+    QObject context;
+    QObject::connect(&model, &Model::backgroundProcessStopped, &context,
+                     [&] { scan = model.scan(); });
+    return QTest::qWaitFor([&scan] { return scan != nullptr; }, 240'000) ? scan : nullptr;
+}
+
 /// Holds the scan at a line of its log until it is let go.
 class Hold
 {
@@ -121,6 +136,29 @@ private:
     std::atomic<int> m_left;
     QSemaphore m_reached;
     QSemaphore m_mayGoOn;
+};
+
+/// Counts the scans that have begun and those that have ended, whatever model they belong to.
+class Scans
+{
+public:
+    Scans()
+    {
+        zvutil::logging::host::setObserver([this](const std::string& call) {
+            if (call == "write 1 FileView: starting")
+                ++begun;
+            else if (call == "write 1 FileView: stopped")
+                ++ended;
+        });
+    }
+
+    ~Scans() { zvutil::logging::host::setObserver({}); }
+
+    Scans(const Scans&) = delete;
+    Scans& operator=(const Scans&) = delete;
+
+    std::atomic<int> begun{0};
+    std::atomic<int> ended{0};
 };
 
 using Change = void (*)(Model& model, const QString& path);
@@ -499,6 +537,7 @@ private Q_SLOTS:
         const FileTree tree;
         tree.files(500, "%1/a.txt"_q);
         std::minstd_rand random(1);
+        const Scans scans;
         for (int i = 0; i < rounds; ++i) {
             auto model = std::make_unique<Model>(10, nullptr);
             for (auto count = random() % 3; count > 0; --count)
@@ -509,7 +548,80 @@ private Q_SLOTS:
                 QCoreApplication::processEvents();
             if (random() % 2 == 0)
                 model->setFilterFixedString("a"_q);
+            model.reset();
+            // It has been waited for, and every run has come to its end.
+            QCOMPARE(scans.ended.load(), scans.begun.load());
         }
+        QVERIFY(scans.begun >= rounds);
+    }
+
+    void modelThatGoesEndsItsScan()
+    {
+        const FileTree tree;
+        tree.files(10);
+        auto model = std::make_unique<Model>(1, nullptr);
+        QObject* const scan = scanOf(*model);
+        QVERIFY(scan);
+        // It hears a batch on the thread of the scan, before the model could.
+        QSignalSpy batches(scan, SIGNAL(nextBatch(QVariantList)));
+        QVERIFY(batches.isValid());
+        QSemaphore held;
+        zvutil::logging::host::setObserver([&held](const std::string& call) {
+            if (call != "write 1 FileView: starting")
+                return;
+            // It ends when the thread is asked to, which is behind the request to end the scan.
+            held.release();
+            QEventLoop().exec();
+        });
+        model->addDirectory(tree.path());
+        held.acquire();
+        model.reset();
+        zvutil::logging::host::setObserver({});
+        QCOMPARE(batches.count(), 0);
+    }
+
+    void scanHasThePriorityOfItsMaker()
+    {
+        std::atomic<int> priority{-1};
+        std::atomic<bool> isElsewhere{false};
+        zvutil::logging::host::setObserver([&](const std::string& /*call*/) {
+            priority = QThread::currentThread()->priority();
+            isElsewhere = QThread::currentThread() != thread();
+        });
+        {
+            Watched watched;
+            QVERIFY(watched.settles(1));
+        }
+        zvutil::logging::host::setObserver({});
+        QVERIFY(isElsewhere);
+        QCOMPARE(priority.load(), int(QThread::InheritPriority));
+    }
+
+    void emptyBatchIsNotToldOf()
+    {
+        const FileTree tree({"a.txt"_q});
+        Model model;
+        QObject* const scan = scanOf(model);
+        QVERIFY(scan);
+        QStringList signalNames;
+        const auto note = [&signalNames](const char* name) {
+            return [&signalNames, name] { signalNames.append(QString::fromLatin1(name)); };
+        };
+        connect(&model, &Model::rowsAboutToBeInserted, &model, note("about to insert"));
+        connect(&model, &Model::rowsInserted, &model, note("inserted"));
+        connect(&model, &Model::modelReset, &model, note("reset"));
+        const auto send = [scan](const QVariantList& batch) {
+            return QMetaObject::invokeMethod(scan, "nextBatch", Qt::DirectConnection,
+                                             Q_ARG(QVariantList, batch));
+        };
+        QVERIFY(send({}));
+        QCOMPARE(signalNames, QStringList());
+        QCOMPARE(model.rows(), 0);
+        QVERIFY(send({"a"_q}));
+        QCOMPARE(signalNames, (QStringList{"about to insert"_q, "inserted"_q}));
+        QVERIFY(send({}));
+        QCOMPARE(signalNames.size(), 2);
+        QCOMPARE(rowsOf(model), QStringList{"a"_q});
     }
 
     void modelMayGoFromItsOwnSignals_data()
@@ -564,16 +676,7 @@ private Q_SLOTS:
         watched.model.addDirectory(tree.path());
         QVERIFY(watched.settles(2));
         QCOMPARE(watched.model.rows(), largeTreeFiles);
-        QElapsedTimer timer;
-        {
-            auto model = std::make_unique<Model>();
-            model->addDirectory(tree.path());
-            QTRY_VERIFY_WITH_TIMEOUT(model->rows() > 0, 60'000);
-            model->reloadPaths();
-            timer.start();
-        }
-        qInfo("destruction during a scan of %d files took %lld us", largeTreeFiles,
-              timer.nsecsElapsed() / 1000);
+        QCOMPARE(rowsOf(watched.model), zvtest::expectedRows({tree.path()}));
     }
 
 private:

@@ -477,6 +477,37 @@ private Q_SLOTS:
         QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}));
     }
 
+    void exceptionEndsTheRunAndIsLogged_data()
+    {
+        QTest::addColumn<long long>("batchSize");
+        QTest::addColumn<bool>("isBehindThePass");
+        QTest::newRow("within the second pass") << 1LL << false;
+        QTest::newRow("with the last batch") << 1000LL << true;
+    }
+
+    void exceptionEndsTheRunAndIsLogged()
+    {
+        QFETCH(long long, batchSize);
+        QFETCH(bool, isBehindThePass);
+        const FileTree tree(named("abc"_q));
+        Scan scan(batchSize);
+        scan.onBatch = [] { throw std::runtime_error("no room"); };
+        Log log;
+        scan.add(tree.path());
+        QCOMPARE(scan.signalOrder, "(b)"_q);
+        Lines expected = runLines();
+        // Behind the line "b", or in its place.
+        const auto b = expected.begin() + 2;
+        expected.insert(isBehindThePass ? b + 1 : expected.erase(b), "write 4 FileView: no room");
+        QCOMPARE(log.take(), expected);
+
+        // Nothing of it is left behind for the next run.
+        scan.onBatch = {};
+        scan.process.startScan();
+        QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}));
+        QCOMPARE(log.take(), runLines());
+    }
+
     void stopBetweenRunsEndsNothing()
     {
         const FileTree tree(named("abc"_q));

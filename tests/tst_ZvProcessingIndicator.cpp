@@ -1,5 +1,6 @@
 #include <zvutil/ZvProcessingIndicator.h>
 
+#include <QAbstractEventDispatcher>
 #include <QImage>
 #include <QPainter>
 #include <QPointer>
@@ -61,6 +62,14 @@ private:
     int m_timer = 0;
     bool m_isPassing = false;
 };
+
+/// The timers that run for a spinner.
+QList<QAbstractEventDispatcher::TimerInfo> timersOf(const ZvProcessingIndicator& spinner)
+{
+    auto* const dispatcher = QAbstractEventDispatcher::instance();
+    return dispatcher->registeredTimers(spinner.children().constFirst())
+        + dispatcher->registeredTimers(const_cast<ZvProcessingIndicator*>(&spinner));
+}
 
 /// A spinner that is shown and turns only when the test says so.
 struct Held
@@ -235,31 +244,35 @@ private Q_SLOTS:
         QCOMPARE(painted(held.spinner), before);
     }
 
+    void turnsTenTimesASecond()
+    {
+        ZvProcessingIndicator spinner;
+        for (int round = 0; round < 2; ++round) {
+            spinner.show();
+            QCOMPARE(timersOf(spinner).size(), 1);
+            QCOMPARE(timersOf(spinner).constFirst().interval, 100);
+            spinner.hide();
+        }
+    }
+
     void noTimerRunsUnlessItIsShown()
     {
         QTabWidget tabs;
         auto* const spinner = new ZvProcessingIndicator;
         tabs.addTab(new QWidget, QString());
         tabs.addTab(spinner, QString());
-        Ticks ticks(*spinner);
         // Neither before the first time, nor on a page behind another, nor in a hidden window.
-        QTest::qWait(250);
-        QCOMPARE(ticks.count, 0);
+        QCOMPARE(timersOf(*spinner).size(), 0);
         tabs.show();
-        QTest::qWait(250);
-        QCOMPARE(ticks.count, 0);
+        QCOMPARE(timersOf(*spinner).size(), 0);
         tabs.setCurrentIndex(1);
-        QTRY_VERIFY(ticks.count >= 2);
+        QCOMPARE(timersOf(*spinner).size(), 1);
         tabs.setCurrentIndex(0);
-        int last = ticks.count;
-        QTest::qWait(250);
-        QCOMPARE(ticks.count, last);
+        QCOMPARE(timersOf(*spinner).size(), 0);
         tabs.setCurrentIndex(1);
-        QTRY_VERIFY(ticks.count > last);
+        QCOMPARE(timersOf(*spinner).size(), 1);
         tabs.hide();
-        last = ticks.count;
-        QTest::qWait(250);
-        QCOMPARE(ticks.count, last);
+        QCOMPARE(timersOf(*spinner).size(), 0);
     }
 
     void goesOnWhereItStopped()

@@ -1,4 +1,5 @@
 #include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleLibrary.h>
 
 #include "impl/style_names.h"
 #include "support/StdString.h"
@@ -9,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <locale>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -31,6 +33,19 @@ constexpr int brushCount = 28;
 constexpr int iconCount = 5;
 
 const QColor defaultAccent(0x2D, 0x7D, 0x9A);
+
+/// A locale in which the digits 1 and 2 differ in case, and no letters do.
+class OneIsTwo : public std::ctype<char>
+{
+protected:
+    char do_toupper(char c) const override { return c == '1' ? '2' : c; }
+
+    const char* do_toupper(char* begin, const char* end) const override
+    {
+        std::replace(begin, begin + (end - begin), '1', '2');
+        return end;
+    }
+};
 
 QString nameOf(const ZvStyle& style)
 {
@@ -276,6 +291,30 @@ private Q_SLOTS:
         QCOMPARE(style.editorColour("Editor", "Brush"), QColor(1, 1, 1));
     }
 
+    void editorNamesAreComparedByTheGlobalLocale()
+    {
+        ZvStyle style("x");
+        ZvEditorStyle editor("Plan1");
+        editor.setBrush("Brush", QColor(1, 1, 1));
+        style.addEditor(editor);
+        const auto found = [&style](const char* name) {
+            return std::string(style.editorStyle(name).name()) + '/'
+                + style.editorColour(name, "Brush").name().toStdString();
+        };
+        QCOMPARE(found("pLAN1"), "Plan1/#010101"s);
+        QCOMPARE(found("Plan2"), "/#000000"s);
+        const std::locale before =
+            std::locale::global(std::locale(std::locale::classic(), new OneIsTwo));
+        const std::string unequal = found("pLAN1");
+        const std::string equal = found("Plan2");
+        style.setEditorColour("Plan2", "Brush", QColor(2, 2, 2));
+        std::locale::global(before);
+        // This locale has no small letters.
+        QCOMPARE(unequal, "/#000000"s);
+        QCOMPARE(equal, "Plan1/#010101"s);
+        QCOMPARE(found("plan1"), "Plan1/#020202"s);
+    }
+
     void setEditorColourAppendsInEveryCase()
     {
         ZvStyle style("x");
@@ -330,6 +369,16 @@ private Q_SLOTS:
         expected.replace(expected.find("[name=a]"), 8, "[name=b]");
         QCOMPARE(written(copy), expected);
         QCOMPARE(shades(copy), shades(source));
+        QVERIFY(!source.isDefaultStyle() && !copy.isDefaultStyle());
+
+        // The flag doesn't come along, but a copy has it.
+        const libzvutil::ZvStyleLibrary library;
+        QVERIFY(library.dark().isDefaultStyle());
+        QVERIFY(!library.dark().duplicate("b").isDefaultStyle());
+        QVERIFY(!library.dark().duplicate("Dark").isDefaultStyle());
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        const ZvStyle same(library.dark());
+        QVERIFY(same.isDefaultStyle());
     }
 
     void copiesShareNothing()

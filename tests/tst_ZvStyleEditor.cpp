@@ -666,6 +666,23 @@ private Q_SLOTS:
         QCOMPARE(previews.names, QStringList{QStringLiteral("User Light")});
     }
 
+    void libraryHasTheEditBeforeAnybodyHearsOfIt()
+    {
+        setLibrary({userStyle("Mine", Qt::red)});
+        const Window window;
+        window.choose(QStringLiteral("Mine"));
+        std::vector<QColor> seen;
+        connect(window.editor.get(), &ZvStyleEditor::previewStyleChanged, window.editor.get(), [&] {
+            window.editor->apply();
+            seen.push_back(ZvStyleManager::Style(QStringLiteral("Mine"))
+                               .colour(ZvStyleBrush::Panel)
+                               .qColour());
+        });
+        QVERIFY(
+            window.model->setData(window.row({Brushes, 0}), QColor(Qt::blue), Qt::DecorationRole));
+        QCOMPARE(seen, std::vector<QColor>{Qt::blue});
+    }
+
     void applyHandsTheLibraryOver() const
     {
         const Window window;

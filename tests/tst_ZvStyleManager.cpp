@@ -15,6 +15,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -55,6 +56,56 @@ QString panelInSheet(const QColor& panel)
 {
     return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
+
+/// A message handler that counts how many of its kind are alive.
+class Messages final : public MessageHandler
+{
+public:
+    Messages() { ++alive; }
+    ~Messages() override { --alive; }
+    void message(const char* text) override { QFAIL(text); }
+
+    static inline int alive = 0;
+};
+
+/// As long as it lives, if at all, no window can be shown and no style be found.
+class NothingWorks : public QObject
+{
+public:
+    explicit NothingWorks(bool holds)
+        : m_holds(holds)
+        , m_kept(ZvStyleManager::Library())
+    {
+        if (!holds)
+            return;
+        library().clear(true);
+        qApp->installEventFilter(this);
+    }
+
+    ~NothingWorks() override
+    {
+        if (m_holds)
+            library() = m_kept;
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // The last of what a window is sent when it is shown.
+        if (event->type() == QEvent::ShowToParent && static_cast<QWidget*>(watched)->isWindow())
+            throw std::runtime_error("nothing works");
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    /// The manager's own.
+    static ZvStyleLibrary& library()
+    {
+        return const_cast<ZvStyleLibrary&>(ZvStyleManager::Library());
+    }
+
+    bool m_holds;
+    const ZvStyleLibrary m_kept;
+};
 
 /// The signals of the manager, in the order in which they come.
 class Listener
@@ -352,6 +403,39 @@ private Q_SLOTS:
         QVERIFY(listener.events.isEmpty());
         ZvStyleManager::Refresh();
         QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+    }
+
+    void commandsReleaseTheirMessageHandler_data()
+    {
+        QTest::addColumn<bool>("throws");
+        for (const char* const name : {"_se", "_s1", "_s2", "_modifystyle", "_s3"}) {
+            QTest::newRow(name) << false;
+            QTest::addRow("%s, which throws", name) << true;
+        }
+    }
+
+    void commandsReleaseTheirMessageHandler()
+    {
+        QFETCH(bool, throws);
+        const QString tag = QString::fromLatin1(QTest::currentDataTag());
+        const std::string name = tag.section(QLatin1Char(','), 0, 0).toStdString();
+        bool hasThrown = false;
+        Messages::alive = 0;
+        {
+            const NothingWorks nothingWorks(throws);
+            try {
+                host::callCommand(name, {}, YRef<MessageHandler>(std::make_unique<Messages>()),
+                                  {"test", 1});
+            } catch (...) {
+                hasThrown = true;
+            }
+        }
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (!window->parent())
+                delete window;
+        }
+        QCOMPARE(hasThrown, throws);
+        QCOMPARE(Messages::alive, 0);
     }
 
     void options()

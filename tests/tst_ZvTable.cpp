@@ -113,6 +113,11 @@ private Q_SLOTS:
         QCOMPARE(gridOf(table), (Grid{{0, 1, 2}, {3, 4, 5}}));
         const ZvTable& constant = table;
         QVERIFY(&constant.value(1, 2) == &table.value(1, 2));
+        // Row by row.
+        for (unsigned row = 0; row < 2; ++row) {
+            for (unsigned column = 0; column < 3; ++column)
+                QVERIFY(&table.value(row, column) == &table.value(0, 0) + (row * 3 + column));
+        }
     }
 
     void copiesShareNothing()

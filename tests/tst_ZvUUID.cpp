@@ -191,6 +191,15 @@ private Q_SLOTS:
         ZvUUID assigned("other");
         assigned = uuid(given);
         QCOMPARE(textOf(assigned), kept);
+
+        // Comparison sees also what would stand behind a NUL.
+        const ZvUUID expected(kept.c_str());
+        for (const ZvUUID& made : {ZvUUID(given.c_str()), id, ZvUUID(ZvBasicString<char>(given)),
+                                   ZvUUID(uuid(given)), assigned, ZvUUID(assigned)}) {
+            QVERIFY(made == expected);
+            QVERIFY(!(made != expected));
+            QVERIFY(!(made < expected) && !(expected < made));
+        }
     }
 
     void plainIdentifierKeepsItsText()

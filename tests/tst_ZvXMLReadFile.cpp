@@ -1,5 +1,6 @@
 #include <zvutil/ZvXMLReadFile.h>
 
+#include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
 #include "support/HeldFiles.h"
 #include "support/StdString.h"
@@ -134,6 +135,19 @@ private Q_SLOTS:
         zvtest::runEventLoop();
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), path), QStringList());
         QVERIFY(QFile::remove(path));
+    }
+
+    void fileIsNeverDeletedAtOnce()
+    {
+        zvtest::DeferredDeletes<QFile> deletes;
+        {
+            File file(write("a.xml", "<r/>"));
+            QVERIFY(file.reader().root_element());
+            const File missing(m_missing);
+        }
+        QCOMPARE(deletes.count, 0);
+        zvtest::runEventLoop();
+        QCOMPARE(deletes.count, 2);
     }
 
     void elementsKeepTheFileOpen()

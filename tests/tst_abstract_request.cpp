@@ -383,6 +383,29 @@ private Q_SLOTS:
         QCOMPARE(pair.requestLines(), (Lines{"started 1", "aborted 1", "aborted 1"}));
     }
 
+    void stopIsRequestedWhenAbortedIsTold()
+    {
+        Request request(&leaveOpen);
+        std::vector<bool> seen;
+        connect(&request, &abstract_request::aborted,
+                [&] { seen.push_back(request.abort_requested()); });
+        request.start();
+        request.abort();
+        QCOMPARE(seen, std::vector<bool>{true});
+    }
+
+    void signalsAreNotQueuedOnOneThread()
+    {
+        auto request = std::make_unique<Request>();
+        const abstract_response response(request.get());
+        Journal journal;
+        zvtest::record(response, journal);
+        request->start();
+        QCOMPARE(journal.lines(), (Lines{"started 1", "completed 2"}));
+        request.reset();
+        QCOMPARE(journal.lines(), (Lines{"started 1", "completed 2", "finished 2"}));
+    }
+
     void abortFromAStartedSlotComesBeforeTheWork()
     {
         bool requested = false;

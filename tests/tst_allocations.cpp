@@ -1,6 +1,7 @@
 // Counts allocations, in a program of its own since it replaces operator new for the whole process.
 
 #include <zvutil/ZvBasicString.h>
+#include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvString.h>
@@ -12,25 +13,35 @@
 #include <zvutil/ZvXMLReadFile.h>
 #include <zvutil/uri.h>
 
+#include "support/StdString.h"
+#include "support/Tables.h"
+
+#include <zv_logging/host.h>
+
+#include <QByteArray>
 #include <QFile>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVariant>
 
 #include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
 std::atomic<int> allocations{0};
+std::atomic<std::size_t> largestBlock{std::numeric_limits<std::size_t>::max()};
 
 void* allocate(std::size_t size)
 {
     ++allocations;
-    void* const memory = std::malloc(size > 0 ? size : 1);
+    void* const memory = size <= largestBlock ? std::malloc(size > 0 ? size : 1) : nullptr;
     if (!memory)
         throw std::bad_alloc();
     return memory;
@@ -43,6 +54,16 @@ int allocationsOf(Work work)
     work();
     return allocations - before;
 }
+
+/// As long as it lives, there is no memory for a larger block than this.
+class ScarceMemory
+{
+public:
+    explicit ScarceMemory(std::size_t largest) { largestBlock = largest; }
+    ScarceMemory(const ScarceMemory&) = delete;
+    ScarceMemory& operator=(const ScarceMemory&) = delete;
+    ~ScarceMemory() { largestBlock = std::numeric_limits<std::size_t>::max(); }
+};
 
 /// Whether the replaced operator serves the library as well.
 bool countsInTheLibrary()
@@ -67,6 +88,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept
     std::free(memory);
 }
 
+using zvtest::hasStorage;
 using zvutil::ZvBasicString;
 using zvutil::ZvFilePath;
 
@@ -108,6 +130,38 @@ private Q_SLOTS:
                  0);
         QCOMPARE(allocationsOf([&] { QVERIFY(text == other && !(text < other)); }), 0);
         QCOMPARE(allocationsOf([&] { QVERIFY(!text.isDescendant(other)); }), 0);
+    }
+
+    void clipboardTableThatFindsNoMemory_data()
+    {
+        QTest::addColumn<int>("megabytes");
+        // Of about a million cells.
+        QTest::newRow("for its texts") << 1;
+        QTest::newRow("for itself") << 12;
+    }
+
+    void clipboardTableThatFindsNoMemory()
+    {
+        QFETCH(int, megabytes);
+        // A long record and many short ones, in a few thousand bytes.
+        QMimeData data;
+        data.setData(QStringLiteral("text/csv"),
+                     QByteArray("a,").repeated(999) + QByteArray("\na").repeated(1000));
+        const ZvClipboardData view(&data);
+        QVERIFY(hasStorage(view.csvData()));
+        std::vector<std::string> log;
+        zvutil::logging::host::setObserver(
+            [&log](const std::string& call) { log.push_back(call); });
+        bool isTable = true;
+        {
+            const ScarceMemory scarce(std::size_t(megabytes) << 20);
+            isTable = hasStorage(view.csvData());
+        }
+        zvutil::logging::host::setObserver({});
+        QVERIFY(!isTable);
+        QCOMPARE(
+            log,
+            std::vector<std::string>{std::string("write 4 ") + std::bad_alloc().what() + ": "});
     }
 
     void uris()

@@ -296,6 +296,15 @@ private Q_SLOTS:
         style.setIcon(libzvutil::ZvStyleIcon::Menu, QStringLiteral("m.svg"));
         QCOMPARE(substituted(style, QStringLiteral("@iconCheckboxTick")),
                  QStringLiteral("m.svg@panel"));
+        // The editors' variable comes behind all icons.
+        style.setEditorColour("Testplan", "Comment", QColor(1, 2, 3, 4));
+        for (const libzvutil::ZvStyleIcon icon :
+             {libzvutil::ZvStyleIcon::CheckboxTick, libzvutil::ZvStyleIcon::CheckboxIndeterminate,
+              libzvutil::ZvStyleIcon::Close, libzvutil::ZvStyleIcon::Menu})
+            style.setIcon(icon, QStringLiteral("@testplanCommentTextEnabled"));
+        for (const char* const icon :
+             {"@iconCheckboxTick", "@iconCheckboxIndeterminate", "@iconClose", "@iconMenu"})
+            QCOMPARE(substituted(style, QString::fromLatin1(icon)), QStringLiteral("#04010203"));
     }
 
     void svgFiles_data()
