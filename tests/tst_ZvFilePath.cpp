@@ -721,6 +721,22 @@ private Q_SLOTS:
         QCOMPARE(ZvFilePath(std::filesystem::u8path("\xF0\x9D\x84\x9E")).size(), std::size_t(2));
     }
 
+    void toQStringDropsAByteOrderMark()
+    {
+        const ZvFilePath marked(L"\uFEFFa\uFEFF");
+        QCOMPARE(marked.size(), std::size_t(3));
+        QCOMPARE(marked.toQString(), QStringLiteral("a\uFEFF"));
+        QCOMPARE(QVariant::fromValue(marked).toString(), QStringLiteral("a\uFEFF"));
+#if defined(Q_OS_WIN)
+        QCOMPARE(ZvFilePath(L"\uFFFEa").toQString(), QStringLiteral("\u6100"));
+#else
+        QCOMPARE(ZvFilePath(L"\uFFFEa").toQString(), QStringLiteral("\uFFFEa"));
+#endif
+        QVERIFY(marked.toStdFilePath()
+                == std::filesystem::u8path("\xEF\xBB\xBF"
+                                           "a\xEF\xBB\xBF"));
+    }
+
     void toStdFilePath_data()
     {
         QTest::addColumn<QString>("path");
@@ -875,6 +891,14 @@ private Q_SLOTS:
         row("zvsch", false, false);
         row("a.zvschx", false, false);
         row("", false, false);
+        // The extension ends at a NUL, so this one has it.
+        QTest::newRow("NUL in the extension")
+            << utf8("a.zvsch") + QChar(u'\0') + utf8("x") << true << false;
+        QTest::newRow("NUL at the end") << utf8("a.zvscr") + QChar(u'\0') << false << true;
+        QTest::newRow("NUL in front of the dot")
+            << utf8("a") + QChar(u'\0') + utf8(".zvsch") << true << false;
+        QTest::newRow("NUL within the extension's name")
+            << utf8("a.zv") + QChar(u'\0') + utf8("sch") << false << false;
     }
 
     void fileKinds()

@@ -291,6 +291,40 @@ private Q_SLOTS:
         QCOMPARE(library.style("One").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::red));
     }
 
+    void addOfOneThatGoesEmptiesIt()
+    {
+        ZvStyleLibrary library = empty();
+        library.update(userStyle("Two", Qt::green));
+        ZvStyleLibrary other;
+        other.update(userStyle("One", Qt::red));
+        other.update(userStyle("Two", Qt::blue));
+        library.add(std::move(other));
+        QCOMPARE(library.names().size(), 4);
+        // What has been skipped goes, too, and it can be used again.
+        QCOMPARE(other.names(), QStringList()); // NOLINT(bugprone-use-after-move)
+        QCOMPARE(notFound(other, "Two"), "Style not found: Two"s);
+        other.update(userStyle("Three", Qt::red));
+        QCOMPARE(other.names(), QStringList{QStringLiteral("Three")});
+
+        // All its names are known.
+        ZvStyleLibrary& self = library;
+        library.add(std::move(self));
+        QCOMPARE(library.names().size(), 4);
+        QCOMPARE(library.style("Two").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::green));
+    }
+
+    void byteOrderMarkIsPartOfAnIconsName()
+    {
+        QVERIFY(
+            m_host->write(m_host->libraryFile(),
+                          "<a><b><c name='Mine'><d/><e><f name='Close' path='&#xFEFF;a.png'/></e>"
+                          "</c></b></a>"));
+        const ZvStyleLibrary library(libraryPath());
+        QCOMPARE(std::string(library.style("Mine").icon(ZvStyleIcon::Close).path().c_str()),
+                 "\xEF\xBB\xBF"
+                 "a.png"s);
+    }
+
     void addOfAFile()
     {
         QVERIFY(m_host->write(m_host->libraryFile(), document(style("A") + style("dark"))));

@@ -117,6 +117,9 @@ public:
     /// Turns each `/` into `\`.
     ZvFilePath& makePreferred();
 
+    /// By Qt's own conversion, which drops a byte order mark in front: to open a file by the result is
+    /// to open another one then. On Windows a swapped mark (U+FFFE) in front swaps the bytes of the
+    /// text.
     QString toQString() const;
 
     /// The text up to the first NUL as the platform's path: where separators are `/` alone, each

@@ -54,7 +54,7 @@ public:
     ~ZvMultiDirectoryListModel() override;
 
     /// Appends a directory and scans all anew. The old rows stay until the scan has started. One
-    /// that is added twice is listed twice. Narrow text is in the platform's encoding for file
+    /// that is added twice is listed twice. All but a `QString` end at their first NUL. Narrow text is in the platform's encoding for file
     /// names; `std::system_error` is thrown, and nothing changes, for narrow text or a path that is
     /// invalid in its encoding.
     void addDirectory(const QString& directory);

@@ -41,7 +41,8 @@ public:
     virtual ~ZvStyleLibrary();
 
     /// Appends those styles of \p other whose names this library doesn't hold yet, in their order.
-    /// Accents are never taken over. The second form moves the styles out of \p other.
+    /// Accents are never taken over. The second form moves the styles out of \p other, which has no
+    /// styles then, not even those that have been passed over.
     void add(const ZvStyleLibrary& other);
     void add(ZvStyleLibrary&& other);
     /// The same with the library in a file. If that can't be loaded, this library stays as it is.
