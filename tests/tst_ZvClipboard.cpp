@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
+#include <QUrl>
 
 #include <memory>
 #include <type_traits>
@@ -250,6 +251,26 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setMimeData(new OtherText);
         QCOMPARE(content()->text(), QStringLiteral("x"));
         QCOMPARE(bytesOf(ZvClipboard().stringData()), ""s);
+    }
+
+    void addressesAreText()
+    {
+        // Qt makes text of them where there is no other, though the format isn't among those offered.
+        const auto set = [](const QList<QUrl>& urls) {
+            auto* const data = new QMimeData;
+            data->setUrls(urls);
+            QGuiApplication::clipboard()->setMimeData(data);
+        };
+        const QUrl file(QStringLiteral("file:///a%20b/\u00E4"));
+        const QUrl page(QStringLiteral("http://host/x?y#z"));
+        const ZvClipboard clipboard;
+        set({file});
+        QCOMPARE(bytesOf(clipboard.stringData()), "file:///a b/\xC3\xA4"s);
+        QVERIFY(!clipboard.hasText());
+        set({file, page});
+        QCOMPARE(bytesOf(clipboard.stringData()), "file:///a b/\xC3\xA4\nhttp://host/x?y#z\n"s);
+        QCOMPARE(bytesOf(clipboard.stringData()),
+                 content()->data(QStringLiteral("text/plain")).toStdString());
     }
 
     void assignmentDoesNothing()
