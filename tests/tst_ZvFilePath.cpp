@@ -83,6 +83,16 @@ std::error_code invalidArgument()
     return {EINVAL, std::generic_category()};
 }
 
+template <typename Left, typename Right = Left, typename = void>
+constexpr bool hasOtherOrder = false;
+
+template <typename Left, typename Right>
+constexpr bool hasOtherOrder<Left, Right,
+                             std::void_t<decltype(std::declval<Left>() > std::declval<Right>())>> =
+    true;
+
+static_assert(hasOtherOrder<int> && !hasOtherOrder<ZvFilePath>);
+
 /// The size of the long texts that every constructor has to take.
 constexpr std::size_t longSize = 100'000'000;
 
@@ -844,6 +854,24 @@ private Q_SLOTS:
         const auto standardPath = StandardPath(value);
         QCOMPARE(text(ZvFilePath::Path(standardPath)), expected.replace(u'/', u'\\'));
         QCOMPARE(text(ZvFilePath::Directory(standardPath)), expected);
+    }
+
+    void directoryOfAViewEndsAtItsNul()
+    {
+        // As a path of the standard library, which a constructor doesn't make of it.
+        QCOMPARE(::text(ZvFilePath::Directory("a\0b"sv)), utf8("a\\"));
+        QCOMPARE(::text(ZvFilePath::Directory(L"a\0b"sv)), utf8("a\\"));
+        QCOMPARE(ZvFilePath("a\0b"sv).size(), std::size_t(3));
+        ZvFilePath whole("a\0b"sv);
+        whole /= ZvFilePath();
+        QCOMPARE(whole.size(), std::size_t(4));
+    }
+
+    void textOfQtComesInAsWideText()
+    {
+        const QString name = utf8("\xC3\xA4/\xF0\x9D\x84\x9E");
+        QCOMPARE(ZvFilePath(name.toStdWString()).toQString(), name);
+        QCOMPARE(ZvFilePath::Directory(name.toStdWString()).toQString(), name + utf8("\\"));
     }
 
     void otherStandardPathsAreEmpty()

@@ -233,6 +233,24 @@ private Q_SLOTS:
         QCOMPARE(watched.model.rows(), 0);
     }
 
+    void fileThatVanishesStaysARow()
+    {
+        const FileTree tree({"a.txt"_q});
+        Watched watched;
+        watched.model.addDirectory(tree.path());
+        QVERIFY(watched.settles(2));
+        const QStringList rows = rowsOf(watched.model);
+        QCOMPARE(rows.size(), 1);
+        QVERIFY(QFile::remove(tree.path("a.txt"_q)));
+        // A filter looks at what has been found, not at the disk.
+        watched.model.setFilterFixedString("a"_q);
+        QVERIFY(watched.settles(3));
+        QCOMPARE(rowsOf(watched.model), rows);
+        watched.model.reloadPaths();
+        QVERIFY(watched.settles(4));
+        QCOMPARE(watched.model.rows(), 0);
+    }
+
     void pathsOfTheFileSystemEndAtANul()
     {
         const FileTree tree({"plain/a.txt"_q});

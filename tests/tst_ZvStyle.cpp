@@ -1,4 +1,5 @@
 #include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleLibrary.h>
 
 #include "impl/style_names.h"
 #include "support/StdString.h"
@@ -19,6 +20,7 @@ using libzvutil::ZvEditorStyle;
 using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleIcon;
+using libzvutil::ZvStyleLibrary;
 using namespace std::string_literals;
 
 namespace {
@@ -232,6 +234,13 @@ private Q_SLOTS:
         const ZvStyle style("x");
         QVERIFY(!style.colour(ZvStyleBrush::Accent).qColour().isValid());
         QCOMPARE(shades(style), shadesOf(QColor()));
+    }
+
+    void applyNeedsAnApplicationWithWidgets()
+    {
+        const ZvStyle style = ZvStyleLibrary().light();
+        QVERIFY(!style.apply());
+        QVERIFY(!style.apply(QStringLiteral("QLabel {}")));
     }
 
     void firstShadesEqualTheAccent()

@@ -505,6 +505,44 @@ private Q_SLOTS:
         row("accent without a name", document("", "<Accent colour=\"#010203\"/>"), "name");
     }
 
+    void filesThatBreakOff_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QStringList>("names");
+        const QString null = QStringLiteral("null element xml exception");
+        const QByteArray whole = "<Style name='A'><Brushes/><Icons/></Style>";
+        const QStringList one{QStringLiteral("A")};
+        const auto row = [&](const char* name, const QByteArray& behind, const QString& what,
+                             const QStringList& names) {
+            QTest::newRow(name) << "<StyleLibrary>" + behind << what << names;
+        };
+        row("in front of the list of styles", "", null, {});
+        row("at the list's start", "<Styles>", QString(), {});
+        row("behind a style", "<Styles>" + whole, QString(), one);
+        row("in a style's start tag", "<Styles>" + whole + "<Style na", QString(), one);
+        row("in front of a style's brushes", "<Styles>" + whole + "<Style name='B'>", null, {});
+        row("in a style's brushes",
+            "<Styles>" + whole + "<Style name='B'><Brushes><Brush name='Panel' colour='red'/>",
+            null, {});
+        row("in a style's icons", "<Styles>" + whole + "<Style name='B'><Brushes/><Icons>",
+            QString(), one + QStringList{QStringLiteral("B")});
+        row("behind the styles", "<Styles>" + whole + "</Styles>", QString(), one);
+        row("among the accents", "<Styles>" + whole + "</Styles><Accents><A", QString(), one);
+        row("malformed behind a style", "<Styles>" + whole + "</Oops>", QString(), one);
+    }
+
+    void filesThatBreakOff()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, what);
+        QFETCH(QStringList, names);
+        QVERIFY(m_host->write(m_host->libraryFile(), bytes));
+        QCOMPARE(loadFailure(), what);
+        if (what.isEmpty())
+            QCOMPARE(ZvStyleLibrary(libraryPath()).names(), names);
+    }
+
     void failedLoads()
     {
         QFETCH(QByteArray, bytes);

@@ -482,7 +482,7 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("styles.xml")});
     }
 
-    void missingSvgPluginIsALineInTheLog()
+    void missingSvgPluginIsToldOnce()
     {
         const zvtest::StyleHost user;
         QVERIFY(probe(user, {QStringLiteral("icons")}).isEmpty());

@@ -27,7 +27,8 @@ class ZvFilePath;
 /// Every scan begins with `backgroundProcessStarted`, empties the list, inserts rows at its end and
 /// ends with `backgroundProcessStopped`; the first comes by itself, over no directories. Rows come
 /// in the order of the directories and of the file system, and have the native form of the path.
-/// Nothing is watched: `reloadPaths` looks again.
+/// Nothing is watched: `reloadPaths` looks again. Until then a file that has vanished stays a row, also
+/// one that did so while the scan ran.
 ///
 /// A directory that can't be opened is passed over. Links to files are listed, links to directories
 /// aren't followed. A name that can't be told as text is listed with replacement characters. What
@@ -72,7 +73,8 @@ public:
     void removeDirectory(const wchar_t* directory);
 
     /// Lists only files with one of these extensions, each with its dot; files of all types if
-    /// \p types is empty. What was found before stays, and what was passed over before stays away
+    /// \p types is empty. A colon in a name ends its type: `a.zvsch:x`, which is a file of its own on
+    /// Linux, is of the type `.zvsch`. What was found before stays, and what was passed over before stays away
     /// until `reloadPaths`: the types act on what is yet to be found. Empties the list at once.
     void setAllowedFileTypes(const QStringList& types);
 

@@ -3,6 +3,8 @@
 #include <zvutil/basic_pimpl.h>
 #include <zvutil/impl/uri_impl.h>
 
+#include <string_view>
+
 namespace zvutil {
 
 /// A text, normalised and split into the components of a URI. Immutable but for moves.
@@ -40,7 +42,11 @@ public:
     {
     }
 
-    /// Parses "file:/" followed by the path's text. A relative path isn't made absolute, and of a
+    /// Not there: it would be the constructor from a path. Say `uri(std::string(text))` for a text.
+    explicit uri(std::string_view text) = delete;
+
+    /// Parses "file:/" followed by the path's text. **Wide text is a path as well**: `uri(L"http://x")`
+    /// gives `file:/http://x`, so text of a URI comes in narrow. A relative path isn't made absolute, and of a
     /// UNC path's two leading separators nothing is left but slashes: `\\srv\x` gives
     /// `file:///srv/x`.
     ///
