@@ -217,9 +217,9 @@ void ZvStyleLibrary::add(const ZvStyleLibrary& other)
 
 void ZvStyleLibrary::add(ZvStyleLibrary&& other)
 {
-    std::vector<ZvStyle>& styles = other.d_impl()->styles;
     if (this == &other)
         return;
+    std::vector<ZvStyle>& styles = other.d_impl()->styles;
     d_impl()->add(std::make_move_iterator(styles.begin()), std::make_move_iterator(styles.end()));
     // Those that have been moved out can't even be asked for their names.
     styles.clear();

@@ -18,8 +18,8 @@
 /// at the same time.
 ///
 /// A relative path is looked up twice: here for the temporary file, and in the directory that is
-/// current then at `commit`, which moves the file there. So a program that changes its current directory
-/// between them uses absolute paths.
+/// current then at `commit`, which moves the file there. So a program that changes its current
+/// directory between them uses absolute paths.
 ///
 /// Nothing is thrown for a target that can't be written: `commit` tells.
 template <typename C>

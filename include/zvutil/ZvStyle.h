@@ -103,8 +103,8 @@ public:
 
     /// Makes this style's sheet of the template, a line feed and the user's modifications, and sets
     /// it on the application. Returns false, and sets nothing, if the template can't be read or
-    /// there is no `QApplication`; a modifications file that can't be read counts as empty. Reads both files; the time goes to Qt,
-    /// which restyles all widgets.
+    /// there is no `QApplication`; a modifications file that can't be read counts as empty. Reads
+    /// both files; the time goes to Qt, which restyles all widgets.
     bool apply() const;
     /// The same with \p styleSheet in place of the user's modifications.
     bool apply(const QString& styleSheet) const;

@@ -29,8 +29,8 @@ public:
     ZvURI(const char* text);
     ZvURI(const std::string& text);
     ZvURI(const zvutil::ZvBasicString<char>& text);
-    /// Wide text makes a path, too: `ZvURI(L"http://x")` is `file:/http://x`, so text of a URI comes in
-    /// narrow.
+    /// Wide text makes a path, too: `ZvURI(L"http://x")` is `file:/http://x`, so text of a URI
+    /// comes in narrow.
     ZvURI(const zvutil::ZvFilePath& path);
     /// Not there: it would be a path. Say `ZvURI(std::string(text))` for a text.
     ZvURI(std::string_view text) = delete;

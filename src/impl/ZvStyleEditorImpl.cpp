@@ -47,7 +47,8 @@ void showStyle(ZvStyleModel& model, const ZvStyleLibrary& library, const QString
     try {
         model.setStyle(library.style(name.toUtf8().constData()));
     } catch (...) {
-        // Wanted: a name that the library doesn't have, such as that of an empty list, changes nothing.
+        // Wanted: a name that the library doesn't have, such as that of an empty list, changes
+        // nothing.
     }
 }
 

@@ -1,4 +1,5 @@
-// A process whose host fails to read the option ZvStyle; prints the style that the manager starts with.
+// A process whose host fails to read the option ZvStyle; prints the style that the manager starts
+// with.
 //     option_probe DIRECTORY
 
 #include <zvutil/ZvStyleManager.h>
