@@ -1,5 +1,7 @@
 #include <zvutil/ZvFileException.h>
 
+#include "impl/path_text.h"
+
 namespace zvutil {
 
 namespace {
@@ -27,7 +29,9 @@ ZvFileException::ZvFileException(const ZvFilePath& path, const ZvBasicString<cha
 
 ZvFileException::ZvFileException(const std::filesystem::filesystem_error& error)
     : ZvException(ZvBasicString<char>(error.what()))
-    , m_path(error.path1())
+    // Not by the path's own constructor, which throws for a name that is no text: the message would be
+    // lost, and whoever handles failures of files would get another one.
+    , m_path(impl::any_path_text(error.path1()))
 {
 }
 

@@ -101,6 +101,11 @@ ZvFilePath directoryForm(ZvFilePath path)
     return path /= ZvFilePath();
 }
 
+bool hasExtension(const ZvFilePath& path, std::wstring_view extension)
+{
+    return impl::path_rules::compare(path.extension().c_str(), extension) == 0;
+}
+
 // Registered while the library loads: the type under both its names, then the converter, which
 // Qt unregisters when the library is unloaded.
 const int metaType = qRegisterMetaType<ZvFilePath>("ZvFilePath");
@@ -339,14 +344,12 @@ ZvFilePath ZvFilePath::Path(StandardPath path)
 
 bool ZvFilePath::isSchematicFile() const
 {
-    return impl::path_rules::compare(impl::path_rules::extension(m_impl.impl().text), L".zvsch")
-        == 0;
+    return hasExtension(*this, L".zvsch");
 }
 
 bool ZvFilePath::isScriptFile() const
 {
-    return impl::path_rules::compare(impl::path_rules::extension(m_impl.impl().text), L".zvscr")
-        == 0;
+    return hasExtension(*this, L".zvscr");
 }
 
 QDebug operator<<(QDebug debug, const ZvFilePath& path)

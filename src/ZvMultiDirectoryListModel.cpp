@@ -88,7 +88,7 @@ void ZvMultiDirectoryListModel::addDirectory(const zvutil::ZvFilePath& directory
 
 void ZvMultiDirectoryListModel::addDirectory(const std::filesystem::path& directory)
 {
-    m_impl.impl().process.addDirectory(wideText(zvutil::impl::path_text(directory)));
+    addDirectory(zvutil::impl::path_text(directory).c_str());
 }
 
 void ZvMultiDirectoryListModel::addDirectory(const char* directory)
@@ -113,7 +113,7 @@ void ZvMultiDirectoryListModel::removeDirectory(const zvutil::ZvFilePath& direct
 
 void ZvMultiDirectoryListModel::removeDirectory(const std::filesystem::path& directory)
 {
-    m_impl.impl().process.removeDirectory(wideText(zvutil::impl::path_text(directory)));
+    removeDirectory(zvutil::impl::path_text(directory).c_str());
 }
 
 void ZvMultiDirectoryListModel::removeDirectory(const char* directory)

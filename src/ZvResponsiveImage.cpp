@@ -1,8 +1,9 @@
 #include <zvutil/ZvResponsiveImage.h>
 
+#include "impl/utf8.h"
+
 #include <QPainter>
 #include <QResizeEvent>
-#include <QString>
 
 #include <algorithm>
 #include <limits>
@@ -16,6 +17,12 @@ int area(const QSize& size)
                             * static_cast<unsigned>(size.height()));
 }
 
+/// A null picture for a null pointer.
+QPixmap load(const char* file)
+{
+    return file ? QPixmap(zvutil::impl::any_utf8_text(file)) : QPixmap();
+}
+
 } // namespace
 
 ZvResponsiveImage::ZvResponsiveImage(const QPixmap& pixmap, QWidget* parent)
@@ -25,7 +32,7 @@ ZvResponsiveImage::ZvResponsiveImage(const QPixmap& pixmap, QWidget* parent)
 }
 
 ZvResponsiveImage::ZvResponsiveImage(const char* file, QWidget* parent)
-    : ZvResponsiveImage(QPixmap(QString::fromUtf8(file)), parent)
+    : ZvResponsiveImage(load(file), parent)
 {
 }
 
@@ -40,7 +47,7 @@ void ZvResponsiveImage::setImage(const QPixmap& pixmap)
 
 void ZvResponsiveImage::setImage(const char* file)
 {
-    setImage(QPixmap(QString::fromUtf8(file)));
+    setImage(load(file));
 }
 
 bool ZvResponsiveImage::hasHeightForWidth() const

@@ -5,10 +5,12 @@
 
 #include "impl/ZvBasicUIPreviewWidget.h"
 #include "impl/ZvStyleEditorImpl.h"
+#include "impl/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QSplitter>
@@ -26,9 +28,8 @@ namespace {
 COMERROR editStyles(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
                     const ScpParseContext& /*context*/)
 {
-    auto* const window = new ZvStyleEditor(nullptr);
-    window->setAttribute(Qt::WA_DeleteOnClose, true);
-    window->show();
+    impl::show_command_window(new ZvStyleEditor(nullptr),
+                              QCoreApplication::translate("libzvutil", "Style Editor"));
     return COM_OK;
 }
 
@@ -48,13 +49,18 @@ void putBehind(const QWidget& page, QWidget& button)
 // The order of the steps counts: what is done before its signal is connected has no reaction.
 ZvStyleEditor::ZvStyleEditor(QWidget* parent)
     : QWidget(parent)
-    , m_implementation(new Impl)
 {
+    // What a preview's factory throws ends this constructor, and no destructor runs then.
+    auto implementation = std::make_unique<Impl>();
+    m_implementation = implementation.get();
+
     auto* const layout = new QVBoxLayout(this);
     auto* const splitter = new QSplitter(this);
 
     auto* const combo = new QComboBox;
     combo->setAccessibleName(QStringLiteral("Style"));
+    // By itself it would keep the width of the names that it is first shown with.
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     combo->insertItems(0, d_impl()->library.names());
     combo->setCurrentText(ZvStyleManager::CurrentStyle().name().toQString());
     auto* const duplicateButton = new QPushButton(QStringLiteral("Duplicate"));
@@ -100,6 +106,7 @@ ZvStyleEditor::ZvStyleEditor(QWidget* parent)
             d_impl()->addPreviewTab(name, factory(this));
     }
     model->setStyle(ZvStyleManager::CurrentStyle());
+    m_implementation = implementation.release();
 }
 
 ZvStyleEditor::~ZvStyleEditor()

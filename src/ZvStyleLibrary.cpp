@@ -10,6 +10,7 @@
 #include "impl/qt_xml_read_file.h"
 #include "impl/style_names.h"
 #include "impl/style_xml.h"
+#include "impl/utf8.h"
 
 #include <QColor>
 #include <QFile>
@@ -75,7 +76,7 @@ ZvStyle readStyle(Element& element)
         style.setColour(impl::brush_from_name(e.attribute("name")), colour);
     });
     forEachChild(*required(element.next_child()), [&style](Element& e) {
-        const QString path = QString::fromUtf8(e.attribute("path"));
+        const QString path = zvutil::impl::any_utf8_text(e.attribute("path"));
         style.setIcon(impl::icon_from_name(e.attribute("name")), path);
     });
     if (const ElementPtr editors = element.next_child())
@@ -219,8 +220,12 @@ void ZvStyleLibrary::add(const ZvStyleLibrary& other)
 
 void ZvStyleLibrary::add(ZvStyleLibrary&& other)
 {
+    if (this == &other)
+        return;
     std::vector<ZvStyle>& styles = other.d_impl()->styles;
     d_impl()->add(std::make_move_iterator(styles.begin()), std::make_move_iterator(styles.end()));
+    // Those that have been moved out can't even be asked for their names.
+    styles.clear();
 }
 
 void ZvStyleLibrary::add(const ZvFilePath& path)

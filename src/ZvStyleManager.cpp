@@ -3,11 +3,13 @@
 #include <zvutil/ZvStyleLibrary.h>
 
 #include "impl/StyleModifier.h"
+#include "impl/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 #include <HostSupport/MakeOption.h>
 #include <HostSupport/Options.h>
 
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QString>
 
@@ -42,9 +44,8 @@ COMERROR applyLight(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*
 COMERROR modifyStyle(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*messages*/,
                      const ScpParseContext& /*context*/)
 {
-    auto* const window = new StyleModifier(nullptr);
-    window->setAttribute(Qt::WA_DeleteOnClose, true);
-    window->show();
+    impl::show_command_window(new StyleModifier(nullptr),
+                              QCoreApplication::translate("libzvutil", "Style Modifications"));
     return COM_OK;
 }
 
@@ -63,22 +64,23 @@ void makeStyleDirectory()
         throw std::filesystem::filesystem_error("create_directories", directory, error);
 }
 
-/// The library's style of that name, or its light one.
-ZvStyle styleOrLight(const ZvStyleLibrary& library, const char* name)
+/// The library's style of the name that \p getName returns, or its light one, also where that throws.
+template <typename GetName>
+ZvStyle styleOrLight(const ZvStyleLibrary& library, GetName getName)
 {
     try {
-        return library.style(name);
+        return library.style(getName().c_str());
     } catch (...) {
         return library.light();
     }
 }
 
-ZvStyle hostStyle(const ZvStyleLibrary& library)
+YString hostStyleName()
 {
     YString name;
     // The default is the one that the option has been declared with.
     sp_ReadOptionsInfo(styleOption, &name, name);
-    return styleOrLight(library, name.c_str());
+    return name;
 }
 
 } // namespace
@@ -102,14 +104,14 @@ ZvStyleManager::Impl::Impl()
     } catch (...) {
         // Wanted: whatever is wrong with the user's files, the built-in styles work.
     }
-    current = hostStyle(library);
+    current = styleOrLight(library, &hostStyleName);
 }
 
 void ZvStyleManager::Impl::merge(const ZvStyleLibrary& other)
 {
     library.clear(false);
     library.add(other);
-    current = styleOrLight(library, current.name().c_str());
+    current = styleOrLight(library, [this] { return current.name(); });
 }
 
 ZvStyleManager::ZvStyleManager()

@@ -1,9 +1,11 @@
 #include <zvutil/ZvStyleModel.h>
 
 #include "impl/ZvStyleModelImpl.h"
+#include "impl/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 
+#include <QCoreApplication>
 #include <QTreeView>
 
 #include <memory>
@@ -17,8 +19,7 @@ COMERROR showCurrentStyle(int /*wordCount*/, char** /*words*/, YRef<MessageHandl
 {
     auto* const view = new QTreeView;
     view->setModel(new ZvStyleModel(ZvStyle::Current(), view));
-    view->setAttribute(Qt::WA_DeleteOnClose, true);
-    view->show();
+    impl::show_command_window(view, QCoreApplication::translate("libzvutil", "Current Style"));
     return COM_OK;
 }
 

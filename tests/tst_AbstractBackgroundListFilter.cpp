@@ -400,6 +400,32 @@ private Q_SLOTS:
         QCOMPARE(filter.sourceState(), 0);
     }
 
+    void rowsThatWaitKeepTheirPlacesWhenTheSourceIsSorted()
+    {
+        QStandardItemModel source;
+        for (const char* text : {"b", "a"})
+            source.appendRow(new QStandardItem(QString::fromLatin1(text)));
+        // No tick comes before the source has been sorted.
+        Filter filter(3'600'000, nullptr);
+        filter.accepts = [](int row) { return row == 0; };
+        FilterResult result(filter);
+        QStringList texts;
+        connect(&filter, &AbstractBackgroundListFilter::accepted, this,
+                [&texts](const AbstractBackgroundListFilter::ModelIndexVectorPtr& indexes) {
+                    for (const QModelIndex& index : *indexes)
+                        texts += index.data().toString();
+                });
+        filter.setSourceModel(&source);
+        QCOMPARE(filter.asked, upTo(2));
+        source.sort(0);
+        QCOMPARE(filter.searches, 1);
+        result.timer().setInterval(1);
+        QVERIFY(result.settles());
+        QCOMPARE(result.rows, upTo(1));
+        // It was for the other.
+        QCOMPARE(texts, QStringList{QStringLiteral("a")});
+    }
+
     void anotherSource()
     {
         Announcer first;

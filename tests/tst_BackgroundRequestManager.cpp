@@ -936,6 +936,22 @@ private Q_SLOTS:
             QVERIFY(line.find("started") == std::string::npos);
     }
 
+    void requestTellsItsWorkerAsSoonAsItIsAdded()
+    {
+        // So a manager that has had none can be let go, too.
+        auto manager = std::make_unique<BackgroundRequestManager>();
+        const auto request = std::make_shared<Request>(&Request::complete);
+        QCOMPARE(request->thread(), QThread::currentThread());
+        manager->add(request);
+        QThread* const worker = request->thread();
+        QVERIFY(worker != QThread::currentThread());
+        manager.reset();
+        do
+            worker->quit();
+        while (!worker->wait(100));
+        QVERIFY(worker->isFinished());
+    }
+
     void destructorDoesNotWaitForTheWork()
     {
         Journal journal;

@@ -109,6 +109,10 @@ private Q_SLOTS:
         QVERIFY(window.editor && window.preview && window.apply);
         QVERIFY(window.widget->isWindow());
         QVERIFY(window.widget->testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(window.widget->windowTitle(), QStringLiteral("Style Modifications"));
+        const QFontMetrics metrics = window.widget->fontMetrics();
+        QVERIFY(window.widget->width() >= 80 * metrics.averageCharWidth());
+        QVERIFY(window.widget->height() >= 30 * metrics.lineSpacing());
         QVERIFY(window.editor->toPlainText().isEmpty());
         QVERIFY(!window.apply->isEnabled());
         QVERIFY(window.preview->isEnabled());

@@ -5,6 +5,7 @@
 
 #include <QTest>
 
+#include <cstdlib>
 #include <locale>
 #include <string>
 
@@ -14,12 +15,20 @@ using zvutil::experimental::string::case_insensitive_char_traits;
 namespace {
 
 int asked = 0;
+int facets = 0;
 
 /// Folds `x` to `y`, 0xE4 to 0xC4 and, where there is such a unit, 0x431 to 0x411, and nothing
 /// else.
 template <typename Unit>
 class OddCase : public std::ctype<Unit>
 {
+public:
+    OddCase() { ++facets; }
+    ~OddCase() override { --facets; }
+
+    OddCase(const OddCase&) = delete;
+    OddCase& operator=(const OddCase&) = delete;
+
 protected:
     Unit do_toupper(Unit unit) const override
     {
@@ -67,6 +76,32 @@ bool lengthsDecide()
         && !(ZvBasicString<C>(of<C>('x')) == of<C>('x') + of<C>('x'))
         && case_insensitive_char_traits<C>::compare(&unit, &unit, 0) == 0;
 }
+
+/// Compares when all that the first comparison has made would have been destroyed, if it were.
+class LastComparison
+{
+public:
+    LastComparison() = default;
+    LastComparison(const LastComparison&) = delete;
+    LastComparison& operator=(const LastComparison&) = delete;
+
+    ~LastComparison()
+    {
+        // Qt Test has counted its failures by now.
+        if (asked > 0 && (facets == 0 || !foldsAll()))
+            std::_Exit(1);
+    }
+
+private:
+    static bool foldsAll()
+    {
+        return equal<char>('x', 'y') && equal<char16_t>('x', 'y') && equal<char32_t>('x', 'y')
+            && equal<wchar_t>('x', 'y') && !equal<char>('x', 'X') && !equal<wchar_t>('x', 'X');
+    }
+};
+
+// Made before the first comparison, and so destroyed behind what that makes.
+const LastComparison lastComparison;
 
 } // namespace
 

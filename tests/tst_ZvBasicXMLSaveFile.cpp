@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSaveFile>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QTemporaryDir>
@@ -735,6 +736,22 @@ private Q_SLOTS:
         const QByteArray text = QByteArray::fromStdString(textOf<char>());
         QCOMPARE(process.readAllStandardError(), QByteArray());
         QCOMPARE(process.readAllStandardOutput(), text + "\nplain\n" + text);
+    }
+
+    void relativePathFollowsTheCurrentDirectory()
+    {
+        const QTemporaryDir other;
+        const QString before = QDir::currentPath();
+        const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        Saver<char> file(QStringLiteral("a.xml"));
+        file.writer().root_element("r");
+        QVERIFY(QDir::setCurrent(other.path()));
+        QVERIFY(file.commit());
+        QVERIFY(!QFile::exists(m_target));
+        QCOMPARE(contentOf(other.filePath(QStringLiteral("a.xml"))),
+                 QByteArray(declaration) + "<r/>");
+        QVERIFY(QDir::setCurrent(before));
     }
 
     void separatorsOfWindows()

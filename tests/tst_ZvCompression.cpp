@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -137,6 +138,30 @@ private Q_SLOTS:
         moved = source; // NOLINT(bugprone-use-after-move)
         const ZvCompression& self = moved;
         moved = self;
+    }
+
+    void byteOrderMarksArePartOfAName_data()
+    {
+        QTest::addColumn<QChar>("mark");
+        QTest::newRow("mark") << QChar(u'\uFEFF');
+        QTest::newRow("swapped mark") << QChar(u'\uFFFE');
+    }
+
+    void byteOrderMarksArePartOfAName()
+    {
+        QFETCH(QChar, mark);
+        // In front of the whole path, so it is a relative one.
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_dir->path()));
+        const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
+        const QString marked = mark + QStringLiteral("\u00E4.txt");
+        QVERIFY(write(QStringLiteral("\u00E4.txt"), "other"));
+        QVERIFY(write(marked, "marked"));
+        ZvCompression::compress(path(marked), path(mark + QStringLiteral("packed")), Zlib, 9);
+        QCOMPARE(content(mark + QStringLiteral("packed")), qCompress(QByteArray("marked"), 9));
+        ZvCompression::decompress(path(mark + QStringLiteral("packed")), path(mark), Zlib);
+        QCOMPARE(content(mark), QByteArray("marked"));
+        QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files).size(), 4);
     }
 
     void roundTrip_data()

@@ -420,6 +420,15 @@ private Q_SLOTS:
         QVERIFY(isGone);
     }
 
+    void nameWithAByteOrderMarkIsToldWithoutIt()
+    {
+        Document document;
+        document.setFilename(pathOf(QStringLiteral("\uFEFFa.zvsch")));
+        QCOMPARE(document.filename(), pathOf(QStringLiteral("\uFEFFa.zvsch")));
+        QCOMPARE(document.getFilename(), QStringLiteral("a.zvsch"));
+        document.takeNotes();
+    }
+
     void newNameShowsInTheTitles_data()
     {
         QTest::addColumn<QString>("path");

@@ -83,6 +83,16 @@ std::error_code invalidArgument()
     return {EINVAL, std::generic_category()};
 }
 
+template <typename Left, typename Right = Left, typename = void>
+constexpr bool hasOtherOrder = false;
+
+template <typename Left, typename Right>
+constexpr bool hasOtherOrder<Left, Right,
+                             std::void_t<decltype(std::declval<Left>() > std::declval<Right>())>> =
+    true;
+
+static_assert(hasOtherOrder<int> && !hasOtherOrder<ZvFilePath>);
+
 /// The size of the long texts that every constructor has to take.
 constexpr std::size_t longSize = 100'000'000;
 
@@ -753,6 +763,22 @@ private Q_SLOTS:
         QCOMPARE(ZvFilePath(std::filesystem::u8path("\xF0\x9D\x84\x9E")).size(), std::size_t(2));
     }
 
+    void toQStringDropsAByteOrderMark()
+    {
+        const ZvFilePath marked(L"\uFEFFa\uFEFF");
+        QCOMPARE(marked.size(), std::size_t(3));
+        QCOMPARE(marked.toQString(), QStringLiteral("a\uFEFF"));
+        QCOMPARE(QVariant::fromValue(marked).toString(), QStringLiteral("a\uFEFF"));
+#if defined(Q_OS_WIN)
+        QCOMPARE(ZvFilePath(L"\uFFFEa").toQString(), QStringLiteral("\u6100"));
+#else
+        QCOMPARE(ZvFilePath(L"\uFFFEa").toQString(), QStringLiteral("\uFFFEa"));
+#endif
+        QVERIFY(marked.toStdFilePath()
+                == std::filesystem::u8path("\xEF\xBB\xBF"
+                                           "a\xEF\xBB\xBF"));
+    }
+
     void toStdFilePath_data()
     {
         QTest::addColumn<QString>("path");
@@ -864,6 +890,26 @@ private Q_SLOTS:
         QCOMPARE(text(ZvFilePath::Directory(standardPath)), expected);
     }
 
+    void directoryOfAViewEndsAtItsNul()
+    {
+        // As a path of the standard library, which a constructor doesn't make of it.
+        QCOMPARE(::text(ZvFilePath::Directory("a\0b"sv)), utf8("a\\"));
+        QCOMPARE(::text(ZvFilePath::Directory(L"a\0b"sv)), utf8("a\\"));
+        QCOMPARE(ZvFilePath("a\0b"sv).size(), std::size_t(3));
+        // Those bytes are no UTF-8 to a constructor where there is a code page.
+        QCOMPARE(::text(ZvFilePath::Directory("\xC3\xA4"sv)), utf8("\xC3\xA4\\"));
+        ZvFilePath whole("a\0b"sv);
+        whole /= ZvFilePath();
+        QCOMPARE(whole.size(), std::size_t(4));
+    }
+
+    void textOfQtComesInAsWideText()
+    {
+        const QString name = utf8("\xC3\xA4/\xF0\x9D\x84\x9E");
+        QCOMPARE(ZvFilePath(name.toStdWString()).toQString(), name);
+        QCOMPARE(ZvFilePath::Directory(name.toStdWString()).toQString(), name + utf8("\\"));
+    }
+
     void otherStandardPathsAreEmpty()
     {
         QVERIFY(ZvFilePath::Path(StandardPath(3)).isEmpty());
@@ -909,6 +955,14 @@ private Q_SLOTS:
         row("zvsch", false, false);
         row("a.zvschx", false, false);
         row("", false, false);
+        // The extension ends at a NUL, so this one has it.
+        QTest::newRow("NUL in the extension")
+            << utf8("a.zvsch") + QChar(u'\0') + utf8("x") << true << false;
+        QTest::newRow("NUL at the end") << utf8("a.zvscr") + QChar(u'\0') << false << true;
+        QTest::newRow("NUL in front of the dot")
+            << utf8("a") + QChar(u'\0') + utf8(".zvsch") << true << false;
+        QTest::newRow("NUL within the extension's name")
+            << utf8("a.zv") + QChar(u'\0') + utf8("sch") << false << false;
     }
 
     void fileKinds()

@@ -138,6 +138,23 @@ private Q_SLOTS:
         QCOMPARE(stateOf(*withBoth, letters(5)), invalid);
     }
 
+    void negativeLimitIsNone()
+    {
+        const ZvFilenameValidator validator(static_cast<std::size_t>(-1));
+        QCOMPARE(stateOf(validator, QString(100'000, QLatin1Char('a'))), acceptable);
+    }
+
+    void expressionOfTheBaseClassCanBeReplaced()
+    {
+        ZvFilenameValidator validator(10);
+        validator.setRegularExpression(QRegularExpression(QStringLiteral("a/b")));
+        QCOMPARE(stateOf(validator, QStringLiteral("a/b")), acceptable);
+        QCOMPARE(stateOf(validator, QStringLiteral("xyz")), invalid);
+        validator.setRegularExpression(QRegularExpression());
+        QCOMPARE(stateOf(validator, QStringLiteral("a/b:*")), acceptable);
+        QCOMPARE(stateOf(validator, QString(10, QLatin1Char('a'))), invalid);
+    }
+
     void limitIsCountedInUnits()
     {
         const QString clef = QString::fromUtf8("\xF0\x9D\x84\x9E");

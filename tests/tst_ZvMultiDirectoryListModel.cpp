@@ -271,6 +271,46 @@ private Q_SLOTS:
         QCOMPARE(watched.model.rows(), 0);
     }
 
+    void fileThatVanishesStaysARow()
+    {
+        const FileTree tree({"a.txt"_q});
+        Watched watched;
+        watched.model.addDirectory(tree.path());
+        QVERIFY(watched.settles(2));
+        const QStringList rows = rowsOf(watched.model);
+        QCOMPARE(rows.size(), 1);
+        QVERIFY(QFile::remove(tree.path("a.txt"_q)));
+        // A filter looks at what has been found, not at the disk.
+        watched.model.setFilterFixedString("a"_q);
+        QVERIFY(watched.settles(3));
+        QCOMPARE(rowsOf(watched.model), rows);
+        watched.model.reloadPaths();
+        QVERIFY(watched.settles(4));
+        QCOMPARE(watched.model.rows(), 0);
+    }
+
+    void pathsOfTheFileSystemEndAtANul()
+    {
+        const FileTree tree({"plain/a.txt"_q});
+        const QString path = tree.path("plain"_q);
+        std::filesystem::path::string_type longer = zvtest::stdPath(path).native();
+        longer += std::filesystem::path::value_type();
+        longer += zvtest::stdPath("x"_q).native();
+        Watched watched;
+        watched.model.addDirectory(std::filesystem::path(longer));
+        QVERIFY(watched.settles(2));
+        QCOMPARE(rowsOf(watched.model), zvtest::expectedRows({path}));
+        // As the neighbour of that type has it.
+        watched.model.removeDirectory(path.toStdWString().c_str());
+        QVERIFY(watched.settles(3));
+        QCOMPARE(watched.model.rows(), 0);
+        watched.model.addDirectory(path);
+        QVERIFY(watched.settles(4));
+        watched.model.removeDirectory(std::filesystem::path(longer));
+        QVERIFY(watched.settles(5));
+        QCOMPARE(watched.model.rows(), 0);
+    }
+
     void textsThatAreInvalidThrowAndChangeNothing()
     {
 #if defined(Q_OS_WIN)

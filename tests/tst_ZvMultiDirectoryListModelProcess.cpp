@@ -10,9 +10,11 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <algorithm>
+#include <clocale>
 #include <functional>
 #include <limits>
 #include <locale>
@@ -681,6 +683,22 @@ private Q_SLOTS:
         QCOMPARE(plain.rows.size(), 0);
     }
 
+    void localeOfTheCLibraryDoesNotFold()
+    {
+        const FileTree tree({"\u00E4.\u00E9"_q});
+        const std::string before = std::setlocale(LC_ALL, nullptr);
+        const auto back = qScopeGuard([&before] { std::setlocale(LC_ALL, before.c_str()); });
+        // By itself it knows the letters beyond ASCII, on Windows at least.
+        std::setlocale(LC_ALL, "");
+        Scan scan;
+        scan.add(tree.path());
+        QCOMPARE(scan.rows.size(), 1);
+        scan.process.setFilterFixedString("\u00E4"_q);
+        QCOMPARE(scan.rows.size(), 1);
+        scan.process.setFilterFixedString("\u00C4"_q);
+        QCOMPARE(scan.rows.size(), 0);
+    }
+
     void newFilterAsksNoDisk()
     {
         const FileTree tree(named("abc"_q));
@@ -776,6 +794,8 @@ private Q_SLOTS:
         QTest::newRow("beside a character") << QByteArray("\xC3\xA4\xE4") << "ä"_q + bad;
         QTest::newRow("byte order mark")
             << QByteArray("\xEF\xBB\xBFx") << QStringLiteral("\uFEFFx");
+        QTest::newRow("byte order mark in front of a bad byte")
+            << QByteArray("\xEF\xBB\xBF\xFF") << QStringLiteral("\uFEFF") + bad;
     }
 
     void namesThatAreNoTextAreListed()

@@ -1,9 +1,11 @@
 #include <zvutil/ZvResponsiveImage.h>
 
+#include <QDir>
 #include <QImage>
 #include <QMetaMethod>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -85,6 +87,24 @@ private Q_SLOTS:
         QCOMPARE(image->parentWidget(), &parent);
         QCOMPARE(image->minimumSizeHint(), QSize(1, 1));
         QVERIFY(image->hasHeightForWidth());
+    }
+
+    void byteOrderMarkIsPartOfAName()
+    {
+        const QTemporaryDir directory;
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(directory.path()));
+        const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
+        QVERIFY(picture(7, 5).save(QStringLiteral("\uFEFFa.png")));
+        ZvResponsiveImage shown("\xEF\xBB\xBF"
+                                "a.png",
+                                nullptr);
+        QCOMPARE(shown.heightForWidth(14), 10);
+        shown.setImage("a.png");
+        QCOMPARE(shown.heightForWidth(14), shown.height());
+        shown.setImage("\xEF\xBB\xBF"
+                       "a.png");
+        QCOMPARE(shown.heightForWidth(14), 10);
     }
 
     void fitsItself_data()

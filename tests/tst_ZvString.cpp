@@ -1,4 +1,5 @@
 #include <zvutil/ZvString.h>
+#include <zvutil/ZvWString.h>
 
 #include "support/StdString.h"
 #include "support/Threads.h"
@@ -10,6 +11,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -90,6 +92,18 @@ private Q_SLOTS:
         base.resize(size);
         QCOMPARE(quint64(base.size()), size);
         QCOMPARE(units(text), result);
+    }
+
+    void resizeBeyondAnyText()
+    {
+        ZvString text("abc");
+        QVERIFY_EXCEPTION_THROWN(text.resize(std::numeric_limits<std::size_t>::max()),
+                                 std::length_error);
+        QCOMPARE(units(text), "abc"s);
+        libzvutil::ZvWString wide(L"abc");
+        QVERIFY_EXCEPTION_THROWN(wide.resize(std::numeric_limits<std::size_t>::max()),
+                                 std::length_error);
+        QCOMPARE(wide.size(), std::size_t(3));
     }
 
     void copyEndsAtTheFirstNul()

@@ -22,7 +22,10 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
+#include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTabBar>
@@ -33,6 +36,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -764,6 +768,63 @@ private Q_SLOTS:
         window->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!window);
+    }
+
+    void commandShowsAllSamples_data()
+    {
+        QTest::addColumn<QString>("style");
+        QTest::newRow("no sheet") << QString();
+        QTest::newRow("Light") << QStringLiteral("Light");
+        QTest::newRow("Dark") << QStringLiteral("Dark");
+    }
+
+    void commandShowsAllSamples()
+    {
+        QFETCH(QString, style);
+        if (style.isNull()) {
+            qApp->setStyleSheet(QString());
+        } else {
+            ZvStyleManager::SetStyle(ZvStyleManager::Style(style));
+            ZvStyleManager::Refresh();
+        }
+        const auto back = qScopeGuard([this] { qApp->setStyleSheet(m_sheet); });
+        const QWidgetList before = QApplication::topLevelWidgets();
+        host::callCommand("_se", {}, {}, {"test", 1});
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto found = std::find_if(all.begin(), all.end(), [&before](QWidget* widget) {
+            return !before.contains(widget) && qobject_cast<ZvStyleEditor*>(widget);
+        });
+        QVERIFY(found != all.end());
+        const std::unique_ptr<QWidget> window(*found);
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QCOMPARE(window->windowTitle(), QStringLiteral("Style Editor"));
+        QVERIFY(window->screen()->availableGeometry().size().expandedTo(window->size())
+                == window->screen()->availableGeometry().size());
+        const auto* const area = window->findChild<QScrollArea*>();
+        QVERIFY(!area->horizontalScrollBar()->isVisible());
+        QVERIFY(!area->verticalScrollBar()->isVisible());
+        const QRect room = area->viewport()->rect();
+        const QList<QLabel*> headers = area->widget()->findChildren<QLabel*>();
+        QVERIFY(headers.size() >= 5);
+        for (const QLabel* const header : headers)
+            QVERIFY(
+                room.contains(QRect(header->mapTo(area->viewport(), QPoint()), header->size())));
+        // The list of names beside it isn't squeezed for that.
+        const QTreeView& tree = *window->findChild<QTreeView*>();
+        QVERIFY(tree.width() >= tree.sizeHint().width());
+    }
+
+    void listOfNamesGrowsWithTheNames()
+    {
+        const Window window;
+        const int narrow = window.combo->width();
+        window.click(window.duplicate);
+        window.click(window.duplicate);
+        QCOMPARE(window.combo->currentText(), QStringLiteral("User Light 1"));
+        QTRY_VERIFY(window.combo->width() > narrow);
+        QVERIFY(window.combo->width() >= window.combo->sizeHint().width());
+        QVERIFY(window.combo->width()
+                > window.combo->fontMetrics().horizontalAdvance(QStringLiteral("User Light 1")));
     }
 
     void keysReachEveryControlInOrder()

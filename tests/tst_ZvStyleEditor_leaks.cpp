@@ -6,14 +6,18 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "support/LiveBlocks.h"
 #include "support/StyleHost.h"
 
 #include <QColor>
 #include <QComboBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTest>
 #include <QTreeView>
+
+#include <stdexcept>
 
 using libzvutil::ZvStyleEditor;
 using libzvutil::ZvStyleLibrary;
@@ -72,6 +76,23 @@ private Q_SLOTS:
             const ZvStyleEditor editor;
             QCOMPARE(editor.findChild<QTabWidget*>()->count(), 1);
         }
+    }
+
+    void factoryThatThrows()
+    {
+        if (!zvtest::countsBlocksOf([] { return ZvStyleLibrary(); }))
+            QSKIP("An operator new that is replaced in a program doesn't reach its DLLs");
+        auto& entry = ZvStyleEditor::RegisterPreviewWidget(
+            "Thrower", [](const ZvStyleEditor*) -> QWidget* { throw std::runtime_error("no"); });
+        const auto end = qScopeGuard([&entry] { entry = nullptr; });
+        const auto fail = [] { ZvStyleEditor editor; };
+        // The first ones fill what Qt keeps.
+        for (int i = 0; i < 3; ++i)
+            QVERIFY_EXCEPTION_THROWN(fail(), std::runtime_error);
+        const int before = zvtest::liveBlocks;
+        for (int i = 0; i < 10; ++i)
+            QVERIFY_EXCEPTION_THROWN(fail(), std::runtime_error);
+        QCOMPARE(zvtest::liveBlocks.load(), before);
     }
 
 private:

@@ -291,6 +291,40 @@ private Q_SLOTS:
         QCOMPARE(library.style("One").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::red));
     }
 
+    void addOfOneThatGoesEmptiesIt()
+    {
+        ZvStyleLibrary library = empty();
+        library.update(userStyle("Two", Qt::green));
+        ZvStyleLibrary other;
+        other.update(userStyle("One", Qt::red));
+        other.update(userStyle("Two", Qt::blue));
+        library.add(std::move(other));
+        QCOMPARE(library.names().size(), 4);
+        // What has been skipped goes, too, and it can be used again.
+        QCOMPARE(other.names(), QStringList()); // NOLINT(bugprone-use-after-move)
+        QCOMPARE(notFound(other, "Two"), "Style not found: Two"s);
+        other.update(userStyle("Three", Qt::red));
+        QCOMPARE(other.names(), QStringList{QStringLiteral("Three")});
+
+        // All its names are known.
+        ZvStyleLibrary& self = library;
+        library.add(std::move(self));
+        QCOMPARE(library.names().size(), 4);
+        QCOMPARE(library.style("Two").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::green));
+    }
+
+    void byteOrderMarkIsPartOfAnIconsName()
+    {
+        QVERIFY(
+            m_host->write(m_host->libraryFile(),
+                          "<a><b><c name='Mine'><d/><e><f name='Close' path='&#xFEFF;a.png'/></e>"
+                          "</c></b></a>"));
+        const ZvStyleLibrary library(libraryPath());
+        QCOMPARE(std::string(library.style("Mine").icon(ZvStyleIcon::Close).path().c_str()),
+                 "\xEF\xBB\xBF"
+                 "a.png"s);
+    }
+
     void addOfAFile()
     {
         QVERIFY(m_host->write(m_host->libraryFile(), document(style("A") + style("dark"))));
@@ -469,6 +503,44 @@ private Q_SLOTS:
             "colour");
         row("accent without a colour", document("", "<Accent name=\"a\"/>"), "colour");
         row("accent without a name", document("", "<Accent colour=\"#010203\"/>"), "name");
+    }
+
+    void filesThatBreakOff_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QStringList>("names");
+        const QString null = QStringLiteral("null element xml exception");
+        const QByteArray whole = "<Style name='A'><Brushes/><Icons/></Style>";
+        const QStringList one{QStringLiteral("A")};
+        const auto row = [&](const char* name, const QByteArray& behind, const QString& what,
+                             const QStringList& names) {
+            QTest::newRow(name) << "<StyleLibrary>" + behind << what << names;
+        };
+        row("in front of the list of styles", "", null, {});
+        row("at the list's start", "<Styles>", QString(), {});
+        row("behind a style", "<Styles>" + whole, QString(), one);
+        row("in a style's start tag", "<Styles>" + whole + "<Style na", QString(), one);
+        row("in front of a style's brushes", "<Styles>" + whole + "<Style name='B'>", null, {});
+        row("in a style's brushes",
+            "<Styles>" + whole + "<Style name='B'><Brushes><Brush name='Panel' colour='red'/>",
+            null, {});
+        row("in a style's icons", "<Styles>" + whole + "<Style name='B'><Brushes/><Icons>",
+            QString(), one + QStringList{QStringLiteral("B")});
+        row("behind the styles", "<Styles>" + whole + "</Styles>", QString(), one);
+        row("among the accents", "<Styles>" + whole + "</Styles><Accents><A", QString(), one);
+        row("malformed behind a style", "<Styles>" + whole + "</Oops>", QString(), one);
+    }
+
+    void filesThatBreakOff()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, what);
+        QFETCH(QStringList, names);
+        QVERIFY(m_host->write(m_host->libraryFile(), bytes));
+        QCOMPARE(loadFailure(), what);
+        if (what.isEmpty())
+            QCOMPARE(ZvStyleLibrary(libraryPath()).names(), names);
     }
 
     void failedLoads()

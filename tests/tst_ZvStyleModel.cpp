@@ -13,10 +13,14 @@
 #include <QApplication>
 #include <QBrush>
 #include <QColor>
+#include <QDir>
 #include <QIcon>
 #include <QPersistentModelIndex>
+#include <QPixmap>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
 
@@ -286,6 +290,24 @@ private Q_SLOTS:
         const QImage shown = decoration(model, index).value<QIcon>().pixmap(20, 20).toImage();
         QVERIFY(!shown.isNull());
         QCOMPARE(shown, QIcon(path).pixmap(20, 20).toImage());
+    }
+
+    void byteOrderMarkIsPartOfAnIconsName()
+    {
+        const QTemporaryDir directory;
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(directory.path()));
+        const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
+        const QString name = QStringLiteral("\uFEFFa.png");
+        QPixmap picture(7, 7);
+        picture.fill(Qt::red);
+        QVERIFY(picture.save(name));
+        ZvStyle style = light();
+        style.setIcon(libzvutil::ZvStyleIcon::Close, name);
+        const ZvStyleModel model(style, nullptr);
+        const int row = static_cast<int>(libzvutil::ZvStyleIcon::Close);
+        const QModelIndex index = model.index(row, 0, model.index(Icons, 0, root));
+        QVERIFY(!decoration(model, index).value<QIcon>().pixmap(7, 7).isNull());
     }
 
     void editors()
@@ -611,6 +633,9 @@ private Q_SLOTS:
         QVERIFY(view->isVisible());
         QVERIFY(view->testAttribute(Qt::WA_DeleteOnClose));
         QVERIFY(!view->parent());
+        QCOMPARE(view->windowTitle(), QStringLiteral("Current Style"));
+        // Qt's own size has room for a dozen rows.
+        QVERIFY(view->viewport()->height() >= 25 * view->fontMetrics().lineSpacing());
         auto* const model = dynamic_cast<ZvStyleModel*>(view->model());
         QVERIFY(model);
         QCOMPARE(static_cast<QObject*>(model)->parent(), view.data());

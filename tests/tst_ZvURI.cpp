@@ -25,6 +25,13 @@ static_assert(std::has_virtual_destructor_v<ZvURI>);
 static_assert(std::is_nothrow_move_constructible_v<ZvURI>);
 static_assert(std::is_nothrow_move_assignable_v<ZvURI>);
 // There is deliberately no way back.
+static_assert(
+    std::is_constructible_v<ZvURI, const char*> && std::is_constructible_v<ZvURI, char[5]>);
+static_assert(std::is_constructible_v<ZvURI, std::string>);
+static_assert(std::is_constructible_v<ZvURI, ZvFilePath> && std::is_constructible_v<ZvURI, uri>);
+static_assert(std::is_constructible_v<ZvURI, zvutil::ZvBasicString<char>>);
+// It would mean a path, as wide text does.
+static_assert(!std::is_constructible_v<ZvURI, std::string_view>);
 static_assert(!std::is_constructible_v<ZvFilePath, ZvURI>);
 static_assert(!std::is_constructible_v<ZvFilePath, uri>);
 
@@ -184,6 +191,18 @@ private Q_SLOTS:
         QTest::newRow("unpaired surrogate") << L"a\xD800"s << "file:/a\xED\xA0\x80"s;
         QTest::newRow("ends at NUL") << L"a b\0c"s << "file:/a%20b"s;
         QTest::newRow("NUL first") << L"\0c"s << "file:/"s;
+    }
+
+    void wideTextIsAPath()
+    {
+        const std::wstring wide = L"http://x";
+        QCOMPARE(std::string(ZvURI(wide.c_str()).c_str()), "file:/http://x"s);
+        QCOMPARE(std::string(ZvURI(wide).c_str()), "file:/http://x"s);
+        ZvURI set;
+        set.set(wide.c_str());
+        QCOMPARE(std::string(set.c_str()), "file:/http://x"s);
+        QCOMPARE(uri(wide.c_str()).text(), "file:/http://x"s);
+        QCOMPARE(uri(wide).text(), "file:/http://x"s);
     }
 
     void unitsOfAPath()

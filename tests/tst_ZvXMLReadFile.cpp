@@ -3,6 +3,7 @@
 #include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
 #include "support/HeldFiles.h"
+#include "support/Process.h"
 #include "support/StdString.h"
 
 #include <QDir>
@@ -14,6 +15,11 @@
 #include <string>
 #include <type_traits>
 
+#if defined(Q_OS_UNIX)
+#include <sys/resource.h>
+#endif
+
+using namespace std::string_literals;
 using namespace zvutil::experimental::xml;
 
 namespace {
@@ -165,6 +171,43 @@ private Q_SLOTS:
         root.reset();
         zvtest::runEventLoop();
         QVERIFY(QFile::remove(path));
+    }
+
+    void filesOfOneTurnOfTheEventLoopAreLimited()
+    {
+#if defined(Q_OS_UNIX)
+        const QString name = write("a.xml", "<r/>");
+        QVERIFY(zvtest::holdsInChild([&name] {
+            constexpr rlim_t descriptors = 100;
+            const rlimit limit{descriptors, descriptors};
+            if (setrlimit(RLIMIT_NOFILE, &limit) != 0)
+                return false;
+            int found = 0;
+            for (rlim_t i = 0; i < descriptors; ++i)
+                found += rootOf(name) == "r" ? 1 : 0;
+            const bool isCutOff = found > 0 && found < int(descriptors) && rootOf(name) == "none";
+            zvtest::runEventLoop();
+            return isCutOff && rootOf(name) == "r";
+        }));
+#else
+        QSKIP("Files are limited by memory alone");
+#endif
+    }
+
+    void invalidBytesLoseTheirBlock()
+    {
+        QCOMPARE(rootOf(write("a.xml", "<r><a/>\xFF<b/></r>")), "none"s);
+        QByteArray children;
+        while (children.size() < 100'000)
+            children += "<a/>";
+        File file(write("b.xml", "<r>" + children + '\xFF' + children + "</r>"));
+        const auto root = file.reader().root_element();
+        QVERIFY(root);
+        int count = 0;
+        while (root->next_child())
+            ++count;
+        // Some in front of the byte are lost as well, but not all.
+        QVERIFY(count > children.size() / 4 / 2 && count < children.size() / 4);
     }
 
     void memoryStaysFlat()

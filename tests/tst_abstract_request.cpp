@@ -493,6 +493,52 @@ private Q_SLOTS:
         QCOMPARE(pair.response().status(), request_failed);
     }
 
+    void whatTheDestructorEmitsComesBehindTheSubclass_data()
+    {
+        QTest::addColumn<bool>("letsGo");
+        QTest::newRow("connected") << false;
+        QTest::newRow("lets go of itself") << true;
+    }
+
+    void whatTheDestructorEmitsComesBehindTheSubclass()
+    {
+        QFETCH(bool, letsGo);
+        class SelfMade : public Request
+        {
+        public:
+            SelfMade(Lines& lines, bool letsGo)
+                : Request(&Request::complete)
+                , m_lines(lines)
+                , m_letsGo(letsGo)
+            {
+                // Nothing of this object is touched there.
+                connect(this, &abstract_request::failed, this,
+                        [&lines] { lines.push_back("failed"); });
+                connect(this, &abstract_request::finished, this,
+                        [&lines] { lines.push_back("finished"); });
+            }
+            ~SelfMade() override
+            {
+                m_lines.push_back("gone");
+                if (m_letsGo)
+                    disconnect(this, nullptr, this, nullptr);
+            }
+
+        private:
+            Lines& m_lines;
+            const bool m_letsGo;
+        };
+        Lines lines;
+        QObject other;
+        bool isHeard = false;
+        {
+            SelfMade request(lines, letsGo);
+            connect(&request, &abstract_request::finished, &other, [&isHeard] { isHeard = true; });
+        }
+        QCOMPARE(lines, letsGo ? Lines{"gone"} : (Lines{"gone", "failed", "finished"}));
+        QVERIFY(isHeard);
+    }
+
     void destroyedWhileStarted_data() { onOneAndTwoThreads_data(); }
 
     void destroyedWhileStarted()

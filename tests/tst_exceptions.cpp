@@ -129,6 +129,23 @@ private Q_SLOTS:
         QVERIFY(ZvFileException(pathless).path().isEmpty());
     }
 
+    void filesystemErrorOfANameThatIsNoText()
+    {
+#if defined(Q_OS_WIN)
+        QSKIP("Paths are text");
+#else
+        const std::filesystem::path name("\xEF\xBB\xBF"
+                                         "a/\xFF\xC3\xA4");
+        const std::filesystem::filesystem_error error(
+            "what", name, std::make_error_code(std::errc::no_such_file_or_directory));
+        const ZvFileException exception(error);
+        QCOMPARE(message(exception), std::string(error.what()));
+        QCOMPARE(exception.path(), ZvFilePath(L"\uFEFFa/\uFFFD\u00E4"));
+        // The path's own constructor still refuses it.
+        QVERIFY_EXCEPTION_THROWN(ZvFilePath{name}, std::system_error);
+#endif
+    }
+
     void copiesAndAssignmentsAreIndependent()
     {
         const ZvFileException source(ZvFilePath(L"a"), "text");

@@ -1,6 +1,7 @@
 #include "impl/basic_qt_stream_xml_document_writer.h"
 #include "impl/basic_qt_stream_xml_element_writer.h"
 #include "impl/basic_qt_xml_save_file.h"
+#include "impl/qt_stream_xml_document_reader.h"
 #include "impl/qt_xml_read_file.h"
 
 #include "support/EventLoop.h"
@@ -252,6 +253,9 @@ private Q_SLOTS:
         constexpr wchar_t pair[] = {0xD834, 0xDD1E, 0};
         constexpr char16_t swapped[] = {0xFFFE, 0x6100, 0};
         constexpr char32_t surrogate[] = {U'a', 0xD800, U'b', 0};
+        constexpr char16_t unpaired16[] = {0xDC00, u'a', 0xD800, u'b', 0};
+        constexpr wchar_t unpairedWide[] = {0xDC00, L'a', 0xD800, L'b', 0};
+        constexpr char32_t pairOf32[] = {0xD834, 0xDD1E, 0};
         const QString decodedBytes = utf8(bytes);
         row(
             "char, by NUL", [&] { return byNul("abc\0def"); }, utf8("abc"));
@@ -309,6 +313,27 @@ private Q_SLOTS:
         row(
             "wchar_t, by length, -2", [] { return byLength(L"abc", -2); }, utf8("abc"));
         row(
+            "char, byte order mark",
+            [] {
+                return byNul("\xEF\xBB\xBF"
+                             "abc");
+            },
+            utf8("abc"));
+        row(
+            "char, encoded surrogate", [] { return byNul("a\xED\xA0\x80z"); },
+            utf8("a") + replaced + replaced + replaced + utf8("z"));
+        row(
+            "char, above 0x10FFFF", [] { return byNul("a\xF4\x90\x80\x80z"); },
+            utf8("a") + replaced + replaced + replaced + replaced + utf8("z"));
+        row(
+            "char16_t, unpaired surrogates", [=] { return byNul(unpaired16); },
+            QString(reinterpret_cast<const QChar*>(unpaired16), 4));
+        row(
+            "wchar_t, unpaired surrogates", [=] { return byNul(unpairedWide); },
+            QString(reinterpret_cast<const QChar*>(unpaired16), 4));
+        row(
+            "char32_t, surrogate pair", [=] { return byNul(pairOf32); }, clef);
+        row(
             "markup", [] { return byNul("<&>\"'"); }, utf8("&lt;&amp;&gt;&quot;'"));
         row(
             "white space", [] { return byNul("\t\n\r "); }, utf8("&#9;&#10;&#13; "));
@@ -321,6 +346,50 @@ private Q_SLOTS:
         QFETCH(std::function<QString()>, write);
         QFETCH(QString, expected);
         QCOMPARE(write(), expected);
+    }
+
+    void unpairedSurrogatesAreReadAsQuestionMarks()
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::ReadWrite);
+        {
+            constexpr char16_t text[] = {u'a', 0xD800, u'z', 0xDC00, 0};
+            Document<char16_t> document(&buffer);
+            document.root_element(u"r")->text(text);
+        }
+        buffer.seek(0);
+        qt_stream_xml_document_reader reader(&buffer);
+        QCOMPARE(std::string(reader.root_element()->text()), "a?z?"s);
+    }
+
+    void attributeBehindATextIsPartOfIt()
+    {
+        QCOMPARE(written<char>([](Document<char>& document) {
+                     const auto root = document.root_element("r");
+                     root->text("t");
+                     root->attribute("a", "v");
+                 }),
+                 utf8("<r>t a=\"v\"</r>"));
+    }
+
+    void attributesThatNoParserAccepts()
+    {
+        const auto rootOf = [](const char* first, const char* second) {
+            QBuffer buffer;
+            buffer.open(QIODevice::ReadWrite);
+            {
+                Document<char> document(&buffer);
+                const auto root = document.root_element("r");
+                root->attribute(first, "v");
+                root->attribute(second, "w");
+            }
+            buffer.seek(0);
+            qt_stream_xml_document_reader reader(&buffer);
+            return reader.root_element() ? "root"s : "none"s;
+        };
+        QCOMPARE(rootOf("a", "b"), "root"s);
+        QCOMPARE(rootOf("a", "a"), "none"s);
+        QCOMPARE(rootOf("a", nullptr), "none"s);
     }
 
     void unitsThatAreNoCharactersHurtNothing()

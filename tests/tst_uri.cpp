@@ -65,6 +65,13 @@ static_assert(!std::is_copy_constructible_v<uri> && !std::is_copy_assignable_v<u
 static_assert(std::is_nothrow_move_constructible_v<uri> && std::is_nothrow_move_assignable_v<uri>);
 static_assert(!std::is_copy_constructible_v<zvutil::impl::uri_impl>);
 static_assert(!std::is_move_constructible_v<zvutil::impl::uri_impl>);
+static_assert(std::is_constructible_v<uri, const char*> && std::is_constructible_v<uri, char[5]>);
+static_assert(std::is_constructible_v<uri, std::string>);
+static_assert(std::is_constructible_v<uri, const std::filesystem::path&>);
+// It would mean a path, as wide text does.
+static_assert(!std::is_constructible_v<uri, std::string_view>);
+static_assert(std::is_constructible_v<uri, const wchar_t*>);
+static_assert(std::is_constructible_v<uri, std::wstring>);
 static_assert(sizeof(UriKind) == 4);
 static_assert(int(UriKind::None) == 0 && int(UriKind::File) == 1 && int(UriKind::Http) == 2
               && int(UriKind::Https) == 3 && int(UriKind::Unknown) == 4);

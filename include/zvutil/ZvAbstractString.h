@@ -18,8 +18,8 @@ class ZvBasicString;
 ///
 /// Copies share nothing. A text takes one allocation for its implementation, and one for units that
 /// are too many to lie in it; a move takes none and throws nothing. A moved-from text may only be
-/// destroyed or assigned to. Nothing fails but for lack of memory. Two threads may use two texts at
-/// once.
+/// destroyed or assigned to. Nothing fails but for lack of memory, and `resize` for a size that no
+/// text can have. Two threads may use two texts at once.
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:
@@ -27,7 +27,8 @@ public:
     ZvAbstractString& operator=(const ZvAbstractString&) = delete;
     virtual ~ZvAbstractString();
 
-    /// Cuts the text to \p size units, or fills it up with NULs to that size.
+    /// Cuts the text to \p size units, or fills it up with NULs to that size. Throws
+    /// `std::length_error`, and changes nothing, for more units than a `std::basic_string` can have.
     void resize(std::size_t size);
     /// The number of units, NULs and what is behind them included.
     std::size_t size() const;

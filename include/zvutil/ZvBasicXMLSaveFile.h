@@ -17,6 +17,10 @@
 /// `cancelWriting` of any of them decides. They may be destroyed on different threads, but not used
 /// at the same time.
 ///
+/// A relative path is looked up twice: here for the temporary file, and in the directory that is
+/// current then at `commit`, which moves the file there. So a program that changes its current
+/// directory between them uses absolute paths.
+///
 /// Nothing is thrown for a target that can't be written: `commit` tells.
 template <typename C>
 class ZvBasicXMLSaveFile

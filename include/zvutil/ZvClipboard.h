@@ -29,7 +29,10 @@ public:
     bool hasType(zvutil::mime_type type) const;
     ZvTable tableData() const;
 
-    /// The format "text/plain" as it is, up to its first NUL; empty if there is none.
+    /// What `QMimeData::data` gives for "text/plain", up to its first NUL; empty if that is null.
+    /// These are the bytes of the format as they are; where it isn't among the formats but a list
+    /// of URIs is, Qt makes text of that: one URI as it is, several with a line feed behind each.
+    /// So there may be text where `hasText` is false.
     libzvutil::ZvString stringData() const;
 
     /// Puts a table on the clipboard, which must have storage: as CSV ("text/csv", and "Csv" of

@@ -68,7 +68,8 @@ public:
     /// throws.
     void saveAs(const zvutil::ZvFilePath& path) const;
 
-    /// `filename`, as the frame asks for it.
+    /// `filename`, as the frame asks for it, up to its first NUL and without a byte order mark in
+    /// front.
     QString getFilename() const override;
     /// `menuName`.
     QString getMenuTitle() const override;

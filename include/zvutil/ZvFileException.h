@@ -18,7 +18,8 @@ public:
     /// With an empty message.
     explicit ZvFileException(const ZvFilePath& path);
     ZvFileException(const ZvFilePath& path, const ZvBasicString<char>& message);
-    /// Takes the error's message and its first path; its code and its second path are dropped.
+    /// Takes the error's message and its first path; its code and its second path are dropped. Where
+    /// paths are bytes, those that aren't UTF-8 become U+FFFD in \ref path.
     explicit ZvFileException(const std::filesystem::filesystem_error& error);
     ZvFileException(const ZvFileException& other);
     ZvFileException(ZvFileException&& other) noexcept;

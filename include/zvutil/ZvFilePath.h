@@ -23,14 +23,17 @@ namespace zvutil {
 /// letters, UNC names, both `\` and `/` as separators.
 ///
 /// The text is kept exactly as it was given. No operation but `Path` asks anybody, and none touches
-/// a file system. A path is read as root name, root directory (the separators behind it) and
-/// relative path; the filename is what stands behind the last separator of the relative path.
-/// `C:\x` and `\\srv\x` are absolute; `C:x` and `\x` are not.
+/// a file system. Where names of files may have a colon, as on Linux, it is read as that of a drive
+/// or of an alternate stream all the same: `a.zvsch:x` has the extension `.zvsch`. A path is read
+/// as root name, root directory (the separators behind it) and relative path; the filename is what
+/// stands behind the last separator of the relative path. `C:\x` and `\\srv\x` are absolute; `C:x`
+/// and `\x` are not.
 ///
 /// Narrow text is in the platform's encoding for file names: the code page on Windows, UTF-8
 /// elsewhere. A `YString` is UTF-8 everywhere. Wide text is UTF-16 everywhere: where `wchar_t` has
 /// 32 bits, a value above 0xFFFF is taken as its surrogate pair, one above 0x10FFFF as U+FFFD.
-/// Unpaired surrogates are kept.
+/// Unpaired surrogates are kept. A `QString` comes in as wide text, `name.toStdWString()`, and
+/// leaves by `toQString`.
 ///
 /// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or
 /// a `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or
@@ -76,11 +79,12 @@ public:
     ZvFilePath& operator=(const ZvFilePath& other);
     ZvFilePath& operator=(ZvFilePath&& other) noexcept;
 
-    /// All six come from one order. Root names are compared exactly, so `c:` differs from `C:` and
-    /// `\\srv` from `//srv`. Behind them case counts too, but any run of separators equals any
-    /// other: `a/b`, `a\b` and `a\\b` are equal. A trailing separator matters, and nothing is
-    /// resolved: `a\` differs from `a`, `a\.\b` from `a\b`. A separator is less than any other
-    /// unit, units are compared as numbers, and a path without root directory is less than one with.
+    /// These three come from one order, and there are no others. Root names are compared exactly,
+    /// so `c:` differs from `C:` and `\\srv` from `//srv`. Behind them case counts too, but any run
+    /// of separators equals any other: `a/b`, `a\b` and `a\\b` are equal. A trailing separator
+    /// matters, and nothing is resolved: `a\` differs from `a`, `a\.\b` from `a\b`. A separator is
+    /// less than any other unit, units are compared as numbers, and a path without root directory
+    /// is less than one with.
     bool operator==(const ZvFilePath& other) const;
     bool operator!=(const ZvFilePath& other) const;
     bool operator<(const ZvFilePath& other) const;
@@ -117,6 +121,9 @@ public:
     /// Turns each `/` into `\`.
     ZvFilePath& makePreferred();
 
+    /// By Qt's own conversion, which drops a byte order mark in front: to open a file by the result is
+    /// to open another one then. On Windows a swapped mark (U+FFFE) in front swaps the bytes of the
+    /// text.
     QString toQString() const;
 
     /// The text up to the first NUL as the platform's path: where separators are `/` alone, each
@@ -124,7 +131,11 @@ public:
     std::filesystem::path toStdFilePath() const;
 
     /// The text in directory form: with a `\` at its end, unless there is a separator already, or
-    /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors.
+    /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors. A
+    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, unlike
+    /// with the constructors: it ends at its first NUL, and what narrow bytes mean is up to the
+    /// standard library (with MinGW they are UTF-8, not in the code page). Hand over
+    /// `ZvFilePath(view) /= ZvFilePath()` instead.
     [[nodiscard]] static ZvFilePath Directory(const char* text);
     [[nodiscard]] static ZvFilePath Directory(const std::string& text);
     [[nodiscard]] static ZvFilePath Directory(const wchar_t* text);

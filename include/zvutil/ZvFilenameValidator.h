@@ -13,13 +13,16 @@
 /// the longest acceptable one has 255 units of 16 bits.
 ///
 /// Only the text is judged, no file system is asked. Reserved names of devices, a dot or a blank at
-/// the end, `.` and `..` are acceptable.
+/// the end, `.` and `..` are acceptable. `setRegularExpression` of the base class replaces the rule
+/// about characters, and an empty expression ends it; the limit stays. Nobody is meant to call it.
 class ZVUTIL_EXPORT ZvFilenameValidator : public QRegularExpressionValidator
 {
 public:
     /// With the limit 256.
     explicit ZvFilenameValidator(QObject* parent);
-    /// With a limit of \p maximumLength units; with 0 everything is invalid, the empty text too.
+    /// With a limit of \p maximumLength units; with 0 everything is invalid, the empty text too. A
+    /// literal 0 alone doesn't compile, as it may be a parent as well; say `std::size_t(0)`. A
+    /// negative number turns into a limit that no text reaches.
     explicit ZvFilenameValidator(std::size_t maximumLength = 256, QObject* parent = nullptr);
     ~ZvFilenameValidator() override;
 

@@ -27,7 +27,8 @@ class ZvFilePath;
 /// Every scan begins with `backgroundProcessStarted`, empties the list, inserts rows at its end and
 /// ends with `backgroundProcessStopped`; the first comes by itself, over no directories. Rows come
 /// in the order of the directories and of the file system, and have the native form of the path.
-/// Nothing is watched: `reloadPaths` looks again.
+/// Nothing is watched: `reloadPaths` looks again. Until then a file that has vanished stays a row,
+/// also one that did so while the scan ran.
 ///
 /// A directory that can't be opened is passed over. Links to files are listed, links to directories
 /// aren't followed. A name that can't be told as text is listed with replacement characters. What
@@ -54,9 +55,9 @@ public:
     ~ZvMultiDirectoryListModel() override;
 
     /// Appends a directory and scans all anew. The old rows stay until the scan has started. One
-    /// that is added twice is listed twice. Narrow text is in the platform's encoding for file
-    /// names; `std::system_error` is thrown, and nothing changes, for narrow text or a path that is
-    /// invalid in its encoding.
+    /// that is added twice is listed twice. All but a `QString` end at their first NUL. Narrow text
+    /// is in the platform's encoding for file names; `std::system_error` is thrown, and nothing
+    /// changes, for narrow text or a path that is invalid in its encoding.
     void addDirectory(const QString& directory);
     void addDirectory(const zvutil::ZvFilePath& directory);
     void addDirectory(const std::filesystem::path& directory);
@@ -72,8 +73,10 @@ public:
     void removeDirectory(const wchar_t* directory);
 
     /// Lists only files with one of these extensions, each with its dot; files of all types if
-    /// \p types is empty. What was found before stays, and what was passed over before stays away
-    /// until `reloadPaths`: the types act on what is yet to be found. Empties the list at once.
+    /// \p types is empty. A colon in a name ends its type: `a.zvsch:x`, which is a file of its own
+    /// on Linux, is of the type `.zvsch`. What was found before stays, and what was passed over
+    /// before stays away until `reloadPaths`: the types act on what is yet to be found. Empties the
+    /// list at once.
     void setAllowedFileTypes(const QStringList& types);
 
     /// Lists only files whose name, without its directory, contains \p text. Looks at what was

@@ -62,8 +62,9 @@ public:
     void setColor(ZvStyleBrush brush, const QColor& color);
 
     /// Sets the accent and computes its six shades. The lightest dark one and the darkest light one,
-    /// `AccentD1` and `AccentL1`, are the same colour; as Qt computes them, their channels may differ
-    /// from the accent's by less than one step in 255. `AccentForeground` stays as it is.
+    /// `AccentD1` and `AccentL1`, equal the accent by `QColor::rgba`. By `QColor::operator==`, which
+    /// compares 16 bits of each channel, most differ, as Qt computes them by way of another model of
+    /// colours. `AccentForeground` stays as it is.
     void setAccent(const QColor& colour);
 
     /// One of the icons, `TOTAL` included; any other value is undefined behaviour. Valid as long as
@@ -101,9 +102,9 @@ public:
                    element) const;
 
     /// Makes this style's sheet of the template, a line feed and the user's modifications, and sets
-    /// it on the application. Returns false, and sets nothing, if the template can't be read; a
-    /// modifications file that can't be read counts as empty. Reads both files; the time goes to Qt,
-    /// which restyles all widgets.
+    /// it on the application. Returns false, and sets nothing, if the template can't be read or
+    /// there is no `QApplication`; a modifications file that can't be read counts as empty. Reads
+    /// both files; the time goes to Qt, which restyles all widgets.
     bool apply() const;
     /// The same with \p styleSheet in place of the user's modifications.
     bool apply(const QString& styleSheet) const;

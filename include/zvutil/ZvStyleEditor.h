@@ -38,8 +38,9 @@ public:
     void addPreviewWidget(const QString& name, QWidget* widget);
 
     /// Adds a tab to all editors that are made afterwards: each calls \p factory with itself and
-    /// takes ownership of the result. \p name is in UTF-8. There is no way to take an entry back;
-    /// but what is returned stays for good, and a null pointer put there ends the tab.
+    /// takes ownership of the result; what it throws leaves the editor's constructor. \p name is in
+    /// UTF-8. There is no way to take an entry back; but what is returned stays for good, and a
+    /// null pointer put there ends the tab.
     static PreviewFactory& RegisterPreviewWidget(const char* name, PreviewFactory&& factory);
 
 Q_SIGNALS:

@@ -20,8 +20,10 @@ namespace libzvutil {
 /// Loading throws `attribute_not_found_xml_exception` where a name, a colour or a path is missing,
 /// and `null_element_xml_exception` for a document without a root element or with an empty one, and
 /// for a style without its lists of brushes and icons; both are of `zvutil::experimental::xml`.
-/// Elements are known by their places, not by their names. Unknown brushes and icons are no error,
-/// and neither is a file that breaks off: what has been read until then counts.
+/// Elements are known by their places, not by their names. Unknown brushes and icons are no error.
+/// A file that breaks off, or is malformed from some place on, ends there: what has been read until
+/// then counts, but the load fails as told if that is in front of the list of styles or, within a
+/// style, in front of its list of icons.
 ///
 /// Copies share nothing. A moved-from library may only be destroyed or assigned to. One thread at a
 /// time.
@@ -41,7 +43,8 @@ public:
     virtual ~ZvStyleLibrary();
 
     /// Appends those styles of \p other whose names this library doesn't hold yet, in their order.
-    /// Accents are never taken over. The second form moves the styles out of \p other.
+    /// Accents are never taken over. The second form moves the styles out of \p other, which has no
+    /// styles then, not even those that have been passed over.
     void add(const ZvStyleLibrary& other);
     void add(ZvStyleLibrary&& other);
     /// The same with the library in a file. If that can't be loaded, this library stays as it is.

@@ -6,6 +6,7 @@
 #include <zvutil/zvutil_export.h>
 
 #include <string>
+#include <string_view>
 
 namespace zvutil {
 class ZvFilePath;
@@ -28,7 +29,11 @@ public:
     ZvURI(const char* text);
     ZvURI(const std::string& text);
     ZvURI(const zvutil::ZvBasicString<char>& text);
+    /// Wide text makes a path, too: `ZvURI(L"http://x")` is `file:/http://x`, so text of a URI
+    /// comes in narrow.
     ZvURI(const zvutil::ZvFilePath& path);
+    /// Not there: it would be a path. Say `ZvURI(std::string(text))` for a text.
+    ZvURI(std::string_view text) = delete;
     /// From the text of \p uri up to its first NUL.
     ZvURI(const zvutil::uri& uri);
 
@@ -49,8 +54,11 @@ public:
     /// begins with. `C:\a b` gives `file:/C:/a%20b`, `\\srv\x` gives `file:///srv/x`. Each 16-bit
     /// unit is written as UTF-8 by itself; so a character above U+FFFF takes six bytes.
     ///
-    /// The host's script function `PathToURI` gives another text for the same path.
+    /// The host's script function `PathToURI` gives another text for the same path. Wide text makes a
+    /// path here as well.
     void set(const zvutil::ZvFilePath& path);
+    /// Not there, as the constructor.
+    void set(std::string_view text) = delete;
 
     void set(const ZvURI& other);
 

@@ -11,7 +11,11 @@
 /// A file that is missing or can't be read is no error: it has no root element. The file is open from
 /// construction until this object and all element readers have gone, and from then until the event
 /// loop of the thread that has made it has run. Who writes the same path right after reading must
-/// allow for that. One thread at a time.
+/// allow for that. **Who reads many files lets the event loop run between them**: on systems that
+/// limit a process to some number of open files, often 1024, all beyond it seem to be empty.
+///
+/// A relative path is looked up in the directory that is current when this object is made. One thread
+/// at a time.
 class ZVUTIL_EXPORT ZvXMLReadFile
 {
 public:

@@ -17,6 +17,10 @@ class QTimer;
 /// accepted in batches. New criteria or a change of the source abandon the pass and begin another.
 ///
 /// Whatever an event calls may run within a pass, also the end of the source or of this object.
+///
+/// A change of the source's layout, as by sorting, is no change here: no pass begins, and accepted
+/// rows that wait for the timer are delivered by their old places, in which there may be other rows
+/// by then. Who sorts a source makes the filter begin anew.
 class AbstractBackgroundListFilter : public QObject
 {
     Q_OBJECT

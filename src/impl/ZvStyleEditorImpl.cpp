@@ -10,12 +10,29 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QTreeView>
 #include <QVariant>
 
 namespace libzvutil {
 
 namespace {
+
+/// Asks for room for the whole of its widget and a scroll bar beside it, where Qt's own asks for 36 by
+/// 24 lines at most.
+class PreviewArea : public QScrollArea
+{
+public:
+    QSize sizeHint() const override
+    {
+        // A sheet may bring another frame.
+        ensurePolished();
+        const int frame = 2 * frameWidth();
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+        const QSize whole = widget() ? widget()->sizeHint() : QSize(0, 0);
+        return whole + QSize(frame + bar, frame);
+    }
+};
 
 void setStyleNames(QComboBox& combo, const QStringList& names)
 {
@@ -30,7 +47,8 @@ void showStyle(ZvStyleModel& model, const ZvStyleLibrary& library, const QString
     try {
         model.setStyle(library.style(name.toUtf8().constData()));
     } catch (...) {
-        // Wanted: a name that the library doesn't have, such as that of an empty list, changes nothing.
+        // Wanted: a name that the library doesn't have, such as that of an empty list, changes
+        // nothing.
     }
 }
 
@@ -91,7 +109,7 @@ void ZvStyleEditor::Impl::connectControls(ZvStyleEditor& editor, const Controls&
 
 void ZvStyleEditor::Impl::addPreviewTab(const QString& name, QWidget* widget)
 {
-    auto* const scrollArea = new QScrollArea;
+    auto* const scrollArea = new PreviewArea;
     scrollArea->setAccessibleName(name);
     scrollArea->setWidget(widget);
     scrollArea->setWidgetResizable(true);

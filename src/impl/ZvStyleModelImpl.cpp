@@ -2,6 +2,7 @@
 
 #include "impl/ZvEditorStyleImpl.h"
 #include "impl/ZvStyleImpl.h"
+#include "impl/utf8.h"
 
 #include <QColor>
 #include <QIcon>
@@ -154,7 +155,7 @@ QVariant ZvStyleModel::Impl::IconHandler::data(const QModelIndex& index, int rol
     if (icon && role == Qt::DisplayRole)
         return icon->name().toQString();
     if (icon && role == Qt::DecorationRole)
-        return QIcon(icon->path().toQString());
+        return QIcon(zvutil::impl::any_utf8_text(icon->path().c_str()));
     return {};
 }
 

@@ -29,8 +29,7 @@ void appendText(std::u16string& text, const Native& native)
         try {
             text += decode_utf8<char16_t>(native);
         } catch (const std::system_error&) {
-            const auto size = static_cast<int>(native.size());
-            text += QString::fromUtf8(native.data(), size).toStdU16String();
+            text += decode_any_utf8<char16_t>(native);
         }
     } else {
         text.append(native.begin(), native.end());

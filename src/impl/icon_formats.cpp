@@ -1,8 +1,7 @@
 #include "impl/icon_formats.h"
 
-#include <zv_logging/zv_logging.h>
-
 #include <QImageReader>
+#include <QtGlobal>
 
 namespace libzvutil::impl {
 
@@ -12,8 +11,7 @@ bool reportOnce()
 {
     const bool isMissing = !QImageReader::supportedImageFormats().contains("svg");
     if (isMissing)
-        zvutil::logging::write(4, "style",
-                               "Icons can't be shown: Qt has no image format plugin for SVG");
+        qWarning("Icons can't be shown: Qt has no image format plugin for SVG");
     return isMissing;
 }
 

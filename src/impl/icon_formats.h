@@ -2,7 +2,7 @@
 
 namespace libzvutil::impl {
 
-/// Says in the log, once in a process, if Qt can't show the styles' icons.
+/// Warns by `qWarning`, once in a process, if Qt can't show the styles' icons.
 void report_missing_icon_formats();
 
 } // namespace libzvutil::impl

@@ -1,6 +1,9 @@
 #include "impl/path_text.h"
 
 #include "impl/utf8.h"
+#include "impl/wide_text.h"
+
+#include <QChar>
 
 #include <algorithm>
 #include <type_traits>
@@ -16,6 +19,15 @@ std::wstring textOf(const Native& native)
 {
     if constexpr (pathsAreBytes)
         return decode_utf8<wchar_t>(native);
+    else
+        return native;
+}
+
+template <typename Native>
+std::wstring anyTextOf(const Native& native)
+{
+    if constexpr (pathsAreBytes)
+        return decode_any_utf8<wchar_t>(native);
     else
         return native;
 }
@@ -40,6 +52,11 @@ std::wstring path_text(const std::filesystem::path& path)
     return textOf(path.native());
 }
 
+std::wstring any_path_text(const std::filesystem::path& path)
+{
+    return anyTextOf(path.native());
+}
+
 std::filesystem::path native_path(std::wstring_view text)
 {
     return nativeOf<std::filesystem::path::string_type>(text);
@@ -47,7 +64,12 @@ std::filesystem::path native_path(std::wstring_view text)
 
 QString native_file_name(std::wstring_view text)
 {
-    QString name = QString::fromWCharArray(text.data(), static_cast<int>(text.size()));
+    std::wstring units;
+    append_wide_units(units, text);
+    QString name(static_cast<int>(units.size()), Qt::Uninitialized);
+    // Qt's own conversions would drop a byte order mark, or swap the bytes by it.
+    std::transform(units.begin(), units.end(), name.begin(),
+                   [](wchar_t unit) { return QChar(static_cast<char16_t>(unit)); });
     if constexpr (pathsAreBytes)
         name.replace(u'\\', u'/');
     return name;

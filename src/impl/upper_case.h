@@ -16,6 +16,8 @@ public:
     /// Asks the locale for all units once.
     explicit upper_case(const std::locale& locale);
 
+    char16_t operator()(char16_t unit) const { return m_table[unit]; }
+
     /// Sets \p target, whose memory is used again, to the upper case of \p text.
     template <typename Unit>
     void assign(std::basic_string<Unit>& target, std::basic_string_view<Unit> text) const

@@ -2,6 +2,8 @@
 
 #include "impl/text_conversion.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -92,6 +94,24 @@ std::basic_string<Unit> decode_utf8(std::string_view bytes)
     return result;
 }
 
+QString any_utf8_text(std::string_view bytes)
+{
+    // Qt drops one byte order mark, so it is given one.
+    QByteArray marked("\xEF\xBB\xBF");
+    marked.append(bytes.data(), static_cast<int>(bytes.size()));
+    return QString::fromUtf8(marked);
+}
+
+template <typename Unit>
+std::basic_string<Unit> decode_any_utf8(std::string_view bytes)
+{
+    const QString text = any_utf8_text(bytes);
+    std::basic_string<Unit> units(static_cast<std::size_t>(text.size()), Unit());
+    std::transform(text.begin(), text.end(), units.begin(),
+                   [](QChar unit) { return static_cast<Unit>(unit.unicode()); });
+    return units;
+}
+
 template <typename Unit>
 void append_units_as_utf8(std::string& target, std::basic_string_view<Unit> units)
 {
@@ -116,6 +136,8 @@ void append_utf16_as_utf8(std::string& target, std::basic_string_view<Unit> text
 
 template std::u16string decode_utf8<char16_t>(std::string_view bytes);
 template std::wstring decode_utf8<wchar_t>(std::string_view bytes);
+template std::u16string decode_any_utf8<char16_t>(std::string_view bytes);
+template std::wstring decode_any_utf8<wchar_t>(std::string_view bytes);
 template void append_units_as_utf8(std::string& target, std::u16string_view units);
 template void append_units_as_utf8(std::string& target, std::wstring_view units);
 template void append_utf16_as_utf8(std::string& target, std::u16string_view text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <string>
 #include <string_view>
 
@@ -10,6 +12,13 @@ namespace zvutil::impl {
 /// Throws `std::system_error` with `EILSEQ` of the system category at the first bad sequence.
 template <typename Unit>
 std::basic_string<Unit> decode_utf8(std::string_view bytes);
+
+/// The same as `QString::fromUtf8`, which puts U+FFFD for what isn't UTF-8, but a byte order mark in
+/// front is a character like any other.
+QString any_utf8_text(std::string_view bytes);
+
+template <typename Unit>
+std::basic_string<Unit> decode_any_utf8(std::string_view bytes);
 
 /// Appends each 16-bit unit by itself, in one to three bytes. A surrogate is written like any other
 /// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is called.

@@ -2,13 +2,14 @@
 //     style_probe DIRECTORY start STYLE     how the manager starts with this option
 //     style_probe DIRECTORY road STYLE      a change of style from end to end
 //     style_probe DIRECTORY update STYLE    saves a style many times
-//     style_probe DIRECTORY icons [none]    what is logged about icons, without any plugins if told so
+//     style_probe DIRECTORY icons [none]    what Qt is told of icons, without any plugins if told so
 
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "support/Warnings.h"
+
 #include <HostSupport/host.h>
-#include <zv_logging/host.h>
 
 #include <QApplication>
 #include <QColor>
@@ -86,15 +87,10 @@ void icons(bool withoutPlugins)
 {
     if (withoutPlugins)
         QCoreApplication::setLibraryPaths({});
-    QStringList lines;
-    zvutil::logging::host::setObserver([&lines](const std::string& call) {
-        if (call.rfind("write ", 0) == 0)
-            lines += QString::fromStdString(call.substr(6));
-    });
-    for (int i = 0; i < 3; ++i)
-        ZvStyleManager::Refresh();
-    zvutil::logging::host::setObserver({});
-    print(lines);
+    print(zvtest::warningsOf([] {
+        for (int i = 0; i < 3; ++i)
+            ZvStyleManager::Refresh();
+    }));
 }
 
 } // namespace

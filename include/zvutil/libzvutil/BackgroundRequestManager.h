@@ -33,6 +33,8 @@ namespace zvutil::libzvutil {
 ///     worker->quit(); // again, since work that handles events may swallow it
 /// while (!worker->wait(100));
 /// \endcode
+/// The worker of a manager that never had a request is told by nobody. A program that may have to
+/// end it adds a request that completes at once, before it lets the manager go.
 class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
 {
 public:

@@ -29,6 +29,10 @@ namespace zvutil::libzvutil {
 /// - `failed`, if it is destroyed before it ended: "request terminated before starting" or "request
 ///   terminated before completing";
 /// - `finished` from the destructor, always: the request goes, whether or not it ended.
+///
+/// **What the destructor emits comes when the subclass's part has been destroyed.** A subclass that
+/// has connected these signals to itself is called on what is no more; so it connects another
+/// object, or calls `disconnect(this, nullptr, this, nullptr)` in its own destructor.
 class ZVUTIL_EXPORT abstract_request : public QObject
 {
     Q_OBJECT

@@ -1,7 +1,9 @@
 #include <zvutil/experimental/string/case_insensitive_char_traits.h>
 
+#include "impl/upper_case.h"
+
 #include <locale>
-#include <vector>
+#include <new>
 
 namespace zvutil::experimental::string {
 
@@ -11,46 +13,45 @@ namespace {
 // libraries only. Those that exist in all give the same: the narrow one looks at a char as an
 // unsigned byte, and the wide one is the only other that knows letters.
 
-/// What a facet says when it is first asked, for good.
+/// A facet of the locale that is global when this is made.
 template <typename Facet>
 class KeptFacet
 {
 public:
-    explicit KeptFacet(const Facet& facet)
-        : m_facet(facet)
-    {
-    }
-
     typename Facet::char_type toupper(typename Facet::char_type unit) const
     {
         return m_facet.toupper(unit);
     }
 
 private:
-    const Facet& m_facet;
+    std::locale m_locale;
+    const Facet& m_facet = std::use_facet<Facet>(m_locale);
 };
 
 #if defined(__MINGW32__)
 
-/// The wide facet of MinGW asks the C library, whose locale an application may change at any time.
+/// The wide facet of MinGW asks the C library, and slowly.
 template <>
 class KeptFacet<std::ctype<wchar_t>>
 {
 public:
-    explicit KeptFacet(const std::ctype<wchar_t>& facet)
-    {
-        m_upper.reserve(0x10000);
-        for (unsigned unit = 0; unit < 0x10000; ++unit)
-            m_upper.push_back(facet.toupper(static_cast<wchar_t>(unit)));
-    }
-
-    wchar_t toupper(wchar_t unit) const { return m_upper[unit]; }
+    wchar_t toupper(wchar_t unit) const { return static_cast<wchar_t>(m_upper(unit)); }
 
 private:
-    std::vector<wchar_t> m_upper;
+    impl::upper_case m_upper{std::locale()};
 };
 
 #endif
+
+/// The one that the first comparison makes. Static objects may compare in their destructors, so it is
+/// never destroyed.
+template <typename Facet, typename C>
+const KeptFacet<Facet>& keptFacet()
+{
+    alignas(KeptFacet<Facet>) static unsigned char place[sizeof(KeptFacet<Facet>)];
+    static const KeptFacet<Facet>& kept = *new (place) KeptFacet<Facet>;
+    return kept;
+}
 
 signed char upper(char unit, const KeptFacet<std::ctype<char>>& facet)
 {
@@ -83,8 +84,7 @@ int compareFolded(const C* a, const C* b, std::size_t n)
     if (n == 0)
         return 0;
     // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
-    static const std::locale locale;
-    static const KeptFacet<Facet> facet(std::use_facet<Facet>(locale));
+    const KeptFacet<Facet>& facet = keptFacet<Facet, C>();
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == b[i])
             continue;

@@ -9,7 +9,9 @@ namespace zvutil::experimental::xml {
 /// Reads a document once, from its beginning to its end.
 ///
 /// Nothing tells that a document is malformed or can't be read: it ends where the error is, and has
-/// no element at all if there is nothing before it. A document and its elements belong to one thread
+/// no element at all if there is nothing before it. Bytes that are invalid in the encoding end it
+/// earlier: the whole block of some kilobytes that they are read with is lost, and so all of a short
+/// document. A document and its elements belong to one thread
 /// at a time.
 class ZVUTIL_EXPORT abstract_xml_document_reader
 {

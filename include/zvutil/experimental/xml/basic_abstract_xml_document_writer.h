@@ -21,7 +21,8 @@ public:
     operator=(const basic_abstract_xml_document_writer&) = delete;
     virtual ~basic_abstract_xml_document_writer();
 
-    /// Opens an element at the top level; \p name ends in a NUL.
+    /// Opens an element at the top level; \p name ends in a NUL. Throws `std::logic_error`, and writes
+    /// nothing, if it is null.
     virtual unique_destroyable_ptr<basic_abstract_xml_element_writer<C>>
     root_element(const C* name) = 0;
 

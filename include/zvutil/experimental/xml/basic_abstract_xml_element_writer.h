@@ -15,9 +15,23 @@ namespace zvutil::experimental::xml {
 /// child = parent->child("b");
 /// \endcode
 /// Texts end in a NUL and have to be valid in the encoding of \p C: UTF-8 for `char`, UTF-16 for
-/// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well). What is
-/// invalid becomes U+FFFD; characters that XML doesn't allow are left out. Markup is escaped, names
-/// are written as they are. A byte order mark in front of a text of 16 or 32 bits is taken for one.
+/// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well). Characters
+/// that XML doesn't allow are left out. Markup is escaped, names are written as they are. What is
+/// invalid isn't reported:
+/// - for `char` each bad byte becomes U+FFFD, so a surrogate gives three of them and a sequence for
+///   more than U+10FFFF four;
+/// - for `char16_t` and `wchar_t` an unpaired surrogate is written as it is: other parsers may refuse
+///   the file, and this library reads a question mark;
+/// - for `char32_t` an unpaired surrogate becomes U+FFFD, and two that make a pair become the
+///   character;
+/// - a `char32_t`, or a `wchar_t` of 32 bits, above 0x10FFFF becomes other characters.
+///
+/// A byte order mark in front of a name or a text is dropped, in UTF-8 as well; in 16 and 32 bits a
+/// swapped one has the rest read in the other byte order.
+///
+/// **The order of calls isn't checked.** An attribute that is written behind a text or a child ends up
+/// as a part of the text. One that is written twice, or without a name, makes a document that no
+/// parser accepts; this library's finds no root in it.
 template <typename C>
 class basic_abstract_xml_element_writer
 {
@@ -30,13 +44,14 @@ public:
     /// Deletes this object. `unique_destroyable_ptr` calls it, and nobody else needs to.
     virtual void destroy() = 0;
 
-    /// Opens an element within this one. \p name must not be null.
+    /// Opens an element within this one. Throws `std::logic_error`, and writes nothing, if \p name is
+    /// null.
     virtual unique_destroyable_ptr<basic_abstract_xml_element_writer> child(const C* name) = 0;
 
     /// Writes an attribute whose value has \p length units; a negative one stands for a value that
-    /// ends in a NUL.
+    /// ends in a NUL. \p name must not be null.
     virtual void attribute(const C* name, const C* value, int length) = 0;
-    /// Writes an attribute. A null \p value is an empty one.
+    /// Writes an attribute. A null \p value is an empty one; \p name must not be null.
     virtual void attribute(const C* name, const C* value) = 0;
 
     /// Writes character data; null is none.
