@@ -635,6 +635,7 @@ private Q_SLOTS:
         QVERIFY(view->testAttribute(Qt::WA_DeleteOnClose));
         QVERIFY(!view->parent());
         QCOMPARE(view->windowTitle(), QStringLiteral("Current Style"));
+        QVERIFY(view->isHeaderHidden());
         // Qt's own size has room for a dozen rows.
         const int lines = 30 * view->fontMetrics().lineSpacing();
         QVERIFY(view->height() >= qMin(lines, view->screen()->availableSize().height()));
