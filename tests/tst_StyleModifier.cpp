@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTextCodec>
 #include <QTimer>
@@ -111,8 +112,9 @@ private Q_SLOTS:
         QVERIFY(window.widget->testAttribute(Qt::WA_DeleteOnClose));
         QCOMPARE(window.widget->windowTitle(), QStringLiteral("Style Modifications"));
         const QFontMetrics metrics = window.widget->fontMetrics();
-        QVERIFY(window.widget->width() >= 80 * metrics.averageCharWidth());
-        QVERIFY(window.widget->height() >= 30 * metrics.lineSpacing());
+        const QSize wanted(80 * metrics.averageCharWidth(), 30 * metrics.lineSpacing());
+        const QSize least = wanted.boundedTo(window.widget->screen()->availableSize());
+        QCOMPARE(window.widget->size().boundedTo(least), least);
         QVERIFY(window.editor->toPlainText().isEmpty());
         QVERIFY(!window.apply->isEnabled());
         QVERIFY(window.preview->isEnabled());

@@ -896,8 +896,6 @@ private Q_SLOTS:
         QCOMPARE(::text(ZvFilePath::Directory("a\0b"sv)), utf8("a\\"));
         QCOMPARE(::text(ZvFilePath::Directory(L"a\0b"sv)), utf8("a\\"));
         QCOMPARE(ZvFilePath("a\0b"sv).size(), std::size_t(3));
-        // Those bytes are no UTF-8 to a constructor where there is a code page.
-        QCOMPARE(::text(ZvFilePath::Directory("\xC3\xA4"sv)), utf8("\xC3\xA4\\"));
         ZvFilePath whole("a\0b"sv);
         whole /= ZvFilePath();
         QCOMPARE(whole.size(), std::size_t(4));

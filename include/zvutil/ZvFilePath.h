@@ -131,11 +131,10 @@ public:
     std::filesystem::path toStdFilePath() const;
 
     /// The text in directory form: with a `\` at its end, unless there is a separator already, or
-    /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors. A
-    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, unlike
-    /// with the constructors: it ends at its first NUL, and what narrow bytes mean is up to the
-    /// standard library (with MinGW they are UTF-8, not in the code page). Hand over
-    /// `ZvFilePath(view) /= ZvFilePath()` instead.
+    /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors. But a
+    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, by the rules of
+    /// the standard library, and ends at its first NUL; for the whole of one make a `ZvFilePath` of
+    /// it and append the empty path.
     [[nodiscard]] static ZvFilePath Directory(const char* text);
     [[nodiscard]] static ZvFilePath Directory(const std::string& text);
     [[nodiscard]] static ZvFilePath Directory(const wchar_t* text);
