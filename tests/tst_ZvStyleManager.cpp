@@ -8,7 +8,9 @@
 
 #include <QApplication>
 #include <QColor>
+#include <QList>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QProcess>
 #include <QTest>
 #include <QThread>
@@ -430,8 +432,12 @@ private Q_SLOTS:
                 hasThrown = true;
             }
         }
-        for (QWidget* const window : QApplication::topLevelWidgets()) {
-            if (!window->parent())
+        // One may be deleted along with another.
+        QList<QPointer<QWidget>> windows;
+        for (QWidget* const window : QApplication::topLevelWidgets())
+            windows.append(window);
+        for (const QPointer<QWidget>& window : windows) {
+            if (window && !window->parent())
                 delete window;
         }
         QCOMPARE(hasThrown, throws);
