@@ -72,6 +72,7 @@ void ZvAbstractIterativeProcess::run()
     m_isRunning = true;
     try {
         Q_EMIT started(QPrivateSignal());
+        zvutil::impl::notice_waiting_events();
         while (!m_stopFlag && hasMoreWork()) {
             processStep();
             zvutil::impl::handle_events();

@@ -191,6 +191,7 @@ bool AbstractBackgroundListFilter::examineRows()
 {
     const QPointer<AbstractBackgroundListFilter> self(this);
     const int count = m_source ? m_source->rowCount(QModelIndex()) : 0;
+    zvutil::impl::notice_waiting_events();
     for (int row = 0; row < count && mayGoOn(); ++row) {
         const bool isAccepted = acceptsRow(row);
         if (!self)

@@ -5,12 +5,16 @@
 
 namespace zvutil::impl {
 
-void handle_events()
+void notice_waiting_events()
 {
 #if !defined(Q_OS_WIN) // The event loop there passes over none.
     if (QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance())
         dispatcher->wakeUp();
 #endif
+}
+
+void handle_events()
+{
     QCoreApplication::processEvents(QEventLoop::AllEvents);
 }
 

@@ -63,6 +63,7 @@ void abstract_response::wait()
 {
     // A slot of its signals may delete this object.
     const QPointer<const abstract_response> self(this);
+    impl::notice_waiting_events();
     while (self && m_status != request_completed && m_status != request_failed)
         impl::handle_events();
 }

@@ -142,6 +142,7 @@ void background_impl::pump()
             self->m_pump = outer;
     });
     m_pump = ++m_lastPump;
+    impl::notice_waiting_events();
     impl::handle_events();
 }
 
