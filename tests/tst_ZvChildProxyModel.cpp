@@ -377,6 +377,23 @@ private Q_SLOTS:
         QCOMPARE(shown(proxy), text);
     }
 
+    void eachParentHasItsOwnCounts()
+    {
+        const auto source = tree(3);
+        Proxy proxy;
+        proxy.setSourceModel(source.get());
+        proxy.setRootModelIndex(at(*source, "1"));
+        source->item(1)->child(0)->setColumnCount(5);
+        source->item(1)->child(0)->setRowCount(4);
+        source->item(1)->child(2)->setRowCount(1);
+        QCOMPARE(proxy.columnCount(root), 2);
+        QCOMPARE(proxy.columnCount(proxy.index(0, 0, root)), 5);
+        QCOMPARE(proxy.columnCount(proxy.index(1, 0, root)), 2);
+        QCOMPARE(proxy.rowCount(root), 3);
+        QCOMPARE(proxy.rowCount(proxy.index(0, 0, root)), 4);
+        QCOMPARE(proxy.rowCount(proxy.index(2, 0, root)), 1);
+    }
+
     void withoutRootThereAreRowsButNoIndexes()
     {
         const auto source = tree();
