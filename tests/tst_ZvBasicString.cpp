@@ -432,6 +432,10 @@ private Q_SLOTS:
             QCOMPARE(Traits::compare(x.data(), y.data(), x.size()), expected);
             QCOMPARE(Traits::compare(y.data(), x.data(), x.size()), -expected);
             QCOMPARE(Traits::compare(x.data(), y.data(), 0), 0);
+            // What lies behind doesn't count.
+            const std::basic_string<C> longer = x + C('a');
+            const std::basic_string<C> other = y + C('b');
+            QCOMPARE(Traits::compare(longer.data(), other.data(), x.size()), expected);
         });
     }
 
