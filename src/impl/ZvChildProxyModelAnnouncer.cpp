@@ -31,8 +31,7 @@ ZvChildProxyModel::Announcer::Announcer(ZvChildProxyModel& proxy, const Model& s
                 &Proxy::endMoveRows);
     followMoves(source, &Model::columnsAboutToBeMoved, &Proxy::beginMoveColumns,
                 &Model::columnsMoved, &Proxy::endMoveColumns);
-    followContents(source);
-    followLayout(source);
+    followOtherChanges(source);
 }
 
 ZvChildProxyModel::Announcer::~Announcer() = default;
@@ -107,16 +106,12 @@ void ZvChildProxyModel::Announcer::followMoves(const Model& source, Begun begun,
     connect(&source, ended, this, [this, announceEnd] { end(announceEnd); });
 }
 
-void ZvChildProxyModel::Announcer::followContents(const Model& source)
+void ZvChildProxyModel::Announcer::followOtherChanges(const Model& source)
 {
     connect(&source, &Model::dataChanged, this, &Announcer::tellData);
     connect(&source, &Model::headerDataChanged, &m_proxy, &Model::headerDataChanged);
     connect(&source, &Model::modelAboutToBeReset, this, [this] { m_proxy.beginResetModel(); });
     connect(&source, &Model::modelReset, this, [this] { m_proxy.endResetModel(); });
-}
-
-void ZvChildProxyModel::Announcer::followLayout(const Model& source)
-{
     connect(&source, &Model::layoutAboutToBeChanged, this, &Announcer::beginLayout);
     connect(&source, &Model::layoutChanged, this, &Announcer::endLayout);
 }

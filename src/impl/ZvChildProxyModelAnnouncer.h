@@ -29,20 +29,19 @@ private:
 
     template <typename Begun, typename Ended>
     void followInsertions(const QAbstractItemModel& source, Begun begun,
-                          void (QAbstractItemModel::*begin)(const QModelIndex&, int, int),
-                          Ended ended, void (QAbstractItemModel::*end)());
+                          void (QAbstractItemModel::*announce)(const QModelIndex&, int, int),
+                          Ended ended, void (QAbstractItemModel::*announceEnd)());
     template <typename Begun, typename Ended>
     void followRemovals(const QAbstractItemModel& source, int (QModelIndex::*place)() const,
                         Begun begun,
-                        void (QAbstractItemModel::*begin)(const QModelIndex&, int, int),
-                        Ended ended, void (QAbstractItemModel::*end)());
+                        void (QAbstractItemModel::*announce)(const QModelIndex&, int, int),
+                        Ended ended, void (QAbstractItemModel::*announceEnd)());
     template <typename Begun, typename Ended>
     void followMoves(const QAbstractItemModel& source, Begun begun,
-                     bool (QAbstractItemModel::*begin)(const QModelIndex&, int, int,
-                                                       const QModelIndex&, int),
-                     Ended ended, void (QAbstractItemModel::*end)());
-    void followContents(const QAbstractItemModel& source);
-    void followLayout(const QAbstractItemModel& source);
+                     bool (QAbstractItemModel::*announce)(const QModelIndex&, int, int,
+                                                          const QModelIndex&, int),
+                     Ended ended, void (QAbstractItemModel::*announceEnd)());
+    void followOtherChanges(const QAbstractItemModel& source);
 
     void begin(Change change);
     void end(void (QAbstractItemModel::*announce)());

@@ -37,7 +37,7 @@ void background_impl::add(request_ptr request)
     if (!request)
         return;
     // Only one that lives there already can have been added before.
-    const bool mayBeQueued = request->thread() == m_thread.get();
+    [[maybe_unused]] const bool mayBeQueued = request->thread() == m_thread.get();
     request->setParent(nullptr);
     request->moveToThread(m_thread.get());
 #ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
@@ -87,6 +87,7 @@ void background_impl::run_next_in_a_deeper_loop()
     if (m_awaited == m_pump)
         return;
     m_awaited = m_pump;
+#ifndef __clang_analyzer__ // As above.
     const auto runNext = [this, pump = m_pump] {
         if (m_awaited == pump)
             m_awaited = 0;
@@ -94,6 +95,7 @@ void background_impl::run_next_in_a_deeper_loop()
             start_next();
     };
     QMetaObject::invokeMethod(this, runNext, Qt::QueuedConnection);
+#endif
 }
 
 void background_impl::start_next()
