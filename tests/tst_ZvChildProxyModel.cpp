@@ -174,6 +174,7 @@ private:
 
     const Node& node(const QModelIndex& index) const
     {
+        // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.UndefReturn): each index has its node
         return index.isValid() ? *static_cast<const Node*>(index.internalPointer()) : m_top;
     }
 
