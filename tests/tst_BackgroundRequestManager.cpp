@@ -587,8 +587,8 @@ private Q_SLOTS:
         // Its second entry isn't kept until its turn, which comes after work that takes long.
         QFETCH(bool, isHeld);
         Journal journal;
-        Managed managed;
         BlockingWork work;
+        Managed managed;
         Gate gate(managed);
         auto twice = recorded(journal, "1");
         std::shared_ptr<Request> second = twice;
@@ -609,8 +609,8 @@ private Q_SLOTS:
     void requestThatIsAddedTwiceWhileItRunsIsReleased()
     {
         Journal journal;
-        Managed managed;
         BlockingWork work;
+        Managed managed;
         std::weak_ptr<Request> running;
         auto first = recorded(journal, "1", [&](Request& request) {
             managed.add(running.lock());
@@ -645,9 +645,9 @@ private Q_SLOTS:
     {
         QFETCH(Wait, wait);
         Journal journal;
-        Managed managed;
         QSemaphore hasEnded;
         QSemaphore mayReturn;
+        Managed managed;
         managed.add(std::make_shared<Request>([&](Request& request) {
             Q_EMIT request.completed();
             hasEnded.release();
