@@ -37,14 +37,13 @@ bool writeAll(QFileDevice& file, const char* data, qint64 size)
 }
 
 /// A group has a heading, and an empty line before it but for the first.
-int linesOf(const QSettings::SettingsMap& settings)
+int linesOf(const QStringList& keys)
 {
     QSet<QString> groups;
-    for (auto entry = settings.begin(); entry != settings.end(); ++entry)
-        groups.insert(entry.key().contains(QLatin1Char('/'))
-                          ? entry.key().section(QLatin1Char('/'), 0, 0)
-                          : QString());
-    return groups.isEmpty() ? 0 : settings.size() + 2 * groups.size() - 1;
+    for (const QString& key : keys)
+        groups.insert(key.contains(QLatin1Char('/')) ? key.section(QLatin1Char('/'), 0, 0)
+                                                     : QString());
+    return groups.isEmpty() ? 0 : keys.size() + 2 * groups.size() - 1;
 }
 
 /// The settings as an INI file, or nothing if they couldn't be put together.
@@ -53,16 +52,19 @@ std::optional<QByteArray> iniOf(const QSettings::SettingsMap& settings)
     // QSettings writes to files alone, and doesn't notice that one is cut off.
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("settings.ini")));
+    QStringList keys;
     {
         QSettings ini(file.fileName(), QSettings::IniFormat);
         ini.setIniCodec(codec);
         for (auto entry = settings.begin(); entry != settings.end(); ++entry)
             ini.setValue(entry.key(), entry.value());
+        // On Windows keys that differ in case alone become one.
+        keys = ini.allKeys();
     }
     if (!file.open(QIODevice::ReadOnly))
         return settings.isEmpty() ? std::make_optional<QByteArray>() : std::nullopt;
     const QByteArray bytes = file.readAll();
-    return bytes.count('\n') == linesOf(settings) ? std::make_optional(bytes) : std::nullopt;
+    return bytes.count('\n') == linesOf(keys) ? std::make_optional(bytes) : std::nullopt;
 }
 
 bool readSettings(QIODevice& device, QSettings::SettingsMap& settings)
