@@ -1,3 +1,4 @@
+#include "support/Messages.h"
 #include "support/StdString.h"
 
 #include <HostSupport/host.h>
@@ -12,20 +13,10 @@
 #include <string>
 #include <vector>
 
+using zvtest::Messages;
 using namespace std::string_literals;
 
 namespace {
-
-/// A message handler that counts how many of its kind are alive.
-class Messages final : public MessageHandler
-{
-public:
-    Messages() { ++alive; }
-    ~Messages() override { --alive; }
-    void message(const char* text) override { QFAIL(text); }
-
-    static inline int alive = 0;
-};
 
 class OneString final : public FuncArgsMinimal
 {

@@ -3,6 +3,7 @@
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvStyleLibrary.h>
 
+#include "support/Messages.h"
 #include "support/StdString.h"
 #include "support/StyleHost.h"
 
@@ -28,6 +29,7 @@ using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
 using zvutil::ZvFilePath;
+using zvtest::Messages;
 using namespace std::string_literals;
 
 namespace {
@@ -58,17 +60,6 @@ QString panelInSheet(const QColor& panel)
 {
     return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
-
-/// A message handler that counts how many of its kind are alive.
-class Messages final : public MessageHandler
-{
-public:
-    Messages() { ++alive; }
-    ~Messages() override { --alive; }
-    void message(const char* text) override { QFAIL(text); }
-
-    static inline int alive = 0;
-};
 
 /// As long as it lives, if at all, no window can be shown and no style be found.
 class NothingWorks : public QObject
