@@ -28,8 +28,8 @@ using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
-using zvutil::ZvFilePath;
 using zvtest::Messages;
+using zvutil::ZvFilePath;
 using namespace std::string_literals;
 
 namespace {
