@@ -1,8 +1,8 @@
 #include <zvutil/uri.h>
 
-#include "impl/file_uri.h"
-#include "impl/path_text.h"
-#include "impl/utf8.h"
+#include "impl/paths/file_uri.h"
+#include "impl/paths/path_text.h"
+#include "impl/text/utf8.h"
 
 #include <algorithm>
 #include <cstddef>

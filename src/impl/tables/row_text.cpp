@@ -1,0 +1,128 @@
+#include "impl/tables/row_text.h"
+
+#include "impl/text/ascii_step.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zvutil::impl {
+
+namespace {
+
+#if defined(ZVUTIL_ASCII_STEP_SSE2)
+
+/// Copies 8 units if none is a NUL, no ASCII, or \p other; tells whether it has.
+bool copyStep(char* target, const QChar* source, char16_t other)
+{
+    const void* const from = source;
+    const __m128i units = _mm_loadu_si128(static_cast<const __m128i*>(from));
+    const __m128i below = _mm_sub_epi16(units, _mm_set1_epi16(1));
+    const __m128i plain =
+        _mm_cmpeq_epi16(_mm_subs_epu16(below, _mm_set1_epi16(0x7E)), _mm_setzero_si128());
+    const __m128i others = _mm_cmpeq_epi16(units, _mm_set1_epi16(static_cast<short>(other)));
+    if (_mm_movemask_epi8(_mm_andnot_si128(others, plain)) != 0xFFFF)
+        return false;
+    void* const to = target;
+    _mm_storel_epi64(static_cast<__m128i*>(to), _mm_packus_epi16(units, units));
+    return true;
+}
+
+#endif
+
+/// Copies units up to the first that is a NUL, no ASCII, or \p other; returns that unit and moves
+/// \p target on.
+const QChar* copyPlain(char*& target, const QChar* source, const QChar* end, char16_t other)
+{
+    char* out = target;
+#if defined(ZVUTIL_ASCII_STEP_SSE2)
+    for (; end - source >= 8 && copyStep(out, source, other); source += 8)
+        out += 8;
+#endif
+    for (; source != end; ++source) {
+        const char16_t unit = source->unicode();
+        if (unit == other || unit - 1U >= 0x7F)
+            break;
+        *out++ = static_cast<char>(unit);
+    }
+    target = out;
+    return source;
+}
+
+} // namespace
+
+row_text::row_text(char separator)
+    : m_separator(static_cast<unsigned char>(separator))
+{
+}
+
+void row_text::append(const QString& cell)
+{
+    const QChar* const begin = cell.begin();
+    const QChar* const end = cell.end();
+    // Behind plain text there is room for the separator.
+    char* target = room(static_cast<std::size_t>(end - begin) + 1);
+    const QChar* const plainEnd = copyPlain(target, begin, end, m_separator);
+    if (plainEnd != end) {
+        appendOther(cell, plainEnd);
+        return;
+    }
+    *target++ = static_cast<char>(m_separator);
+    m_size = static_cast<std::size_t>(target - m_bytes.data());
+}
+
+/// Appends a cell that isn't plain text alone, as the unit at \p other shows.
+void row_text::appendOther(const QString& cell, const QChar* other)
+{
+    const QChar* const end = cell.end();
+    // Wanted: nothing but the separator makes a cell quoted, and a quote within isn't doubled.
+    const bool quoted = std::find(other, end, QChar(m_separator)) != end;
+    // Room for the quotes and the separator as well.
+    char* target = room(static_cast<std::size_t>(cell.size()) + 3);
+    if (quoted)
+        *target++ = '"';
+    const QChar* const plainEnd = copyPlain(target, cell.begin(), end, u'\0');
+    m_size = static_cast<std::size_t>(target - m_bytes.data());
+    // Wanted: a NUL cuts off what would come behind the text as well.
+    if (plainEnd != end && !appendUntilNul(cell.midRef(static_cast<int>(plainEnd - cell.begin()))))
+        return;
+    target = room(2);
+    if (quoted)
+        *target++ = '"';
+    *target++ = static_cast<char>(m_separator);
+    m_size = static_cast<std::size_t>(target - m_bytes.data());
+}
+
+const char* row_text::text(char last)
+{
+    char* const end = room(2);
+    end[0] = last;
+    end[1] = '\0';
+    return m_bytes.data();
+}
+
+/// The place for as many bytes behind the text.
+char* row_text::room(std::size_t size)
+{
+    if (m_bytes.size() - m_size < size)
+        grow(size);
+    return m_bytes.data() + m_size;
+}
+
+void row_text::grow(std::size_t size)
+{
+    m_bytes.resize(2 * (m_size + size));
+}
+
+/// Appends any text up to its first NUL; tells whether that is all.
+bool row_text::appendUntilNul(const QStringRef& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const std::size_t size = std::strlen(bytes.constData());
+    std::memcpy(room(size), bytes.constData(), size);
+    m_size += size;
+    return size == static_cast<std::size_t>(bytes.size());
+}
+
+} // namespace zvutil::impl
