@@ -1,11 +1,11 @@
 // The dialog that finds a text in files, and what it is made of.
 
-#include "FindInFilesDialog.h"
-#include "HitsModel.h"
-#include "SearchRequest.h"
-#include "StatusLine.h"
-#include "TextSearch.h"
-#include "TypesBox.h"
+#include "common/StatusLine.h"
+#include "files/TypesBox.h"
+#include "search/FindInFilesDialog.h"
+#include "search/HitsModel.h"
+#include "search/SearchRequest.h"
+#include "search/TextSearch.h"
 
 #include "support/Answer.h"
 #include "support/Background.h"
