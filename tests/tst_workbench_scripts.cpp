@@ -538,4 +538,5 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_scripts)
+#include "common/path_names.h"
 #include "tst_workbench_scripts.moc"

@@ -1322,4 +1322,5 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_window)
+#include "common/path_names.h"
 #include "tst_workbench_window.moc"

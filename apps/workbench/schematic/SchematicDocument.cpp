@@ -2,6 +2,7 @@
 
 #include "common/EditIcons.h"
 #include "common/LineIcon.h"
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"

@@ -2,6 +2,7 @@
 
 #include "common/EditIcons.h"
 #include "common/NumberText.h"
+#include "common/path_names.h"
 #include "documents/FileError.h"
 #include "script/CodeEditor.h"
 #include "script/OutputView.h"

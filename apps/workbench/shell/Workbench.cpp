@@ -2,6 +2,7 @@
 
 #include "common/NumberText.h"
 #include "common/file_uri.h"
+#include "common/path_names.h"
 #include "common/requests.h"
 #include "common/styles.h"
 #include "documents/CompressionTask.h"

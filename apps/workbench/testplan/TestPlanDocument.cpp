@@ -1,6 +1,7 @@
 #include "testplan/TestPlanDocument.h"
 
 #include "common/EditIcons.h"
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
