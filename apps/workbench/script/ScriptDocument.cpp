@@ -57,8 +57,18 @@ QString textOf(const QTextDocument& document)
 
 } // namespace
 
+const DocumentType& scriptType()
+{
+    static const DocumentType type = {QStringLiteral("script"), QStringLiteral("Script"),
+                                      QStringLiteral(".zvscr"), 0,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new ScriptDocument(title, parent);
+                                      }};
+    return type;
+}
+
 ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
-    : Document(*documentTypeOf(QStringLiteral("script")), title, parent)
+    : Document(scriptType(), title, parent)
     , m_editor(new CodeEditor(this))
     , m_output(new OutputView(this))
     , m_spinner(new ZvProcessingIndicator(this))
