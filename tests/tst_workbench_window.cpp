@@ -1,22 +1,22 @@
 // The workbench's window: documents, sessions, menus, exchange.
 
-#include <AccentSwatches.h>
-#include <Arguments.h>
-#include <CodeEditor.h>
-#include <CompressionTask.h>
-#include <Document.h>
-#include <FileNameDialog.h>
-#include <FilesPanel.h>
-#include <FindInFilesDialog.h>
-#include <OptionsDialog.h>
-#include <RecentFiles.h>
-#include <ScriptDocument.h>
-#include <StartPage.h>
-#include <Workbench.h>
-#include <file_uri.h>
-#include <open.h>
-#include <requests.h>
-#include <styles.h>
+#include "common/file_uri.h"
+#include "common/requests.h"
+#include "common/styles.h"
+#include "documents/CompressionTask.h"
+#include "documents/Document.h"
+#include "documents/FileNameDialog.h"
+#include "files/FilesPanel.h"
+#include "script/CodeEditor.h"
+#include "script/ScriptDocument.h"
+#include "search/FindInFilesDialog.h"
+#include "shell/AccentSwatches.h"
+#include "shell/Arguments.h"
+#include "shell/OptionsDialog.h"
+#include "shell/RecentFiles.h"
+#include "shell/StartPage.h"
+#include "shell/Workbench.h"
+#include "shell/open.h"
 
 #include <DockFramework/DockableWidget.h>
 
