@@ -1,5 +1,6 @@
 // Scripts in the workbench: their documents, the editor, the console.
 
+#include "common/path_names.h"
 #include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
 #include "script/OutputView.h"
@@ -538,5 +539,5 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_scripts)
-#include "common/path_names.h"
+
 #include "tst_workbench_scripts.moc"

@@ -1,6 +1,7 @@
 // The workbench's window: documents, sessions, menus, exchange.
 
 #include "common/file_uri.h"
+#include "common/path_names.h"
 #include "common/requests.h"
 #include "common/styles.h"
 #include "documents/CompressionTask.h"
@@ -1322,5 +1323,5 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_window)
-#include "common/path_names.h"
+
 #include "tst_workbench_window.moc"
