@@ -539,5 +539,4 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_scripts)
-
 #include "tst_workbench_scripts.moc"

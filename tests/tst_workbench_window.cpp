@@ -1323,5 +1323,4 @@ private:
 };
 
 QTEST_MAIN(tst_workbench_window)
-
 #include "tst_workbench_window.moc"
