@@ -8,7 +8,4 @@ namespace workbench {
 /// is English.
 QString numberText(qint64 number);
 
-/// A number of things: "1 file", "12,345 files".
-QString countText(qint64 count, const QString& one, const QString& more);
-
 } // namespace workbench

@@ -17,6 +17,11 @@ namespace workbench {
 
 namespace {
 
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(workbench::Styles)
+};
+
 constexpr char styleOption[] = "ZvStyle";
 constexpr char accentOption[] = "ZvStyleAccent";
 
@@ -91,22 +96,20 @@ void showStyle(const QString& name)
 void keepEditedStyles(const QObject& context, const std::function<void(const Failure&)>& tell)
 {
     using libzvutil::ZvStyleManager;
-    QObject::connect(
-        &libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context, [tell] {
-            // Whatever style is put in, all of them are written.
-            ZvStyleManager::Update(
-                ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
-            showStyle(currentStyleName());
-            if (!areStylesKept())
-                tell({QCoreApplication::translate("workbench::Styles",
-                                                  "Your styles aren't kept for the next start."),
-                      QCoreApplication::translate("workbench::Styles", "“%1” can't be written.")
-                          .arg(ZvStyleManager::StyleConfigPath().toQString()),
-                      QCoreApplication::translate(
-                          "workbench::Styles",
-                          "Check your rights to that file, and that the disk isn't full. Then "
-                          "apply the style once more.")});
-        });
+    QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context,
+                     [tell] {
+                         // Whatever style is put in, all of them are written.
+                         ZvStyleManager::Update(
+                             ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
+                         showStyle(currentStyleName());
+                         if (!areStylesKept())
+                             tell({Texts::tr("Your styles aren't kept for the next start."),
+                                   Texts::tr("“%1” can't be written.")
+                                       .arg(ZvStyleManager::StyleConfigPath().toQString()),
+                                   Texts::tr("Check that you may write to this file, and that "
+                                             "the disk isn't full. Then "
+                                             "apply the style once more.")});
+                     });
 }
 
 } // namespace workbench

@@ -59,7 +59,7 @@ void CompressionRequest::perform()
     QString error = writePart();
     QCoreApplication::processEvents();
     if (error.isEmpty() && abort_requested())
-        error = tr("It was cancelled.");
+        error = tr("Cancelled.");
     if (error.isEmpty()) {
         std::error_code code;
         std::filesystem::rename(m_part.toStdFilePath(), m_target.toStdFilePath(), code);
@@ -80,16 +80,17 @@ QString CompressionRequest::writePart() const
     try {
         if (m_direction == Direction::Compress) {
             ZvCompression::compress(m_source, m_part, ZvCompressionType::Zlib, defaultLevel);
-            return isFaithful(m_part, m_source) ? QString() : tr("Not all could be written.");
+            return isFaithful(m_part, m_source) ? QString()
+                                                : tr("The file was not written completely.");
         }
         ZvCompression::decompress(m_source, m_part, ZvCompressionType::Zlib);
         return isRestored(m_part, m_source)
             ? QString()
-            : tr("It is no compressed document, it is damaged, or the disk is full.");
+            : tr("The file is not a compressed document, it is damaged, or the disk is full.");
     } catch (const zvutil::ZvFileException& exception) {
         return QString::fromUtf8(exception.what());
     } catch (const std::bad_alloc&) {
-        return tr("There isn't enough memory for it.");
+        return tr("There is not enough memory.");
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     }

@@ -67,8 +67,9 @@ void CompressionTask::fail(const std::string& reason)
         {(compresses ? tr("“%1” was not exported.") : tr("“%1” was not imported."))
              .arg(m_source.toQString()),
          QString::fromStdString(reason),
-         compresses ? tr("Choose another place, or free some space.")
-                    : tr("Check that the file has been exported here, and choose another place.")});
+         compresses
+             ? tr("Choose another place, or free some space.")
+             : tr("Check that the file was exported by the workbench, or choose another place.")});
 }
 
 } // namespace workbench

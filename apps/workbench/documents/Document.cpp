@@ -25,9 +25,9 @@ QString reasonOf(Work work)
     } catch (const FileError& error) {
         return error.reason();
     } catch (const Stopped&) {
-        return Document::tr("You have stopped it.");
+        return Document::tr("Stopped.");
     } catch (const std::bad_alloc&) {
-        return Document::tr("There isn't enough memory for it.");
+        return Document::tr("There is not enough memory.");
     }
 }
 
@@ -55,9 +55,9 @@ bool Document::load(const zvutil::ZvFilePath& path)
     const QFileInfo file(qtFileName(path));
     QString reason;
     if (!file.exists())
-        reason = tr("There is no such file.");
+        reason = tr("The file does not exist.");
     else if (!file.isFile() || !file.isReadable())
-        reason = tr("You have no right to read it, or it isn't a file.");
+        reason = tr("You do not have permission to read it, or it is not a file.");
     else
         reason = reasonOf([&] { read(path); });
     if (!reason.isEmpty()) {
@@ -84,7 +84,7 @@ int Document::fileType() const
 QString Document::closeEventText(int index) const
 {
     return index == 0 ? tr("Save the changes to “%1”?").arg(shortTitle())
-                      : tr("They are lost if you don't save them.");
+                      : tr("Your changes will be lost if you don't save them.");
 }
 
 QString Document::documentTypeName() const
@@ -99,7 +99,7 @@ void Document::writeFile(const zvutil::ZvFilePath& path) const
     Q_EMIT endSave(reason.isEmpty(), path, QProtectedSignal());
     if (!reason.isEmpty())
         Q_EMIT failed({tr("%1 “%2” was not saved.").arg(m_type.name, path.toQString()), reason,
-                       tr("Your changes are still here. Save them under another name, or mend the "
+                       tr("Your changes are still here. Save them under another name, or fix the "
                           "cause and save again.")});
 }
 
@@ -117,8 +117,8 @@ zvutil::ZvFilePath Document::requestSavePath() const
 {
     const QString folder =
         filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
-    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
-                                      tr("%1s").arg(m_type.name), m_type.extension);
+    const QString file = saveFileName(window(), tr("Save %1 as…").arg(m_type.name), folder,
+                                      m_type.pluralName, m_type.extension);
     return file.isEmpty() ? zvutil::ZvFilePath() : filePath(QDir::toNativeSeparators(file));
 }
 

@@ -15,6 +15,7 @@ struct DocumentType
 {
     QString id; ///< "testplan", "schematic" or "script", as the command line has it
     QString name; ///< what one is called: "Test plan", "Schematic", "Script"
+    QString pluralName; ///< what several are called: "Test plans"
     QString extension; ///< of its files, with the dot
     int fileType; ///< as `ZvContentWidget::fileType` wants it; 0 where that knows none
     /// Makes a new document, which \p title names until it has a file. \p parent owns it.

@@ -125,13 +125,13 @@ QString FileNameDialog::problemWith(const QString& name, const QString& folder,
     if (state == QValidator::Invalid)
         return bannedCharacters();
     if (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
-        return tr("A name can't end with a dot or a blank.");
+        return tr("A name can't end with a dot or a space.");
     if (isDevice(name))
-        return tr("“%1” is the name of a device. Add something in front of it.").arg(name);
+        return tr("“%1” is a reserved device name. Choose another name.").arg(name);
     if (isTooLongForDisk(name))
         return tr("The name is too long for this disk.");
     if (isTaken(name, QDir(folder), present))
-        return tr("There is a “%1” in this folder already.").arg(name);
+        return tr("“%1” already exists in this folder.").arg(name);
     return {};
 }
 
@@ -139,7 +139,7 @@ void FileNameDialog::judge()
 {
     QString problem = problemWith(m_name->text(), m_folder, m_proposal);
     if (problem.isEmpty() && !m_name->text().endsWith(m_extension, Qt::CaseInsensitive))
-        problem = tr("The name has to end in “%1”.").arg(m_extension);
+        problem = tr("The name must end with “%1”.").arg(m_extension);
     tellProblem(problem);
     const bool isGood = m_problem->text().isEmpty();
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(isGood);

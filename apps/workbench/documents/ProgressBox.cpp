@@ -17,7 +17,7 @@ void report(const Progress& progress, int done, int all)
 }
 
 ProgressBox::ProgressBox(const QString& text, QWidget* parent)
-    : m_box(text, QProgressDialog::tr("Stop"), 0, 1, parent)
+    : m_box(text, tr("Stop"), 0, 1, parent)
 {
     m_box.setWindowModality(Qt::ApplicationModal);
     m_box.setMinimumDuration(patience);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QProgressDialog>
 
 #include <functional>
@@ -21,6 +22,8 @@ void report(const Progress& progress, int done, int all);
 /// the work takes longer than half a second; as long as it is there, the rest of the program waits.
 class ProgressBox
 {
+    Q_DECLARE_TR_FUNCTIONS(workbench::ProgressBox)
+
 public:
     /// \p text tells what is being done.
     ProgressBox(const QString& text, QWidget* parent);

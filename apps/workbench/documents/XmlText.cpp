@@ -19,10 +19,10 @@ constexpr int newestVersion = 1;
 // it is written.
 constexpr int longestNameToSave = 255 - 7;
 
-QString tr(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("workbench::XmlText", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(workbench::XmlText)
+};
 
 bool isWritable(QChar unit)
 {
@@ -52,7 +52,7 @@ QString textAttribute(const XmlElement& element, const char* name)
     try {
         return QString::fromUtf8(element.attribute(name));
     } catch (const zvutil::experimental::xml::attribute_not_found_xml_exception&) {
-        throw FileError(tr("An element “%1” in it has no “%2”.")
+        throw FileError(Texts::tr("Element “%1” has no attribute “%2”.")
                             .arg(QString::fromUtf8(element.name()), QString::fromUtf8(name)));
     }
 }
@@ -64,8 +64,8 @@ int numberAttribute(const XmlElement& element, const char* name, int least, int 
     const int number = text.toInt(&isNumber);
     if (!isNumber || number < least || number > most)
         throw FileError(
-            tr("In an element “%1” of it, “%2” is “%3”; it should be a whole number from "
-               "%4 to %5.")
+            Texts::tr(
+                "Attribute “%2” of element “%1” is “%3”; expected a whole number from %4 to %5.")
                 .arg(QString::fromUtf8(element.name()), QString::fromUtf8(name), text.left(40),
                      QString::number(least), QString::number(most)));
     return number;
@@ -74,18 +74,18 @@ int numberAttribute(const XmlElement& element, const char* name, int least, int 
 void requireRoot(const XmlElement* root, const char* name, const QString& what)
 {
     if (!root)
-        throw FileError(tr("It is no XML file."));
+        throw FileError(Texts::tr("This is not an XML file."));
     if (!isElement(root, name))
-        throw FileError(
-            tr("It is no %1: it holds “%2”.").arg(what, QString::fromUtf8(root->name())));
+        throw FileError(Texts::tr("This is not a %1 (root element “%2”).")
+                            .arg(what, QString::fromUtf8(root->name())));
     const QString version = textAttribute(*root, "version");
     bool isNumber = false;
     const int number = version.toInt(&isNumber);
     if (!isNumber || number < 1)
-        throw FileError(tr("Its version is “%1”, which is none.").arg(version.left(40)));
+        throw FileError(Texts::tr("Invalid format version “%1”.").arg(version.left(40)));
     if (number > newestVersion)
-        throw FileError(tr("It was written by a newer version of this program (version %1 of the "
-                           "format; this one knows version %2).")
+        throw FileError(Texts::tr("The file was written by a newer version of this program (format "
+                                  "version %1; this program reads up to version %2).")
                             .arg(number)
                             .arg(newestVersion));
 }
@@ -110,8 +110,9 @@ void requireWritable(const QString& text, const std::function<QString()>& where)
         return;
     const QString code = QString::number(text.at(place).unicode(), 16).rightJustified(4, u'0');
     // All at once: where it is, the user has written, and that may hold a "%2".
-    throw FileError(tr("%1 holds a character that an XML file can't hold: U+%2 at position %3.")
-                        .arg(where(), code, QString::number(place + 1)));
+    throw FileError(
+        Texts::tr("%1 contains a character that XML does not allow: U+%2 at position %3.")
+            .arg(where(), code, QString::number(place + 1)));
 }
 
 void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
@@ -121,12 +122,12 @@ void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
     const QFileInfo info(qtFileName(file));
     const QFileInfo folder(info.path());
     if (!folder.isDir())
-        throw FileError(tr("There is no folder “%1”.").arg(folder.filePath()));
+        throw FileError(Texts::tr("The folder “%1” does not exist.").arg(folder.filePath()));
     if (info.isDir())
-        throw FileError(tr("A folder has this name."));
+        throw FileError(Texts::tr("There is a folder of this name."));
     if (lengthOnDisk(info.fileName()) > longestNameToSave)
-        throw FileError(tr("Its name is too long for this disk."));
-    throw FileError(tr("Either the disk is full, or you have no right to write there."));
+        throw FileError(Texts::tr("The file name is too long for this disk."));
+    throw FileError(Texts::tr("The disk is full, or you do not have permission to write there."));
 }
 
 } // namespace workbench

@@ -10,10 +10,10 @@ namespace workbench {
 
 namespace {
 
-QString tr(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("workbench::SaveFileName", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(workbench::SaveFileName)
+};
 
 QString withExtension(const QString& name, const QString& extension)
 {
@@ -22,9 +22,10 @@ QString withExtension(const QString& name, const QString& extension)
 
 bool mayReplace(QWidget* parent, const QString& file)
 {
-    QMessageBox box(QMessageBox::Warning, tr("Save"),
-                    tr("There is a “%1” already. Replace it?").arg(QDir::toNativeSeparators(file)),
-                    QMessageBox::Yes | QMessageBox::No, parent);
+    QMessageBox box(
+        QMessageBox::Warning, Texts::tr("Save"),
+        Texts::tr("“%1” already exists. Replace it?").arg(QDir::toNativeSeparators(file)),
+        QMessageBox::Yes | QMessageBox::No, parent);
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;

@@ -283,7 +283,7 @@ QWidget* FilesPanel::makeFolderBox()
     add->setToolTip(tr("List the files of another folder. You can also drop folders here."));
     connect(add, &QAction::triggered, this, &FilesPanel::browse);
     m_removeFolder->setObjectName(QStringLiteral("removeFolder"));
-    m_removeFolder->setToolTip(tr("Don't list the files of the selected folders any more"));
+    m_removeFolder->setToolTip(tr("Stop listing the files of the selected folders"));
     m_removeFolder->setShortcut(QKeySequence::Delete);
     m_removeFolder->setShortcutContext(Qt::WidgetShortcut);
     connect(m_removeFolder, &QAction::triggered, this, &FilesPanel::removeSelectedFolders);
@@ -305,7 +305,7 @@ QWidget* FilesPanel::makeFolderBox()
 QWidget* FilesPanel::makeStatusRow()
 {
     m_status->setObjectName(QStringLiteral("status"));
-    m_status->setAccessibleName(tr("What is going on"));
+    m_status->setAccessibleName(tr("Status"));
     m_stop->setObjectName(QStringLiteral("stop"));
     m_stop->setText(tr("Stop"));
     m_stop->setToolTip(tr("Stop listing and filtering"));
@@ -405,8 +405,8 @@ void FilesPanel::showFolders()
         item.setText(isReadable ? text : tr("%1 (can't be read)").arg(text));
         item.setToolTip(toolTipOf(
             isReadable ? text
-                       : tr("“%1” isn't there, or you have no right to read it. Bring it back "
-                            "and press Reload, or remove it.")
+                       : tr("“%1” does not exist, or you do not have permission to read it. "
+                            "Restore it and press Reload, or remove it from the list.")
                              .arg(text)));
         m_unreadableFolders += isReadable ? 0 : 1;
     }
@@ -454,14 +454,15 @@ QString FilesPanel::statusText() const
         return tr("Filtering… %1 %").arg(percent);
     if (m_listing != Listing::Running && !m_filter->isDone())
         return tr("Filtering stopped at %1 %. Change the text to filter again.").arg(percent);
-    const QString all = countText(m_filter->different(), tr("file"), tr("files"));
+    const QString all =
+        tr("%1 files", nullptr, m_filter->different()).arg(numberText(m_filter->different()));
     const QString shown =
         m_search->text().isEmpty() ? all : tr("%1 of %2").arg(numberText(m_files->rowCount()), all);
     if (m_listing == Listing::Running)
         return tr("Listing… %1").arg(shown);
     return m_unreadableFolders == 0
         ? shown
-        : tr("%1; folders that can't be read: %2").arg(shown, numberText(m_unreadableFolders));
+        : tr("%1; %n unreadable folders", nullptr, m_unreadableFolders).arg(shown);
 }
 
 /// Folders are listed, files are opened.
@@ -500,8 +501,9 @@ void FilesPanel::openSelected()
     const int count = selectedCount();
     if (count > mostFilesToOpen) {
         tell(this,
-             {tr("%1 files are too many to open at once.").arg(numberText(count)),
-              tr("At most %1 are opened in one go.").arg(mostFilesToOpen), tr("Select fewer.")});
+             {tr("%n files are too many to open at once.", nullptr, count),
+              tr("At most %n files can be opened at once.", nullptr, mostFilesToOpen),
+              tr("Select fewer files.")});
         return;
     }
     if (count > 0)
@@ -545,8 +547,8 @@ void FilesPanel::renameTo(const QString& file, const QString& newName)
     }
     tell(this,
          {tr("“%1” was not renamed.").arg(file), present.errorString(),
-          tr("Check that it is still there, that no program uses it, and that you may write to its "
-             "folder.")});
+          tr("Check that the file still exists, that no program is using it, and that you may "
+             "write to its folder.")});
 }
 
 /// There may be no program that shows folders, so the path has to do.

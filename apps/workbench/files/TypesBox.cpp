@@ -29,7 +29,7 @@ TypesBox::TypesBox(QWidget* parent)
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(8);
     setAccessibleName(tr("Types of files"));
-    setToolTip(tr("Which files: choose, or type extensions such as “.txt .csv”."));
+    setToolTip(tr("Choose which files to list, or type extensions such as “.txt .csv”."));
     addItem(tr("All files"), QStringList());
     addItem(tr("Documents"), documentExtensions());
     lineEdit()->setAcceptDrops(false);

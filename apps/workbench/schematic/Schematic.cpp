@@ -262,10 +262,12 @@ bool isWithinReach(const QPoint& point)
 QString wireFault(const QVector<QPoint>& points)
 {
     if (points.size() < 2)
-        return Schematic::tr("A wire has less than two points.");
+        return Schematic::tr("A wire has fewer than two points.");
     for (int i = 1; i < points.size(); ++i) {
         if (points.at(i) == points.at(i - 1) || !isStraight(points.at(i), points.at(i - 1)))
-            return Schematic::tr("A wire doesn't run straight from point %1 to the next.").arg(i);
+            return Schematic::tr(
+                       "A wire is neither horizontal nor vertical from point %1 to the next.")
+                .arg(i);
     }
     return {};
 }

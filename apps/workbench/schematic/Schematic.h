@@ -41,7 +41,7 @@ struct Wire
 
 struct Schematic
 {
-    Q_DECLARE_TR_FUNCTIONS(Schematic)
+    Q_DECLARE_TR_FUNCTIONS(workbench::Schematic)
 
 public:
     QVector<Symbol> symbols;

@@ -63,8 +63,11 @@ constexpr std::array<KindAction, symbolKinds.size()> kindActions = {{
 
 const DocumentType& schematicType()
 {
-    static const DocumentType type = {QStringLiteral("schematic"), QStringLiteral("Schematic"),
-                                      QStringLiteral(".zvsch"), 1,
+    static const DocumentType type = {QStringLiteral("schematic"),
+                                      SchematicDocument::tr("Schematic"),
+                                      SchematicDocument::tr("Schematics"),
+                                      QStringLiteral(".zvsch"),
+                                      1,
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new SchematicDocument(title, parent);
                                       }};

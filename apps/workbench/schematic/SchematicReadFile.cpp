@@ -13,7 +13,7 @@ auto nextChild(XmlElement& parent, const char* name, const QString& end)
     if (!child)
         throw FileError(end);
     if (!isElement(child.get(), name))
-        throw FileError(Schematic::tr("It has an element “%1” where “%2” is expected.")
+        throw FileError(Schematic::tr("Unexpected element “%1” (expected “%2”).")
                             .arg(QString::fromUtf8(child->name()), QString::fromUtf8(name)));
     return child;
 }
@@ -29,16 +29,14 @@ Symbol readSymbol(const XmlElement& element)
     Symbol symbol;
     const QString kind = textAttribute(element, "kind");
     if (!kindOfName(kind, symbol.kind))
-        throw FileError(Schematic::tr("It has a symbol of the kind “%1”, which isn't known.")
-                            .arg(kind.left(40)));
+        throw FileError(Schematic::tr("Unknown symbol kind “%1”.").arg(kind.left(40)));
     symbol.reference = textAttribute(element, "ref");
     symbol.value = textAttribute(element, "value");
     symbol.position = placeOf(element);
     symbol.rotation = numberAttribute(element, "rotation", 0, 270);
     if (symbol.rotation % 90 != 0)
         throw FileError(
-            Schematic::tr("It has a symbol that is rotated by %1 degrees; only quarters "
-                          "of a turn are possible.")
+            Schematic::tr("A symbol is rotated by %1 degrees; expected a multiple of 90.")
                 .arg(symbol.rotation));
     return symbol;
 }
@@ -50,7 +48,7 @@ Wire readWire(XmlElement& element, const QString& end)
     for (int i = 0; i < count; ++i)
         wire.points.append(placeOf(*nextChild(element, "point", end)));
     if (element.next_child())
-        throw FileError(Schematic::tr("It has a wire with more points than it tells."));
+        throw FileError(Schematic::tr("A wire contains more points than it declares."));
     const QString fault = wireFault(wire.points);
     if (!fault.isEmpty())
         throw FileError(fault);
@@ -73,21 +71,18 @@ Schematic SchematicReadFile::read(const Progress& progress)
     Schematic schematic;
     // Nothing is reserved: the counts are only what the file claims.
     for (int i = 0; i < symbols; ++i) {
-        const QString end = Schematic::tr("It ends after symbol %1 of %2, so a part of it is lost.")
-                                .arg(i)
-                                .arg(symbols);
+        const QString end =
+            Schematic::tr("The file ends after symbol %1 of %2.").arg(i).arg(symbols);
         schematic.symbols.append(readSymbol(*nextChild(*root, "symbol", end)));
         report(progress, i, symbols + wires);
     }
     for (int i = 0; i < wires; ++i) {
-        const QString end = Schematic::tr("It ends after wire %1 of %2, so a part of it is lost.")
-                                .arg(i)
-                                .arg(wires);
+        const QString end = Schematic::tr("The file ends after wire %1 of %2.").arg(i).arg(wires);
         schematic.wires.append(readWire(*nextChild(*root, "wire", end), end));
         report(progress, symbols + i, symbols + wires);
     }
     if (root->next_child())
-        throw FileError(Schematic::tr("It has more symbols or wires than it tells."));
+        throw FileError(Schematic::tr("The file contains more symbols or wires than it declares."));
     return schematic;
 }
 

@@ -429,7 +429,7 @@ void SchematicScene::addWirePoint(const QPoint& place)
     } else if (m_wire.pointsTo(place).size() > maximumWirePoints) {
         Q_EMIT failed({tr("The wire was not drawn any further."),
                        tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
-                       tr("End it, and begin another one where it ends.")});
+                       tr("End this wire, and begin another one there.")});
         return;
     } else {
         m_wire.extend(place);
@@ -540,8 +540,8 @@ void SchematicScene::insert(const Schematic& part)
         after.wires.append(wire);
     }
     if (!isInReach) {
-        Q_EMIT failed({what, tr("It would lie beyond the edge of the sheet."),
-                       tr("Copy it from a place that is nearer to the middle.")});
+        Q_EMIT failed({what, tr("Some parts would lie beyond the edge of the sheet."),
+                       tr("Copy parts that are nearer to the middle.")});
         return;
     }
     push(tr("Paste"), after);
@@ -556,7 +556,7 @@ bool SchematicScene::hasRoom(const QString& what, int symbols, int wires)
     Q_EMIT failed({what,
                    tr("A schematic has at most %1 symbols and %2 wires.")
                        .arg(numberText(maximumSymbols), numberText(maximumWires)),
-                   tr("Go on in another schematic.")});
+                   tr("Continue in another schematic.")});
     return false;
 }
 

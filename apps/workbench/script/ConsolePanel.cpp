@@ -45,7 +45,7 @@ ConsolePanel::ConsolePanel(QWidget* parent)
     setFixedPitch(*m_input);
     m_spinner->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_stop->setText(tr("Stop"));
-    m_stop->setToolTip(tr("Ends what runs (Esc)"));
+    m_stop->setToolTip(tr("Stop the running script (Esc)"));
     setFocusProxy(m_input);
 
     auto* const line = new QHBoxLayout;
@@ -160,7 +160,7 @@ void ConsolePanel::recall(int step)
 void ConsolePanel::finish(const host::ScriptOutcome& outcome)
 {
     if (outcome.isStopped)
-        m_output->append(tr("Stopped by you."), OutputView::Kind::Remark);
+        m_output->append(tr("Stopped."), OutputView::Kind::Remark);
     else if (!outcome.error.empty())
         m_output->append(QString::fromStdString(outcome.error), OutputView::Kind::Error);
     else if (!outcome.value.empty())

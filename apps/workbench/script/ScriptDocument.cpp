@@ -59,8 +59,11 @@ QString textOf(const QTextDocument& document)
 
 const DocumentType& scriptType()
 {
-    static const DocumentType type = {QStringLiteral("script"), QStringLiteral("Script"),
-                                      QStringLiteral(".zvscr"), 0,
+    static const DocumentType type = {QStringLiteral("script"),
+                                      ScriptDocument::tr("Script"),
+                                      ScriptDocument::tr("Scripts"),
+                                      QStringLiteral(".zvscr"),
+                                      0,
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new ScriptDocument(title, parent);
                                       }};
@@ -105,11 +108,11 @@ void ScriptDocument::makeActions()
 {
     m_run = addEditAction(tr("&Run"), QKeySequence(Qt::Key_F5));
     m_run->setIcon(runIcon());
-    m_run->setToolTip(tr("Runs the script as it stands here (F5)"));
+    m_run->setToolTip(tr("Run the script as shown, saved or not (F5)"));
     connect(m_run, &QAction::triggered, this, &ScriptDocument::run);
     m_stop = addEditAction(tr("&Stop"), QKeySequence(QStringLiteral("Shift+F5")));
     m_stop->setIcon(stopIcon());
-    m_stop->setToolTip(tr("Ends the script (Shift+F5)"));
+    m_stop->setToolTip(tr("Stop the script (Shift+F5)"));
     connect(m_stop, &QAction::triggered, this, &ScriptDocument::stop);
 }
 
@@ -153,7 +156,7 @@ void ScriptDocument::run()
     } catch (const std::exception& exception) {
         Q_EMIT failed({tr("“%1” can't be run.").arg(shortTitle()),
                        QString::fromUtf8(exception.what()),
-                       tr("Close what you don't need, and try it again.")});
+                       tr("Close what you don't need, and try again.")});
         return;
     }
     m_sinceStart.start();
@@ -185,19 +188,19 @@ void ScriptDocument::read(const zvutil::ZvFilePath& file)
     if (!source.open(QIODevice::ReadOnly))
         throw FileError(source.errorString());
     if (source.size() > maximumScriptSize)
-        throw FileError(tr("It has %1 bytes; a script has at most %2.")
+        throw FileError(tr("The file has %1 bytes; a script can have at most %2.")
                             .arg(numberText(source.size()), numberText(maximumScriptSize)));
     QString text = decoded(source.readAll());
     if (source.error() != QFileDevice::NoError)
         throw FileError(source.errorString());
     if (text.isNull())
-        throw FileError(tr("It isn't text in UTF-8."));
+        throw FileError(tr("The file is not UTF-8 text."));
     m_hasWindowsLines = hasOnlyWindowsLines(text);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     // The editor would take these for ends of lines, and saving would make them such.
     if (text.contains(QChar::ParagraphSeparator) || text.contains(QLatin1Char('\r'))
         || text.contains(QChar::Null))
-        throw FileError(tr("It contains characters that can't be edited here."));
+        throw FileError(tr("The file contains characters that can't be edited here."));
     m_editor->setPlainText(text);
     m_editor->document()->setModified(false);
 }
@@ -219,7 +222,7 @@ void ScriptDocument::finish(const host::ScriptOutcome& outcome)
     const double seconds = static_cast<double>(m_sinceStart.elapsed()) / 1000;
     const QString time = tr("after %1 s").arg(seconds, 0, 'f', 1);
     if (outcome.isStopped) {
-        m_output->append(tr("Stopped by you."), OutputView::Kind::Remark);
+        m_output->append(tr("Stopped."), OutputView::Kind::Remark);
         showState(tr("Stopped %1").arg(time), false);
     } else if (outcome.error.empty()) {
         showState(tr("Finished %1").arg(time), false);

@@ -200,7 +200,7 @@ QWidget* FindInFilesDialog::makeFolderRow()
 void FindInFilesDialog::makeResults()
 {
     m_view->setObjectName(QStringLiteral("hits"));
-    m_view->setAccessibleName(tr("Lines with the text"));
+    m_view->setAccessibleName(tr("Results"));
     m_view->setModel(m_hits);
     m_view->setRootIsDecorated(false);
     m_view->setItemsExpandable(false);
@@ -226,7 +226,7 @@ void FindInFilesDialog::makeResults()
 QWidget* FindInFilesDialog::makeStatusRow()
 {
     m_status->setObjectName(QStringLiteral("status"));
-    m_status->setAccessibleName(tr("What is going on"));
+    m_status->setAccessibleName(tr("Status"));
     m_showUnreadable->setObjectName(QStringLiteral("unreadable"));
     m_showUnreadable->setAutoDefault(false);
     m_showUnreadable->setToolTip(tr("Show the files and folders that can't be read"));
@@ -341,27 +341,29 @@ void FindInFilesDialog::showState()
 
 QString FindInFilesDialog::statusText() const
 {
-    const QString found = tr("%1 in %2 of %3")
-                              .arg(countText(m_hits->rowCount(), tr("line"), tr("lines")),
-                                   numberText(m_hits->fileCount()),
-                                   countText(m_progress.searchedFiles, tr("file"), tr("files")));
+    const QString found =
+        tr("%1 in %2 of %3")
+            .arg(tr("%1 lines", nullptr, m_hits->rowCount()).arg(numberText(m_hits->rowCount())),
+                 numberText(m_hits->fileCount()),
+                 tr("%1 files", nullptr, m_progress.searchedFiles)
+                     .arg(numberText(m_progress.searchedFiles)));
     switch (m_outcome) {
     case Outcome::None:
         return chosenFolders().isEmpty() ? tr("Choose a folder to search in.")
-                                         : tr("Type what to search for.");
+                                         : tr("Type the text to search for.");
     case Outcome::Running:
         return tr("Searching… %1. %2").arg(found, m_progress.folder);
     case Outcome::Done:
         return m_progress.hasReachedLimit
-            ? tr("The first %1 lines are shown. Search for more, or in less, to see all.")
+            ? tr("Only the first %1 lines are shown. Narrow the search to see all.")
                   .arg(numberText(m_hits->rowCount()))
             : tr("%1.").arg(found);
     case Outcome::Cancelled:
-        return tr("Cancelled: %1 until then.").arg(found);
+        return tr("Cancelled: %1 so far.").arg(found);
     case Outcome::Failed:
         break;
     }
-    return tr("The search has broken off. Search again.");
+    return tr("The search failed. Search again.");
 }
 
 void FindInFilesDialog::openHit(const QModelIndex& index)

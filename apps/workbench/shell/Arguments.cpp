@@ -21,7 +21,7 @@ void setStyle(Arguments& arguments, const QString& name)
     if (names.contains(name, Qt::CaseInsensitive))
         arguments.style = name;
     else
-        arguments.error = QStringLiteral("There is no style “%1”. There are: %2.")
+        arguments.error = Arguments::tr("There is no style “%1”. Available styles: %2.")
                               .arg(name, names.join(QStringLiteral(", ")));
 }
 
@@ -33,7 +33,7 @@ void addNewDocument(Arguments& arguments, const QString& id)
     if (const DocumentType* const type = documentTypeOf(id))
         arguments.newDocuments.push_back(type);
     else
-        arguments.error = QStringLiteral("There is no type of document “%1”. There are: %2.")
+        arguments.error = Arguments::tr("There is no document type “%1”. Available types: %2.")
                               .arg(id, ids.join(QStringLiteral(", ")));
 }
 
@@ -50,7 +50,7 @@ Arguments Arguments::of(const QStringList& words)
         }
         const QString value = words.value(++i);
         if (value.isEmpty())
-            arguments.error = QStringLiteral("Something is missing behind “%1”.").arg(word);
+            arguments.error = Arguments::tr("“%1” needs a value.").arg(word);
         else if (word == QLatin1String("--style"))
             setStyle(arguments, value);
         else if (word == QLatin1String("--new"))
@@ -58,7 +58,7 @@ Arguments Arguments::of(const QStringList& words)
         else if (word == QLatin1String("--screenshot"))
             arguments.picture = absolutePath(value);
         else
-            arguments.error = QStringLiteral("“%1” isn't known.").arg(word);
+            arguments.error = Arguments::tr("Unknown option “%1”.").arg(word);
     }
     return arguments;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -12,6 +13,9 @@ struct DocumentType;
 /// What the workbench is told to show when it opens.
 struct Arguments
 {
+    Q_DECLARE_TR_FUNCTIONS(workbench::Arguments)
+
+public:
     QString style; ///< empty for the user's own
     std::vector<const DocumentType*> newDocuments;
     QString picture; ///< the file that a picture of the window goes to; empty for none

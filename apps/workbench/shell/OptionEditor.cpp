@@ -103,7 +103,7 @@ public:
     {
         return QColor::isValidColor(value())
             ? QString()
-            : tr("“%1” is no colour. Type one as “#2d7d9a”.").arg(value());
+            : tr("“%1” is not a colour. Type one such as “#2d7d9a”.").arg(value());
     }
 
 private:

@@ -103,7 +103,7 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     auto* const resetButton = new QToolButton;
     resetButton->setObjectName(QStringLiteral("reset ") + name);
     resetButton->setText(tr("Reset"));
-    resetButton->setToolTip(tr("Back to the default"));
+    resetButton->setToolTip(tr("Reset to the default"));
     connect(resetButton, &QToolButton::clicked, this, [this, place] { reset(place); });
     const int row = layout.rowCount();
     layout.addWidget(plainLabel(name), row, 0);

@@ -104,9 +104,8 @@ void ViewMenu::call(const char* command)
     try {
         host::callCommand(command, {}, {}, {"Workbench", 0});
     } catch (const std::exception& error) {
-        Q_EMIT failed({tr("The command “%1” didn't work.").arg(QLatin1String(command)),
-                       QString::fromUtf8(error.what()),
-                       tr("Try it once more, or restart the program.")});
+        Q_EMIT failed({tr("The command “%1” failed.").arg(QLatin1String(command)),
+                       QString::fromUtf8(error.what()), tr("Try again, or restart the program.")});
     }
 }
 
@@ -115,7 +114,7 @@ void ViewMenu::keep(const std::function<void()>& choice)
     try {
         choice();
     } catch (const std::exception& error) {
-        Q_EMIT failed({tr("Your choice isn't kept for the next start."),
+        Q_EMIT failed({tr("Your choice won't be remembered at the next start."),
                        QString::fromUtf8(error.what()),
                        tr("Check that “%1” can be written.")
                            .arg(QString::fromStdString(host::optionsFile()))});

@@ -1,10 +1,10 @@
 #include "shell/Workbench.h"
 
-#include "common/NumberText.h"
 #include "common/file_uri.h"
 #include "common/path_names.h"
 #include "common/requests.h"
 #include "common/styles.h"
+#include "common/translations.h"
 #include "documents/Document.h"
 #include "documents/FileNameDialog.h"
 #include "files/FilesPanel.h"
@@ -63,9 +63,9 @@ QString dialogFilter()
     for (const DocumentType* const type : documentTypes()) {
         const QString pattern = QLatin1Char('*') + type->extension;
         all.append(pattern);
-        filters.append(QStringLiteral("%1s (%2)").arg(type->name, pattern));
+        filters.append(Workbench::tr("%1 (%2)").arg(type->pluralName, pattern));
     }
-    filters.prepend(QStringLiteral("Documents (%1)").arg(all.join(QLatin1Char(' '))));
+    filters.prepend(Workbench::tr("Documents (%1)").arg(all.join(QLatin1Char(' '))));
     return filters.join(QStringLiteral(";;"));
 }
 
@@ -80,7 +80,7 @@ Failure joined(const QList<Failure>& failures)
         reasons.append(failure.what + QLatin1Char(' ') + failure.reason);
     if (failures.size() > mostTold)
         reasons.append(QStringLiteral("…"));
-    return {Workbench::tr("%1 of the files can't be opened.").arg(failures.size()),
+    return {Workbench::tr("%n files can't be opened.", nullptr, failures.size()),
             reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
 }
 
@@ -92,6 +92,7 @@ Workbench::Workbench()
     , m_toolBar(new QToolBar(tr("Tools"), this))
     , m_separator(new QAction(this))
 {
+    installTranslations();
     addOwnDocumentTypes();
     m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
@@ -197,7 +198,7 @@ void Workbench::restoreSession()
 
 Document* Workbench::newDocument(const DocumentType& type)
 {
-    const QString title = QStringLiteral("%1 %2").arg(type.name).arg(++m_newDocuments);
+    const QString title = tr("%1 %2").arg(type.name).arg(++m_newDocuments);
     Document* const document = type.make(title, this);
     addDocument(document);
     return document;
@@ -217,7 +218,7 @@ Document* Workbench::openFile(const QString& file)
     const DocumentType* const type = documentTypeOfFile(path);
     if (!type) {
         showFailure({tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
-                     tr("It is no test plan, schematic or script."),
+                     tr("The file is not a test plan, schematic or script."),
                      tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
         return nullptr;
     }
@@ -235,9 +236,9 @@ Document* Workbench::openFile(const QString& file)
 void Workbench::openFiles(const QStringList& files)
 {
     if (files.size() > mostFilesToOpen) {
-        showFailure({tr("%1 files are too many to open at once.").arg(numberText(files.size())),
-                     tr("At most %1 are opened in one go.").arg(mostFilesToOpen),
-                     tr("Choose fewer.")});
+        showFailure({tr("%n files are too many to open at once.", nullptr, files.size()),
+                     tr("At most %n files can be opened at once.", nullptr, mostFilesToOpen),
+                     tr("Choose fewer files.")});
         return;
     }
     // One box for all of them. A script may open files while these are read.
@@ -518,9 +519,9 @@ void Workbench::closeEvent(QCloseEvent* event)
     QApplication::closeAllWindows();
     if (!isKept)
         tell(nullptr,
-             {tr("What is open won't be opened again at the next start."),
+             {tr("The open files won't be reopened at the next start."),
               tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
-              tr("Check your rights to that file, and that the disk isn't full.")});
+              tr("Check that you may write to this file, and that the disk isn't full.")});
 }
 
 /// A layout finds a window by its object name: that of a document is its file's from now on.

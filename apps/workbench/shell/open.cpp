@@ -1,6 +1,7 @@
 #include "shell/open.h"
 
 #include "common/styles.h"
+#include "common/translations.h"
 #include "shell/Arguments.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
@@ -67,6 +68,7 @@ void takePicture(Workbench& window, const QString& file, bool exits)
 QString open(const QStringList& words)
 {
     static QPointer<Workbench> window;
+    installTranslations();
     addOwnDocumentTypes();
     const Arguments arguments = Arguments::of(words);
     if (!arguments.error.isEmpty())

@@ -21,7 +21,7 @@ struct TestPlanRow
 
 struct TestPlan
 {
-    Q_DECLARE_TR_FUNCTIONS(TestPlan)
+    Q_DECLARE_TR_FUNCTIONS(workbench::TestPlan)
 
 public:
     /// As a new document has it: the usual headings and some empty rows.

@@ -15,8 +15,11 @@ namespace workbench {
 
 const DocumentType& testPlanType()
 {
-    static const DocumentType type = {QStringLiteral("testplan"), QStringLiteral("Test plan"),
-                                      QStringLiteral(".testplan"), 2,
+    static const DocumentType type = {QStringLiteral("testplan"),
+                                      TestPlanDocument::tr("Test plan"),
+                                      TestPlanDocument::tr("Test plans"),
+                                      QStringLiteral(".testplan"),
+                                      2,
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new TestPlanDocument(title, parent);
                                       }};
@@ -118,7 +121,7 @@ void TestPlanDocument::addRowActions()
         QStringLiteral("disableRows"), tr("&Disable rows"), keys({"Ctrl+/"}),
         [this] { m_view->setSelectedRowsDisabled(!m_view->isCurrentRowDisabled()); });
     disable->setCheckable(true);
-    disable->setToolTip(tr("Rows that are disabled are left out of a test."));
+    disable->setToolTip(tr("Disabled rows are skipped by a test."));
     const auto follow = [this, disable] { disable->setChecked(m_view->isCurrentRowDisabled()); };
     connect(m_view, &TestPlanView::selectionMoved, disable, follow);
     connect(&m_model, &TestPlanModel::dataChanged, disable, follow);

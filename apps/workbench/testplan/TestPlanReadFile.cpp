@@ -17,17 +17,14 @@ CellValue readCell(const XmlElement& cell)
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     if (type != QLatin1String("number") || !isNumber || !std::isfinite(number))
-        throw FileError(
-            TestPlan::tr("It has a cell of type “%1” with the value “%2”, which can't be "
-                         "understood.")
-                .arg(type.left(40), value.left(40)));
+        throw FileError(TestPlan::tr("A cell of type “%1” has the invalid value “%2”.")
+                            .arg(type.left(40), value.left(40)));
     return number;
 }
 
 [[noreturn]] void complainOfEnd(int done, int all)
 {
-    throw FileError(
-        TestPlan::tr("It ends after row %1 of %2, so a part of it is lost.").arg(done).arg(all));
+    throw FileError(TestPlan::tr("The file ends after row %1 of %2.").arg(done).arg(all));
 }
 
 /// The next child, which has to be a \p name, or null if there is none.
@@ -35,7 +32,7 @@ auto nextChild(XmlElement& parent, const char* name)
 {
     auto child = parent.next_child();
     if (child && !isElement(child.get(), name))
-        throw FileError(TestPlan::tr("It has an element “%1” where “%2” is expected.")
+        throw FileError(TestPlan::tr("Unexpected element “%1” (expected “%2”).")
                             .arg(QString::fromUtf8(child->name()), QString::fromUtf8(name)));
     return child;
 }
@@ -45,8 +42,7 @@ bool isDisabled(const XmlElement& row)
     const QString text = textAttribute(row, "disabled");
     if (text != QLatin1String("true") && text != QLatin1String("false"))
         throw FileError(
-            TestPlan::tr("It has a row whose “disabled” is “%1”; it should be “true” or "
-                         "“false”.")
+            TestPlan::tr("Attribute “disabled” of a row is “%1”; expected “true” or “false”.")
                 .arg(text.left(40)));
     return text == QLatin1String("true");
 }
@@ -63,7 +59,7 @@ bool readRow(XmlElement& element, int columns, TestPlanRow& row)
         row.cells.append(readCell(*cell));
     }
     if (nextChild(element, "cell"))
-        throw FileError(TestPlan::tr("It has a row with more cells than it tells."));
+        throw FileError(TestPlan::tr("A row contains more cells than it declares."));
     return true;
 }
 
@@ -96,7 +92,8 @@ TestPlan TestPlanReadFile::read(const Progress& progress)
         report(progress, row, rows);
     }
     if (nextChild(*root, "row"))
-        throw FileError(TestPlan::tr("It has more rows than the %1 that it tells.").arg(rows));
+        throw FileError(
+            TestPlan::tr("The file declares %n rows but contains more.", nullptr, rows));
     return plan;
 }
 

@@ -124,7 +124,8 @@ bool TestPlanView::copy()
             copyToClipboard(selectedCells());
         return true;
     } catch (const std::exception&) {
-        Q_EMIT failed({tr("The cells were not copied."), tr("There is no memory for so many."),
+        Q_EMIT failed({tr("The cells were not copied."),
+                       tr("There is not enough memory for so many cells."),
                        tr("Select fewer cells, and copy them in parts.")});
         return false;
     }
@@ -152,7 +153,8 @@ void TestPlanView::paste()
     } catch (const Stopped&) {
         // Nothing has been pasted, which is what the user wants.
     } catch (const std::exception&) {
-        Q_EMIT failed({tr("The cells were not pasted."), tr("There is no memory for so many."),
+        Q_EMIT failed({tr("The cells were not pasted."),
+                       tr("There is not enough memory for so many cells."),
                        tr("Copy fewer cells, and paste them in parts.")});
     }
 }
@@ -193,7 +195,7 @@ void TestPlanView::insertRowsAbove()
         Q_EMIT failed(
             {tr("No rows were inserted."),
              tr("A test plan has at most %1 rows.").arg(QLocale().toString(maximumPlanRows)),
-             tr("Go on in another test plan.")});
+             tr("Continue in another test plan.")});
         return;
     }
     const int left = std::max(selectedRectangle().left(), 0);
@@ -241,7 +243,7 @@ void TestPlanView::insertColumnsBefore()
     if (countOf(spans) > maximumPlanColumns - m_model.columnCount()) {
         Q_EMIT failed({tr("No columns were inserted."),
                        tr("A test plan has at most %1 columns.").arg(maximumPlanColumns),
-                       tr("Go on in another test plan.")});
+                       tr("Continue in another test plan.")});
         return;
     }
     change(tr("Insert columns"), spans,
@@ -255,7 +257,7 @@ void TestPlanView::removeSelectedColumns()
     if (spans.empty())
         return;
     if (countOf(spans) >= m_model.columnCount()) {
-        Q_EMIT failed({tr("No columns were removed."), tr("One column has to stay."),
+        Q_EMIT failed({tr("No columns were removed."), tr("A test plan needs at least one column."),
                        tr("Select fewer columns.")});
         return;
     }
@@ -461,7 +463,7 @@ bool TestPlanView::addChanges(const Filling& filling,
 void TestPlanView::fill(const QString& text, const QString& what,
                         const std::vector<Filling>& fillings)
 {
-    const QString advice = tr("Select fewer cells, and do it in parts.");
+    const QString advice = tr("Select fewer cells at a time.");
     try {
         std::vector<TestPlanModel::CellChange> changes;
         const bool isPossible =
@@ -475,7 +477,7 @@ void TestPlanView::fill(const QString& text, const QString& what,
                                .arg(QLocale().toString(maximumPasteCells)),
                            advice});
     } catch (const std::bad_alloc&) {
-        Q_EMIT failed({what, tr("There is no memory for so many."), advice});
+        Q_EMIT failed({what, tr("There is not enough memory for so many cells."), advice});
     }
 }
 
@@ -509,7 +511,7 @@ void TestPlanView::pasteCells(const CellGrid& grid)
     if (!m_model.paste(place.y(), place.x(), grid)) {
         Q_EMIT failed(
             {tr("The cells were not pasted."),
-             tr("They need more than the %1 rows or %2 columns that a test plan can have.")
+             tr("They need more rows or columns than a test plan can have (%1 rows, %2 columns).")
                  .arg(QLocale().toString(maximumPlanRows), QLocale().toString(maximumPlanColumns)),
              tr("Copy fewer cells, or paste them further up or left.")});
         return;

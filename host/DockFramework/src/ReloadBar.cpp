@@ -31,7 +31,7 @@ void ReloadBar::offer(bool exists, bool canReload, bool losesChanges)
                           : tr("The file has been removed or renamed.");
     const bool reloads = exists && canReload;
     if (reloads && losesChanges)
-        text += QLatin1Char(' ') + tr("Reloading it loses your changes.");
+        text += QLatin1Char(' ') + tr("Reloading discards your changes.");
     m_label->setText(text);
     m_reloadButton->setVisible(reloads);
     show();

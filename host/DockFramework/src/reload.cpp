@@ -5,7 +5,6 @@
 #include <DockFramework/DockableWidgetContents.h>
 
 #include <QMessageBox>
-#include <QObject>
 #include <QPushButton>
 
 namespace {
@@ -13,12 +12,12 @@ namespace {
 bool mayLoseChanges(DockableWidgetContents& contents)
 {
     QMessageBox box(QMessageBox::Warning, contents.getShortName(),
-                    QObject::tr("Reload “%1”?").arg(contents.getShortName()), QMessageBox::Cancel,
-                    &contents);
-    box.setInformativeText(QObject::tr("Your changes are lost then."));
+                    DockableWidgetContents::tr("Reload “%1”?").arg(contents.getShortName()),
+                    QMessageBox::Cancel, &contents);
+    box.setInformativeText(DockableWidgetContents::tr("Your changes will be lost."));
     showAsPlainText(box);
     const QPushButton* const reload =
-        box.addButton(QObject::tr("&Reload"), QMessageBox::AcceptRole);
+        box.addButton(DockableWidgetContents::tr("&Reload"), QMessageBox::AcceptRole);
     box.setDefaultButton(QMessageBox::Cancel);
     box.exec();
     return box.clickedButton() == reload;
