@@ -6,7 +6,7 @@
 #include "support/Quick.h"
 #include "support/memory.h"
 
-#include "impl/tables/csv_matrix.h"
+#include "impl/tables/csv_table.h"
 
 #include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvVariant.h>
@@ -93,7 +93,7 @@ struct Found
     }
 };
 
-Found inMatrix(const zvutil::impl::csv_matrix& matrix)
+Found inMatrix(const zvutil::impl::csv_table& matrix)
 {
     Found found;
     for (std::size_t row = 0; row < matrix.rows(); ++row) {
@@ -212,7 +212,7 @@ void registerMatrix()
         return std::pair(withoutStore(text), [](const Found& found) { return found; });
     });
     contend("matrix/library", [](const std::string& text) {
-        return std::pair(std::make_unique<zvutil::impl::csv_matrix>(text),
+        return std::pair(std::make_unique<zvutil::impl::csv_table>(text),
                          [](const auto& matrix) { return inMatrix(*matrix); });
     });
     contend("matrix/libcsv, strings kept",

@@ -9,8 +9,8 @@
 #include <zvutil/ZvMultiDirectoryListModel.h>
 
 #include "impl/models/ZvMultiDirectoryListModelProcess.h"
+#include "impl/models/compact_path_list.h"
 #include "impl/models/directory_walk.h"
-#include "impl/models/found_files.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
@@ -145,7 +145,7 @@ Found walkCount(const Tree& tree)
     std::error_code error;
     const std::wstring path = QString::fromStdString(tree.path()).toStdWString();
     zvutil::impl::directory_walk walk(path, error);
-    const auto found = std::make_shared<zvutil::impl::found_files>();
+    const auto found = std::make_shared<zvutil::impl::compact_path_list>();
     std::u16string name;
     int count = 0;
     while (!error && !walk.at_end()) {

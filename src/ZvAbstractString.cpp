@@ -2,8 +2,6 @@
 
 #include "impl/ZvAbstractStringImpl.h"
 
-#include <memory>
-
 namespace libzvutil {
 
 ZvAbstractString::ZvAbstractString(Impl* implementation)
@@ -13,7 +11,7 @@ ZvAbstractString::ZvAbstractString(Impl* implementation)
 
 ZvAbstractString::~ZvAbstractString()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 void ZvAbstractString::resize(std::size_t size)

@@ -1,8 +1,10 @@
 #include <zvutil/ZvClipboardData.h>
 
+#include <zvutil/details/log_level.h>
+
 #include "impl/ZvClipboardDataImpl.h"
 #include "impl/tables/ZvClipboardInternalData.h"
-#include "impl/tables/csv_matrix.h"
+#include "impl/tables/csv_table.h"
 #include "impl/tables/mime_type_text.h"
 
 #include <zv_logging/zv_logging.h>
@@ -13,17 +15,14 @@
 #include <QVariant>
 
 #include <exception>
-#include <memory>
 #include <string>
 #include <utility>
 
 using zvutil::mime_type;
-using zvutil::impl::csv_matrix;
+using zvutil::impl::csv_table;
 using zvutil::impl::mime_type_text;
 
 namespace {
-
-constexpr int errorLevel = 4;
 
 /// Null if there is none.
 QByteArray csvBytes(const QMimeData& data)
@@ -32,7 +31,7 @@ QByteArray csvBytes(const QMimeData& data)
     return bytes.isNull() ? data.data(mime_type_text(mime_type::csv)) : bytes;
 }
 
-ZvTable tableOf(const csv_matrix& matrix)
+ZvTable tableOf(const csv_table& matrix)
 {
     ZvTable table(matrix.rows(), matrix.columns(), libzvutil::ZvVariant());
     for (std::size_t row = 0; row < matrix.rows(); ++row) {
@@ -65,7 +64,6 @@ ZvClipboardData::ZvClipboardData(const ZvClipboardData& other)
 {
 }
 
-// NOLINTNEXTLINE(performance-noexcept-move-constructor)
 ZvClipboardData::ZvClipboardData(ZvClipboardData&& other)
     : ZvClipboardData(std::exchange(other.m_implementation, nullptr))
 {
@@ -83,7 +81,7 @@ ZvClipboardData::ZvClipboardData(Impl* implementation)
 
 ZvClipboardData::~ZvClipboardData()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 bool ZvClipboardData::isNull() const
@@ -141,9 +139,9 @@ ZvTable ZvClipboardData::csvData() const
     try {
         std::string text = bytes.toStdString();
         bytes.clear();
-        return tableOf(csv_matrix(std::move(text)));
+        return tableOf(csv_table(std::move(text)));
     } catch (const std::exception& error) {
-        zvutil::logging::write(errorLevel, error.what(), "");
+        zvutil::logging::write(zvutil::details::log_error, error.what(), "");
         return {};
     }
 }

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -70,7 +69,7 @@ ZvContentWidget::ZvContentWidget(Impl* impl, const QString& name, QWidget* paren
 
 ZvContentWidget::~ZvContentWidget()
 {
-    std::default_delete<Impl>()(d);
+    delete d;
 }
 
 zvutil::ZvFilePath ZvContentWidget::filename() const

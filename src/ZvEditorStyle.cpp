@@ -8,7 +8,6 @@
 #include <QColor>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace libzvutil {
@@ -69,7 +68,7 @@ ZvEditorStyle& ZvEditorStyle::operator=(ZvEditorStyle&& other) noexcept
 
 ZvEditorStyle::~ZvEditorStyle()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 const char* ZvEditorStyle::name() const

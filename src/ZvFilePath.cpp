@@ -35,28 +35,20 @@ namespace {
 
 constexpr char vendorFolder[] = "Corvane Technologies";
 
-std::wstring wideText(std::wstring_view units)
-{
-    std::wstring text;
-    text.reserve(units.size());
-    impl::append_wide_units(text, units);
-    return text;
-}
-
 /// Up to the first NUL.
-std::wstring wideText(const std::filesystem::path& path)
+std::wstring textOfPath(const std::filesystem::path& path)
 {
     const std::wstring text = impl::path_text(path);
-    return wideText(std::wstring_view(text.c_str()));
+    return impl::wide_text(text.c_str());
 }
 
-std::wstring wideText(const char16_t* units)
+std::wstring textOfUtf16(const char16_t* units)
 {
     const std::u16string_view text(units);
     return {text.begin(), text.end()};
 }
 
-std::wstring wideText(const char32_t* units)
+std::wstring textOfUtf32(const char32_t* units)
 {
     std::wstring text;
     for (const char32_t code : std::u32string_view(units)) {
@@ -158,7 +150,7 @@ ZvFilePath::ZvFilePath(const std::string_view& text)
 }
 
 ZvFilePath::ZvFilePath(const wchar_t* text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(std::wstring_view(text))))
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text(text)))
 {
 }
 
@@ -173,27 +165,27 @@ ZvFilePath::ZvFilePath(const ZvBasicString<wchar_t>& text)
 }
 
 ZvFilePath::ZvFilePath(const wchar_t* text, std::size_t size)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(std::wstring_view(text, size))))
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text({text, size})))
 {
 }
 
 ZvFilePath::ZvFilePath(const std::wstring_view& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text)))
+    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text(text)))
 {
 }
 
 ZvFilePath::ZvFilePath(const std::filesystem::path& path)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(path)))
+    : m_impl(std::make_unique<ZvFilePathImpl>(textOfPath(path)))
 {
 }
 
 ZvFilePath::ZvFilePath(const ZvBasicString<char16_t>& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text.c_str())))
+    : m_impl(std::make_unique<ZvFilePathImpl>(textOfUtf16(text.c_str())))
 {
 }
 
 ZvFilePath::ZvFilePath(const ZvBasicString<char32_t>& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(wideText(text.c_str())))
+    : m_impl(std::make_unique<ZvFilePathImpl>(textOfUtf32(text.c_str())))
 {
 }
 

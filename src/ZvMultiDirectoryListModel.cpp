@@ -18,13 +18,6 @@ namespace {
 
 constexpr long long defaultBatchSize = 1000;
 
-std::wstring wideText(std::wstring_view units)
-{
-    std::wstring text;
-    zvutil::impl::append_wide_units(text, units);
-    return text;
-}
-
 } // namespace
 
 struct ZVUTIL_NO_EXPORT ZvMultiDirectoryListModel::ZvMultiDirectoryListModelImpl
@@ -78,7 +71,7 @@ ZvMultiDirectoryListModel::~ZvMultiDirectoryListModel() = default;
 
 void ZvMultiDirectoryListModel::addDirectory(const QString& directory)
 {
-    m_impl.impl().process.addDirectory(wideText(directory.toStdWString()));
+    m_impl.impl().process.addDirectory(zvutil::impl::wide_text(directory.toStdWString()));
 }
 
 void ZvMultiDirectoryListModel::addDirectory(const zvutil::ZvFilePath& directory)
@@ -98,12 +91,12 @@ void ZvMultiDirectoryListModel::addDirectory(const char* directory)
 
 void ZvMultiDirectoryListModel::addDirectory(const wchar_t* directory)
 {
-    m_impl.impl().process.addDirectory(wideText(directory));
+    m_impl.impl().process.addDirectory(zvutil::impl::wide_text(directory));
 }
 
 void ZvMultiDirectoryListModel::removeDirectory(const QString& directory)
 {
-    m_impl.impl().process.removeDirectory(wideText(directory.toStdWString()));
+    m_impl.impl().process.removeDirectory(zvutil::impl::wide_text(directory.toStdWString()));
 }
 
 void ZvMultiDirectoryListModel::removeDirectory(const zvutil::ZvFilePath& directory)
@@ -123,7 +116,7 @@ void ZvMultiDirectoryListModel::removeDirectory(const char* directory)
 
 void ZvMultiDirectoryListModel::removeDirectory(const wchar_t* directory)
 {
-    m_impl.impl().process.removeDirectory(wideText(directory));
+    m_impl.impl().process.removeDirectory(zvutil::impl::wide_text(directory));
 }
 
 void ZvMultiDirectoryListModel::setAllowedFileTypes(const QStringList& types)

@@ -4,7 +4,6 @@
 #include <QColor>
 #include <QString>
 
-#include <memory>
 #include <utility>
 
 namespace libzvutil {
@@ -44,7 +43,7 @@ ZvNamedColour::ZvNamedColour(ZvNamedColour&& other) noexcept
 
 ZvNamedColour::~ZvNamedColour()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 ZvNamedColour& ZvNamedColour::operator=(const ZvNamedColour& other)

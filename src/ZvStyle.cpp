@@ -15,7 +15,6 @@
 #include <QString>
 #include <QWidget>
 
-#include <memory>
 #include <utility>
 
 namespace libzvutil {
@@ -89,7 +88,7 @@ ZvStyle& ZvStyle::operator=(ZvStyle&& other) noexcept
 
 ZvStyle::~ZvStyle()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 const ZvStyle& ZvStyle::Current()

@@ -111,7 +111,7 @@ ZvStyleEditor::ZvStyleEditor(QWidget* parent)
 
 ZvStyleEditor::~ZvStyleEditor()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 void ZvStyleEditor::apply()

@@ -209,7 +209,7 @@ ZvStyleLibrary& ZvStyleLibrary::operator=(ZvStyleLibrary&& other) noexcept
 
 ZvStyleLibrary::~ZvStyleLibrary()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 void ZvStyleLibrary::add(const ZvStyleLibrary& other)

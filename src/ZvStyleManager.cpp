@@ -121,7 +121,7 @@ ZvStyleManager::ZvStyleManager()
 
 ZvStyleManager::~ZvStyleManager()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 ZvFilePath ZvStyleManager::StyleDirectory()

@@ -8,8 +8,6 @@
 #include <QCoreApplication>
 #include <QTreeView>
 
-#include <memory>
-
 namespace libzvutil {
 
 namespace {
@@ -42,7 +40,7 @@ ZvStyleModel::ZvStyleModel(const ZvStyle& style, QObject* parent)
 
 ZvStyleModel::~ZvStyleModel()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 const ZvStyle& ZvStyleModel::style()

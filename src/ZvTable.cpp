@@ -1,13 +1,12 @@
 #include <zvutil/ZvTable.h>
 
-#include "impl/tables/row_text.h"
+#include "impl/tables/delimited_row_writer.h"
 
 #include <QString>
 #include <QVariant>
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -26,7 +25,7 @@ std::size_t cellCount(unsigned long long rows, unsigned long long columns)
 }
 
 /// Adds a cell's text to its row.
-void append(zvutil::impl::row_text& row, const QVariant& cell)
+void append(zvutil::impl::delimited_row_writer& row, const QVariant& cell)
 {
     // The same as `toString` gives, without a copy.
     if (cell.userType() == QMetaType::QString)
@@ -97,7 +96,7 @@ ZvString ZvTable::Impl::text(char separator) const
     // Rows without cells come to nothing, however many there are.
     if (columns == 0)
         return result;
-    zvutil::impl::row_text line(separator);
+    zvutil::impl::delimited_row_writer line(separator);
     for (unsigned long long row = 0; row < rows; ++row) {
         line.clear();
         for (unsigned long long column = 0; column < columns; ++column)
@@ -134,7 +133,7 @@ ZvTable::ZvTable(ZvTable&& other) noexcept
 
 ZvTable::~ZvTable()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 unsigned long long ZvTable::rows() const

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QVariant>
 
-#include <memory>
 #include <utility>
 
 namespace libzvutil {
@@ -77,7 +76,7 @@ ZvVariant::ZvVariant(ZvVariant&& other) noexcept
 
 ZvVariant::~ZvVariant()
 {
-    std::default_delete<Impl>()(m_implementation);
+    delete m_implementation;
 }
 
 ZvVariant& ZvVariant::operator=(const ZvVariant& other)

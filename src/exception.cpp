@@ -16,7 +16,7 @@ std::string joined(const char* text, const std::string& detail)
 } // namespace
 
 exception::exception(const char* text, const std::string& detail)
-    : m_message(joined(text, detail)) // NOLINT(bugprone-throw-keyword-missing): it holds the text
+    : m_message(joined(text, detail))
 {
 }
 

@@ -10,27 +10,27 @@ namespace zvutil::impl {
 
 namespace {
 
-constexpr std::string_view escapedBlank = "%20";
+constexpr std::string_view escaped_blank = "%20";
 
 /// Makes \p target, which is empty, the normalised form of \p text.
-void setNormalised(std::string& target, std::string_view text)
+void set_normalised(std::string& target, std::string_view text)
 {
     const auto blanks = static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
-    target.resize(text.size() + blanks * (escapedBlank.size() - 1));
+    target.resize(text.size() + blanks * (escaped_blank.size() - 1));
     char* out = target.data();
     for (const char c : text) {
         if (c == ' ')
-            out = std::copy_n(escapedBlank.data(), escapedBlank.size(), out);
+            out = std::copy_n(escaped_blank.data(), escaped_blank.size(), out);
         else
             *out++ = c == '\\' ? '/' : c;
     }
 }
 
 /// Takes the components off the front of a text, one after the other.
-class Scanner
+class uri_scanner
 {
 public:
-    explicit Scanner(std::string_view rest)
+    explicit uri_scanner(std::string_view rest)
         : m_rest(rest)
     {
     }
@@ -53,9 +53,9 @@ public:
     }
 
     template <typename Predicate>
-    std::string_view takeUntil(Predicate isEnd)
+    std::string_view take_until(Predicate is_end)
     {
-        return take(static_cast<std::size_t>(std::find_if(m_rest.begin(), m_rest.end(), isEnd)
+        return take(static_cast<std::size_t>(std::find_if(m_rest.begin(), m_rest.end(), is_end)
                                              - m_rest.begin()));
     }
 
@@ -65,21 +65,21 @@ private:
     std::string_view m_rest;
 };
 
-struct Scheme
+struct known_scheme
 {
     std::string_view prefix; ///< with its colon
     UriKind kind;
 };
 
-constexpr Scheme schemes[] = {
+constexpr known_scheme schemes[] = {
     {"https:", UriKind::Https},
     {"file:", UriKind::File},
     {"http:", UriKind::Http},
 };
 
-bool scanScheme(Scanner& scanner, uri_impl& parts)
+bool scan_scheme(uri_scanner& scanner, uri_impl& parts)
 {
-    for (const Scheme& scheme : schemes) {
+    for (const known_scheme& scheme : schemes) {
         const std::string_view rest = scanner.rest();
         if (!scanner.skip(scheme.prefix))
             continue;
@@ -90,7 +90,7 @@ bool scanScheme(Scanner& scanner, uri_impl& parts)
     return false;
 }
 
-void scanAuthority(Scanner& scanner, uri_impl& parts)
+void scan_authority(uri_scanner& scanner, uri_impl& parts)
 {
     const std::string_view start = scanner.rest();
     // Wanted: the user part reaches to the first @ of all the rest, over any / ? and #.
@@ -100,17 +100,17 @@ void scanAuthority(Scanner& scanner, uri_impl& parts)
         scanner.skip("@");
     }
     // Wanted: the host ends at : and / only, so a query without a path in front of it is host.
-    parts.host = scanner.takeUntil([](char c) { return c == ':' || c == '/'; });
+    parts.host = scanner.take_until([](char c) { return c == ':' || c == '/'; });
     if (scanner.skip(":"))
-        parts.port = scanner.takeUntil([](char c) { return c < '0' || c > '9'; });
+        parts.port = scanner.take_until([](char c) { return c < '0' || c > '9'; });
     parts.authority = start.substr(0, start.size() - scanner.rest().size());
 }
 
-void scanPath(Scanner& scanner, uri_impl& parts)
+void scan_path(uri_scanner& scanner, uri_impl& parts)
 {
-    parts.path = scanner.takeUntil([](char c) { return c == '?' || c == '#'; });
+    parts.path = scanner.take_until([](char c) { return c == '?' || c == '#'; });
     if (scanner.skip("?"))
-        parts.query = scanner.takeUntil([](char c) { return c == '#'; });
+        parts.query = scanner.take_until([](char c) { return c == '#'; });
     if (scanner.skip("#"))
         parts.fragment = scanner.rest();
 }
@@ -120,12 +120,12 @@ void scanPath(Scanner& scanner, uri_impl& parts)
 void split(uri_impl& parts)
 {
     // Everything behind an inner NUL is text, but no part of the URI.
-    Scanner scanner(std::string_view(parts.text).substr(0, parts.text.find('\0')));
-    if (!scanScheme(scanner, parts))
+    uri_scanner scanner(std::string_view(parts.text).substr(0, parts.text.find('\0')));
+    if (!scan_scheme(scanner, parts))
         return;
     if (scanner.skip("//"))
-        scanAuthority(scanner, parts);
-    scanPath(scanner, parts);
+        scan_authority(scanner, parts);
+    scan_path(scanner, parts);
 }
 
 } // namespace
@@ -133,7 +133,7 @@ void split(uri_impl& parts)
 std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 {
     auto result = std::make_unique<uri_impl>();
-    setNormalised(result->text, text);
+    set_normalised(result->text, text);
     split(*result);
     return result;
 }

@@ -10,19 +10,19 @@ namespace {
 
 constexpr char digits[] = "0123456789ABCDEF";
 
-bool isGroupEnd(std::size_t byte)
+bool is_group_end(std::size_t byte)
 {
     return byte == 3 || byte == 5 || byte == 7 || byte == 9;
 }
 
-std::string textOf(const impl::guid& guid)
+std::string text_of(const impl::guid& guid)
 {
     std::string text(36, '-');
     char* out = text.data();
     for (std::size_t i = 0; i < guid.size(); ++i) {
         *out++ = digits[guid[i] >> 4];
         *out++ = digits[guid[i] & 0x0F];
-        if (isGroupEnd(i))
+        if (is_group_end(i))
             ++out;
     }
     return text;
@@ -31,7 +31,7 @@ std::string textOf(const impl::guid& guid)
 } // namespace
 
 uuid::uuid()
-    : m_text(textOf(impl::make_guid()))
+    : m_text(text_of(impl::make_guid()))
 {
 }
 

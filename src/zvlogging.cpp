@@ -1,28 +1,28 @@
 #include <zvutil/zvlogging.h>
 
+#include <zvutil/details/log_level.h>
+
 #include <zv_logging/zv_logging.h>
 
 namespace {
 
-// The numbers by which the host's log knows its sinks and levels.
-constexpr int consoleSink = 0;
-constexpr int fileSink = 1;
-constexpr int memorySink = 2;
-constexpr int progressLevel = 1;
-constexpr int informationLevel = 2;
+// The numbers by which the host's log knows its sinks.
+constexpr int console_sink = 0;
+constexpr int file_sink = 1;
+constexpr int memory_sink = 2;
 
 } // namespace
 
 void zvlogging_EnableLogging()
 {
-    add_sink(memorySink);
-    add_sink(fileSink);
-    add_sink(consoleSink);
-    zvutil::logging::write(informationLevel, "init", "Logging initialised");
+    add_sink(memory_sink);
+    add_sink(file_sink);
+    add_sink(console_sink);
+    zvutil::logging::write(zvutil::details::log_information, "init", "Logging initialised");
 }
 
 void zvlogging_EnableDiagnosticMode()
 {
-    set_log_level(consoleSink, progressLevel);
-    set_log_level(memorySink, progressLevel);
+    set_log_level(console_sink, zvutil::details::log_progress);
+    set_log_level(memory_sink, zvutil::details::log_progress);
 }

@@ -1,6 +1,6 @@
 #include "ThreadScriptSession.h"
 
-#include "ScriptDesk.h"
+#include "ScriptChannel.h"
 #include "ScriptEngine.h"
 
 #include <optional>
@@ -8,30 +8,30 @@
 
 namespace {
 
-void runTasks(ScriptDesk& desk, const ScriptNames& names)
+void runTasks(ScriptChannel& channel, const ScriptNames& names)
 {
-    ScriptEngine engine(names, desk);
-    desk.setEngine(&engine);
-    while (const std::optional<ScriptDesk::Task> task = desk.take())
-        desk.finish(task->source ? engine.run(task->text, *task->source)
-                                 : engine.evaluate(task->text));
-    desk.setEngine(nullptr);
+    ScriptEngine engine(names, channel);
+    channel.setEngine(&engine);
+    while (const std::optional<ScriptChannel::Task> task = channel.take())
+        channel.finish(task->source ? engine.run(task->text, *task->source)
+                                    : engine.evaluate(task->text));
+    channel.setEngine(nullptr);
 }
 
 } // namespace
 
 ThreadScriptSession::ThreadScriptSession(const ScriptNames& names, host::ScriptListener listener)
-    : m_desk(std::make_shared<ScriptDesk>(std::move(listener)))
-    , m_thread([desk = m_desk, names] {
-        runTasks(*desk, names);
-        desk->setEnded();
+    : m_channel(std::make_shared<ScriptChannel>(std::move(listener)))
+    , m_thread([channel = m_channel, names] {
+        runTasks(*channel, names);
+        channel->setEnded();
     })
 {
 }
 
 ThreadScriptSession::~ThreadScriptSession()
 {
-    if (m_desk->close())
+    if (m_channel->close())
         m_thread.join();
     else
         m_thread.detach();
@@ -39,15 +39,15 @@ ThreadScriptSession::~ThreadScriptSession()
 
 void ThreadScriptSession::run(const std::string& text, const std::string& source)
 {
-    m_desk->put({QString::fromStdString(text), QString::fromStdString(source)});
+    m_channel->put({QString::fromStdString(text), QString::fromStdString(source)});
 }
 
 void ThreadScriptSession::evaluate(const std::string& text)
 {
-    m_desk->put({QString::fromStdString(text), std::nullopt});
+    m_channel->put({QString::fromStdString(text), std::nullopt});
 }
 
 void ThreadScriptSession::stop()
 {
-    m_desk->stop();
+    m_channel->stop();
 }

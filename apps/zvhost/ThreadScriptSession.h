@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-class ScriptDesk;
+class ScriptChannel;
 
 /// A session whose engine has a thread of its own.
 ///
@@ -25,6 +25,6 @@ public:
     void stop() override;
 
 private:
-    std::shared_ptr<ScriptDesk> m_desk;
+    std::shared_ptr<ScriptChannel> m_channel;
     std::thread m_thread;
 };

@@ -56,9 +56,9 @@ void listRegistrations()
 /// As SOURCE:LINE: MESSAGE, so that editors find the place.
 QString described(const host::ScriptOutcome& outcome, const QString& source)
 {
-    const QString place =
+    const QString location =
         outcome.line > 0 ? source + QLatin1Char(':') + QString::number(outcome.line) : source;
-    return place + QStringLiteral(": ") + QString::fromStdString(outcome.error);
+    return location + QStringLiteral(": ") + QString::fromStdString(outcome.error);
 }
 
 bool runText(ScriptEngine& engine, const QString& text, const QString& source)

@@ -34,7 +34,6 @@ public:
     /// A second view on the same content. \p other must not be null. Connections aren't copied.
     ZvClipboardData(const ZvClipboardData& other);
     /// Leaves \p other null; its listeners hear nothing more.
-    // NOLINTNEXTLINE(performance-noexcept-move-constructor): it makes a QObject
     ZvClipboardData(ZvClipboardData&& other);
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;
     ~ZvClipboardData() override;

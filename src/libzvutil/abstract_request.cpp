@@ -1,6 +1,6 @@
 #include <zvutil/libzvutil/abstract_request.h>
 
-#include "impl/background/departures.h"
+#include "impl/background/pending_exit_count.h"
 #include "impl/background/string_metatype.h"
 
 namespace zvutil::libzvutil {
@@ -12,7 +12,7 @@ abstract_request::abstract_request(QObject* parent)
     // The first connections, so that every other slot sees the new status.
     const auto setStatus = [this](request_status status) {
         if (m_status == request_pending)
-            ++impl::departures();
+            ++impl::pending_exit_count();
         m_status = status;
     };
     connect(this, &abstract_request::started, this, [setStatus] { setStatus(request_started); });

@@ -1,7 +1,7 @@
 #include <zvutil/libzvutil/background_impl.h>
 
-#include "impl/background/departures.h"
 #include "impl/background/handle_events.h"
+#include "impl/background/pending_exit_count.h"
 
 #include <QPointer>
 #include <QScopeGuard>
@@ -150,9 +150,9 @@ void background_impl::pump()
 
 void background_impl::remove_departed()
 {
-    if (m_departures == impl::departures())
+    if (m_departures == impl::pending_exit_count())
         return;
-    m_departures = impl::departures();
+    m_departures = impl::pending_exit_count();
     const auto departed =
         std::stable_partition(m_queue.begin(), m_queue.end(),
                               [](const request_ptr& request) { return request->is_pending(); });

@@ -1,5 +1,7 @@
 #include "common/Failure.h"
 
+#include <zvutil/details/log_level.h>
+
 #include <zv_logging/zv_logging.h>
 
 #include <QLabel>
@@ -8,17 +10,12 @@
 
 namespace workbench {
 
-namespace {
-
-constexpr int errorLevel = 4;
-
-} // namespace
-
 void tell(QWidget* parent, const Failure& failure)
 {
     const QString line =
         QStringList{failure.what, failure.reason, failure.advice}.join(QLatin1Char(' '));
-    zvutil::logging::write(errorLevel, "Workbench", line.trimmed().toUtf8().constData());
+    zvutil::logging::write(zvutil::details::log_error, "Workbench",
+                           line.trimmed().toUtf8().constData());
     auto* const box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Workbench"),
                                       failure.what, QMessageBox::Ok, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);

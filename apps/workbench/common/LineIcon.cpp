@@ -1,6 +1,6 @@
 #include "common/LineIcon.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 
 #include <QIconEngine>
 #include <QPainter>

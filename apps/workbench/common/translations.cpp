@@ -4,16 +4,12 @@
 #include <QPointer>
 #include <QTranslator>
 
-namespace {
-
-/// The linker drops the resources of a static library that nobody refers to. The macro has to stand
-/// outside of any named namespace.
-void initResources()
+/// Refers to the resources, which the linker would drop from a static library otherwise. The macro declares
+/// a function of the global namespace, so it can't stand in another one.
+static void initTranslations()
 {
     Q_INIT_RESOURCE(workbench_translations);
 }
-
-} // namespace
 
 namespace workbench {
 
@@ -22,7 +18,7 @@ void installTranslations()
     static QPointer<QTranslator> translator;
     if (translator)
         return;
-    initResources();
+    initTranslations();
     translator = new QTranslator(QCoreApplication::instance());
     if (translator->load(QStringLiteral(":/workbench/translations/workbench_en.qm")))
         QCoreApplication::installTranslator(translator);

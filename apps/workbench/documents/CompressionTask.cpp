@@ -1,10 +1,12 @@
 #include "documents/CompressionTask.h"
 
-#include "common/requests.h"
+#include "common/request_manager.h"
 
 #include <zvutil/libzvutil/BackgroundRequestManager.h>
 
 #include <QWidget>
+
+#include <chrono>
 
 namespace workbench {
 
@@ -12,7 +14,7 @@ using zvutil::libzvutil::abstract_response;
 
 namespace {
 
-constexpr int dialogDelay = 500;
+constexpr std::chrono::milliseconds dialogDelay{500};
 
 } // namespace
 
@@ -28,7 +30,7 @@ CompressionTask::CompressionTask(CompressionRequest::Direction direction,
 {
     m_dialog.setLabelText(m_dialog.labelText().arg(source.filename().toQString()));
     m_dialog.setWindowModality(Qt::WindowModal);
-    m_dialog.setMinimumDuration(dialogDelay);
+    m_dialog.setMinimumDuration(static_cast<int>(dialogDelay.count()));
     const auto request = std::make_shared<CompressionRequest>(direction, source, target);
     m_response = std::make_unique<abstract_response>(request.get());
     connect(m_response.get(), &abstract_response::completed, this, [this, target] {
@@ -38,7 +40,7 @@ CompressionTask::CompressionTask(CompressionRequest::Direction direction,
     connect(m_response.get(), &abstract_response::failed, this,
             [this](const std::string& reason) { fail(reason); });
     connect(&m_dialog, &QProgressDialog::canceled, this, &CompressionTask::cancel);
-    requests().add(request);
+    requestManager().add(request);
 }
 
 CompressionTask::~CompressionTask() = default;

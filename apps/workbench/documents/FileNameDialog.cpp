@@ -40,8 +40,8 @@ bool isTaken(const QString& name, const QDir& folder, const QString& present)
 bool isTooLongForDisk([[maybe_unused]] const QString& name)
 {
 #ifdef Q_OS_UNIX
-    constexpr int mostBytes = 255;
-    return QFile::encodeName(name).size() > mostBytes;
+    constexpr int maxBytes = 255;
+    return QFile::encodeName(name).size() > maxBytes;
 #else
     return false;
 #endif

@@ -5,7 +5,7 @@ namespace workbench {
 namespace {
 
 constexpr int patience = 500;
-constexpr int narrowest = 320;
+constexpr int minWidth = 320;
 constexpr int stepsPerReport = 256;
 
 } // namespace
@@ -21,7 +21,7 @@ ProgressBox::ProgressBox(const QString& text, QWidget* parent)
 {
     m_box.setWindowModality(Qt::ApplicationModal);
     m_box.setMinimumDuration(patience);
-    m_box.setMinimumWidth(narrowest);
+    m_box.setMinimumWidth(minWidth);
 }
 
 bool ProgressBox::report(int done, int all)

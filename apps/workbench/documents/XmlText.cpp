@@ -14,10 +14,10 @@ namespace workbench {
 
 namespace {
 
-constexpr int newestVersion = 1;
+constexpr int maxVersion = 1;
 // A disk takes 255. Where it knows no files without names, one has a dot and six letters more while
 // it is written.
-constexpr int longestNameToSave = 255 - 7;
+constexpr int maxNameLengthToSave = 255 - 7;
 
 struct Texts
 {
@@ -57,17 +57,17 @@ QString textAttribute(const XmlElement& element, const char* name)
     }
 }
 
-int numberAttribute(const XmlElement& element, const char* name, int least, int most)
+int numberAttribute(const XmlElement& element, const char* name, int min, int max)
 {
     const QString text = textAttribute(element, name);
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
-    if (!isNumber || number < least || number > most)
+    if (!isNumber || number < min || number > max)
         throw FileError(
             Texts::tr(
                 "Attribute “%2” of element “%1” is “%3”; expected a whole number from %4 to %5.")
                 .arg(QString::fromUtf8(element.name()), QString::fromUtf8(name), text.left(40),
-                     QString::number(least), QString::number(most)));
+                     QString::number(min), QString::number(max)));
     return number;
 }
 
@@ -83,11 +83,11 @@ void requireRoot(const XmlElement* root, const char* name, const QString& what)
     const int number = version.toInt(&isNumber);
     if (!isNumber || number < 1)
         throw FileError(Texts::tr("Invalid format version “%1”.").arg(version.left(40)));
-    if (number > newestVersion)
+    if (number > maxVersion)
         throw FileError(Texts::tr("The file was written by a newer version of this program (format "
                                   "version %1; this program reads up to version %2).")
                             .arg(number)
-                            .arg(newestVersion));
+                            .arg(maxVersion));
 }
 
 int unwritableCharacter(const QString& text)
@@ -105,14 +105,14 @@ int unwritableCharacter(const QString& text)
 
 void requireWritable(const QString& text, const std::function<QString()>& where)
 {
-    const int place = unwritableCharacter(text);
-    if (place < 0)
+    const int index = unwritableCharacter(text);
+    if (index < 0)
         return;
-    const QString code = QString::number(text.at(place).unicode(), 16).rightJustified(4, u'0');
+    const QString code = QString::number(text.at(index).unicode(), 16).rightJustified(4, u'0');
     // All at once: where it is, the user has written, and that may hold a "%2".
     throw FileError(
         Texts::tr("%1 contains a character that XML does not allow: U+%2 at position %3.")
-            .arg(where(), code, QString::number(place + 1)));
+            .arg(where(), code, QString::number(index + 1)));
 }
 
 void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
@@ -125,7 +125,7 @@ void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
         throw FileError(Texts::tr("The folder “%1” does not exist.").arg(folder.filePath()));
     if (info.isDir())
         throw FileError(Texts::tr("There is a folder of this name."));
-    if (lengthOnDisk(info.fileName()) > longestNameToSave)
+    if (lengthOnDisk(info.fileName()) > maxNameLengthToSave)
         throw FileError(Texts::tr("The file name is too long for this disk."));
     throw FileError(Texts::tr("The disk is full, or you do not have permission to write there."));
 }

@@ -18,8 +18,8 @@ bool isElement(const XmlElement* element, const char* name);
 
 /// The value of an attribute. Throws `FileError` if there is none.
 QString textAttribute(const XmlElement& element, const char* name);
-/// The same, which has to be a whole number from \p least to \p most.
-int numberAttribute(const XmlElement& element, const char* name, int least, int most);
+/// The same, which has to be a whole number from \p min to \p max.
+int numberAttribute(const XmlElement& element, const char* name, int min, int max);
 
 /// Throws `FileError` if \p root isn't the root of such a document, or one of a version that is newer
 /// than this program. \p what is what such a document is called within a sentence.

@@ -33,12 +33,12 @@ bool mayReplace(QWidget* parent, const QString& file)
 
 } // namespace
 
-QString saveFileName(QWidget* parent, const QString& title, const QString& place,
+QString saveFileName(QWidget* parent, const QString& title, const QString& start,
                      const QString& what, const QString& extension)
 {
     QFileDialog dialog(parent, title, QString(), QStringLiteral("%1 (*%2)").arg(what, extension));
-    const QFileInfo proposal(place);
-    dialog.setDirectory(proposal.isDir() ? place : proposal.absolutePath());
+    const QFileInfo proposal(start);
+    dialog.setDirectory(proposal.isDir() ? start : proposal.absolutePath());
     if (!proposal.isDir())
         dialog.selectFile(proposal.fileName());
     dialog.setAcceptMode(QFileDialog::AcceptSave);

@@ -1,6 +1,6 @@
 #include "files/FileItemDelegate.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "files/FilteredFilesModel.h"
 
 #include <QApplication>

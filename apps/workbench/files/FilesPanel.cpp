@@ -167,7 +167,7 @@ void FilesPanel::stop()
     if (m_listing == Listing::Running)
         list(Listing::Stopped);
     m_filter->pause();
-    settle();
+    updateWorking();
 }
 
 bool FilesPanel::isWorking() const
@@ -366,10 +366,10 @@ void FilesPanel::connectFilter()
 {
     connect(m_filter.get(), &RowFilter::begun, this, [this] {
         m_files->clear();
-        settle();
+        updateWorking();
     });
     connect(m_filter.get(), &RowFilter::found, m_files, &FilteredFilesModel::append);
-    connect(m_filter.get(), &RowFilter::progress, this, &FilesPanel::settle);
+    connect(m_filter.get(), &RowFilter::progress, this, &FilesPanel::updateWorking);
 }
 
 void FilesPanel::list(Listing state)
@@ -381,7 +381,7 @@ void FilesPanel::list(Listing state)
     connect(m_model.get(), &ZvMultiDirectoryListModel::backgroundProcessStopped, this, [this] {
         if (--m_runsLeft == 0 && m_listing == Listing::Running)
             m_listing = Listing::Idle;
-        settle();
+        updateWorking();
     });
     m_files->setSource(m_model.get());
     m_filter->setSource(m_model.get());
@@ -389,7 +389,7 @@ void FilesPanel::list(Listing state)
         m_model->setAllowedFileTypes(m_types->types());
         m_model->setDirectories(walkable(folders()));
     }
-    settle();
+    updateWorking();
 }
 
 /// Tells which folders can't be listed. The list model passes over them without a word.
@@ -413,7 +413,7 @@ void FilesPanel::showFolders()
 }
 
 /// Shows whether something works, and what there is.
-void FilesPanel::settle()
+void FilesPanel::updateWorking()
 {
     const bool isWorking =
         m_listing == Listing::Running || (!m_filter->isDone() && !m_filter->isPaused());
@@ -499,10 +499,10 @@ void FilesPanel::removeSelectedFolders()
 void FilesPanel::openSelected()
 {
     const int count = selectedCount();
-    if (count > mostFilesToOpen) {
+    if (count > maxFilesToOpen) {
         tell(this,
              {tr("%n files are too many to open at once.", nullptr, count),
-              tr("At most %n files can be opened at once.", nullptr, mostFilesToOpen),
+              tr("At most %n files can be opened at once.", nullptr, maxFilesToOpen),
               tr("Select fewer files.")});
         return;
     }

@@ -25,7 +25,7 @@ class StatusLine;
 class TypesBox;
 
 /// How many files are opened in one go at most.
-constexpr int mostFilesToOpen = 50;
+constexpr int maxFilesToOpen = 50;
 
 /// The files below the folders that the user has chosen: listed and filtered in the background.
 ///
@@ -87,7 +87,7 @@ private:
 
     void list(Listing state);
     void showFolders();
-    void settle();
+    void updateWorking();
     void showStatus();
     QString statusText() const;
 

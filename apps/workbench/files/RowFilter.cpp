@@ -3,26 +3,27 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace workbench {
 
 namespace {
 
-constexpr int reportInterval = 100;
-constexpr qint64 longestStep = 2;
-constexpr int rowsBetweenLooksAtTheClock = 64;
+constexpr std::chrono::milliseconds reportInterval{100};
+constexpr std::chrono::milliseconds maxStepDuration{2};
+constexpr int rowsPerClockCheck = 64;
 
 /// A view takes time for all its rows whenever it gets some.
-int deliveryInterval(int rowsDelivered)
+std::chrono::milliseconds deliveryInterval(int rowsDelivered)
 {
     constexpr int rowsPerMillisecond = 4'000;
-    return std::max(reportInterval, rowsDelivered / rowsPerMillisecond);
+    return std::max(reportInterval, std::chrono::milliseconds(rowsDelivered / rowsPerMillisecond));
 }
 
 } // namespace
 
-void RowFilter::Ender::operator()(RowFilter* filter) const
+void RowFilter::Deleter::operator()(RowFilter* filter) const
 {
     if (!filter->running()) {
         delete filter;
@@ -38,7 +39,7 @@ RowFilter::Owner RowFilter::make()
 }
 
 RowFilter::RowFilter()
-    : ZvAbstractIterativeProcess(reportInterval, nullptr)
+    : ZvAbstractIterativeProcess(static_cast<int>(reportInterval.count()), nullptr)
 {
     m_delivery.setSingleShot(true);
     connect(&m_delivery, &QTimer::timeout, this, &RowFilter::deliver);
@@ -106,10 +107,10 @@ void RowFilter::processStep()
     clock.start();
     const int rows = rowCount();
     do {
-        const int end = std::min(rows, m_next + rowsBetweenLooksAtTheClock);
+        const int end = std::min(rows, m_next + rowsPerClockCheck);
         for (; m_next < end; ++m_next)
             examine(m_next);
-    } while (m_next < rows && clock.elapsed() < longestStep);
+    } while (m_next < rows && std::chrono::milliseconds(clock.elapsed()) < maxStepDuration);
     deliverSoon();
 }
 

@@ -28,11 +28,11 @@ class RowFilter : public ZvAbstractIterativeProcess
 
 public:
     /// Ends a filter: at once, or, if it runs, as soon as it has come out of its step.
-    struct Ender
+    struct Deleter
     {
         void operator()(RowFilter* filter) const;
     };
-    using Owner = std::unique_ptr<RowFilter, Ender>;
+    using Owner = std::unique_ptr<RowFilter, Deleter>;
 
     /// On rows that nobody has told yet.
     static Owner make();

@@ -4,9 +4,9 @@
 
 namespace workbench {
 
-void LogFilter::setLeastLevel(int level)
+void LogFilter::setMinLevel(int level)
 {
-    m_leastLevel = level;
+    m_minLevel = level;
     invalidateFilter();
 }
 
@@ -19,7 +19,7 @@ void LogFilter::setText(const QString& text)
 bool LogFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
 {
     const QModelIndex index = sourceModel()->index(row, LogModel::TextColumn, parent);
-    if (index.data(LogModel::LevelRole).toInt() < m_leastLevel)
+    if (index.data(LogModel::LevelRole).toInt() < m_minLevel)
         return false;
     const QModelIndex category = index.siblingAtColumn(LogModel::CategoryColumn);
     return m_text.isEmpty()

@@ -13,14 +13,14 @@ class LogFilter : public QSortFilterProxyModel
 public:
     using QSortFilterProxyModel::QSortFilterProxyModel;
 
-    void setLeastLevel(int level);
+    void setMinLevel(int level);
     void setText(const QString& text);
 
 protected:
     bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
 private:
-    int m_leastLevel = 0;
+    int m_minLevel = 0;
     QString m_text;
 };
 

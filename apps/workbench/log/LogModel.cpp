@@ -3,6 +3,7 @@
 #include "common/tool_tip.h"
 
 #include <zvutil/ZvStyle.h>
+#include <zvutil/details/log_level.h>
 
 #include <QColor>
 
@@ -16,10 +17,6 @@ namespace workbench {
 
 namespace {
 
-constexpr int information = 2;
-constexpr int warning = 3;
-constexpr int error = 4;
-
 QString levelText(int level)
 {
     const QString texts[] = {LogModel::tr("Trace"), LogModel::tr("Progress"),
@@ -31,12 +28,13 @@ QString levelText(int level)
 QColor levelColour(int level)
 {
     const ZvStyle& style = ZvStyle::Current();
-    if (level >= error)
+    if (level >= zvutil::details::log_error)
         return style.editorColour("Testplan", "ErrorBorder");
-    if (level == warning)
+    if (level == zvutil::details::log_warning)
         return style.editorColour("Testplan", "WarningBorder");
-    const ZvStyleBrush brush =
-        level >= information ? ZvStyleBrush::TextEnabled : ZvStyleBrush::TextDisabled;
+    const ZvStyleBrush brush = level >= zvutil::details::log_information
+        ? ZvStyleBrush::TextEnabled
+        : ZvStyleBrush::TextDisabled;
     return style.colour(brush).qColour();
 }
 
@@ -56,9 +54,9 @@ void LogModel::clear()
 
 void LogModel::append(const std::vector<Record>& records)
 {
-    const int added = std::min(int(records.size()), mostLines);
+    const int added = std::min(int(records.size()), maxLines);
     const int present = int(m_lines.size());
-    const int removed = std::max(present + added - mostLines, 0);
+    const int removed = std::max(present + added - maxLines, 0);
     if (removed > 0) {
         beginRemoveRows(QModelIndex(), 0, removed - 1);
         m_lines.erase(m_lines.begin(), m_lines.begin() + removed);

@@ -21,7 +21,7 @@ public:
     enum Role {
         LevelRole = Qt::UserRole ///< the number
     };
-    static constexpr int mostLines = 10'000;
+    static constexpr int maxLines = 10'000;
 
     explicit LogModel(QObject* parent);
 

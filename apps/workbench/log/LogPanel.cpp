@@ -7,6 +7,7 @@
 #include <zv_logging/host.h>
 #include <zv_logging/zv_logging.h>
 #include <zvutil/ZvStyleManager.h>
+#include <zvutil/details/log_level.h>
 
 #include <QAction>
 #include <QApplication>
@@ -21,13 +22,14 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 
 namespace workbench {
 
 namespace {
 
 constexpr int memorySink = 2;
-constexpr int millisecondsBetweenLooks = 250;
+constexpr std::chrono::milliseconds updateInterval{250};
 
 QToolButton* button(const QString& name, const QString& text, const QString& toolTip)
 {
@@ -59,7 +61,7 @@ LogPanel::LogPanel(QWidget* parent)
     layout->addWidget(makeTopRow());
     layout->addWidget(m_view, 1);
     setFocusProxy(m_view);
-    m_timer.setInterval(millisecondsBetweenLooks);
+    m_timer.setInterval(updateInterval);
     connect(&m_timer, &QTimer::timeout, this, &LogPanel::look);
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, m_lines,
             &LogModel::recolour);
@@ -104,10 +106,10 @@ QWidget* LogPanel::makeTopRow()
 {
     m_level->setObjectName(QStringLiteral("level"));
     m_level->setAccessibleName(tr("Levels to show"));
-    m_level->addItem(tr("All"), 0);
-    m_level->addItem(tr("Information"), 2);
-    m_level->addItem(tr("Warnings"), 3);
-    m_level->addItem(tr("Errors"), 4);
+    m_level->addItem(tr("All"), zvutil::details::log_trace);
+    m_level->addItem(tr("Information"), zvutil::details::log_information);
+    m_level->addItem(tr("Warnings"), zvutil::details::log_warning);
+    m_level->addItem(tr("Errors"), zvutil::details::log_error);
     m_level->setToolTip(tr("Show lines of this level and above"));
     m_text->setObjectName(QStringLiteral("text"));
     m_text->setAccessibleName(tr("Filter the log"));
@@ -119,7 +121,7 @@ QWidget* LogPanel::makeTopRow()
     QToolButton* const clearButton =
         button(QStringLiteral("clear"), tr("Clear"), tr("Remove all lines from this view"));
     connect(m_level, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            [this] { m_shown->setLeastLevel(m_level->currentData().toInt()); });
+            [this] { m_shown->setMinLevel(m_level->currentData().toInt()); });
     connect(m_text, &QLineEdit::textChanged, m_shown, &LogFilter::setText);
     connect(copyButton, &QToolButton::clicked, this, &LogPanel::copy);
     connect(clearButton, &QToolButton::clicked, m_lines, &LogModel::clear);

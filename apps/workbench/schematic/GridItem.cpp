@@ -48,9 +48,9 @@ QPen GridItem::pen(double width) const
                 Qt::RoundJoin);
 }
 
-QPoint nearestStep(const QPointF& place)
+QPoint nearestStep(const QPointF& position)
 {
-    return {nearestStep(place.x()), nearestStep(place.y())};
+    return {nearestStep(position.x()), nearestStep(position.y())};
 }
 
 } // namespace workbench

@@ -14,7 +14,7 @@ public:
     int id() const;
 
     /// Where it stands, in steps, but while it is being moved.
-    virtual QPoint place() const = 0;
+    virtual QPoint gridPosition() const = 0;
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
@@ -27,6 +27,6 @@ private:
 };
 
 /// The point of the grid that is nearest to a point of the scene, in steps.
-QPoint nearestStep(const QPointF& place);
+QPoint nearestStep(const QPointF& position);
 
 } // namespace workbench

@@ -133,11 +133,11 @@ public:
         std::sort(m_ends.begin(), m_ends.end());
     }
 
-    /// How many have \p place within them, not at an end.
-    int around(int place) const
+    /// How many have \p coordinate within them, not at an end.
+    int around(int coordinate) const
     {
-        const auto begun = std::lower_bound(m_begins.begin(), m_begins.end(), place);
-        const auto ended = std::upper_bound(m_ends.begin(), m_ends.end(), place);
+        const auto begun = std::lower_bound(m_begins.begin(), m_begins.end(), coordinate);
+        const auto ended = std::upper_bound(m_ends.begin(), m_ends.end(), coordinate);
         return static_cast<int>((begun - m_begins.begin()) - (ended - m_ends.begin()));
     }
 

@@ -19,9 +19,9 @@ constexpr std::array<SymbolKind, 6> symbolKinds = {SymbolKind::Resistor, SymbolK
 /// All places are in whole steps of the grid. A scene shows a step as so many units.
 constexpr int gridStep = 10;
 constexpr int farthestStep = 1'000'000;
-constexpr int maximumSymbols = 100'000;
-constexpr int maximumWires = 100'000;
-constexpr int maximumWirePoints = 10'000;
+constexpr int maxSymbols = 100'000;
+constexpr int maxWires = 100'000;
+constexpr int maxWirePoints = 10'000;
 
 struct Symbol
 {

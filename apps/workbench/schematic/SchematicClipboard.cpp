@@ -34,7 +34,7 @@ bool readWire(QDataStream& stream, Wire& wire)
 {
     qint32 count = 0;
     stream >> count;
-    for (qint32 i = 0; i < count && count <= maximumWirePoints; ++i) {
+    for (qint32 i = 0; i < count && count <= maxWirePoints; ++i) {
         QPoint point;
         stream >> point;
         if (stream.status() != QDataStream::Ok || !isWithinReach(point))
@@ -75,8 +75,8 @@ bool readFromClipboard(Schematic& part)
     qint32 symbols = 0;
     qint32 wires = 0;
     stream >> version >> symbols >> wires;
-    if (version != formatVersion || symbols < 0 || symbols > maximumSymbols || wires < 0
-        || wires > maximumWires)
+    if (version != formatVersion || symbols < 0 || symbols > maxSymbols || wires < 0
+        || wires > maxWires)
         return false;
     Schematic read;
     for (qint32 i = 0; i < symbols; ++i) {

@@ -131,11 +131,11 @@ void SchematicDocument::addToolActions()
                         "button ends it."));
     addToToolBar({select, wire});
     for (const KindAction& kind : kindActions) {
-        QAction* const place =
+        QAction* const placing =
             addNamedAction(QStringLiteral("place") + kindName(kind.kind), kindName(kind.kind),
                            keys({kind.key}), [this, kind] { m_scene.setPlacing(kind.kind); });
-        place->setIcon(kindIcon(kind.kind));
-        addToToolBar({place});
+        placing->setIcon(kindIcon(kind.kind));
+        addToToolBar({placing});
     }
     for (QAction* const action : toolBarActions()) {
         action->setCheckable(true);

@@ -44,7 +44,7 @@ Symbol readSymbol(const XmlElement& element)
 Wire readWire(XmlElement& element, const QString& end)
 {
     Wire wire;
-    const int count = numberAttribute(element, "points", 2, maximumWirePoints);
+    const int count = numberAttribute(element, "points", 2, maxWirePoints);
     for (int i = 0; i < count; ++i)
         wire.points.append(placeOf(*nextChild(element, "point", end)));
     if (element.next_child())
@@ -66,8 +66,8 @@ Schematic SchematicReadFile::read(const Progress& progress)
 {
     const auto root = reader().root_element();
     requireRoot(root.get(), "schematic", Schematic::tr("schematic"));
-    const int symbols = numberAttribute(*root, "symbols", 0, maximumSymbols);
-    const int wires = numberAttribute(*root, "wires", 0, maximumWires);
+    const int symbols = numberAttribute(*root, "symbols", 0, maxSymbols);
+    const int wires = numberAttribute(*root, "wires", 0, maxWires);
     Schematic schematic;
     // Nothing is reserved: the counts are only what the file claims.
     for (int i = 0; i < symbols; ++i) {

@@ -18,10 +18,10 @@ void setAttribute(Element& element, const char* name, int value)
     setAttribute(element, name, QString::number(value));
 }
 
-void setPlace(Element& element, const QPoint& place)
+void setPosition(Element& element, const QPoint& position)
 {
-    setAttribute(element, "x", place.x());
-    setAttribute(element, "y", place.y());
+    setAttribute(element, "x", position.x());
+    setAttribute(element, "y", position.y());
 }
 
 void writeSymbol(Element& root, const Symbol& symbol)
@@ -33,7 +33,7 @@ void writeSymbol(Element& root, const Symbol& symbol)
     setAttribute(*element, "kind", kindName(symbol.kind));
     setAttribute(*element, "ref", symbol.reference);
     setAttribute(*element, "value", symbol.value);
-    setPlace(*element, symbol.position);
+    setPosition(*element, symbol.position);
     setAttribute(*element, "rotation", symbol.rotation);
 }
 
@@ -43,7 +43,7 @@ void writeWire(Element& root, const Wire& wire)
     // A file that breaks off within a wire is told by this count.
     setAttribute(*element, "points", wire.points.size());
     for (const QPoint& point : wire.points)
-        setPlace(*element->child("point"), point);
+        setPosition(*element->child("point"), point);
 }
 
 } // namespace

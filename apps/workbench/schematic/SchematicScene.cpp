@@ -1,7 +1,7 @@
 #include "schematic/SchematicScene.h"
 
 #include "common/NumberText.h"
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "schematic/SchematicClipboard.h"
 #include "schematic/SymbolItem.h"
 #include "schematic/WireItem.h"
@@ -263,9 +263,9 @@ void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
     painter->setPen(Qt::NoPen);
     painter->setBrush(styleColour(ZvStyleBrush::TextEnabled));
     for (const QPoint& junction : std::as_const(m_junctions)) {
-        const QPointF place = junction * gridStep;
-        if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(place))
-            painter->drawEllipse(place, junctionRadius, junctionRadius);
+        const QPointF position = junction * gridStep;
+        if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(position))
+            painter->drawEllipse(position, junctionRadius, junctionRadius);
     }
     if (!m_wire.isDrawing())
         return;
@@ -279,7 +279,7 @@ void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
 
 void SchematicScene::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
-    const QPoint place = nearestStep(event->scenePos());
+    const QPoint position = nearestStep(event->scenePos());
     if (m_tool == Tool::Select) {
         QGraphicsScene::mousePressEvent(event);
         // Only the left button draws a rubber band.
@@ -290,19 +290,19 @@ void SchematicScene::mousePressEvent(QGraphicsSceneMouseEvent* event)
     if (event->button() == Qt::RightButton)
         escape();
     else if (event->button() == Qt::LeftButton && m_tool == Tool::Place)
-        placeSymbol(place);
+        placeSymbol(position);
     else if (event->button() == Qt::LeftButton)
-        addWirePoint(place);
+        addWirePoint(position);
 }
 
 void SchematicScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
-    const QPoint place = nearestStep(event->scenePos());
+    const QPoint position = nearestStep(event->scenePos());
     if (m_tool == Tool::Place) {
-        m_ghost->setPos(place * gridStep);
+        m_ghost->setPos(position * gridStep);
         m_ghost->setVisible(true);
     } else if (m_tool == Tool::Wire && m_wire.isDrawing()) {
-        m_wire.setPointer(place);
+        m_wire.setPointer(position);
         update();
     }
     QGraphicsScene::mouseMoveEvent(event);
@@ -313,8 +313,8 @@ void SchematicScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
     QGraphicsScene::mouseReleaseEvent(event);
     // All that was moved has been moved by the same way.
     for (const QGraphicsItem* const item : selectedItems()) {
-        const QPoint place = static_cast<const GridItem*>(item)->place();
-        const QPoint steps = nearestStep(item->pos()) - place;
+        const QPoint position = static_cast<const GridItem*>(item)->gridPosition();
+        const QPoint steps = nearestStep(item->pos()) - position;
         if (!steps.isNull()) {
             moveSelected(steps);
             break;
@@ -402,37 +402,38 @@ void SchematicScene::useTool()
     Q_EMIT toolChanged();
 }
 
-void SchematicScene::placeSymbol(const QPoint& place)
+void SchematicScene::placeSymbol(const QPoint& position)
 {
     Symbol symbol = m_ghost->symbol();
     const bool isThere =
-        std::any_of(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(),
-                    [&](const Symbol& s) { return s.position == place && s.kind == symbol.kind; });
+        std::any_of(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(), [&](const Symbol& s) {
+            return s.position == position && s.kind == symbol.kind;
+        });
     if (isThere || !hasRoom(tr("The symbol was not placed."), 1, 0))
         return;
     symbol.id = m_nextId++;
-    symbol.position = place;
+    symbol.position = position;
     symbol.reference = nextReference(m_schematic, symbol.kind);
     Schematic after = m_schematic;
     after.symbols.append(symbol);
     push(tr("Place %1").arg(symbol.reference), after);
 }
 
-void SchematicScene::addWirePoint(const QPoint& place)
+void SchematicScene::addWirePoint(const QPoint& position)
 {
     if (!m_wire.isDrawing()) {
         if (!hasRoom(tr("The wire was not drawn."), 0, 1))
             return;
-        m_wire.begin(place);
-    } else if (m_wire.end() == place) {
+        m_wire.begin(position);
+    } else if (m_wire.end() == position) {
         endWire();
-    } else if (m_wire.pointsTo(place).size() > maximumWirePoints) {
+    } else if (m_wire.pointsTo(position).size() > maxWirePoints) {
         Q_EMIT failed({tr("The wire was not drawn any further."),
-                       tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
+                       tr("A wire has at most %1 points.").arg(numberText(maxWirePoints)),
                        tr("End this wire, and begin another one there.")});
         return;
     } else {
-        m_wire.extend(place);
+        m_wire.extend(position);
     }
     update();
 }
@@ -550,12 +551,12 @@ void SchematicScene::insert(const Schematic& part)
 
 bool SchematicScene::hasRoom(const QString& what, int symbols, int wires)
 {
-    if (symbols <= maximumSymbols - m_schematic.symbols.size()
-        && wires <= maximumWires - m_schematic.wires.size())
+    if (symbols <= maxSymbols - m_schematic.symbols.size()
+        && wires <= maxWires - m_schematic.wires.size())
         return true;
     Q_EMIT failed({what,
                    tr("A schematic has at most %1 symbols and %2 wires.")
-                       .arg(numberText(maximumSymbols), numberText(maximumWires)),
+                       .arg(numberText(maxSymbols), numberText(maxWires)),
                    tr("Continue in another schematic.")});
     return false;
 }

@@ -86,8 +86,8 @@ private:
     void showSymbols();
     void showWires();
     void useTool();
-    void placeSymbol(const QPoint& place);
-    void addWirePoint(const QPoint& place);
+    void placeSymbol(const QPoint& position);
+    void addWirePoint(const QPoint& position);
     void endWire();
     void selectItems(const std::function<bool(int id)>& isSelected);
     QSet<int> selectedIds() const;

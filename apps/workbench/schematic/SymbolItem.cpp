@@ -51,7 +51,7 @@ void SymbolItem::setSymbol(const Symbol& symbol)
     update();
 }
 
-QPoint SymbolItem::place() const
+QPoint SymbolItem::gridPosition() const
 {
     return m_symbol.position;
 }
@@ -85,7 +85,7 @@ void SymbolItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*opti
     painter->setPen(pen(lineWidth));
     painter->setFont(labelFont());
     for (const Label& label : std::as_const(m_labels))
-        painter->drawText(label.place, int(label.alignment | Qt::TextDontClip), label.text);
+        painter->drawText(label.area, int(label.alignment | Qt::TextDontClip), label.text);
 }
 
 void SymbolItem::layOut()
@@ -96,7 +96,7 @@ void SymbolItem::layOut()
     m_labels = labels();
     m_bounds = m_body;
     for (const Label& label : std::as_const(m_labels))
-        m_bounds |= label.place;
+        m_bounds |= label.area;
     m_bounds.adjust(-2, -2, 2, 2);
 }
 
@@ -109,9 +109,9 @@ QVector<SymbolItem::Label> SymbolItem::labels() const
         return QRectF(topLeft, QSizeF(metrics.horizontalAdvance(text), metrics.height()));
     };
     const auto centred = [&](const QString& text, double top) {
-        QRectF place = box(text, {0, top});
-        place.moveLeft(around.center().x() - place.width() / 2);
-        return Label{place, Qt::AlignCenter, text};
+        QRectF area = box(text, {0, top});
+        area.moveLeft(around.center().x() - area.width() / 2);
+        return Label{area, Qt::AlignCenter, text};
     };
     const double height = metrics.height();
     if (m_symbol.kind == SymbolKind::Chip)

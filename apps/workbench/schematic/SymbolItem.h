@@ -15,7 +15,7 @@ public:
     /// One with the same id.
     void setSymbol(const Symbol& symbol);
 
-    QPoint place() const override;
+    QPoint gridPosition() const override;
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
@@ -23,7 +23,7 @@ public:
 private:
     struct Label
     {
-        QRectF place;
+        QRectF area;
         Qt::Alignment alignment;
         QString text;
     };

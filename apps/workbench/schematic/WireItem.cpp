@@ -34,7 +34,7 @@ void WireItem::setWire(const Wire& wire)
     update();
 }
 
-QPoint WireItem::place() const
+QPoint WireItem::gridPosition() const
 {
     return {};
 }

@@ -15,7 +15,7 @@ public:
     /// One with the same id.
     void setWire(const Wire& wire);
 
-    QPoint place() const override;
+    QPoint gridPosition() const override;
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;

@@ -1,7 +1,7 @@
 #include "script/CodeEditor.h"
 
-#include "common/page.h"
-#include "common/styles.h"
+#include "common/page_style.h"
+#include "common/style_options.h"
 #include "script/ScriptHighlighter.h"
 
 #include <zvutil/ZvStyle.h>

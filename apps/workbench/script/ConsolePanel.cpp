@@ -1,7 +1,7 @@
 #include "script/ConsolePanel.h"
 
 #include "common/DimPlaceholder.h"
-#include "common/page.h"
+#include "common/page_style.h"
 #include "script/OutputView.h"
 
 #include <zvutil/ZvProcessingIndicator.h>
@@ -20,7 +20,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int keptLines = 200;
+constexpr int maxLines = 200;
 
 QString historyKey()
 {
@@ -140,7 +140,7 @@ void ConsolePanel::remember(const QString& line)
 {
     m_history.removeAll(line);
     m_history.append(line);
-    if (m_history.size() > keptLines)
+    if (m_history.size() > maxLines)
         m_history.removeFirst();
     m_recalled = m_history.size();
     m_typed.clear();

@@ -1,6 +1,6 @@
 #include "script/OutputView.h"
 
-#include "common/page.h"
+#include "common/page_style.h"
 
 #include <zvutil/ZvStyle.h>
 
@@ -14,7 +14,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int keptLines = 10'000;
+constexpr int maxLines = 10'000;
 constexpr int isWritten = 1;
 
 QColor colourOf(OutputView::Kind kind)
@@ -41,7 +41,7 @@ OutputView::OutputView(QWidget* parent)
 {
     setReadOnly(true);
     setUndoRedoEnabled(false);
-    setMaximumBlockCount(keptLines);
+    setMaximumBlockCount(maxLines);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     makePage(*this);
 }

@@ -29,7 +29,7 @@ namespace workbench {
 namespace {
 
 /// In bytes. The editor takes about a second for as much.
-constexpr qint64 maximumScriptSize = 5'000'000;
+constexpr qint64 maxScriptSize = 5'000'000;
 
 /// The text, or a null one if the bytes aren't UTF-8.
 QString decoded(const QByteArray& bytes)
@@ -187,9 +187,9 @@ void ScriptDocument::read(const zvutil::ZvFilePath& file)
     QFile source(qtFileName(file));
     if (!source.open(QIODevice::ReadOnly))
         throw FileError(source.errorString());
-    if (source.size() > maximumScriptSize)
+    if (source.size() > maxScriptSize)
         throw FileError(tr("The file has %1 bytes; a script can have at most %2.")
-                            .arg(numberText(source.size()), numberText(maximumScriptSize)));
+                            .arg(numberText(source.size()), numberText(maxScriptSize)));
     QString text = decoded(source.readAll());
     if (source.error() != QFileDevice::NoError)
         throw FileError(source.errorString());
@@ -228,8 +228,8 @@ void ScriptDocument::finish(const host::ScriptOutcome& outcome)
         showState(tr("Finished %1").arg(time), false);
     } else {
         const QString error = QString::fromStdString(outcome.error);
-        const QString place = outcome.line > 0 ? tr("Line %1: ").arg(outcome.line) : QString();
-        m_output->append(place + error, OutputView::Kind::Error);
+        const QString prefix = outcome.line > 0 ? tr("Line %1: ").arg(outcome.line) : QString();
+        m_output->append(prefix + error, OutputView::Kind::Error);
         m_editor->markError(outcome.line);
         showState(tr("Failed %1").arg(time), false);
     }

@@ -39,7 +39,7 @@ namespace {
 
 constexpr int isUsersRole = Qt::UserRole + 1;
 /// More aren't listed, only counted.
-constexpr int mostUnreadableListed = 1'000;
+constexpr int maxUnreadableListed = 1'000;
 
 } // namespace
 
@@ -116,7 +116,7 @@ void FindInFilesDialog::find()
     m_unreadable.clear();
     m_progress = {};
     m_outcome = Outcome::Running;
-    run(order());
+    run(query());
     showState();
 }
 
@@ -278,15 +278,15 @@ QStringList FindInFilesDialog::chosenFolders() const
     return folders;
 }
 
-SearchOrder FindInFilesDialog::order() const
+SearchQuery FindInFilesDialog::query() const
 {
     return {m_text->text(), chosenFolders(), m_types->types(), m_matchCase->isChecked()};
 }
 
-void FindInFilesDialog::run(const SearchOrder& order)
+void FindInFilesDialog::run(const SearchQuery& query)
 {
-    m_delegate->setLength(order.text.size());
-    auto request = std::make_shared<SearchRequest>(order);
+    m_delegate->setLength(query.text.size());
+    auto request = std::make_shared<SearchRequest>(query);
     m_search = std::make_unique<Search>(request.get());
     // What is still on its way when a search is given up is of no interest any more.
     const auto whileCurrent = [this, number = ++m_searchNumber](auto work) {
@@ -311,7 +311,7 @@ void FindInFilesDialog::run(const SearchOrder& order)
 
 void FindInFilesDialog::addUnreadable(const QStringList& paths)
 {
-    m_unreadable += paths.mid(0, mostUnreadableListed - m_unreadable.size());
+    m_unreadable += paths.mid(0, maxUnreadableListed - m_unreadable.size());
 }
 
 void FindInFilesDialog::takeOver(const SearchProgress& progress)

@@ -69,8 +69,8 @@ private:
     void browse();
     void addFolder(const QString& folder, bool isUsers);
     QStringList chosenFolders() const;
-    SearchOrder order() const;
-    void run(const SearchOrder& order);
+    SearchQuery query() const;
+    void run(const SearchQuery& query);
     void addUnreadable(const QStringList& paths);
     void takeOver(const SearchProgress& progress);
     void finish(Outcome outcome);

@@ -7,18 +7,19 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace workbench {
 
 namespace {
 
-constexpr qint64 millisecondsBetweenEvents = 20;
-constexpr qint64 millisecondsBetweenReports = 100;
+constexpr std::chrono::milliseconds eventInterval{20};
+constexpr std::chrono::milliseconds reportInterval{100};
 constexpr qint64 bytesLookedAt = 8'192;
 
 /// Where a folder really is, with a separator at its end; nothing if it is nowhere.
-QString place(const QString& folder)
+QString realFolder(const QString& folder)
 {
     const QString path = QFileInfo(folder).canonicalFilePath();
     return path.isEmpty() || path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
@@ -27,16 +28,17 @@ QString place(const QString& folder)
 /// The folders without those that are or lie in another of them.
 QStringList outermost(const QStringList& folders)
 {
-    QStringList places;
+    QStringList realFolders;
     for (const QString& folder : folders)
-        places.append(place(folder));
+        realFolders.append(realFolder(folder));
     QStringList result;
     for (int i = 0; i < folders.size(); ++i) {
         const auto isOutside = [&](const QString& other) {
-            return !other.isEmpty() && other != places[i] && places[i].startsWith(other);
+            return !other.isEmpty() && other != realFolders[i] && realFolders[i].startsWith(other);
         };
-        const bool isRepeated = !places[i].isEmpty() && places.indexOf(places[i]) < i;
-        if (!isRepeated && std::none_of(places.begin(), places.end(), isOutside))
+        const bool isRepeated =
+            !realFolders[i].isEmpty() && realFolders.indexOf(realFolders[i]) < i;
+        if (!isRepeated && std::none_of(realFolders.begin(), realFolders.end(), isOutside))
             result.append(folders[i]);
     }
     return result;
@@ -44,9 +46,9 @@ QStringList outermost(const QStringList& folders)
 
 } // namespace
 
-SearchRequest::SearchRequest(const SearchOrder& order)
-    : m_order(order)
-    , m_search(order.text, order.isCaseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive)
+SearchRequest::SearchRequest(const SearchQuery& query)
+    : m_query(query)
+    , m_search(query.text, query.isCaseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive)
 {
     qRegisterMetaType<QVector<SearchHit>>();
     qRegisterMetaType<SearchProgress>();
@@ -56,13 +58,14 @@ void SearchRequest::perform()
 {
     m_sinceEvents.start();
     m_sinceReport.start();
-    const QStringList folders = outermost(m_order.folders);
+    const QStringList folders = outermost(m_query.folders);
     // The next one is the last.
     std::vector<QString> foldersToCome(folders.crbegin(), folders.crend());
-    while (!foldersToCome.empty() && mayGoOn()) {
+    while (!foldersToCome.empty() && !isStopped()) {
         const QString folder = std::move(foldersToCome.back());
         foldersToCome.pop_back();
         searchFolder(folder, foldersToCome);
+        handleEvents();
     }
     report();
     if (abort_requested())
@@ -71,16 +74,19 @@ void SearchRequest::perform()
         Q_EMIT completed();
 }
 
-/// Reports now and then, and handles events, since an abort is one.
-bool SearchRequest::mayGoOn()
+bool SearchRequest::isStopped() const
 {
-    if (m_sinceReport.elapsed() >= millisecondsBetweenReports)
+    return abort_requested() || m_progress.hasReachedLimit;
+}
+
+void SearchRequest::handleEvents()
+{
+    if (std::chrono::milliseconds(m_sinceReport.elapsed()) >= reportInterval)
         report();
-    if (m_sinceEvents.elapsed() >= millisecondsBetweenEvents) {
+    if (std::chrono::milliseconds(m_sinceEvents.elapsed()) >= eventInterval) {
         QCoreApplication::processEvents();
         m_sinceEvents.start();
     }
-    return !abort_requested() && !m_progress.hasReachedLimit;
 }
 
 void SearchRequest::report()
@@ -99,13 +105,13 @@ void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& fo
     m_progress.folder = QDir::toNativeSeparators(folder);
     const QFileInfo info(folder);
     if (!info.isDir() || !info.isReadable()) {
-        pass(folder);
+        addUnreadable(folder);
         return;
     }
     QStringList files;
     QStringList folders;
     QDirIterator entries(folder, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
-    while (entries.hasNext() && mayGoOn()) {
+    while (entries.hasNext() && !isStopped()) {
         const QString path = entries.next();
         const QFileInfo entry = entries.fileInfo();
         // Opening a pipe, which a link may lead to, would wait for ever.
@@ -113,11 +119,14 @@ void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& fo
             files.append(path);
         else if (entry.isDir() && !entry.isSymLink())
             folders.append(path);
+        handleEvents();
     }
     std::sort(files.begin(), files.end());
     std::sort(folders.begin(), folders.end());
-    for (auto file = files.cbegin(); file != files.cend() && mayGoOn(); ++file)
+    for (auto file = files.cbegin(); file != files.cend() && !isStopped(); ++file) {
         searchFile(*file);
+        handleEvents();
+    }
     foldersToCome.insert(foldersToCome.end(), folders.crbegin(), folders.crend());
 }
 
@@ -125,7 +134,7 @@ void SearchRequest::searchFile(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        pass(path);
+        addUnreadable(path);
         return;
     }
     ++m_progress.searchedFiles;
@@ -134,19 +143,22 @@ void SearchRequest::searchFile(const QString& path)
     m_search.run(
         file,
         [this, native = QDir::toNativeSeparators(path)](const FoundLine& line) {
-            if (m_hitCount < mostHits) {
+            if (m_hitCount < maxHits) {
                 m_hits.append({native, line});
                 ++m_hitCount;
             } else {
                 m_progress.hasReachedLimit = true;
             }
         },
-        [this] { return mayGoOn(); });
+        [this] {
+            handleEvents();
+            return !isStopped();
+        });
     if (file.error() != QFileDevice::NoError)
-        pass(path);
+        addUnreadable(path);
 }
 
-void SearchRequest::pass(const QString& path)
+void SearchRequest::addUnreadable(const QString& path)
 {
     ++m_progress.unreadable;
     m_unreadable.append(QDir::toNativeSeparators(path));
@@ -154,8 +166,8 @@ void SearchRequest::pass(const QString& path)
 
 bool SearchRequest::hasType(const QString& file) const
 {
-    return m_order.types.isEmpty()
-        || std::any_of(m_order.types.begin(), m_order.types.end(), [&file](const QString& type) {
+    return m_query.types.isEmpty()
+        || std::any_of(m_query.types.begin(), m_query.types.end(), [&file](const QString& type) {
                return file.endsWith(type, Qt::CaseInsensitive);
            });
 }

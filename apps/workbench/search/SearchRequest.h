@@ -15,7 +15,7 @@
 namespace workbench {
 
 /// What to search for, and where.
-struct SearchOrder
+struct SearchQuery
 {
     QString text;
     QStringList folders;
@@ -52,9 +52,9 @@ class SearchRequest : public zvutil::libzvutil::abstract_request
 
 public:
     /// No more hits than this are reported.
-    static constexpr int mostHits = 10'000;
+    static constexpr int maxHits = 10'000;
 
-    explicit SearchRequest(const SearchOrder& order);
+    explicit SearchRequest(const SearchQuery& query);
 
 Q_SIGNALS:
     /// More hits, a few times a second.
@@ -68,14 +68,16 @@ protected:
     void perform() override;
 
 private:
-    bool mayGoOn();
+    bool isStopped() const;
+    /// Reports and handles events, since an abort is one; only from time to time.
+    void handleEvents();
     void report();
     void searchFolder(const QString& folder, std::vector<QString>& foldersToCome);
     void searchFile(const QString& path);
-    void pass(const QString& path);
+    void addUnreadable(const QString& path);
     bool hasType(const QString& file) const;
 
-    SearchOrder m_order;
+    SearchQuery m_query;
     TextSearch m_search;
     QVector<SearchHit> m_hits;
     QStringList m_unreadable;

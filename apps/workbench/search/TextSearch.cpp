@@ -10,16 +10,16 @@ namespace {
 
 constexpr int pieceSize = 128 * 1024;
 /// A line that is longer than this is searched in pieces.
-constexpr int longestLine = 1024 * 1024;
+constexpr int maxLineLength = 1024 * 1024;
 constexpr int shownBefore = 60;
 constexpr int shownBehind = 200;
-constexpr int mostBytesOfAUnit = 3;
+constexpr int maxBytesPerUnit = 3;
 
 /// Where a text may be cut, at or before \p at, so that no character is cut.
 int characterStart(const QByteArray& bytes, int at)
 {
     const auto isContinuation = [&bytes](int i) { return (uchar(bytes[i]) & 0xC0U) == 0x80U; };
-    const int least = std::max(at - mostBytesOfAUnit, 0);
+    const int least = std::max(at - maxBytesPerUnit, 0);
     int start = at;
     while (start > least && start < bytes.size() && isContinuation(start))
         --start;
@@ -35,13 +35,13 @@ TextSearch::TextSearch(const QString& text, Qt::CaseSensitivity caseSensitivity)
 }
 
 void TextSearch::run(QIODevice& file, const std::function<void(const FoundLine&)>& found,
-                     const std::function<bool()>& mayGoOn)
+                     const std::function<bool()>& proceed)
 {
     m_waiting.clear();
     m_line = 1;
     m_isLineFound = false;
     bool isAtEnd = false;
-    while (!isAtEnd && mayGoOn()) {
+    while (!isAtEnd && proceed()) {
         const QByteArray read = file.read(pieceSize);
         isAtEnd = read.isEmpty();
         m_waiting += read;
@@ -55,9 +55,9 @@ QByteArray TextSearch::takePiece(bool isAtEnd)
 {
     int taken = isAtEnd ? m_waiting.size() : m_waiting.lastIndexOf('\n') + 1;
     int kept = taken;
-    if (taken == 0 && m_waiting.size() > longestLine) {
+    if (taken == 0 && m_waiting.size() > maxLineLength) {
         taken = characterStart(m_waiting, m_waiting.size() - 1);
-        kept = characterStart(m_waiting, std::max(taken - mostBytesOfAUnit * m_text.size(), 0));
+        kept = characterStart(m_waiting, std::max(taken - maxBytesPerUnit * m_text.size(), 0));
     }
     QByteArray piece = m_waiting.left(taken);
     m_waiting.remove(0, kept);

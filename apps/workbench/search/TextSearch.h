@@ -27,10 +27,10 @@ public:
     TextSearch(const QString& text, Qt::CaseSensitivity caseSensitivity);
 
     /// Reads \p file, from where it is, to its end. Each line that contains the text is handed to
-    /// \p found once. \p mayGoOn is asked behind each piece of some 100 KB; with false the search
-    /// ends. Sequences that aren't UTF-8 are read as replacement characters.
+    /// \p found once. \p proceed is called after each piece of some 100 KB, and ends the search by false.
+    /// Sequences that aren't UTF-8 are read as replacement characters.
     void run(QIODevice& file, const std::function<void(const FoundLine&)>& found,
-             const std::function<bool()>& mayGoOn);
+             const std::function<bool()>& proceed);
 
 private:
     QByteArray takePiece(bool isAtEnd);

@@ -1,6 +1,6 @@
 #include "shell/AccentSwatches.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "shell/Accents.h"
 
 #include <QAbstractButton>
@@ -90,12 +90,12 @@ AccentSwatches::AccentSwatches(QWidget* parent)
     auto* const layout = new QGridLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(0);
-    int place = 0;
+    int index = 0;
     for (const Accent& accent : accents()) {
         auto* const swatch = new Swatch(accent);
-        m_swatches.addButton(swatch, place);
-        layout->addWidget(swatch, place / columns, place % columns);
-        ++place;
+        m_swatches.addButton(swatch, index);
+        layout->addWidget(swatch, index / columns, index % columns);
+        ++index;
     }
     connect(&m_swatches, QOverload<QAbstractButton*>::of(&QButtonGroup::buttonClicked), this,
             [this](const QAbstractButton* button) { Q_EMIT chosen(colourOf(button)); });

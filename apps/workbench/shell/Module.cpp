@@ -1,6 +1,6 @@
 // How the host reaches the workbench: by one command.
 
-#include "shell/open.h"
+#include "shell/open_workbench.h"
 
 #include <HostSupport/ComConstruct.h>
 
@@ -17,7 +17,7 @@ COMERROR openWorkbench(int wordCount, char** words, YRef<MessageHandler> message
     QStringList arguments;
     for (int i = 1; i < wordCount; ++i)
         arguments.append(QString::fromUtf8(words[i]));
-    const QString error = workbench::open(arguments);
+    const QString error = workbench::openWorkbench(arguments);
     if (error.isEmpty())
         return COM_OK;
     if (messages)

@@ -1,7 +1,7 @@
 #include "shell/OptionsDialog.h"
 
 #include "common/Failure.h"
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "shell/OptionEditor.h"
 
 #include <HostSupport/host.h>
@@ -90,21 +90,21 @@ QWidget* OptionsDialog::makeRows()
 
 void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QString& byDefault)
 {
-    const std::size_t place = m_rows.size();
+    const std::size_t index = m_rows.size();
     const QString written = optionText(name);
     OptionEditor* const editor = OptionEditor::make(name, written);
     editor->setObjectName(name);
     editor->setAccessibleName(name);
     m_rows.push_back({name, written, byDefault, editor, false});
-    connect(editor, &OptionEditor::changed, this, [this, place] {
-        m_rows[place].isReset = false;
+    connect(editor, &OptionEditor::changed, this, [this, index] {
+        m_rows[index].isReset = false;
         judge();
     });
     auto* const resetButton = new QToolButton;
     resetButton->setObjectName(QStringLiteral("reset ") + name);
     resetButton->setText(tr("Reset"));
     resetButton->setToolTip(tr("Reset to the default"));
-    connect(resetButton, &QToolButton::clicked, this, [this, place] { reset(place); });
+    connect(resetButton, &QToolButton::clicked, this, [this, index] { reset(index); });
     const int row = layout.rowCount();
     layout.addWidget(plainLabel(name), row, 0);
     layout.addWidget(editor, row, 1);

@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int keptFiles = 10;
+constexpr int maxFiles = 10;
 
 QString settingsKey()
 {
@@ -34,7 +34,7 @@ void RecentFiles::add(const QString& file)
     QStringList files = m_files;
     files.removeAll(file);
     files.prepend(file);
-    set(files.mid(0, keptFiles));
+    set(files.mid(0, maxFiles));
 }
 
 void RecentFiles::clearAll()
@@ -49,7 +49,7 @@ void RecentFiles::saveState(QSettings& settings) const
 
 void RecentFiles::restoreState(const QSettings& settings)
 {
-    set(settings.value(settingsKey()).toStringList().mid(0, keptFiles));
+    set(settings.value(settingsKey()).toStringList().mid(0, maxFiles));
 }
 
 void RecentFiles::set(const QStringList& files)

@@ -1,6 +1,6 @@
 #include "shell/ViewMenu.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "shell/AccentSwatches.h"
 
 #include <DockFramework/DockableWidget.h>

@@ -2,8 +2,8 @@
 
 #include "common/file_uri.h"
 #include "common/path_names.h"
-#include "common/requests.h"
-#include "common/styles.h"
+#include "common/request_manager.h"
+#include "common/style_options.h"
 #include "common/translations.h"
 #include "documents/Document.h"
 #include "documents/FileNameDialog.h"
@@ -41,13 +41,14 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+#include <chrono>
 #include <utility>
 
 namespace workbench {
 
 namespace {
 
-constexpr int messageTime = 5'000;
+constexpr std::chrono::milliseconds messageDuration{5'000};
 
 /// The one name of a file that may be reached by several.
 QString canonical(const QString& file)
@@ -72,13 +73,13 @@ QString dialogFilter()
 /// One failure that tells of all of them.
 Failure joined(const QList<Failure>& failures)
 {
-    constexpr int mostTold = 10;
+    constexpr int maxListed = 10;
     if (failures.size() == 1)
         return failures.constFirst();
     QStringList reasons;
-    for (const Failure& failure : failures.mid(0, mostTold))
+    for (const Failure& failure : failures.mid(0, maxListed))
         reasons.append(failure.what + QLatin1Char(' ') + failure.reason);
-    if (failures.size() > mostTold)
+    if (failures.size() > maxListed)
         reasons.append(QStringLiteral("…"));
     return {Workbench::tr("%n files can't be opened.", nullptr, failures.size()),
             reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
@@ -235,9 +236,9 @@ Document* Workbench::openFile(const QString& file)
 
 void Workbench::openFiles(const QStringList& files)
 {
-    if (files.size() > mostFilesToOpen) {
+    if (files.size() > maxFilesToOpen) {
         showFailure({tr("%n files are too many to open at once.", nullptr, files.size()),
-                     tr("At most %n files can be opened at once.", nullptr, mostFilesToOpen),
+                     tr("At most %n files can be opened at once.", nullptr, maxFilesToOpen),
                      tr("Choose fewer files.")});
         return;
     }
@@ -374,7 +375,6 @@ void Workbench::saveCurrentAs()
         m_current->saveAs();
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): documents are part of the window.
 void Workbench::saveAll()
 {
     for (Document* const document : documents()) {
@@ -450,7 +450,7 @@ void Workbench::closeCurrent()
 void Workbench::findInFiles()
 {
     if (!m_find) {
-        m_find = new FindInFilesDialog(requests(), this);
+        m_find = new FindInFilesDialog(requestManager(), this);
         connect(m_find, &FindInFilesDialog::openRequested, this, &Workbench::openAtLine);
     }
     m_find->setFolders(m_files->folders());
@@ -475,7 +475,7 @@ void Workbench::showOptions()
 
 void Workbench::showMessage(const QString& text)
 {
-    statusBar()->showMessage(text, messageTime);
+    statusBar()->showMessage(text, static_cast<int>(messageDuration.count()));
 }
 
 void Workbench::showFailure(const Failure& failure)

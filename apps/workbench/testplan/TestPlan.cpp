@@ -10,7 +10,7 @@ namespace workbench {
 namespace {
 
 constexpr int freshRows = 25;
-constexpr int longestNumber = 400;
+constexpr int maxNumberLength = 400;
 
 /// A decimal number without needless zeros.
 struct Decimal
@@ -51,7 +51,7 @@ bool looksLikeNumber(const QString& text)
     const QChar first = text.at(0);
     const bool mayBe =
         first == QLatin1Char('-') || (first >= QLatin1Char('0') && first <= QLatin1Char('9'));
-    return mayBe && text.size() <= longestNumber && number.match(text).hasMatch();
+    return mayBe && text.size() <= maxNumberLength && number.match(text).hasMatch();
 }
 
 QString numberText(double number)

@@ -32,8 +32,8 @@ public:
 };
 
 /// What a plan can't exceed.
-constexpr int maximumPlanRows = 2'000'000;
-constexpr int maximumPlanColumns = 4'096;
+constexpr int maxPlanRows = 2'000'000;
+constexpr int maxPlanColumns = 4'096;
 
 /// What a cell becomes if \p text is typed into it: a number if the text is wholly one in the
 /// notation of the "C" locale and keeps its value as a `double`; "007" and "1e999" are texts. NULs

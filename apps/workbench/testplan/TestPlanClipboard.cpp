@@ -18,7 +18,7 @@ constexpr int fieldsPerReport = 4'096;
 
 const QString csvFormat = QStringLiteral("text/csv");
 
-std::size_t place(int row, int column, int columns)
+std::size_t index(int row, int column, int columns)
 {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns)
         + static_cast<std::size_t>(column);
@@ -57,7 +57,7 @@ CellGrid gridOfTable(const ZvTable& table, Convert convert, const Progress& prog
     CellGrid grid;
     grid.rows = static_cast<int>(table.rows());
     grid.columns = static_cast<int>(table.columns());
-    grid.cells.reserve(place(grid.rows, 0, grid.columns));
+    grid.cells.reserve(index(grid.rows, 0, grid.columns));
     for (unsigned long long row = 0; row < table.rows(); ++row) {
         for (unsigned long long column = 0; column < table.columns(); ++column)
             grid.cells.push_back(convert(table.value(row, column).data()));
@@ -131,9 +131,9 @@ private:
         return true;
     }
 
-    bool isSeparator(int place) const
+    bool isSeparator(int index) const
     {
-        return m_text.at(place) == QLatin1Char('\t') || m_text.at(place) == QLatin1Char('\n');
+        return m_text.at(index) == QLatin1Char('\t') || m_text.at(index) == QLatin1Char('\n');
     }
 
     const QString& m_text;
@@ -146,12 +146,12 @@ private:
 
 CellValue& CellGrid::at(int row, int column)
 {
-    return cells[place(row, column, columns)];
+    return cells[index(row, column, columns)];
 }
 
 const CellValue& CellGrid::at(int row, int column) const
 {
-    return cells[place(row, column, columns)];
+    return cells[index(row, column, columns)];
 }
 
 CsvShape csvShape(const QByteArray& csv)
@@ -190,13 +190,13 @@ CellGrid gridOfText(const QString& text, const Progress& progress)
     grid.rows = static_cast<int>(rows.size());
     for (const QStringList& row : rows)
         grid.columns = std::max(grid.columns, row.size());
-    if (qint64(grid.rows) * grid.columns > maximumPasteCells)
+    if (qint64(grid.rows) * grid.columns > maxPasteCells)
         return grid;
-    grid.cells.resize(place(grid.rows, 0, grid.columns));
+    grid.cells.resize(index(grid.rows, 0, grid.columns));
     for (int row = 0; row < grid.rows; ++row) {
         const QStringList& fields = rows[static_cast<std::size_t>(row)];
         for (int column = 0; column < fields.size(); ++column)
-            grid.cells[place(row, column, grid.columns)] = cellValue(fields.at(column));
+            grid.cells[index(row, column, grid.columns)] = cellValue(fields.at(column));
         report(progress, row, grid.rows);
     }
     return grid;

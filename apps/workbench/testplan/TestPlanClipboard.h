@@ -24,7 +24,7 @@ struct CellGrid
 };
 
 /// More cells than these aren't pasted.
-constexpr qint64 maximumPasteCells = 5'000'000;
+constexpr qint64 maxPasteCells = 5'000'000;
 
 /// What the text of CSV would give as a table.
 struct CsvShape
@@ -55,7 +55,7 @@ public:
     qint64 rows() const;
     qint64 columns() const;
 
-    /// All cells, of which there may be no more than `maximumPasteCells`. What other programs offer
+    /// All cells, of which there may be no more than `maxPasteCells`. What other programs offer
     /// becomes what typing it would give. Throws `Stopped` if \p progress says so.
     CellGrid grid(const Progress& progress) const;
 

@@ -187,7 +187,7 @@ bool TestPlanModel::setHeaderData(int section, Qt::Orientation orientation, cons
 bool TestPlanModel::insertRows(int row, int count, const QModelIndex& parent)
 {
     if (parent.isValid() || row < 0 || row > rowCount() || count < 1
-        || count > maximumPlanRows - rowCount())
+        || count > maxPlanRows - rowCount())
         return false;
     push(
         tr("Insert rows"),
@@ -212,7 +212,7 @@ bool TestPlanModel::removeRows(int row, int count, const QModelIndex& parent)
 bool TestPlanModel::insertColumns(int column, int count, const QModelIndex& parent)
 {
     if (parent.isValid() || column < 0 || column > columnCount() || count < 1
-        || count > maximumPlanColumns - columnCount())
+        || count > maxPlanColumns - columnCount())
         return false;
     push(
         tr("Insert columns"), [this, column, count] { putColumns(column, count); },
@@ -278,7 +278,7 @@ void TestPlanModel::setCells(const QString& text, std::vector<CellChange> change
 
 bool TestPlanModel::paste(int row, int column, const CellGrid& grid)
 {
-    if (grid.rows > maximumPlanRows - row || grid.columns > maximumPlanColumns - column)
+    if (grid.rows > maxPlanRows - row || grid.columns > maxPlanColumns - column)
         return false;
     std::vector<CellChange> changes;
     changes.reserve(grid.cells.size());

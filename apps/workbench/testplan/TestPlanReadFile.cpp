@@ -74,8 +74,8 @@ TestPlan TestPlanReadFile::read(const Progress& progress)
 {
     const auto root = reader().root_element();
     requireRoot(root.get(), "testplan", TestPlan::tr("test plan"));
-    const int rows = numberAttribute(*root, "rows", 0, maximumPlanRows);
-    const int columns = numberAttribute(*root, "columns", 1, maximumPlanColumns);
+    const int rows = numberAttribute(*root, "rows", 0, maxPlanRows);
+    const int columns = numberAttribute(*root, "columns", 1, maxPlanColumns);
     TestPlan plan;
     for (int column = 0; column < columns; ++column) {
         const auto heading = nextChild(*root, "heading");

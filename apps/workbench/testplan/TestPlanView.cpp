@@ -118,7 +118,7 @@ bool TestPlanView::copy()
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     try {
-        if (qint64(cells.width()) * cells.height() > maximumPasteCells)
+        if (qint64(cells.width()) * cells.height() > maxPasteCells)
             throw std::bad_alloc();
         if (!cells.isEmpty())
             copyToClipboard(selectedCells());
@@ -191,11 +191,10 @@ void TestPlanView::insertRowsAbove()
     Spans spans = selectedSpans(Qt::Vertical);
     if (spans.empty())
         spans.push_back({m_model.rowCount(), 1});
-    if (countOf(spans) > maximumPlanRows - m_model.rowCount()) {
-        Q_EMIT failed(
-            {tr("No rows were inserted."),
-             tr("A test plan has at most %1 rows.").arg(QLocale().toString(maximumPlanRows)),
-             tr("Continue in another test plan.")});
+    if (countOf(spans) > maxPlanRows - m_model.rowCount()) {
+        Q_EMIT failed({tr("No rows were inserted."),
+                       tr("A test plan has at most %1 rows.").arg(QLocale().toString(maxPlanRows)),
+                       tr("Continue in another test plan.")});
         return;
     }
     const int left = std::max(selectedRectangle().left(), 0);
@@ -240,9 +239,9 @@ void TestPlanView::insertColumnsBefore()
     Spans spans = selectedSpans(Qt::Horizontal);
     if (spans.empty())
         spans.push_back({m_model.columnCount(), 1});
-    if (countOf(spans) > maximumPlanColumns - m_model.columnCount()) {
+    if (countOf(spans) > maxPlanColumns - m_model.columnCount()) {
         Q_EMIT failed({tr("No columns were inserted."),
-                       tr("A test plan has at most %1 columns.").arg(maximumPlanColumns),
+                       tr("A test plan has at most %1 columns.").arg(maxPlanColumns),
                        tr("Continue in another test plan.")});
         return;
     }
@@ -452,7 +451,7 @@ bool TestPlanView::addChanges(const Filling& filling,
             const CellValue& value = filling.values[static_cast<std::size_t>(i)];
             if (!value.isValid() && !m_model.value(row, cells.left() + i).isValid())
                 continue;
-            if (changes.size() == static_cast<std::size_t>(maximumPasteCells))
+            if (changes.size() == static_cast<std::size_t>(maxPasteCells))
                 return false;
             changes.push_back({row, cells.left() + i, value});
         }
@@ -474,7 +473,7 @@ void TestPlanView::fill(const QString& text, const QString& what,
         else
             Q_EMIT failed({what,
                            tr("No more than %1 cells can be changed at once.")
-                               .arg(QLocale().toString(maximumPasteCells)),
+                               .arg(QLocale().toString(maxPasteCells)),
                            advice});
     } catch (const std::bad_alloc&) {
         Q_EMIT failed({what, tr("There is not enough memory for so many cells."), advice});
@@ -507,28 +506,28 @@ void TestPlanView::pasteCells(const CellGrid& grid)
         return;
     }
     // A plan without rows has no current cell.
-    const QPoint place(std::max(currentIndex().column(), 0), std::max(currentIndex().row(), 0));
-    if (!m_model.paste(place.y(), place.x(), grid)) {
+    const QPoint target(std::max(currentIndex().column(), 0), std::max(currentIndex().row(), 0));
+    if (!m_model.paste(target.y(), target.x(), grid)) {
         Q_EMIT failed(
             {tr("The cells were not pasted."),
              tr("They need more rows or columns than a test plan can have (%1 rows, %2 columns).")
-                 .arg(QLocale().toString(maximumPlanRows), QLocale().toString(maximumPlanColumns)),
+                 .arg(QLocale().toString(maxPlanRows), QLocale().toString(maxPlanColumns)),
              tr("Copy fewer cells, or paste them further up or left.")});
         return;
     }
-    select({QRect(place, QSize(grid.columns, grid.rows))});
+    select({QRect(target, QSize(grid.columns, grid.rows))});
 }
 
 bool TestPlanView::mayPaste(const ClipboardCells& cells)
 {
     const double count = double(cells.rows()) * double(cells.columns());
-    if (count > double(maximumPasteCells)) {
+    if (count > double(maxPasteCells)) {
         Q_EMIT failed(
             {tr("The cells were not pasted."),
              tr("There are %1 rows of %2 cells on the clipboard; no more than %3 cells can be "
                 "pasted.")
                  .arg(QLocale().toString(cells.rows()), QLocale().toString(cells.columns()),
-                      QLocale().toString(maximumPasteCells)),
+                      QLocale().toString(maxPasteCells)),
              tr("Copy fewer cells, and paste them in parts.")});
         return false;
     }

@@ -103,7 +103,7 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
     if (!contents->isContentWidget())
         window->installEventFilter(this);
     const bool wasRoomShared = std::exchange(m_isRoomShared, false);
-    place(*window);
+    dock(*window);
     contents->show();
     window->show();
     // What the user has made of it later stays.
@@ -145,7 +145,6 @@ void DockFrame::activate(DockableWidget* window)
     highlight(window);
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): documents are part of the frame.
 bool DockFrame::closeDocuments()
 {
     // Each may ask the user, and windows may go meanwhile.
@@ -162,7 +161,7 @@ bool DockFrame::closeDocuments()
     });
 }
 
-void DockFrame::place(DockableWidget& window)
+void DockFrame::dock(DockableWidget& window)
 {
     switch (window.contents()->getPreferredDockLocation()) {
     case DockLocationPreference::Left:

@@ -2,7 +2,7 @@
 
 #include "DockTitleBar.h"
 #include "ReloadBar.h"
-#include "reload.h"
+#include "reload_when_allowed.h"
 
 #include <DockFramework/ContentWidget.h>
 #include <DockFramework/DockableWidgetContents.h>
@@ -58,7 +58,7 @@ DockableWidget::DockableWidget(DockableWidgetContents* contents, QWidget* parent
                 if (isSaved)
                     m_reloadBar->hide();
             });
-    connect(this, &QDockWidget::topLevelChanged, this, &DockableWidget::settle);
+    connect(this, &QDockWidget::topLevelChanged, this, &DockableWidget::applyFloating);
     connect(this, &QDockWidget::dockLocationChanged, contents,
             &DockableWidgetContents::notifyLocationChanged);
 }
@@ -133,7 +133,7 @@ void DockableWidget::offerToReload(bool exists)
     m_reloadBar->offer(exists, m_contents->canReloadFile(), m_contents->isModified());
 }
 
-void DockableWidget::settle(bool floating)
+void DockableWidget::applyFloating(bool floating)
 {
     if (!m_contents)
         return;

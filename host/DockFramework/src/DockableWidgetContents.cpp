@@ -2,7 +2,7 @@
 
 #include "FileWatcher.h"
 #include "plain_text.h"
-#include "reload.h"
+#include "reload_when_allowed.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -3,12 +3,13 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <chrono>
 #include <tuple>
 
 FileWatcher::FileWatcher()
 {
     m_delay.setSingleShot(true);
-    m_delay.setInterval(100);
+    m_delay.setInterval(std::chrono::milliseconds(100));
     connect(&m_delay, &QTimer::timeout, this, &FileWatcher::report);
     const auto notice = [this] {
         // A file that is replaced isn't watched any longer.

@@ -22,7 +22,7 @@ constexpr int memorySink = 2;
 constexpr int highestLevel = spdlog::level::critical;
 constexpr std::size_t maximalFileSize = 4 * 1024 * 1024;
 constexpr std::size_t rotatedFiles = 3;
-constexpr std::size_t keptRecords = 10'000;
+constexpr std::size_t maxRecords = 10'000;
 
 using RecordSink = spdlog::sinks::ringbuffer_sink_st;
 
@@ -66,7 +66,7 @@ spdlog::sink_ptr makeSink(int sink, const std::string& file)
         return std::make_shared<spdlog::sinks::rotating_file_sink_st>(file, maximalFileSize,
                                                                       rotatedFiles);
     default:
-        return std::make_shared<RecordSink>(keptRecords);
+        return std::make_shared<RecordSink>(maxRecords);
     }
 }
 
@@ -146,7 +146,7 @@ NewRecords recordsSince(std::uint64_t seen)
     auto* const memory = static_cast<RecordSink*>(log.sinks[memorySink].get());
     if (!memory || seen >= log.recordCount)
         return result;
-    const std::uint64_t fresh = std::min<std::uint64_t>(log.recordCount - seen, keptRecords);
+    const std::uint64_t fresh = std::min<std::uint64_t>(log.recordCount - seen, maxRecords);
     for (const auto& message : memory->last_raw(fresh))
         result.records.push_back({message.level,
                                   {message.logger_name.data(), message.logger_name.size()},

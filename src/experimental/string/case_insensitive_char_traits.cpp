@@ -15,7 +15,7 @@ namespace {
 
 /// A facet of the locale that is global when this is made.
 template <typename Facet>
-class KeptFacet
+class facet_holder
 {
 public:
     typename Facet::char_type toupper(typename Facet::char_type unit) const
@@ -32,7 +32,7 @@ private:
 
 /// The wide facet of MinGW asks the C library, and slowly.
 template <>
-class KeptFacet<std::ctype<wchar_t>>
+class facet_holder<std::ctype<wchar_t>>
 {
 public:
     wchar_t toupper(wchar_t unit) const { return static_cast<wchar_t>(m_upper(unit)); }
@@ -46,31 +46,31 @@ private:
 /// The one that the first comparison makes. Static objects may compare in their destructors, so it is
 /// never destroyed.
 template <typename Facet, typename C>
-const KeptFacet<Facet>& keptFacet()
+const facet_holder<Facet>& kept_facet()
 {
-    alignas(KeptFacet<Facet>) static unsigned char place[sizeof(KeptFacet<Facet>)];
-    static const KeptFacet<Facet>& kept = *new (place) KeptFacet<Facet>;
+    alignas(facet_holder<Facet>) static unsigned char storage[sizeof(facet_holder<Facet>)];
+    static const facet_holder<Facet>& kept = *new (storage) facet_holder<Facet>;
     return kept;
 }
 
-signed char upper(char unit, const KeptFacet<std::ctype<char>>& facet)
+signed char upper(char unit, const facet_holder<std::ctype<char>>& facet)
 {
     // Wanted: signed, also where char isn't.
     return static_cast<signed char>(facet.toupper(unit));
 }
 
-char16_t upper(char16_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
+char16_t upper(char16_t unit, const facet_holder<std::ctype<wchar_t>>& facet)
 {
     return static_cast<char16_t>(facet.toupper(static_cast<wchar_t>(unit)));
 }
 
-char32_t upper(wchar_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
+char32_t upper(wchar_t unit, const facet_holder<std::ctype<wchar_t>>& facet)
 {
     // Unsigned, also where wchar_t isn't.
     return static_cast<char32_t>(facet.toupper(unit));
 }
 
-char32_t upper(char32_t unit, const KeptFacet<std::ctype<char>>& facet)
+char32_t upper(char32_t unit, const facet_holder<std::ctype<char>>& facet)
 {
     // Wanted: a unit that is no byte stays as it is.
     if (unit > 0xFF)
@@ -79,12 +79,12 @@ char32_t upper(char32_t unit, const KeptFacet<std::ctype<char>>& facet)
 }
 
 template <typename Facet, typename C>
-int compareFolded(const C* a, const C* b, std::size_t n)
+int compare_folded(const C* a, const C* b, std::size_t n)
 {
     if (n == 0)
         return 0;
     // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
-    const KeptFacet<Facet>& facet = keptFacet<Facet, C>();
+    const facet_holder<Facet>& facet = kept_facet<Facet, C>();
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == b[i])
             continue;
@@ -101,28 +101,28 @@ int compareFolded(const C* a, const C* b, std::size_t n)
 template <>
 int case_insensitive_char_traits<char>::compare(const char* a, const char* b, std::size_t n)
 {
-    return compareFolded<std::ctype<char>>(a, b, n);
+    return compare_folded<std::ctype<char>>(a, b, n);
 }
 
 template <>
 int case_insensitive_char_traits<char16_t>::compare(const char16_t* a, const char16_t* b,
                                                     std::size_t n)
 {
-    return compareFolded<std::ctype<wchar_t>>(a, b, n);
+    return compare_folded<std::ctype<wchar_t>>(a, b, n);
 }
 
 template <>
 int case_insensitive_char_traits<char32_t>::compare(const char32_t* a, const char32_t* b,
                                                     std::size_t n)
 {
-    return compareFolded<std::ctype<char>>(a, b, n);
+    return compare_folded<std::ctype<char>>(a, b, n);
 }
 
 template <>
 int case_insensitive_char_traits<wchar_t>::compare(const wchar_t* a, const wchar_t* b,
                                                    std::size_t n)
 {
-    return compareFolded<std::ctype<wchar_t>>(a, b, n);
+    return compare_folded<std::ctype<wchar_t>>(a, b, n);
 }
 
 } // namespace zvutil::experimental::string

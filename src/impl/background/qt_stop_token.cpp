@@ -10,36 +10,36 @@ namespace zvutil::libzvutil {
 namespace {
 
 /// A stop that reaches an object on this thread. Stops nest, since a slot may request another.
-class Reception
+class emission
 {
 public:
-    explicit Reception(const qt_stop_token* token)
+    explicit emission(const qt_stop_token* token)
         : m_token(token)
         , m_outer(std::exchange(innermost, this))
     {
     }
 
-    ~Reception() { innermost = m_outer; }
+    ~emission() { innermost = m_outer; }
 
-    Reception(const Reception&) = delete;
-    Reception& operator=(const Reception&) = delete;
+    emission(const emission&) = delete;
+    emission& operator=(const emission&) = delete;
 
-    static bool isUnderWay(const qt_stop_token* token)
+    static bool is_running(const qt_stop_token* token)
     {
-        const Reception* reception = innermost;
-        while (reception && reception->m_token != token)
-            reception = reception->m_outer;
-        return reception != nullptr;
+        const emission* current = innermost;
+        while (current && current->m_token != token)
+            current = current->m_outer;
+        return current != nullptr;
     }
 
 private:
-    static thread_local const Reception* innermost;
+    static thread_local const emission* innermost;
 
     const qt_stop_token* m_token;
-    const Reception* m_outer;
+    const emission* m_outer;
 };
 
-thread_local const Reception* Reception::innermost = nullptr;
+thread_local const emission* emission::innermost = nullptr;
 
 } // namespace
 
@@ -47,21 +47,22 @@ qt_stop_token::qt_stop_token(stop_token token, QObject* parent)
     : QObject(parent)
     , m_token(std::move(token))
 {
-    const std::shared_ptr<void> lifetime(nullptr, [gone = m_receiverGone](void*) { *gone = true; });
-    auto emitTriggered = [this, lifetime] {
-        const Reception reception(this);
+    const std::shared_ptr<void> lifetime(nullptr,
+                                         [gone = m_receiver_gone](void*) { *gone = true; });
+    auto emit_triggered = [this, lifetime] {
+        const emission scope(this);
         Q_EMIT triggered();
     };
     m_registration = m_token.connect_receiver(
-        std::make_unique<signalling::basic_receiver<decltype(emitTriggered)>>(
-            std::move(emitTriggered)));
+        std::make_unique<signalling::basic_receiver<decltype(emit_triggered)>>(
+            std::move(emit_triggered)));
 }
 
 qt_stop_token::~qt_stop_token()
 {
     m_registration.reset();
     // A stop on another thread may have got hold of the receiver, and with it of this object.
-    while (!*m_receiverGone && !Reception::isUnderWay(this))
+    while (!*m_receiver_gone && !emission::is_running(this))
         std::this_thread::yield();
 }
 

@@ -31,7 +31,7 @@ private:
     stop_token m_token;
     std::shared_ptr<signalling::parameterised_abstract_receiver<>> m_registration;
     // A reference count that has come to zero would say the same, but orders nothing before it.
-    std::shared_ptr<std::atomic<bool>> m_receiverGone = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::atomic<bool>> m_receiver_gone = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace zvutil::libzvutil

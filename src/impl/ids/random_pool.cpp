@@ -19,7 +19,7 @@ constexpr std::size_t portion = 16;
 
 /// What a thread has in store. Without a destructor, which would keep the library in the process as
 /// long as the thread lives.
-struct Pool
+struct byte_pool
 {
     std::uint64_t process;
     std::size_t left;
@@ -27,9 +27,9 @@ struct Pool
     std::array<unsigned char, 16 * portion> bytes;
 };
 
-thread_local Pool pool;
+thread_local byte_pool pool;
 
-void fillRandom(void* target, std::size_t size)
+void fill_random(void* target, std::size_t size)
 {
     if (getentropy(target, size) == 0)
         return;
@@ -41,7 +41,7 @@ void fillRandom(void* target, std::size_t size)
 using ProcessMark = std::atomic<std::uint64_t>;
 
 /// A number that is 0 again in a forked child, or null where the kernel doesn't offer that.
-ProcessMark* makeProcessMark()
+ProcessMark* make_process_mark()
 {
 #if defined(MADV_WIPEONFORK)
     void* const page = mmap(nullptr, sizeof(ProcessMark), PROT_READ | PROT_WRITE,
@@ -56,16 +56,16 @@ ProcessMark* makeProcessMark()
 }
 
 /// A random number of this process alone, or 0 if there is none.
-std::uint64_t processNumber()
+std::uint64_t process_number()
 {
     // Stays mapped: threads may ask until the process ends.
-    static ProcessMark* const mark = makeProcessMark();
+    static ProcessMark* const mark = make_process_mark();
     if (!mark)
         return 0;
     std::uint64_t number = mark->load(std::memory_order_relaxed);
     while (number == 0) {
         std::uint64_t fresh = 0;
-        fillRandom(&fresh, sizeof(fresh));
+        fill_random(&fresh, sizeof(fresh));
         if (mark->compare_exchange_strong(number, fresh, std::memory_order_relaxed))
             number = fresh;
     }
@@ -77,13 +77,13 @@ std::uint64_t processNumber()
 std::array<unsigned char, 16> take_random()
 {
     std::array<unsigned char, portion> result;
-    const std::uint64_t process = processNumber();
+    const std::uint64_t process = process_number();
     if (process == 0) {
-        fillRandom(result.data(), result.size());
+        fill_random(result.data(), result.size());
         return result;
     }
     if (pool.left == 0 || pool.process != process) {
-        fillRandom(pool.bytes.data(), pool.bytes.size());
+        fill_random(pool.bytes.data(), pool.bytes.size());
         pool.left = pool.bytes.size();
         pool.process = process;
     }

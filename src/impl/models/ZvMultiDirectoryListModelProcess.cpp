@@ -4,6 +4,8 @@
 
 #include "impl/paths/path_rules.h"
 
+#include <zvutil/details/log_level.h>
+
 #include <zv_logging/zv_logging.h>
 
 #include <QMetaObject>
@@ -21,15 +23,12 @@ namespace path_rules = zvutil::impl::path_rules;
 
 namespace {
 
-constexpr int progressLevel = 1;
-constexpr int exceptionLevel = 4;
-
 void log(int level, const std::string& text)
 {
     zvutil::logging::write(level, "FileView", text.c_str());
 }
 
-std::wstring wideText(const QString& text)
+std::wstring utf16Text(const QString& text)
 {
     const std::u16string units = text.toStdU16String();
     return {units.begin(), units.end()};
@@ -136,7 +135,7 @@ void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& ty
         m_allowedTypes.resize(static_cast<std::size_t>(types.size()));
         for (int i = 0; i < types.size(); ++i)
             m_upperCase.assign<wchar_t>(m_allowedTypes[static_cast<std::size_t>(i)],
-                                        wideText(types[i]));
+                                        utf16Text(types[i]));
         // Wanted: what was found of other types stays, and what was passed over isn't found.
         startScan();
     });
@@ -194,24 +193,24 @@ bool ZvMultiDirectoryListModelProcess::isWalkOver() const
 
 void ZvMultiDirectoryListModelProcess::startScan()
 {
-    log(progressLevel,
+    log(zvutil::details::log_progress,
         std::string("Start invoked, already running: ") + (m_isRunning ? "true" : "false"));
     if (m_isRunning)
         return;
     m_isRunning = true;
     m_stopRequested.store(false, std::memory_order_relaxed);
-    log(progressLevel, "starting");
+    log(zvutil::details::log_progress, "starting");
     Q_EMIT started();
     try {
         walk();
         sendMatches();
     } catch (const std::exception& error) {
-        log(exceptionLevel, error.what());
+        log(zvutil::details::log_error, error.what());
     }
     m_isRunning = false;
-    log(progressLevel, "stopping");
+    log(zvutil::details::log_progress, "stopping");
     Q_EMIT stopped();
-    log(progressLevel, "stopped");
+    log(zvutil::details::log_progress, "stopped");
 }
 
 void ZvMultiDirectoryListModelProcess::walk()
@@ -220,7 +219,7 @@ void ZvMultiDirectoryListModelProcess::walk()
         try {
             collectNext();
         } catch (const std::exception& error) {
-            log(progressLevel, std::string("File scan error: ") + error.what());
+            log(zvutil::details::log_progress, std::string("File scan error: ") + error.what());
         }
     }
 }
@@ -257,7 +256,7 @@ void ZvMultiDirectoryListModelProcess::sendMatches()
         }
         return true;
     });
-    log(progressLevel, "b");
+    log(zvutil::details::log_progress, "b");
     if (!batch.isEmpty() && !isStopRequested())
         sendBatch(batch);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "impl/models/compact_path_list.h"
 #include "impl/models/directory_walk.h"
-#include "impl/models/found_files.h"
 #include "impl/text/upper_case.h"
 
 #include <QList>
@@ -76,7 +76,7 @@ private:
     bool matchesAllowedType(std::u16string_view name);
     bool matchesFilter(std::u16string_view name);
 
-    zvutil::impl::found_files m_foundFiles;
+    zvutil::impl::compact_path_list m_foundFiles;
     std::deque<std::wstring> m_directories;
     std::vector<std::wstring> m_allowedTypes;
     /// Null, or at its end, when the walk is over.

@@ -20,28 +20,28 @@ struct close_directory
 
 using directory_handle = std::unique_ptr<DIR, close_directory>;
 
-std::error_code lastError()
+std::error_code last_error()
 {
     return {errno, std::generic_category()};
 }
 
 /// \p folder is a descriptor, or `AT_FDCWD` where \p name is a path.
-directory_handle openDirectory(int folder, const char* name, int flags, std::error_code& error)
+directory_handle open_directory(int folder, const char* name, int flags, std::error_code& error)
 {
     const int descriptor = openat(folder, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
     if (descriptor < 0) {
-        error = lastError();
+        error = last_error();
         return nullptr;
     }
     directory_handle directory(fdopendir(descriptor));
     if (!directory) {
-        error = lastError();
+        error = last_error();
         close(descriptor);
     }
     return directory;
 }
 
-entry_type typeOf(const struct stat& status)
+entry_type type_of(const struct stat& status)
 {
     if (S_ISREG(status.st_mode))
         return entry_type::regular;
@@ -50,7 +50,7 @@ entry_type typeOf(const struct stat& status)
     return S_ISLNK(status.st_mode) ? entry_type::link : entry_type::other;
 }
 
-entry_type typeOf(DIR* directory, const dirent& entry)
+entry_type type_of(DIR* directory, const dirent& entry)
 {
     switch (entry.d_type) {
     case DT_REG:
@@ -60,7 +60,7 @@ entry_type typeOf(DIR* directory, const dirent& entry)
     case DT_UNKNOWN: {
         struct stat status;
         if (fstatat(dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
-            return typeOf(status);
+            return type_of(status);
         return entry_type::link;
     }
     case DT_LNK:
@@ -70,24 +70,24 @@ entry_type typeOf(DIR* directory, const dirent& entry)
     }
 }
 
-bool isDots(const char* name)
+bool is_dots(const char* name)
 {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-bool readEntry(DIR* directory, directory_entry& entry, std::error_code& error)
+bool read_entry(DIR* directory, directory_entry& entry, std::error_code& error)
 {
     errno = 0;
     const dirent* found = readdir(directory);
-    while (found && isDots(found->d_name))
+    while (found && is_dots(found->d_name))
         found = readdir(directory);
     if (!found) {
         if (errno != 0)
-            error = lastError();
+            error = last_error();
         return false;
     }
     entry.name = found->d_name;
-    entry.type = typeOf(directory, *found);
+    entry.type = type_of(directory, *found);
     return true;
 }
 
@@ -97,7 +97,7 @@ struct directory_stream::state
 {
     directory_handle directory;
     // Of a directory that has been suspended: its entries, and what it is known by.
-    bool isRead = false;
+    bool is_read = false;
     std::deque<directory_entry> rest;
     dev_t device = 0;
     ino_t inode = 0;
@@ -109,7 +109,7 @@ directory_stream::directory_stream(const native_string& path, std::error_code& e
     if (path.find('\0') != native_string::npos)
         error = std::make_error_code(std::errc::invalid_argument);
     else
-        m_state->directory = openDirectory(AT_FDCWD, path.c_str(), 0, error);
+        m_state->directory = open_directory(AT_FDCWD, path.c_str(), 0, error);
 }
 
 directory_stream::directory_stream(const directory_stream& parent, const native_string& name,
@@ -117,7 +117,7 @@ directory_stream::directory_stream(const directory_stream& parent, const native_
     : m_state(std::make_unique<state>())
 {
     m_state->directory =
-        openDirectory(dirfd(parent.m_state->directory.get()), name.c_str(), O_NOFOLLOW, error);
+        open_directory(dirfd(parent.m_state->directory.get()), name.c_str(), O_NOFOLLOW, error);
 }
 
 directory_stream::directory_stream(directory_stream&& other) noexcept = default;
@@ -128,8 +128,8 @@ directory_stream::~directory_stream() = default;
 
 bool directory_stream::next(directory_entry& entry, std::error_code& error)
 {
-    if (!m_state->isRead)
-        return readEntry(m_state->directory.get(), entry, error);
+    if (!m_state->is_read)
+        return read_entry(m_state->directory.get(), entry, error);
     if (m_state->rest.empty())
         return false;
     entry = std::move(m_state->rest.front());
@@ -141,9 +141,9 @@ entry_type directory_stream::status(const native_string& name, std::error_code& 
 {
     struct stat status;
     if (fstatat(dirfd(m_state->directory.get()), name.c_str(), &status, 0) == 0)
-        return typeOf(status);
+        return type_of(status);
     if (errno != ENOENT && errno != ENOTDIR)
-        error = lastError();
+        error = last_error();
     return entry_type::other;
 }
 
@@ -153,15 +153,15 @@ void directory_stream::suspend(std::error_code& error)
         return;
     struct stat status;
     if (fstat(dirfd(m_state->directory.get()), &status) != 0) {
-        error = lastError();
+        error = last_error();
         return;
     }
     m_state->device = status.st_dev;
     m_state->inode = status.st_ino;
     directory_entry entry;
-    while (!m_state->isRead && readEntry(m_state->directory.get(), entry, error))
+    while (!m_state->is_read && read_entry(m_state->directory.get(), entry, error))
         m_state->rest.push_back(std::move(entry));
-    m_state->isRead = true;
+    m_state->is_read = true;
     m_state->directory.reset();
 }
 
@@ -170,13 +170,13 @@ void directory_stream::resume(const directory_stream& child, std::error_code& er
     if (m_state->directory)
         return;
     const int descriptor = dirfd(child.m_state->directory.get());
-    directory_handle parent = openDirectory(descriptor, "..", 0, error);
+    directory_handle parent = open_directory(descriptor, "..", 0, error);
     if (!parent)
         return;
     // The child may have been moved elsewhere meanwhile.
     struct stat status;
     if (fstat(dirfd(parent.get()), &status) != 0)
-        error = lastError();
+        error = last_error();
     else if (status.st_dev != m_state->device || status.st_ino != m_state->inode)
         error = std::make_error_code(std::errc::no_such_file_or_directory);
     else

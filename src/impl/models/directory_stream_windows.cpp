@@ -25,24 +25,24 @@ struct close_file
     }
 };
 
-std::error_code lastError()
+std::error_code last_error()
 {
     return {static_cast<int>(GetLastError()), std::system_category()};
 }
 
-bool isMissing(DWORD error)
+bool is_missing(DWORD error)
 {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND
         || error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH;
 }
 
 /// The path in a form that the system takes at any length.
-native_string callPath(const native_string& path)
+native_string call_path(const native_string& path)
 {
     // From here on a directory might be too long, for which the limit is lower.
-    constexpr std::size_t longPath = 240;
+    constexpr std::size_t long_path = 240;
     constexpr std::wstring_view device = L"\\\\?\\";
-    if (path.size() < longPath || path.compare(0, device.size(), device) == 0)
+    if (path.size() < long_path || path.compare(0, device.size(), device) == 0)
         return path;
     native_string full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
     full.resize(
@@ -52,28 +52,28 @@ native_string callPath(const native_string& path)
     return native_string(device) + full;
 }
 
-entry_type typeOf(DWORD attributes)
+entry_type type_of(DWORD attributes)
 {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? entry_type::directory
                                                         : entry_type::regular;
 }
 
-entry_type typeOf(const WIN32_FIND_DATAW& found)
+entry_type type_of(const WIN32_FIND_DATAW& found)
 {
     // Other reparse points are files that are stored elsewhere.
-    const bool isLink = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
+    const bool is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
         && (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK
             || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
-    return isLink ? entry_type::link : typeOf(found.dwFileAttributes);
+    return is_link ? entry_type::link : type_of(found.dwFileAttributes);
 }
 
-bool isDirectory(const native_string& path)
+bool is_directory(const native_string& path)
 {
-    const DWORD attributes = GetFileAttributesW(callPath(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && typeOf(attributes) == entry_type::directory;
+    const DWORD attributes = GetFileAttributesW(call_path(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && type_of(attributes) == entry_type::directory;
 }
 
-bool isDots(std::wstring_view name)
+bool is_dots(std::wstring_view name)
 {
     return name == L"." || name == L"..";
 }
@@ -86,7 +86,7 @@ struct directory_stream::state
     native_string path;
     std::unique_ptr<HANDLE, close_search> search;
     // The search comes with its first entry.
-    bool hasFound = false;
+    bool has_found = false;
     WIN32_FIND_DATAW found = {};
 };
 
@@ -99,16 +99,16 @@ directory_stream::directory_stream(const native_string& path, std::error_code& e
     }
     m_state->path = path;
     const HANDLE search =
-        FindFirstFileExW(callPath(path + L'*').c_str(), FindExInfoBasic, &m_state->found,
+        FindFirstFileExW(call_path(path + L'*').c_str(), FindExInfoBasic, &m_state->found,
                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
     if (search != INVALID_HANDLE_VALUE) {
         m_state->search.reset(search);
-        m_state->hasFound = true;
+        m_state->has_found = true;
         return;
     }
-    error = lastError();
+    error = last_error();
     // That a directory has no entries, as the root of a drive may have none, is no error.
-    if (error.value() == ERROR_FILE_NOT_FOUND && isDirectory(path))
+    if (error.value() == ERROR_FILE_NOT_FOUND && is_directory(path))
         error.clear();
 }
 
@@ -129,29 +129,29 @@ bool directory_stream::next(directory_entry& entry, std::error_code& error)
     if (!m_state->search)
         return false;
     do {
-        if (!m_state->hasFound && !FindNextFileW(m_state->search.get(), &m_state->found)) {
+        if (!m_state->has_found && !FindNextFileW(m_state->search.get(), &m_state->found)) {
             if (GetLastError() != ERROR_NO_MORE_FILES)
-                error = lastError();
+                error = last_error();
             return false;
         }
-        m_state->hasFound = false;
-    } while (isDots(m_state->found.cFileName));
+        m_state->has_found = false;
+    } while (is_dots(m_state->found.cFileName));
     entry.name = m_state->found.cFileName;
-    entry.type = typeOf(m_state->found);
+    entry.type = type_of(m_state->found);
     return true;
 }
 
 entry_type directory_stream::status(const native_string& name, std::error_code& error) const
 {
     const std::unique_ptr<HANDLE, close_file> file(
-        CreateFileW(callPath(m_state->path + name).c_str(), FILE_READ_ATTRIBUTES,
+        CreateFileW(call_path(m_state->path + name).c_str(), FILE_READ_ATTRIBUTES,
                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     BY_HANDLE_FILE_INFORMATION information;
     if (file.get() != INVALID_HANDLE_VALUE && GetFileInformationByHandle(file.get(), &information))
-        return typeOf(information.dwFileAttributes);
-    if (!isMissing(GetLastError()))
-        error = lastError();
+        return type_of(information.dwFileAttributes);
+    if (!is_missing(GetLastError()))
+        error = last_error();
     return entry_type::other;
 }
 

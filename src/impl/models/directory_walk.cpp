@@ -12,16 +12,16 @@ namespace zvutil::impl {
 
 namespace {
 
-constexpr bool namesAreBytes = std::is_same_v<native_string::value_type, char>;
-constexpr native_string::value_type separator = namesAreBytes ? '/' : '\\';
+constexpr bool names_are_bytes = std::is_same_v<native_string::value_type, char>;
+constexpr native_string::value_type separator = names_are_bytes ? '/' : '\\';
 
 /// How many levels keep their directory open. The number of descriptors is limited.
-constexpr std::size_t openLevels = 64;
+constexpr std::size_t open_levels = 64;
 
 template <typename Native>
-void appendText(std::u16string& text, const Native& native)
+void append_text(std::u16string& text, const Native& native)
 {
-    if constexpr (namesAreBytes) {
+    if constexpr (names_are_bytes) {
         if (std::all_of(native.begin(), native.end(), &is_ascii<char>)) {
             append_converted(text, std::string_view(native));
             return;
@@ -37,9 +37,9 @@ void appendText(std::u16string& text, const Native& native)
 }
 
 /// Behind a drive alone a separator would make another directory.
-bool needsSeparator(const native_string& path)
+bool needs_separator(const native_string& path)
 {
-    return !path.empty() && path.back() != separator && (namesAreBytes || path.back() != ':');
+    return !path.empty() && path.back() != separator && (names_are_bytes || path.back() != ':');
 }
 
 } // namespace
@@ -47,19 +47,19 @@ bool needsSeparator(const native_string& path)
 directory_walk::directory_walk(std::wstring_view directory, std::error_code& error)
 {
     native_string path = native_path(directory).native();
-    if (needsSeparator(path))
+    if (needs_separator(path))
         path += separator;
     directory_stream stream(path, error);
     if (error)
         return;
-    appendText(m_text, path);
+    append_text(m_text, path);
     m_levels.push_back({std::move(stream), {}, m_text.size(), {}});
-    m_atEnd = !m_levels.back().stream.next(m_entry, error);
+    m_at_end = !m_levels.back().stream.next(m_entry, error);
 }
 
 void directory_walk::increment(std::error_code& error)
 {
-    m_atEnd = true;
+    m_at_end = true;
     if (m_entry.type == entry_type::directory)
         descend(error);
     while (!error && !m_levels.back().stream.next(m_entry, error)) {
@@ -69,8 +69,8 @@ void directory_walk::increment(std::error_code& error)
     }
     if (error)
         return;
-    m_isCutBack = false;
-    m_atEnd = false;
+    m_is_cut_back = false;
+    m_at_end = false;
 }
 
 void directory_walk::descend(std::error_code& error)
@@ -78,11 +78,11 @@ void directory_walk::descend(std::error_code& error)
     directory_stream stream(m_levels.back().stream, m_entry.name, error);
     if (error)
         return;
-    appendText(m_text, m_entry.name);
+    append_text(m_text, m_entry.name);
     m_text += separator;
     m_levels.push_back({std::move(stream), m_entry.name, m_text.size(), {}});
-    if (m_levels.size() > openLevels)
-        m_levels[m_levels.size() - 1 - openLevels].stream.suspend(error);
+    if (m_levels.size() > open_levels)
+        m_levels[m_levels.size() - 1 - open_levels].stream.suspend(error);
 }
 
 void directory_walk::climb(std::error_code& error)
@@ -91,7 +91,7 @@ void directory_walk::climb(std::error_code& error)
     m_levels.pop_back();
     m_text.resize(m_levels.back().size);
     m_entry.name = left.name;
-    m_isCutBack = true;
+    m_is_cut_back = true;
     m_levels.back().stream.resume(left.stream, error);
 }
 
@@ -100,13 +100,13 @@ bool directory_walk::is_file(std::error_code& error) const
     if (m_entry.type != entry_type::link)
         return m_entry.type == entry_type::regular;
     // What the path is cut back to is a directory.
-    return !m_isCutBack
+    return !m_is_cut_back
         && m_levels.back().stream.status(m_entry.name, error) == entry_type::regular;
 }
 
 void directory_walk::append_name(std::u16string& text) const
 {
-    appendText(text, m_entry.name);
+    append_text(text, m_entry.name);
 }
 
 const QString& directory_walk::folder()

@@ -25,7 +25,7 @@ public:
     /// away if it is empty or there is an \p error.
     directory_walk(std::wstring_view directory, std::error_code& error);
 
-    bool at_end() const { return m_atEnd; }
+    bool at_end() const { return m_at_end; }
 
     /// Moves on to the next entry. At the end if there is an \p error, or if it throws.
     void increment(std::error_code& error);
@@ -57,8 +57,8 @@ private:
     /// The path of the innermost level.
     std::u16string m_text;
     directory_entry m_entry;
-    bool m_isCutBack = false;
-    bool m_atEnd = true;
+    bool m_is_cut_back = false;
+    bool m_at_end = true;
 };
 
 } // namespace zvutil::impl

@@ -8,19 +8,19 @@ namespace zvutil::impl::path_rules {
 
 namespace {
 
-constexpr wchar_t preferredSeparator = L'\\';
+constexpr wchar_t preferred_separator = L'\\';
 
-bool isDriveLetter(wchar_t unit)
+bool is_drive_letter(wchar_t unit)
 {
     return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
 }
 
-bool hasDrive(std::wstring_view path)
+bool has_drive(std::wstring_view path)
 {
-    return path.size() >= 2 && isDriveLetter(path[0]) && path[1] == L':';
+    return path.size() >= 2 && is_drive_letter(path[0]) && path[1] == L':';
 }
 
-bool hasDevicePrefix(std::wstring_view path)
+bool has_device_prefix(std::wstring_view path)
 {
     if (path.size() < 4 || !is_separator(path[0]) || !is_separator(path[3])
         || (path.size() > 4 && is_separator(path[4])))
@@ -29,50 +29,50 @@ bool hasDevicePrefix(std::wstring_view path)
         || (path[1] == L'?' && path[2] == L'?');
 }
 
-bool hasServer(std::wstring_view path)
+bool has_server(std::wstring_view path)
 {
     return path.size() >= 3 && is_separator(path[0]) && is_separator(path[1])
         && !is_separator(path[2]);
 }
 
 /// The end of the run of separators that begins at \p from.
-std::size_t skipSeparators(std::wstring_view path, std::size_t from)
+std::size_t skip_separators(std::wstring_view path, std::size_t from)
 {
     while (from < path.size() && is_separator(path[from]))
         ++from;
     return from;
 }
 
-std::size_t skipName(std::wstring_view path, std::size_t from)
+std::size_t skip_name(std::wstring_view path, std::size_t from)
 {
     while (from < path.size() && !is_separator(path[from]))
         ++from;
     return from;
 }
 
-int compareNumbers(std::size_t left, std::size_t right)
+int compare_numbers(std::size_t left, std::size_t right)
 {
     return left < right ? -1 : left > right ? 1 : 0;
 }
 
 /// Units are compared as unsigned numbers, whatever the sign of `wchar_t`. All are below 0x10000.
-int compareUnits(wchar_t left, wchar_t right)
+int compare_units(wchar_t left, wchar_t right)
 {
-    return compareNumbers(static_cast<char16_t>(left), static_cast<char16_t>(right));
+    return compare_numbers(static_cast<char16_t>(left), static_cast<char16_t>(right));
 }
 
-int compareExactly(std::wstring_view left, std::wstring_view right)
+int compare_exactly(std::wstring_view left, std::wstring_view right)
 {
     const std::size_t common = std::min(left.size(), right.size());
     const auto [l, r] = std::mismatch(
         left.begin(), left.begin() + static_cast<std::ptrdiff_t>(common), right.begin());
     if (l != left.begin() + static_cast<std::ptrdiff_t>(common))
-        return compareUnits(*l, *r);
-    return compareNumbers(left.size(), right.size());
+        return compare_units(*l, *r);
+    return compare_numbers(left.size(), right.size());
 }
 
 /// The number of units in which both begin alike, found in blocks.
-std::size_t commonPrefix(std::wstring_view left, std::wstring_view right)
+std::size_t common_prefix(std::wstring_view left, std::wstring_view right)
 {
     constexpr std::size_t block = 16;
     const std::size_t end = std::min(left.size(), right.size());
@@ -85,33 +85,33 @@ std::size_t commonPrefix(std::wstring_view left, std::wstring_view right)
 }
 
 /// Compares two relative paths from \p l and \p r on, where nothing before is left to decide.
-int compareRelative(std::wstring_view left, std::size_t l, std::wstring_view right, std::size_t r)
+int compare_relative(std::wstring_view left, std::size_t l, std::wstring_view right, std::size_t r)
 {
     while (l < left.size() && r < right.size()) {
-        const bool leftSeparates = is_separator(left[l]);
-        if (leftSeparates != is_separator(right[r]))
-            return leftSeparates ? -1 : 1;
-        if (leftSeparates) {
-            l = skipSeparators(left, l);
-            r = skipSeparators(right, r);
-        } else if (const int order = compareUnits(left[l], right[r])) {
+        const bool left_separates = is_separator(left[l]);
+        if (left_separates != is_separator(right[r]))
+            return left_separates ? -1 : 1;
+        if (left_separates) {
+            l = skip_separators(left, l);
+            r = skip_separators(right, r);
+        } else if (const int order = compare_units(left[l], right[r])) {
             return order;
         } else {
             ++l;
             ++r;
         }
     }
-    return compareNumbers(left.size() - l, 0) - compareNumbers(right.size() - r, 0);
+    return compare_numbers(left.size() - l, 0) - compare_numbers(right.size() - r, 0);
 }
 
 /// Walks over the elements of a path: root name, root directory, names, and an empty one at the end
 /// behind a trailing separator.
-class Elements
+class path_elements
 {
 public:
-    explicit Elements(std::wstring_view path)
+    explicit path_elements(std::wstring_view path)
         : m_path(path)
-        , m_rootName(root_name_size(path))
+        , m_root_name(root_name_size(path))
         , m_relative(relative_begin(path))
     {
         enter(0);
@@ -119,15 +119,15 @@ public:
 
     /// Begins with the first element of the relative path, or with that behind the separator before
     /// \p from, which is further on.
-    Elements(std::wstring_view path, std::size_t from)
-        : Elements(path)
+    path_elements(std::wstring_view path, std::size_t from)
+        : path_elements(path)
     {
-        m_atEnd = m_relative == path.size();
-        m_begin = skipSeparators(path, from);
-        m_end = skipName(path, m_begin);
+        m_at_end = m_relative == path.size();
+        m_begin = skip_separators(path, from);
+        m_end = skip_name(path, m_begin);
     }
 
-    bool atEnd() const { return m_atEnd; }
+    bool at_end() const { return m_at_end; }
     std::wstring_view current() const { return m_path.substr(m_begin, m_end - m_begin); }
 
     void next()
@@ -135,11 +135,11 @@ public:
         if (m_end < m_relative) {
             enter(m_end);
         } else if (m_end == m_path.size()) {
-            m_atEnd = true;
+            m_at_end = true;
         } else {
             // Also at the start of the relative path, where there are no separators to skip.
-            m_begin = skipSeparators(m_path, m_end);
-            m_end = skipName(m_path, m_begin);
+            m_begin = skip_separators(m_path, m_end);
+            m_end = skip_name(m_path, m_begin);
         }
     }
 
@@ -147,55 +147,55 @@ private:
     void enter(std::size_t begin)
     {
         m_begin = begin;
-        if (begin < m_rootName)
-            m_end = m_rootName;
+        if (begin < m_root_name)
+            m_end = m_root_name;
         else if (begin < m_relative)
             m_end = m_relative;
         else
-            m_end = skipName(m_path, begin);
-        m_atEnd = m_path.empty();
+            m_end = skip_name(m_path, begin);
+        m_at_end = m_path.empty();
     }
 
     std::wstring_view m_path;
-    std::size_t m_rootName;
+    std::size_t m_root_name;
     std::size_t m_relative;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
-    bool m_atEnd = false;
+    bool m_at_end = false;
 };
 
 /// Whether a name behind the first of the relative path reads as a drive.
-bool hasInnerRootName(std::wstring_view path)
+bool has_inner_root_name(std::wstring_view path)
 {
     const std::size_t relative = relative_begin(path);
     if (path.find(L':', relative) == std::wstring_view::npos)
         return false;
-    std::size_t i = skipName(path, relative);
+    std::size_t i = skip_name(path, relative);
     while (i < path.size()) {
-        i = skipSeparators(path, i);
-        if (root_name_size(path.substr(i, skipName(path, i) - i)) > 0)
+        i = skip_separators(path, i);
+        if (root_name_size(path.substr(i, skip_name(path, i) - i)) > 0)
             return true;
-        i = skipName(path, i);
+        i = skip_name(path, i);
     }
     return false;
 }
 
-bool hasRootDirectory(std::wstring_view path)
+bool has_root_directory(std::wstring_view path)
 {
     return relative_begin(path) > root_name_size(path);
 }
 
-bool areUnrelated(std::wstring_view path, std::wstring_view base)
+bool are_unrelated(std::wstring_view path, std::wstring_view base)
 {
-    const std::wstring_view rootName = path.substr(0, root_name_size(path));
-    return rootName != base.substr(0, root_name_size(base))
+    const std::wstring_view root_name = path.substr(0, root_name_size(path));
+    return root_name != base.substr(0, root_name_size(base))
         || is_absolute(path) != is_absolute(base)
-        || (!hasRootDirectory(path) && hasRootDirectory(base)) || hasInnerRootName(path)
-        || hasInnerRootName(base);
+        || (!has_root_directory(path) && has_root_directory(base)) || has_inner_root_name(path)
+        || has_inner_root_name(base);
 }
 
-/// Elements are equal by their text, but root directories are equal by being there.
-bool areEqualElements(std::wstring_view left, std::wstring_view right)
+/// path_elements are equal by their text, but root directories are equal by being there.
+bool are_equal_elements(std::wstring_view left, std::wstring_view right)
 {
     return left == right
         || (!left.empty() && !right.empty() && is_separator(left[0]) && is_separator(right[0]));
@@ -203,10 +203,10 @@ bool areEqualElements(std::wstring_view left, std::wstring_view right)
 
 /// Where in the relative path the first element begins that may differ: the start of the relative
 /// path or behind a separator. Nothing, if the roots don't have the same text.
-std::optional<std::size_t> commonDirectory(std::wstring_view left, std::wstring_view right)
+std::optional<std::size_t> common_directory(std::wstring_view left, std::wstring_view right)
 {
     const std::size_t relative = relative_begin(left);
-    std::size_t same = commonPrefix(left, right);
+    std::size_t same = common_prefix(left, right);
     if (same < relative || relative_begin(right) != relative)
         return {};
     while (same > relative && !is_separator(left[same - 1]))
@@ -215,10 +215,10 @@ std::optional<std::size_t> commonDirectory(std::wstring_view left, std::wstring_
 }
 
 /// How many directories the rest of a path goes down, less those it goes up.
-std::ptrdiff_t depth(Elements rest)
+std::ptrdiff_t depth(path_elements rest)
 {
     std::ptrdiff_t count = 0;
-    for (; !rest.atEnd(); rest.next()) {
+    for (; !rest.at_end(); rest.next()) {
         if (rest.current() == L"..")
             --count;
         else if (!rest.current().empty() && rest.current() != L".")
@@ -236,21 +236,21 @@ bool is_separator(wchar_t unit)
 
 std::size_t root_name_size(std::wstring_view path)
 {
-    if (hasDrive(path))
+    if (has_drive(path))
         return 2;
-    if (hasDevicePrefix(path))
+    if (has_device_prefix(path))
         return 3;
-    return hasServer(path) ? skipName(path, 2) : 0;
+    return has_server(path) ? skip_name(path, 2) : 0;
 }
 
 std::size_t relative_begin(std::wstring_view path)
 {
-    return skipSeparators(path, root_name_size(path));
+    return skip_separators(path, root_name_size(path));
 }
 
 bool is_absolute(std::wstring_view path)
 {
-    if (hasDrive(path))
+    if (has_drive(path))
         return path.size() > 2 && is_separator(path[2]);
     return root_name_size(path) > 0;
 }
@@ -258,48 +258,48 @@ bool is_absolute(std::wstring_view path)
 int compare(std::wstring_view left, std::wstring_view right)
 {
     // Texts that end differently aren't worth a pass of their own.
-    const bool endAlike = left.empty() || right.empty() || left.back() == right.back();
-    if (endAlike && left == right)
+    const bool end_alike = left.empty() || right.empty() || left.back() == right.back();
+    if (end_alike && left == right)
         return 0;
-    std::size_t same = commonPrefix(left, right);
-    const std::size_t leftRelative = relative_begin(left);
-    const std::size_t rightRelative = relative_begin(right);
-    if (leftRelative == rightRelative && same > leftRelative) {
+    std::size_t same = common_prefix(left, right);
+    const std::size_t left_relative = relative_begin(left);
+    const std::size_t right_relative = relative_begin(right);
+    if (left_relative == right_relative && same > left_relative) {
         // Roots are alike. Where the texts part, both may be inside one run of separators.
-        while (same > leftRelative && is_separator(left[same - 1]))
+        while (same > left_relative && is_separator(left[same - 1]))
             --same;
-        return compareRelative(left, same, right, same);
+        return compare_relative(left, same, right, same);
     }
-    const std::size_t leftRoot = root_name_size(left);
-    const std::size_t rightRoot = root_name_size(right);
-    if (const int order = compareExactly(left.substr(0, leftRoot), right.substr(0, rightRoot)))
+    const std::size_t left_root = root_name_size(left);
+    const std::size_t right_root = root_name_size(right);
+    if (const int order = compare_exactly(left.substr(0, left_root), right.substr(0, right_root)))
         return order;
-    if (const int order = compareNumbers(leftRelative > leftRoot, rightRelative > rightRoot))
+    if (const int order = compare_numbers(left_relative > left_root, right_relative > right_root))
         return order;
-    return compareRelative(left, leftRelative, right, rightRelative);
+    return compare_relative(left, left_relative, right, right_relative);
 }
 
 void append(std::wstring& path, std::wstring_view added)
 {
-    const std::size_t rootName = root_name_size(path);
-    const std::size_t addedRootName = root_name_size(added);
+    const std::size_t root_name = root_name_size(path);
+    const std::size_t added_root_name = root_name_size(added);
     if (is_absolute(added)
-        || (addedRootName > 0
-            && std::wstring_view(path).substr(0, rootName) != added.substr(0, addedRootName))) {
+        || (added_root_name > 0
+            && std::wstring_view(path).substr(0, root_name) != added.substr(0, added_root_name))) {
         path.assign(added);
         return;
     }
-    const std::size_t needed = path.size() + 1 + added.size() - addedRootName;
+    const std::size_t needed = path.size() + 1 + added.size() - added_root_name;
     // Not without the question: asked for less than there is, a string may shrink.
     if (path.capacity() < needed)
         path.reserve(std::max(needed, 2 * path.capacity()));
-    if (hasRootDirectory(added)) {
-        path.resize(rootName);
-    } else if (path.size() > rootName ? !is_separator(path.back()) : rootName >= 3) {
+    if (has_root_directory(added)) {
+        path.resize(root_name);
+    } else if (path.size() > root_name ? !is_separator(path.back()) : root_name >= 3) {
         // Also in front of an empty path: that is how a directory is told from a file.
-        path += preferredSeparator;
+        path += preferred_separator;
     }
-    path.append(added.substr(addedRootName));
+    path.append(added.substr(added_root_name));
 }
 
 std::wstring_view filename(std::wstring_view path)
@@ -337,27 +337,27 @@ std::wstring_view parent(std::wstring_view path)
 
 std::wstring relative(std::wstring_view path, std::wstring_view base)
 {
-    if (areUnrelated(path, base))
+    if (are_unrelated(path, base))
         return {};
-    const std::optional<std::size_t> common = commonDirectory(path, base);
-    Elements from = common ? Elements(base, *common) : Elements(base);
-    Elements to = common ? Elements(path, *common) : Elements(path);
-    while (!from.atEnd() && !to.atEnd() && areEqualElements(from.current(), to.current())) {
+    const std::optional<std::size_t> common = common_directory(path, base);
+    path_elements from = common ? path_elements(base, *common) : path_elements(base);
+    path_elements to = common ? path_elements(path, *common) : path_elements(path);
+    while (!from.at_end() && !to.at_end() && are_equal_elements(from.current(), to.current())) {
         from.next();
         to.next();
     }
-    if (from.atEnd() && to.atEnd())
+    if (from.at_end() && to.at_end())
         return L".";
     const std::ptrdiff_t up = depth(from);
     if (up < 0)
         return {};
-    if (up == 0 && (to.atEnd() || to.current().empty()))
+    if (up == 0 && (to.at_end() || to.current().empty()))
         return L".";
     std::wstring result;
     result.reserve(3 * static_cast<std::size_t>(up) + path.size());
     for (std::ptrdiff_t i = 0; i < up; ++i)
         append(result, L"..");
-    for (; !to.atEnd(); to.next())
+    for (; !to.at_end(); to.next())
         append(result, to.current());
     return result;
 }

@@ -12,30 +12,30 @@ namespace zvutil::impl {
 
 namespace {
 
-constexpr bool pathsAreBytes = std::is_same_v<std::filesystem::path::value_type, char>;
+constexpr bool paths_are_bytes = std::is_same_v<std::filesystem::path::value_type, char>;
 
 template <typename Native>
-std::wstring textOf(const Native& native)
+std::wstring text_of(const Native& native)
 {
-    if constexpr (pathsAreBytes)
+    if constexpr (paths_are_bytes)
         return decode_utf8<wchar_t>(native);
     else
         return native;
 }
 
 template <typename Native>
-std::wstring anyTextOf(const Native& native)
+std::wstring any_text_of(const Native& native)
 {
-    if constexpr (pathsAreBytes)
+    if constexpr (paths_are_bytes)
         return decode_any_utf8<wchar_t>(native);
     else
         return native;
 }
 
 template <typename Native>
-Native nativeOf(std::wstring_view text)
+Native native_of(std::wstring_view text)
 {
-    if constexpr (pathsAreBytes) {
+    if constexpr (paths_are_bytes) {
         Native native;
         append_utf16_as_utf8(native, text);
         std::replace(native.begin(), native.end(), '\\', '/');
@@ -49,17 +49,17 @@ Native nativeOf(std::wstring_view text)
 
 std::wstring path_text(const std::filesystem::path& path)
 {
-    return textOf(path.native());
+    return text_of(path.native());
 }
 
 std::wstring any_path_text(const std::filesystem::path& path)
 {
-    return anyTextOf(path.native());
+    return any_text_of(path.native());
 }
 
 std::filesystem::path native_path(std::wstring_view text)
 {
-    return nativeOf<std::filesystem::path::string_type>(text);
+    return native_of<std::filesystem::path::string_type>(text);
 }
 
 QString native_file_name(std::wstring_view text)
@@ -70,7 +70,7 @@ QString native_file_name(std::wstring_view text)
     // Qt's own conversions would drop a byte order mark, or swap the bytes by it.
     std::transform(units.begin(), units.end(), name.begin(),
                    [](wchar_t unit) { return QChar(static_cast<char16_t>(unit)); });
-    if constexpr (pathsAreBytes)
+    if constexpr (paths_are_bytes)
         name.replace(u'\\', u'/');
     return name;
 }

@@ -7,20 +7,20 @@ namespace libzvutil::impl {
 
 namespace {
 
-bool reportOnce()
+bool report_once()
 {
-    const bool isMissing = !QImageReader::supportedImageFormats().contains("svg");
-    if (isMissing)
+    const bool is_missing = !QImageReader::supportedImageFormats().contains("svg");
+    if (is_missing)
         qWarning("Icons can't be shown: Qt has no image format plugin for SVG");
-    return isMissing;
+    return is_missing;
 }
 
 } // namespace
 
 void report_missing_icon_formats()
 {
-    static const bool isMissing = reportOnce();
-    (void)isMissing;
+    static const bool is_missing = report_once();
+    (void)is_missing;
 }
 
 } // namespace libzvutil::impl

@@ -44,7 +44,7 @@ constexpr const char* icons[] = {"CheckboxTick", "CheckboxIndeterminate", "Close
 static_assert(std::size(icons) == static_cast<std::size_t>(ZvStyleIcon::TOTAL) + 1);
 
 template <std::size_t count, typename Enum>
-const char* nameIn(const char* const (&names)[count], Enum value)
+const char* name_in(const char* const (&names)[count], Enum value)
 {
     const auto index = static_cast<std::size_t>(value);
     return index < count ? names[index] : "UNDEFINED";
@@ -52,7 +52,7 @@ const char* nameIn(const char* const (&names)[count], Enum value)
 
 /// The enumerator of a name, also if that is `TOTAL`'s.
 template <typename Enum, std::size_t count>
-Enum valueIn(const char* const (&names)[count], std::string_view name)
+Enum value_in(const char* const (&names)[count], std::string_view name)
 {
     std::size_t index = 0;
     while (index < count - 1 && name != names[index])
@@ -64,25 +64,25 @@ Enum valueIn(const char* const (&names)[count], std::string_view name)
 
 const char* name(ZvStyleBrush brush)
 {
-    return nameIn(brushes, brush);
+    return name_in(brushes, brush);
 }
 
 const char* name(ZvStyleIcon icon)
 {
-    return nameIn(icons, icon);
+    return name_in(icons, icon);
 }
 
 ZvStyleBrush brush_from_name(const char* name)
 {
-    const auto brush = valueIn<ZvStyleBrush>(brushes, name);
+    const auto brush = value_in<ZvStyleBrush>(brushes, name);
     // Wanted: the accent always is the host's.
-    const bool isAccent = brush >= ZvStyleBrush::Accent && brush <= ZvStyleBrush::AccentForeground;
-    return isAccent ? ZvStyleBrush::TOTAL : brush;
+    const bool is_accent = brush >= ZvStyleBrush::Accent && brush <= ZvStyleBrush::AccentForeground;
+    return is_accent ? ZvStyleBrush::TOTAL : brush;
 }
 
 ZvStyleIcon icon_from_name(const char* name)
 {
-    return valueIn<ZvStyleIcon>(icons, name);
+    return value_in<ZvStyleIcon>(icons, name);
 }
 
 } // namespace libzvutil::impl

@@ -11,15 +11,15 @@
 
 namespace libzvutil::impl {
 
-QString read_text_file(const QString& fileName)
+QString read_text_file(const QString& file_name)
 {
-    QFile file(fileName);
+    QFile file(file_name);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-bool write_text_file(const QString& fileName, const QString& text)
+bool write_text_file(const QString& file_name, const QString& text)
 {
-    const auto file = std::make_shared<QSaveFile>(fileName);
+    const auto file = std::make_shared<QSaveFile>(file_name);
     // A folder in which no file can be made may still hold one that can be written.
     file->setDirectWriteFallback(true);
     if (!file->open(QIODevice::WriteOnly))

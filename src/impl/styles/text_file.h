@@ -5,10 +5,10 @@
 namespace libzvutil::impl {
 
 /// The text of a file in UTF-8, up to a NUL if there is one; empty if the file can't be read.
-QString read_text_file(const QString& fileName);
+QString read_text_file(const QString& file_name);
 
 /// Writes a text in the locale's encoding. The file has its old content or the new one, also when
 /// the disk is full. Returns false if it couldn't be written.
-bool write_text_file(const QString& fileName, const QString& text);
+bool write_text_file(const QString& file_name, const QString& text);
 
 } // namespace libzvutil::impl

@@ -15,7 +15,7 @@ namespace {
 
 constexpr QChar sign = u'@';
 
-QString inSequence(QString text, const std::vector<variable>& variables)
+QString in_sequence(QString text, const std::vector<variable>& variables)
 {
     for (const variable& v : variables)
         text.replace(v.name, v.value, Qt::CaseSensitive);
@@ -23,7 +23,7 @@ QString inSequence(QString text, const std::vector<variable>& variables)
 }
 
 /// Whether \p text begins with \p name; Qt's own test takes longer than the short names do.
-bool beginsWith(QStringView text, QLatin1String name)
+bool begins_with(QStringView text, QLatin1String name)
 {
     const auto same = [](char a, QChar b) { return b == QLatin1Char(a); };
     // The last letters tell most names apart, the first ones few.
@@ -33,7 +33,7 @@ bool beginsWith(QStringView text, QLatin1String name)
 
 /// The place of the next sign from \p from on, or -1. The standard library's search for a byte is several
 /// times as fast over the short ways between signs as Qt's for a character.
-qsizetype nextSign(QStringView text, qsizetype from)
+qsizetype next_sign(QStringView text, qsizetype from)
 {
     const auto* const bytes = reinterpret_cast<const char*>(text.data());
     const auto size = static_cast<std::size_t>(text.size()) * sizeof(QChar);
@@ -52,10 +52,10 @@ qsizetype nextSign(QStringView text, qsizetype from)
 }
 
 /// The variables by the letter behind their sign, each letter's in their order.
-class Variables
+class variable_table
 {
 public:
-    explicit Variables(const std::vector<variable>& variables)
+    explicit variable_table(const std::vector<variable>& variables)
         : m_variables(variables)
         , m_next(variables.size())
     {
@@ -68,18 +68,18 @@ public:
     }
 
     /// The first variable that \p text begins with, or null.
-    const variable* startOf(QStringView text) const
+    const variable* start_of(QStringView text) const
     {
-        return find(text, [text](QLatin1String name) { return beginsWith(text, name); });
+        return find(text, [text](QLatin1String name) { return begins_with(text, name); });
     }
 
     /// Whether a variable begins with \p text and goes on behind it.
-    bool haveBeginning(QStringView text) const
+    bool have_beginning(QStringView text) const
     {
-        const auto beginsWithText = [text](QLatin1String name) {
+        const auto begins_with_text = [text](QLatin1String name) {
             return name.size() > text.size() && name.startsWith(text);
         };
-        return text.size() < 2 || find(text, beginsWithText) != nullptr;
+        return text.size() < 2 || find(text, begins_with_text) != nullptr;
     }
 
 private:
@@ -103,29 +103,30 @@ private:
     std::array<const variable*, letters> m_first;
 };
 
-struct Occurrence
+struct variable_occurrence
 {
     int at;
     const variable* found;
 };
 
-using Occurrences = QVarLengthArray<Occurrence, 256>;
+using Occurrences = QVarLengthArray<variable_occurrence, 256>;
 
 /// Where the variables stand in \p text, or nothing if their values might make further ones: where
 /// \p text has the beginning of a variable right before one, a value may complete it.
-std::optional<Occurrences> occurrencesIn(QStringView text, const Variables& variables)
+std::optional<Occurrences> occurrences_in(QStringView text, const variable_table& variables)
 {
     Occurrences occurrences;
-    qsizetype previousSign = -1;
-    for (qsizetype at = nextSign(text, 0); at >= 0; at = nextSign(text, at + 1)) {
-        const variable* const found = variables.startOf(text.mid(at));
+    qsizetype previous_sign = -1;
+    for (qsizetype at = next_sign(text, 0); at >= 0; at = next_sign(text, at + 1)) {
+        const variable* const found = variables.start_of(text.mid(at));
         if (!found) {
-            previousSign = at;
+            previous_sign = at;
             continue;
         }
-        if (previousSign >= 0 && variables.haveBeginning(text.mid(previousSign, at - previousSign)))
+        if (previous_sign >= 0
+            && variables.have_beginning(text.mid(previous_sign, at - previous_sign)))
             return {};
-        previousSign = -1;
+        previous_sign = -1;
         occurrences.append({static_cast<int>(at), found});
     }
     return occurrences;
@@ -134,12 +135,12 @@ std::optional<Occurrences> occurrencesIn(QStringView text, const Variables& vari
 QString replaced(const QString& text, const Occurrences& occurrences)
 {
     int size = text.size();
-    for (const Occurrence& o : occurrences)
+    for (const variable_occurrence& o : occurrences)
         size += o.found->value.size() - o.found->name.size();
     QString result(size, Qt::Uninitialized);
     QChar* out = result.data();
     const QChar* done = text.constData();
-    for (const Occurrence& o : occurrences) {
+    for (const variable_occurrence& o : occurrences) {
         out = std::copy(done, text.constData() + o.at, out);
         out = std::copy(o.found->value.begin(), o.found->value.end(), out);
         done = text.constData() + o.at + o.found->name.size();
@@ -152,13 +153,14 @@ QString replaced(const QString& text, const Occurrences& occurrences)
 
 QString substitute_variables(const QString& text, const std::vector<variable>& variables)
 {
-    const bool valuesAreFinal = std::all_of(variables.begin(), variables.end(),
-                                            [](const auto& v) { return nextSign(v.value, 0) < 0; });
-    if (valuesAreFinal) {
-        if (const auto occurrences = occurrencesIn(text, Variables(variables)))
+    const bool values_are_final =
+        std::all_of(variables.begin(), variables.end(),
+                    [](const auto& v) { return next_sign(v.value, 0) < 0; });
+    if (values_are_final) {
+        if (const auto occurrences = occurrences_in(text, variable_table(variables)))
             return replaced(text, *occurrences);
     }
-    return inSequence(text, variables);
+    return in_sequence(text, variables);
 }
 
 } // namespace libzvutil::impl

@@ -14,7 +14,7 @@ namespace zvutil::impl {
 
 namespace {
 
-void checkSize(std::string_view bytes)
+void check_size(std::string_view bytes)
 {
     // What the decoder of Windows can't count is refused everywhere.
     if (bytes.size() >= 0x80000000U)
@@ -23,29 +23,29 @@ void checkSize(std::string_view bytes)
 
 #if defined(_WIN32)
 
-[[noreturn]] void throwLastError()
+[[noreturn]] void throw_last_error()
 {
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
 }
 
-std::wstring decode(std::string_view bytes, unsigned int codePage)
+std::wstring decode(std::string_view bytes, unsigned int code_page)
 {
-    checkSize(bytes);
+    check_size(bytes);
     if (bytes.empty())
         return {};
     const int size = static_cast<int>(bytes.size());
     const int units =
-        MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
+        MultiByteToWideChar(code_page, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
     if (units == 0)
-        throwLastError();
+        throw_last_error();
     std::wstring text(static_cast<std::size_t>(units), L'\0');
-    if (MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), units)
+    if (MultiByteToWideChar(code_page, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), units)
         == 0)
-        throwLastError();
+        throw_last_error();
     return text;
 }
 
-unsigned int fileCodePage()
+unsigned int file_code_page()
 {
     if (___lc_codepage_func() == CP_UTF8)
         return CP_UTF8;
@@ -60,7 +60,7 @@ unsigned int fileCodePage()
 
 std::wstring decode_narrow(std::string_view bytes)
 {
-    return decode(bytes, fileCodePage());
+    return decode(bytes, file_code_page());
 }
 
 std::wstring decode_utf8_text(std::string_view bytes)
@@ -77,7 +77,7 @@ std::wstring decode_narrow(std::string_view bytes)
 
 std::wstring decode_utf8_text(std::string_view bytes)
 {
-    checkSize(bytes);
+    check_size(bytes);
     return decode_utf8<wchar_t>(bytes);
 }
 

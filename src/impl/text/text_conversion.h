@@ -91,13 +91,13 @@ void append_converted(std::basic_string<Target, Traits>& target,
                       std::basic_string_view<Source> source)
 {
     // Blocks, as the space for a whole text would first have to be filled with zeros.
-    constexpr std::size_t blockSize = 512;
-    constexpr std::size_t longestCode = std::is_same_v<Target, char> ? 4 : 2;
-    std::array<Target, longestCode * blockSize> buffer;
-    if (source.size() > blockSize)
+    constexpr std::size_t block_size = 512;
+    constexpr std::size_t max_code_length = std::is_same_v<Target, char> ? 4 : 2;
+    std::array<Target, max_code_length * block_size> buffer;
+    if (source.size() > block_size)
         target.reserve(target.size() + source.size());
     while (!source.empty()) {
-        const std::basic_string_view<Source> block = source.substr(0, blockSize);
+        const std::basic_string_view<Source> block = source.substr(0, block_size);
         const Target* const end =
             write_converted(buffer.data(), block.data(), block.data() + block.size());
         target.append(buffer.data(), static_cast<std::size_t>(end - buffer.data()));

@@ -13,28 +13,28 @@ namespace {
 
 /// MinGW knows the locale "C" alone, but its facet asks the C library, whose locale is another one:
 /// the letters of that would fold, and a `setlocale` later on would change what is equal.
-bool asksCLibrary(const std::ctype<wchar_t>& facet)
+bool asks_cLibrary(const std::ctype<wchar_t>& facet)
 {
     return typeid(facet) == typeid(std::ctype<wchar_t>)
         || typeid(facet) == typeid(std::ctype_byname<wchar_t>);
 }
 
-wchar_t upperAscii(wchar_t unit)
+wchar_t upper_ascii(wchar_t unit)
 {
     return unit >= L'a' && unit <= L'z' ? static_cast<wchar_t>(unit - L'a' + L'A') : unit;
 }
 
-void makeUpper(std::vector<wchar_t>& units, const std::ctype<wchar_t>& facet)
+void make_upper(std::vector<wchar_t>& units, const std::ctype<wchar_t>& facet)
 {
-    if (asksCLibrary(facet))
-        std::transform(units.begin(), units.end(), units.begin(), &upperAscii);
+    if (asks_cLibrary(facet))
+        std::transform(units.begin(), units.end(), units.begin(), &upper_ascii);
     else
         facet.toupper(units.data(), units.data() + units.size());
 }
 
 #else
 
-void makeUpper(std::vector<wchar_t>& units, const std::ctype<wchar_t>& facet)
+void make_upper(std::vector<wchar_t>& units, const std::ctype<wchar_t>& facet)
 {
     facet.toupper(units.data(), units.data() + units.size());
 }
@@ -48,7 +48,7 @@ upper_case::upper_case(const std::locale& locale)
 {
     std::vector<wchar_t> units(m_table.size());
     std::iota(units.begin(), units.end(), L'\0');
-    makeUpper(units, std::use_facet<std::ctype<wchar_t>>(locale));
+    make_upper(units, std::use_facet<std::ctype<wchar_t>>(locale));
     for (std::size_t i = 0; i < units.size(); ++i) {
         const auto upper = static_cast<char32_t>(units[i]);
         m_table[i] = static_cast<char16_t>(upper < units.size() ? upper : i);

@@ -13,19 +13,19 @@ namespace zvutil::impl {
 
 namespace {
 
-[[noreturn]] void throwBadSequence()
+[[noreturn]] void throw_bad_sequence()
 {
     throw std::system_error(EILSEQ, std::system_category());
 }
 
-struct SequenceForm
+struct sequence_form
 {
     std::size_t length;
-    char32_t leadBits;
+    char32_t lead_bits;
     char32_t lowest; ///< a smaller value should have been written in fewer bytes
 };
 
-SequenceForm formOf(unsigned char lead)
+sequence_form form_of(unsigned char lead)
 {
     if (lead >= 0xC0 && lead < 0xE0)
         return {2, lead & 0x1FU, 0x80};
@@ -33,39 +33,39 @@ SequenceForm formOf(unsigned char lead)
         return {3, lead & 0x0FU, 0x800};
     if (lead >= 0xF0 && lead < 0xF8)
         return {4, lead & 0x07U, 0x10000};
-    throwBadSequence();
+    throw_bad_sequence();
 }
 
-char32_t decodeSequence(std::string_view bytes, const SequenceForm& form)
+char32_t decode_sequence(std::string_view bytes, const sequence_form& form)
 {
     if (bytes.size() < form.length)
-        throwBadSequence();
-    char32_t value = form.leadBits;
+        throw_bad_sequence();
+    char32_t value = form.lead_bits;
     for (std::size_t i = 1; i < form.length; ++i) {
         const unsigned char byte = static_cast<unsigned char>(bytes[i]);
         if ((byte & 0xC0U) != 0x80)
-            throwBadSequence();
+            throw_bad_sequence();
         value = (value << 6) | (byte & 0x3FU);
     }
     const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
     if (value < form.lowest || surrogate || value > 0x10FFFF)
-        throwBadSequence();
+        throw_bad_sequence();
     return value;
 }
 
 template <typename Unit>
-void appendCode(std::basic_string<Unit>& target, char32_t code)
+void append_code(std::basic_string<Unit>& target, char32_t code)
 {
     Unit units[4];
     target.append(units, static_cast<std::size_t>(write_code(units, code) - units));
 }
 
-bool isHighSurrogate(char32_t unit)
+bool is_high_surrogate(char32_t unit)
 {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
 
-bool isLowSurrogate(char32_t unit)
+bool is_low_surrogate(char32_t unit)
 {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
@@ -75,9 +75,9 @@ bool isLowSurrogate(char32_t unit)
 template <typename Unit>
 std::basic_string<Unit> decode_utf8(std::string_view bytes)
 {
-    const auto isLong = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
-    const auto plainEnd = std::find_if(bytes.begin(), bytes.end(), isLong);
-    std::basic_string<Unit> result(bytes.begin(), plainEnd);
+    const auto is_long = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    const auto plain_end = std::find_if(bytes.begin(), bytes.end(), is_long);
+    std::basic_string<Unit> result(bytes.begin(), plain_end);
     bytes.remove_prefix(result.size());
     result.reserve(result.size() + bytes.size());
     while (!bytes.empty()) {
@@ -87,8 +87,8 @@ std::basic_string<Unit> decode_utf8(std::string_view bytes)
             bytes.remove_prefix(1);
             continue;
         }
-        const SequenceForm form = formOf(lead);
-        appendCode(result, decodeSequence(bytes, form));
+        const sequence_form form = form_of(lead);
+        append_code(result, decode_sequence(bytes, form));
         bytes.remove_prefix(form.length);
     }
     return result;
@@ -125,11 +125,11 @@ void append_utf16_as_utf8(std::string& target, std::basic_string_view<Unit> text
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char32_t unit = static_cast<char16_t>(text[i]);
         const char32_t next = i + 1 < text.size() ? static_cast<char16_t>(text[i + 1]) : 0;
-        if (isHighSurrogate(unit) && isLowSurrogate(next)) {
-            appendCode(target, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
+        if (is_high_surrogate(unit) && is_low_surrogate(next)) {
+            append_code(target, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
             ++i;
         } else {
-            appendCode(target, unit);
+            append_code(target, unit);
         }
     }
 }

@@ -45,4 +45,13 @@ void append_wide_units(WideString& target, std::wstring_view text)
     }
 }
 
+/// \p text in 16-bit units, as `append_wide_units` makes them.
+inline std::wstring wide_text(std::wstring_view text)
+{
+    std::wstring result;
+    result.reserve(text.size());
+    append_wide_units(result, text);
+    return result;
+}
+
 } // namespace zvutil::impl

@@ -14,7 +14,7 @@ namespace zvutil::experimental::xml {
 namespace {
 
 template <typename C>
-std::shared_ptr<QXmlStreamWriter> streamOn(std::shared_ptr<QIODevice>&& device)
+std::shared_ptr<QXmlStreamWriter> stream_on(std::shared_ptr<QIODevice>&& device)
 {
     using Parts = zvutil::impl::stream_on_device<QXmlStreamWriter>;
     const auto parts = std::make_shared<Parts>(std::move(device));
@@ -42,7 +42,7 @@ basic_qt_stream_xml_document_writer<C>::basic_qt_stream_xml_document_writer(QIOD
 template <typename C>
 basic_qt_stream_xml_document_writer<C>::basic_qt_stream_xml_document_writer(
     std::shared_ptr<QIODevice> device)
-    : m_stream(streamOn<C>(std::move(device)))
+    : m_stream(stream_on<C>(std::move(device)))
 {
 }
 

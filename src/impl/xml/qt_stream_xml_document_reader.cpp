@@ -9,7 +9,7 @@ namespace zvutil::experimental::xml {
 
 namespace {
 
-std::shared_ptr<QXmlStreamReader> streamOn(std::shared_ptr<QIODevice>&& device)
+std::shared_ptr<QXmlStreamReader> stream_on(std::shared_ptr<QIODevice>&& device)
 {
     using Parts = zvutil::impl::stream_on_device<QXmlStreamReader>;
     const auto parts = std::make_shared<Parts>(std::move(device));
@@ -17,7 +17,7 @@ std::shared_ptr<QXmlStreamReader> streamOn(std::shared_ptr<QIODevice>&& device)
 }
 
 /// Whether there is nothing to read from the beginning. Qt would find that out as well, but complain.
-bool isClosed(const QXmlStreamReader& stream)
+bool is_closed(const QXmlStreamReader& stream)
 {
     const QIODevice* const device = stream.device();
     return stream.tokenType() == QXmlStreamReader::NoToken && device && !device->isReadable();
@@ -31,7 +31,7 @@ qt_stream_xml_document_reader::qt_stream_xml_document_reader(QIODevice* device)
 }
 
 qt_stream_xml_document_reader::qt_stream_xml_document_reader(std::shared_ptr<QIODevice> device)
-    : m_stream(streamOn(std::move(device)))
+    : m_stream(stream_on(std::move(device)))
 {
 }
 
@@ -39,7 +39,7 @@ qt_stream_xml_document_reader::~qt_stream_xml_document_reader() = default;
 
 unique_destroyable_ptr<abstract_xml_element_reader> qt_stream_xml_document_reader::next_element()
 {
-    if (isClosed(*m_stream))
+    if (is_closed(*m_stream))
         return nullptr;
     bool found = false;
     while (!found && !m_stream->atEnd())

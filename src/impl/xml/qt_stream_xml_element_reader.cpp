@@ -25,17 +25,17 @@ auto find(std::vector<Attribute>& attributes, const Name& name)
                         [&name](const Attribute& attribute) { return attribute.first == name; });
 }
 
-std::vector<Attribute> byLocalName(const QXmlStreamAttributes& source)
+std::vector<Attribute> by_local_name(const QXmlStreamAttributes& source)
 {
     std::vector<Attribute> attributes;
     attributes.reserve(static_cast<std::size_t>(source.size()));
-    bool mayMeet = false;
+    bool may_meet = false;
     for (const QXmlStreamAttribute& attribute : source) {
         std::string name = zvutil::impl::utf8_text(attribute.name());
         std::string value = zvutil::impl::utf8_text(attribute.value());
         // Without a prefix all names differ, or the document were malformed.
-        mayMeet = mayMeet || !attribute.prefix().isEmpty();
-        const auto same = mayMeet ? find(attributes, name) : attributes.end();
+        may_meet = may_meet || !attribute.prefix().isEmpty();
+        const auto same = may_meet ? find(attributes, name) : attributes.end();
         // Wanted: the first one's place and the last one's value.
         if (same != attributes.end())
             same->second = std::move(value);
@@ -67,7 +67,7 @@ struct qt_stream_xml_element_reader::impl
     explicit impl(std::shared_ptr<QXmlStreamReader>&& source)
         : stream(std::move(source))
         , name(zvutil::impl::utf8_text(stream->name()))
-        , attributes(byLocalName(stream->attributes()))
+        , attributes(by_local_name(stream->attributes()))
     {
     }
 

@@ -7,7 +7,7 @@ namespace zvutil::impl {
 namespace {
 
 // More than the file's own buffer takes, so that no block is copied into that as well.
-constexpr int blockSize = 32'768;
+constexpr int block_size = 32'768;
 
 } // namespace
 
@@ -15,7 +15,7 @@ save_device::save_device(std::shared_ptr<QSaveFile> file)
     : m_file(std::move(file))
 {
     open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    m_block.reserve(blockSize);
+    m_block.reserve(block_size);
     connect(m_file.get(), &QIODevice::aboutToClose, this, &save_device::finish,
             Qt::DirectConnection);
 }
@@ -41,9 +41,9 @@ qint64 save_device::writeData(const char* data, qint64 size)
 {
     if (!m_file->isOpen())
         return -1;
-    if (m_block.size() + size > blockSize && !hand_over())
+    if (m_block.size() + size > block_size && !hand_over())
         return -1;
-    if (size > blockSize)
+    if (size > block_size)
         return deliver(data, size) ? size : -1;
     m_block.append(data, static_cast<int>(size));
     return size;
@@ -51,9 +51,9 @@ qint64 save_device::writeData(const char* data, qint64 size)
 
 bool save_device::hand_over()
 {
-    const bool isTaken = m_block.isEmpty() || deliver(m_block.constData(), m_block.size());
+    const bool is_taken = m_block.isEmpty() || deliver(m_block.constData(), m_block.size());
     m_block.resize(0);
-    return isTaken;
+    return is_taken;
 }
 
 bool save_device::deliver(const char* data, qint64 size)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zvutil/details/delete_later.h>
+
 #include "impl/paths/path_text.h"
 
 #include <memory>
@@ -12,11 +14,7 @@ namespace zvutil::impl {
 template <typename File>
 std::shared_ptr<File> shared_file(const std::wstring& path)
 {
-    const auto deleteLater = [](File* file) {
-        if (file)
-            file->deleteLater();
-    };
-    return {new File(native_file_name(path)), deleteLater};
+    return {new File(native_file_name(path)), details::delete_later()};
 }
 
 } // namespace zvutil::impl

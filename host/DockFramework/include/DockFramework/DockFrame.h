@@ -51,7 +51,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void place(DockableWidget& window);
+    void dock(DockableWidget& window);
     bool showsDocuments() const;
     void leaveRoomForDocuments();
     void highlight(DockableWidget* window);

@@ -38,7 +38,7 @@ protected:
 private:
     void showTitles();
     void offerToReload(bool exists);
-    void settle(bool floating);
+    void applyFloating(bool floating);
 
     DockableWidgetContents* m_contents;
     DockTitleBar* m_titleBar;

@@ -22,7 +22,7 @@ class ScriptEngine;
 ///
 /// The maker's thread never waits here, but at the end. It is the one of the first group, the
 /// engine's that of the second.
-class ScriptDesk final : public ScriptHost, public std::enable_shared_from_this<ScriptDesk>
+class ScriptChannel final : public ScriptHost, public std::enable_shared_from_this<ScriptChannel>
 {
 public:
     struct Task
@@ -31,8 +31,8 @@ public:
         std::optional<QString> source; ///< none for a text whose value is asked for
     };
 
-    explicit ScriptDesk(host::ScriptListener listener);
-    ~ScriptDesk() override;
+    explicit ScriptChannel(host::ScriptListener listener);
+    ~ScriptChannel() override;
 
     // The maker's thread.
 
@@ -45,7 +45,7 @@ public:
 
     // The engine's thread.
 
-    /// Waits for it; nothing once the desk has been closed.
+    /// Waits for it; nothing once the channel has been closed.
     std::optional<Task> take();
     void finish(host::ScriptOutcome outcome);
     /// With nullptr before the engine goes.

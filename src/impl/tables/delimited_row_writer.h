@@ -9,10 +9,10 @@
 namespace zvutil::impl {
 
 /// The text of a table's row, in UTF-8, made cell by cell and used again for the next row.
-class row_text
+class delimited_row_writer
 {
 public:
-    explicit row_text(char separator);
+    explicit delimited_row_writer(char separator);
 
     /// Appends a cell's text, in double quotes if it holds the separator, and the separator. A NUL
     /// in the text cuts off all that comes behind it, quote and separator included.
@@ -26,8 +26,8 @@ public:
     const char* text(char last);
 
 private:
-    void appendOther(const QString& cell, const QChar* other);
-    bool appendUntilNul(const QStringRef& text);
+    void append_quoted(const QString& cell, const QChar* other);
+    bool append_until_nul(const QStringRef& text);
     char* room(std::size_t size);
     void grow(std::size_t size);
 

@@ -11,15 +11,15 @@ namespace zvutil::impl {
 ///
 /// The separator is a comma. Fields lose the whitespace at their ends, by the global locale, also
 /// within quotes; nothing is decoded. Takes linear time, and beside the text a pointer per cell.
-class csv_matrix
+class csv_table
 {
 public:
     /// Throws `std::invalid_argument` if a record has more fields than the first one. A quote that
     /// isn't closed ends with the text.
-    explicit csv_matrix(std::string text);
-    csv_matrix(const csv_matrix&) = delete;
-    csv_matrix& operator=(const csv_matrix&) = delete;
-    ~csv_matrix();
+    explicit csv_table(std::string text);
+    csv_table(const csv_table&) = delete;
+    csv_table& operator=(const csv_table&) = delete;
+    ~csv_table();
 
     std::size_t rows() const { return m_rows; }
     std::size_t columns() const { return m_columns; }
@@ -31,12 +31,12 @@ public:
     }
 
 private:
-    struct Field;
+    struct field_range;
 
     void parse();
-    void store(const Field& field, char* position);
-    void endRecord();
-    void endText();
+    void store(const field_range& field, char* position);
+    void end_record();
+    void end_text();
 
     std::string
         m_text; ///< in which the cells lie, unescaped in place and each with a NUL behind it

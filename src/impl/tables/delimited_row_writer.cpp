@@ -1,4 +1,4 @@
-#include "impl/tables/row_text.h"
+#include "impl/tables/delimited_row_writer.h"
 
 #include "impl/text/ascii_step.h"
 
@@ -14,7 +14,7 @@ namespace {
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
 /// Copies 8 units if none is a NUL, no ASCII, or \p other; tells whether it has.
-bool copyStep(char* target, const QChar* source, char16_t other)
+bool copy_step(char* target, const QChar* source, char16_t other)
 {
     const void* const from = source;
     const __m128i units = _mm_loadu_si128(static_cast<const __m128i*>(from));
@@ -33,11 +33,11 @@ bool copyStep(char* target, const QChar* source, char16_t other)
 
 /// Copies units up to the first that is a NUL, no ASCII, or \p other; returns that unit and moves
 /// \p target on.
-const QChar* copyPlain(char*& target, const QChar* source, const QChar* end, char16_t other)
+const QChar* copy_plain(char*& target, const QChar* source, const QChar* end, char16_t other)
 {
     char* out = target;
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
-    for (; end - source >= 8 && copyStep(out, source, other); source += 8)
+    for (; end - source >= 8 && copy_step(out, source, other); source += 8)
         out += 8;
 #endif
     for (; source != end; ++source) {
@@ -52,20 +52,20 @@ const QChar* copyPlain(char*& target, const QChar* source, const QChar* end, cha
 
 } // namespace
 
-row_text::row_text(char separator)
+delimited_row_writer::delimited_row_writer(char separator)
     : m_separator(static_cast<unsigned char>(separator))
 {
 }
 
-void row_text::append(const QString& cell)
+void delimited_row_writer::append(const QString& cell)
 {
     const QChar* const begin = cell.begin();
     const QChar* const end = cell.end();
     // Behind plain text there is room for the separator.
     char* target = room(static_cast<std::size_t>(end - begin) + 1);
-    const QChar* const plainEnd = copyPlain(target, begin, end, m_separator);
-    if (plainEnd != end) {
-        appendOther(cell, plainEnd);
+    const QChar* const plain_end = copy_plain(target, begin, end, m_separator);
+    if (plain_end != end) {
+        append_quoted(cell, plain_end);
         return;
     }
     *target++ = static_cast<char>(m_separator);
@@ -73,7 +73,7 @@ void row_text::append(const QString& cell)
 }
 
 /// Appends a cell that isn't plain text alone, as the unit at \p other shows.
-void row_text::appendOther(const QString& cell, const QChar* other)
+void delimited_row_writer::append_quoted(const QString& cell, const QChar* other)
 {
     const QChar* const end = cell.end();
     // Wanted: nothing but the separator makes a cell quoted, and a quote within isn't doubled.
@@ -82,10 +82,11 @@ void row_text::appendOther(const QString& cell, const QChar* other)
     char* target = room(static_cast<std::size_t>(cell.size()) + 3);
     if (quoted)
         *target++ = '"';
-    const QChar* const plainEnd = copyPlain(target, cell.begin(), end, u'\0');
+    const QChar* const plain_end = copy_plain(target, cell.begin(), end, u'\0');
     m_size = static_cast<std::size_t>(target - m_bytes.data());
     // Wanted: a NUL cuts off what would come behind the text as well.
-    if (plainEnd != end && !appendUntilNul(cell.midRef(static_cast<int>(plainEnd - cell.begin()))))
+    if (plain_end != end
+        && !append_until_nul(cell.midRef(static_cast<int>(plain_end - cell.begin()))))
         return;
     target = room(2);
     if (quoted)
@@ -94,7 +95,7 @@ void row_text::appendOther(const QString& cell, const QChar* other)
     m_size = static_cast<std::size_t>(target - m_bytes.data());
 }
 
-const char* row_text::text(char last)
+const char* delimited_row_writer::text(char last)
 {
     char* const end = room(2);
     end[0] = last;
@@ -103,20 +104,20 @@ const char* row_text::text(char last)
 }
 
 /// The place for as many bytes behind the text.
-char* row_text::room(std::size_t size)
+char* delimited_row_writer::room(std::size_t size)
 {
     if (m_bytes.size() - m_size < size)
         grow(size);
     return m_bytes.data() + m_size;
 }
 
-void row_text::grow(std::size_t size)
+void delimited_row_writer::grow(std::size_t size)
 {
     m_bytes.resize(2 * (m_size + size));
 }
 
 /// Appends any text up to its first NUL; tells whether that is all.
-bool row_text::appendUntilNul(const QStringRef& text)
+bool delimited_row_writer::append_until_nul(const QStringRef& text)
 {
     const QByteArray bytes = text.toUtf8();
     const std::size_t size = std::strlen(bytes.constData());

@@ -11,7 +11,7 @@ namespace zvutil::impl {
 
 /// Paths of files, in the order in which they were found. Files that follow each other in one
 /// folder share its text, and each name takes as much memory as it is long.
-class found_files
+class compact_path_list
 {
 public:
     void clear() { m_runs.clear(); }

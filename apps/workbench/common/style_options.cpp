@@ -1,4 +1,4 @@
-#include "common/styles.h"
+#include "common/style_options.h"
 
 #include "common/file_content.h"
 #include "common/path_names.h"

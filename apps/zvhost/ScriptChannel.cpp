@@ -1,4 +1,4 @@
-#include "ScriptDesk.h"
+#include "ScriptChannel.h"
 
 #include "ScriptEngine.h"
 
@@ -11,34 +11,34 @@
 namespace {
 
 constexpr std::size_t outputLimit = 65'536;
-constexpr std::chrono::seconds longestFarewell{3};
+constexpr std::chrono::seconds maxClosingTime{3};
 
 } // namespace
 
 /// What functions and commands tell is output of the script.
-class ScriptDesk::Messages final : public MessageHandler
+class ScriptChannel::Messages final : public MessageHandler
 {
 public:
-    explicit Messages(std::shared_ptr<ScriptDesk> desk)
-        : m_desk(std::move(desk))
+    explicit Messages(std::shared_ptr<ScriptChannel> channel)
+        : m_channel(std::move(channel))
     {
     }
 
-    void message(const char* text) override { m_desk->append(text); }
+    void message(const char* text) override { m_channel->append(text); }
 
 private:
-    std::shared_ptr<ScriptDesk> m_desk;
+    std::shared_ptr<ScriptChannel> m_channel;
 };
 
-ScriptDesk::ScriptDesk(host::ScriptListener listener)
+ScriptChannel::ScriptChannel(host::ScriptListener listener)
     : m_listener(std::move(listener))
     , m_receiver(std::make_unique<QObject>())
 {
 }
 
-ScriptDesk::~ScriptDesk() = default;
+ScriptChannel::~ScriptChannel() = default;
 
-void ScriptDesk::put(Task task)
+void ScriptChannel::put(Task task)
 {
     if (m_isRunning)
         throw std::logic_error("A script is running already");
@@ -50,7 +50,7 @@ void ScriptDesk::put(Task task)
     m_changed.notify_all();
 }
 
-void ScriptDesk::stop()
+void ScriptChannel::stop()
 {
     const std::lock_guard lock(m_mutex);
     m_isStopping = true;
@@ -58,7 +58,7 @@ void ScriptDesk::stop()
     m_changed.notify_all();
 }
 
-bool ScriptDesk::close()
+bool ScriptChannel::close()
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -70,10 +70,10 @@ bool ScriptDesk::close()
     // Not before: the other thread posts to it while it holds the lock.
     m_receiver.reset();
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, longestFarewell, [this] { return m_hasEnded; });
+    return m_changed.wait_for(lock, maxClosingTime, [this] { return m_hasEnded; });
 }
 
-std::optional<ScriptDesk::Task> ScriptDesk::take()
+std::optional<ScriptChannel::Task> ScriptChannel::take()
 {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return m_task || m_isClosed; });
@@ -82,7 +82,7 @@ std::optional<ScriptDesk::Task> ScriptDesk::take()
     return std::exchange(m_task, std::nullopt);
 }
 
-void ScriptDesk::finish(host::ScriptOutcome outcome)
+void ScriptChannel::finish(host::ScriptOutcome outcome)
 {
     const std::lock_guard lock(m_mutex);
     if (m_isClosed)
@@ -93,30 +93,30 @@ void ScriptDesk::finish(host::ScriptOutcome outcome)
     });
 }
 
-void ScriptDesk::setEngine(ScriptEngine* engine)
+void ScriptChannel::setEngine(ScriptEngine* engine)
 {
     const std::lock_guard lock(m_mutex);
     m_engine = engine;
     interrupt(m_isStopping);
 }
 
-void ScriptDesk::setEnded()
+void ScriptChannel::setEnded()
 {
     const std::lock_guard lock(m_mutex);
     m_hasEnded = true;
     m_changed.notify_all();
 }
 
-void ScriptDesk::interrupt(bool interrupt)
+void ScriptChannel::interrupt(bool interrupt)
 {
     if (m_engine)
         m_engine->interrupt(interrupt);
 }
 
-std::vector<std::string> ScriptDesk::callFunction(const std::string& name,
-                                                  const std::vector<host::Value>& arguments)
+std::vector<std::string> ScriptChannel::callFunction(const std::string& name,
+                                                     const std::vector<host::Value>& arguments)
 {
-    // Shared, since the call may outlive this one when the desk is closed.
+    // Shared, since the call may outlive this one when the channel is closed.
     const auto result = std::make_shared<std::vector<std::string>>();
     callOnMakersThread([self = shared_from_this(), result, name, arguments] {
         const YRef<MessageHandler> messages(std::make_unique<Messages>(self));
@@ -125,8 +125,8 @@ std::vector<std::string> ScriptDesk::callFunction(const std::string& name,
     return *result;
 }
 
-void ScriptDesk::callCommand(const std::string& name, const std::vector<std::string>& words,
-                             const std::string& source)
+void ScriptChannel::callCommand(const std::string& name, const std::vector<std::string>& words,
+                                const std::string& source)
 {
     callOnMakersThread([self = shared_from_this(), name, words, source] {
         const YRef<MessageHandler> messages(std::make_unique<Messages>(self));
@@ -134,7 +134,7 @@ void ScriptDesk::callCommand(const std::string& name, const std::vector<std::str
     });
 }
 
-void ScriptDesk::callOnMakersThread(std::function<void()> call)
+void ScriptChannel::callOnMakersThread(std::function<void()> call)
 {
     struct Result
     {
@@ -163,15 +163,15 @@ void ScriptDesk::callOnMakersThread(std::function<void()> call)
         std::rethrow_exception(result->failure);
 }
 
-/// Has \p call made on the maker's thread. With the lock held, and not once the desk is closed.
-void ScriptDesk::post(std::function<void()> call)
+/// Has \p call made on the maker's thread. With the lock held, and not once the channel is closed.
+void ScriptChannel::post(std::function<void()> call)
 {
 #ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(m_receiver.get(), std::move(call), Qt::QueuedConnection);
 #endif
 }
 
-void ScriptDesk::print(const std::string& line)
+void ScriptChannel::print(const std::string& line)
 {
     {
         std::unique_lock lock(m_mutex);
@@ -181,7 +181,7 @@ void ScriptDesk::print(const std::string& line)
     append(line);
 }
 
-void ScriptDesk::append(const std::string& line)
+void ScriptChannel::append(const std::string& line)
 {
     const std::lock_guard lock(m_mutex);
     if (m_isClosed)
@@ -191,7 +191,7 @@ void ScriptDesk::append(const std::string& line)
     m_output += line + '\n';
 }
 
-void ScriptDesk::deliverOutput()
+void ScriptChannel::deliverOutput()
 {
     std::string output;
     {
@@ -203,7 +203,7 @@ void ScriptDesk::deliverOutput()
     m_listener.printed(output);
 }
 
-void ScriptDesk::deliverOutcome(const host::ScriptOutcome& outcome)
+void ScriptChannel::deliverOutcome(const host::ScriptOutcome& outcome)
 {
     m_isRunning = false;
     m_listener.finished(outcome);

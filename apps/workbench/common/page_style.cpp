@@ -1,4 +1,4 @@
-#include "common/page.h"
+#include "common/page_style.h"
 
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleManager.h>

@@ -1,6 +1,6 @@
-#include "shell/open.h"
+#include "shell/open_workbench.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "common/translations.h"
 #include "shell/Arguments.h"
 #include "shell/Workbench.h"
@@ -19,6 +19,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <stdexcept>
 
@@ -26,7 +27,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int pollingInterval = 50;
+constexpr std::chrono::milliseconds pollingInterval{50};
 
 bool savePicture(const QPixmap& picture, const QString& file)
 {
@@ -65,7 +66,7 @@ void takePicture(Workbench& window, const QString& file, bool exits)
 
 } // namespace
 
-QString open(const QStringList& words)
+QString openWorkbench(const QStringList& words)
 {
     static QPointer<Workbench> window;
     installTranslations();

@@ -1,4 +1,4 @@
-#include "reload.h"
+#include "reload_when_allowed.h"
 
 #include "plain_text.h"
 

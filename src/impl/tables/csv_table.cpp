@@ -1,4 +1,4 @@
-#include "impl/tables/csv_matrix.h"
+#include "impl/tables/csv_table.h"
 
 #include <stdexcept>
 #include <utility>
@@ -7,11 +7,11 @@ namespace zvutil::impl {
 
 namespace {
 
-constexpr std::size_t firstRows = 16;
-constexpr std::size_t firstColumns = 16;
+constexpr std::size_t first_rows = 16;
+constexpr std::size_t first_columns = 16;
 
 /// Makes one of each pair of quotes; returns the new end.
-char* unescapeQuotes(char* begin, const char* end)
+char* unescape_quotes(char* begin, const char* end)
 {
     char* target = begin;
     for (const char* p = begin; p != end; ++p) {
@@ -25,48 +25,48 @@ char* unescapeQuotes(char* begin, const char* end)
 } // namespace
 
 /// The field that is being read.
-struct csv_matrix::Field
+struct csv_table::field_range
 {
     /// Starts the field anew behind the quote at \p quote; returns the last byte of the quoted text.
-    char* open(char* quote, char* textEnd);
+    char* open(char* quote, char* text_end);
 
     char* begin;
     char* end = nullptr; ///< null as long as it isn't known
     bool escaped = false;
 };
 
-char* csv_matrix::Field::open(char* quote, char* textEnd)
+char* csv_table::field_range::open(char* quote, char* text_end)
 {
     begin = quote + 1;
-    for (end = begin; end != textEnd; ++end) {
+    for (end = begin; end != text_end; ++end) {
         if (*end != '"')
             continue;
-        if (end + 1 == textEnd || end[1] != '"')
+        if (end + 1 == text_end || end[1] != '"')
             return end;
         escaped = true;
         ++end;
     }
-    return textEnd - 1;
+    return text_end - 1;
 }
 
-csv_matrix::csv_matrix(std::string text)
+csv_table::csv_table(std::string text)
     : m_text(std::move(text))
     , m_types(std::use_facet<std::ctype<char>>(m_locale))
 {
     if (m_text.empty())
         return;
-    m_cells.reserve(firstRows * firstColumns);
+    m_cells.reserve(first_rows * first_columns);
     parse();
 }
 
-csv_matrix::~csv_matrix() = default;
+csv_table::~csv_table() = default;
 
-void csv_matrix::parse()
+void csv_table::parse()
 {
     char* p = m_text.data();
-    char* const textEnd = p + m_text.size();
-    Field field{p};
-    for (; p != textEnd; ++p) {
+    char* const text_end = p + m_text.size();
+    field_range field{p};
+    for (; p != text_end; ++p) {
         switch (*p) {
         case ',':
             store(field, p);
@@ -74,7 +74,7 @@ void csv_matrix::parse()
             break;
         case '\n':
             store(field, p);
-            endRecord();
+            end_record();
             field = {p + 1};
             break;
         case '\r':
@@ -83,18 +83,18 @@ void csv_matrix::parse()
             break;
         case '"':
             // Wanted: a quote drops what stands in front of it, wherever it is in the field.
-            p = field.open(p, textEnd);
+            p = field.open(p, text_end);
             break;
         default:
             break;
         }
     }
-    store(field, textEnd);
-    endText();
+    store(field, text_end);
+    end_text();
 }
 
 /// Adds the field, whose end is \p position if it isn't known.
-void csv_matrix::store(const Field& field, char* position)
+void csv_table::store(const field_range& field, char* position)
 {
     const auto isSpace = [this](char c) { return m_types.is(std::ctype_base::space, c); };
     char* begin = field.begin;
@@ -104,7 +104,7 @@ void csv_matrix::store(const Field& field, char* position)
     while (begin != end && isSpace(*begin))
         ++begin;
     if (field.escaped)
-        end = unescapeQuotes(begin, end);
+        end = unescape_quotes(begin, end);
     if (m_rows == 0)
         m_columns = m_column + 1;
     else if (m_column >= m_columns)
@@ -116,7 +116,7 @@ void csv_matrix::store(const Field& field, char* position)
     ++m_column;
 }
 
-void csv_matrix::endRecord()
+void csv_table::end_record()
 {
     ++m_rows;
     m_cells.resize(m_rows * m_columns, "");
@@ -124,7 +124,7 @@ void csv_matrix::endRecord()
 }
 
 /// Wanted: the last record goes if it is short, as the empty one behind a final line feed is.
-void csv_matrix::endText()
+void csv_table::end_text()
 {
     if (m_column == m_columns)
         ++m_rows;

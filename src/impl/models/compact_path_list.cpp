@@ -1,18 +1,18 @@
-#include "impl/models/found_files.h"
+#include "impl/models/compact_path_list.h"
 
 namespace zvutil::impl {
 
 namespace {
 
 /// A longer text would take too much memory while it grows.
-constexpr std::size_t longestRun = 0x10000;
+constexpr std::size_t max_run_length = 0x10000;
 
 } // namespace
 
-void found_files::add(const QString& folder, std::u16string_view name)
+void compact_path_list::add(const QString& folder, std::u16string_view name)
 {
     const bool begins = m_runs.empty() || !m_runs.back().folder.isSharedWith(folder)
-        || m_runs.back().names.size() > longestRun;
+        || m_runs.back().names.size() > max_run_length;
     if (begins) {
         if (!m_runs.empty())
             m_runs.back().names.shrink_to_fit();

@@ -1,4 +1,4 @@
-#include "common/requests.h"
+#include "common/request_manager.h"
 
 #include <zvutil/libzvutil/BackgroundRequestManager.h>
 
@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-zvutil::libzvutil::BackgroundRequestManager& requests()
+zvutil::libzvutil::BackgroundRequestManager& requestManager()
 {
     using zvutil::libzvutil::BackgroundRequestManager;
     static QPointer<QObject> manager;
