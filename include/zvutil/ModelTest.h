@@ -12,9 +12,13 @@
 
 /// Exercises an item model while it is being developed: once when it is attached, and again at each
 /// change that the model announces.
-/// \code
-/// new ModelTest(model, model);
-/// \endcode
+/// @code{.cpp}
+/// /// \p model is tested for as long as it lives.
+/// void keepTesting(QAbstractItemModel* model)
+/// {
+///     new ModelTest(model, model);
+/// }
+/// @endcode
 /// It calls the model's operations with valid, invalid and out-of-range arguments and walks the
 /// tree, also into what can be fetched yet. It compares no result and reports nothing: a faulty
 /// model shows by failing under the calls, best under a debugger or a sanitizer. A model that

@@ -21,6 +21,40 @@ class QTimerEvent;
 /// lets out ends the run: it is caught and dropped, `finished` isn't emitted, and where there is an
 /// interval `reportStatus` goes on being called, until another run finishes. A step that can fail
 /// has to tell so by itself.
+///
+/// @code{.cpp}
+/// #include <QLabel>
+///
+/// #include <cstddef>
+/// #include <utility>
+/// #include <vector>
+///
+/// class Summation : public ZvAbstractIterativeProcess
+/// {
+/// public:
+///     explicit Summation(std::vector<double> numbers)
+///         : m_numbers(std::move(numbers))
+///     {
+///     }
+///
+///     bool hasMoreWork() override { return m_next < m_numbers.size(); }
+///     void processStep() override { sum += m_numbers[m_next++]; }
+///
+///     double sum = 0;
+///
+/// private:
+///     std::vector<double> m_numbers;
+///     std::size_t m_next = 0;
+/// };
+///
+/// /// Returns at once; the label shows the sum when the event loop has run all steps.
+/// void showSum(Summation& summation, QLabel* label)
+/// {
+///     QObject::connect(&summation, &ZvAbstractIterativeProcess::finished, label,
+///                      [&summation, label] { label->setNum(summation.sum); });
+///     summation.start();
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvAbstractIterativeProcess : public QObject
 {
     Q_OBJECT

@@ -22,6 +22,34 @@
 /// directory between them uses absolute paths.
 ///
 /// Nothing is thrown for a target that can't be written: `commit` tells.
+///
+/// @code{.cpp}
+/// #include <map>
+/// #include <string>
+///
+/// class SettingsWriter : public ZvBasicXMLSaveFile<char>
+/// {
+/// public:
+///     using ZvBasicXMLSaveFile::ZvBasicXMLSaveFile;
+///
+///     bool save(const std::map<std::string, std::string>& settings)
+///     {
+///         write(settings); // destroys all element writers before it returns
+///         return commit();
+///     }
+///
+/// private:
+///     void write(const std::map<std::string, std::string>& settings)
+///     {
+///         const auto root = writer().root_element("settings");
+///         for (const auto& [name, value] : settings) {
+///             const auto setting = root->child("setting");
+///             setting->attribute("name", name.c_str());
+///             setting->text(value.c_str());
+///         }
+///     }
+/// };
+/// @endcode
 template <typename C>
 class ZvBasicXMLSaveFile
 {

@@ -11,12 +11,17 @@
 /// source, not of the root.
 ///
 /// Set the source first, then the root:
-/// \code
-/// auto* const branch = new ZvChildProxyModel(parent);
-/// branch->setSourceModel(tree);
-/// branch->setRootModelIndex(tree->index(2, 0));
-/// view->setModel(branch);
-/// \endcode
+/// @code{.cpp}
+/// #include <QTreeView>
+///
+/// void showBranch(const QModelIndex& root, QTreeView* view)
+/// {
+///     auto* const branch = new ZvChildProxyModel(view);
+///     branch->setSourceModel(const_cast<QAbstractItemModel*>(root.model()));
+///     branch->setRootModelIndex(root);
+///     view->setModel(branch);
+/// }
+/// @endcode
 /// Without a source it is empty. **Without a root it counts the top level of the source but has no
 /// indexes for it**; that is also so when the source has removed the root. The root follows its row
 /// when that moves.

@@ -11,6 +11,32 @@
 ///
 /// It has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an application
 /// object. GUI thread only.
+///
+/// @code{.cpp}
+/// #include <QString>
+/// #include <QStringList>
+/// #include <QVariant>
+///
+/// void copyColumn(const QStringList& names)
+/// {
+///     ZvTable table(static_cast<unsigned>(names.size()), 1, libzvutil::ZvVariant());
+///     for (int row = 0; row < names.size(); ++row)
+///         table.value(static_cast<unsigned>(row), 0) = QVariant(names[row]);
+///     ZvClipboard().setData(std::move(table));
+/// }
+///
+/// QStringList pasteFirstColumn()
+/// {
+///     QStringList names;
+///     const ZvClipboard clipboard;
+///     if (!clipboard.hasType(ZvInternalMimeType::table))
+///         return names; // not copied by this application
+///     const ZvTable table = clipboard.tableData();
+///     for (unsigned long long row = 0; row < table.rows() && table.columns() > 0; ++row)
+///         names += table.value(row, 0).data().toString();
+///     return names;
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvClipboard
 {
 public:

@@ -21,6 +21,34 @@ class QCloseEvent;
 /// the subclass (`enableFileWatcher`).
 ///
 /// GUI thread only, but for the signals, which may be emitted on any thread.
+///
+/// @code{.cpp}
+/// #include <QSaveFile>
+///
+/// class TestPlanWindow : public ZvContentWidget
+/// {
+/// public:
+///     using ZvContentWidget::ZvContentWidget;
+///
+///     int fileType() const override { return 2; } // ".testplan"
+///     QString documentTypeName() const override { return QStringLiteral("Test Plan"); }
+///     QString closeEventText(int index) const override
+///     {
+///         return index == 0 ? QStringLiteral("Save the test plan?")
+///                           : QStringLiteral("Otherwise its changes are lost.");
+///     }
+///     void writeFile(const zvutil::ZvFilePath& path) const override
+///     {
+///         Q_EMIT beginSave(path, QProtectedSignal());
+///         QSaveFile file(path.toQString());
+///         const bool isSaved = file.open(QIODevice::WriteOnly)
+///             && file.write(text.toUtf8()) >= 0 && file.commit();
+///         Q_EMIT endSave(isSaved, path, QProtectedSignal()); // `saved` follows if it is true
+///     }
+///
+///     QString text;
+/// };
+/// @endcode
 class ZVUTIL_EXPORT ZvContentWidget : public ContentWidget
 {
     Q_OBJECT

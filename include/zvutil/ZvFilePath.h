@@ -43,6 +43,25 @@ namespace zvutil {
 /// A path takes one allocation, and another for a text that isn't very short. A copy is deep; a move
 /// takes none and throws nothing, and leaves a path that may only be destroyed or assigned to. All
 /// operations take linear time at most. Objects on different threads share nothing.
+///
+/// @code{.cpp}
+/// #include <QString>
+///
+/// const QString name = QStringLiteral("C:/boards/amplifier.zvsch"); // from a file dialog, say
+/// const zvutil::ZvFilePath schematic(name.toStdWString());
+/// assert(schematic.isSchematicFile());
+/// assert(schematic == zvutil::ZvFilePath(L"C:\\boards\\amplifier.zvsch"));
+///
+/// zvutil::ZvFilePath plan = schematic.parentPath();
+/// plan /= L"tests";
+/// plan /= L"noise.testplan";
+/// assert(plan.toQString() == QStringLiteral("C:/boards\\tests\\noise.testplan"));
+/// assert(plan.lexicallyRelative(L"C:\\boards") == zvutil::ZvFilePath(L"tests\\noise.testplan"));
+///
+/// // The standard library and the file system get separators that they know.
+/// const std::filesystem::path native = plan.toStdFilePath();
+/// assert(native.filename() == "noise.testplan");
+/// @endcode
 class ZVUTIL_EXPORT ZvFilePath
 {
 public:

@@ -18,12 +18,19 @@ class ZvFilePath;
 ///
 /// A thread of the model's own walks the directories and sends rows in batches, so that a view
 /// shows the first files long before a large tree has been walked:
-/// \code
-/// auto* const model = new ZvMultiDirectoryListModel(parent);
-/// model->setAllowedFileTypes({QStringLiteral(".zvsch")});
-/// model->addDirectory(folder);
-/// view->setModel(model);
-/// \endcode
+/// @code{.cpp}
+/// #include <zvutil/ZvFilePath.h>
+///
+/// #include <QListView>
+///
+/// void listSchematics(const zvutil::ZvFilePath& directory, QListView* view)
+/// {
+///     auto* const model = new ZvMultiDirectoryListModel(view);
+///     model->setAllowedFileTypes({QStringLiteral(".zvsch")});
+///     model->addDirectory(directory);
+///     view->setModel(model);
+/// }
+/// @endcode
 /// Every scan begins with `backgroundProcessStarted`, empties the list, inserts rows at its end and
 /// ends with `backgroundProcessStopped`; the first comes by itself, over no directories. Rows come
 /// in the order of the directories and of the file system, and have the native form of the path.

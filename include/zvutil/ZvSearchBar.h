@@ -9,6 +9,20 @@
 ///
 /// It searches nothing itself: whoever does tells when a search starts and stops. Searches aren't
 /// counted, one stop ends the spinner. GUI thread only.
+///
+/// @code{.cpp}
+/// #include <zvutil/ZvAbstractIterativeProcess.h>
+///
+/// /// Has each change of the text start \p search again, and the bar show that it runs.
+/// void connectSearch(ZvSearchBar* bar, ZvAbstractIterativeProcess* search)
+/// {
+///     QObject::connect(bar, &QLineEdit::textChanged, search, &ZvAbstractIterativeProcess::restart);
+///     QObject::connect(search, &ZvAbstractIterativeProcess::started, bar,
+///                      &ZvSearchBar::searchStarted);
+///     QObject::connect(search, &ZvAbstractIterativeProcess::finished, bar,
+///                      &ZvSearchBar::searchStopped);
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvSearchBar : public QLineEdit
 {
     Q_OBJECT

@@ -27,6 +27,32 @@ class ZvStyleLibrary;
 ///
 /// Only `Refresh` puts a style sheet on the application, only `Update` writes to disc. A host that
 /// wants another style on the screen calls `SetStyle` and then `Refresh`.
+///
+/// @code{.cpp}
+/// #include <zvutil/ZvStyleBrush.h>
+///
+/// #include <QPalette>
+/// #include <QWidget>
+///
+/// /// Throws `zvutil::ZvException` if there is no such style.
+/// void useStyle(const QString& name)
+/// {
+///     using libzvutil::ZvStyleManager;
+///     ZvStyleManager::SetStyle(ZvStyleManager::Style(name)); // the listeners are called
+///     ZvStyleManager::Refresh(); // the application's style sheet is set
+/// }
+///
+/// /// Gives a plot, which style sheets don't reach, the colour of panels in each style to come.
+/// void followStyle(QWidget* plot)
+/// {
+///     using libzvutil::ZvStyleManager;
+///     QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::currentStyleChanged, plot,
+///                      [plot](const libzvutil::ZvStyle& style) {
+///                          const QColor panel = style.colour(libzvutil::ZvStyleBrush::Panel).qColour();
+///                          plot->setPalette(QPalette(panel));
+///                      });
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvStyleManager : public QObject
 {
     Q_OBJECT

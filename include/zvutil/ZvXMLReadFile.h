@@ -16,6 +16,31 @@
 ///
 /// A relative path is looked up in the directory that is current when this object is made. One thread
 /// at a time.
+///
+/// @code{.cpp}
+/// #include <map>
+/// #include <string>
+/// #include <string_view>
+///
+/// class SettingsReader : public ZvXMLReadFile
+/// {
+/// public:
+///     using ZvXMLReadFile::ZvXMLReadFile;
+///
+///     std::map<std::string, std::string> read()
+///     {
+///         std::map<std::string, std::string> settings;
+///         const auto root = reader().root_element();
+///         if (!root || std::string_view(root->name()) != "settings")
+///             return settings; // no file, or one of another kind
+///         while (const auto child = root->next_child()) {
+///             const std::string name = child->attribute("name"); // throws if there is none
+///             settings[name] = child->text();
+///         }
+///         return settings;
+///     }
+/// };
+/// @endcode
 class ZVUTIL_EXPORT ZvXMLReadFile
 {
 public:

@@ -8,9 +8,34 @@ namespace zvutil {
 /// Owns the hidden implementation of a handle.
 ///
 /// The implementation is built first and handed in, so that nothing leaks if that throws:
-/// \code
-/// Thing::Thing() : m_impl(std::make_unique<ThingImpl>()) {}
-/// \endcode
+/// @code{.cpp}
+/// class Counter
+/// {
+/// public:
+///     Counter();
+///     int next();
+///
+/// private:
+///     struct CounterImpl;
+///
+///     zvutil::basic_pimpl<CounterImpl> m_impl;
+/// };
+///
+/// struct Counter::CounterImpl
+/// {
+///     int value = 0;
+/// };
+///
+/// Counter::Counter()
+///     : m_impl(std::make_unique<CounterImpl>())
+/// {
+/// }
+///
+/// int Counter::next()
+/// {
+///     return ++m_impl.impl().value;
+/// }
+/// @endcode
 /// It can be moved but not copied: a handle that can be copied builds a new implementation from the
 /// other's, so that copies never share anything. A moved-from object holds null; it may only be
 /// destroyed, be the target of a move assignment or be asked by `has_impl`.

@@ -12,6 +12,20 @@ namespace zvutil {
 ///
 /// Copies are the same source, which goes with the last of them. It is used on any thread, each
 /// object by one thread at a time.
+///
+/// @code{.cpp}
+/// #include <thread>
+///
+/// const zvutil::stop_source source;
+/// std::thread worker([token = source.get_token()] {
+///     while (!token.stop_requested())
+///         std::this_thread::yield(); // or one step of the work
+/// });
+/// const bool isFirst = source.request_stop();
+/// worker.join();
+/// assert(isFirst);
+/// assert(source.stop_requested());
+/// @endcode
 class stop_source
 {
 public:

@@ -25,16 +25,71 @@ namespace zvutil::libzvutil {
 /// nobody else holds is destroyed there. The worker thread itself is not ended, and its `QThread`
 /// object is deleted by the event loop of the thread that made the manager: if that still runs, Qt
 /// ends the program, since the worker does. A program that has to let a manager go earlier ends the
-/// worker itself, in the same breath:
-/// \code
-/// QThread* const worker = request->thread(); // of any request that was added
-/// manager.reset();
-/// do
-///     worker->quit(); // again, since work that handles events may swallow it
-/// while (!worker->wait(100));
-/// \endcode
-/// The worker of a manager that never had a request is told by nobody. A program that may have to
-/// end it adds a request that completes at once, before it lets the manager go.
+/// worker itself, in the same breath, as the program below does at its end. The worker of a manager
+/// that never had a request is told by nobody. A program that may have to end it adds a request that
+/// completes at once, before it lets the manager go.
+///
+/// @code{.cpp}
+/// #include <zvutil/libzvutil/BackgroundRequestManager.h>
+/// #include <zvutil/libzvutil/abstract_response.h>
+///
+/// #include <QCoreApplication>
+/// #include <QFile>
+/// #include <QThread>
+///
+/// #include <cstdio>
+///
+/// class CountLines : public zvutil::libzvutil::abstract_request
+/// {
+/// public:
+///     explicit CountLines(const QString& name)
+///         : m_name(name)
+///     {
+///     }
+///     int lines = 0; ///< valid once `completed` has been received
+///
+/// protected:
+///     void perform() override // on the worker thread
+///     {
+///         QFile file(m_name);
+///         if (!file.open(QIODevice::ReadOnly)) {
+///             Q_EMIT failed(file.errorString().toStdString());
+///             return;
+///         }
+///         lines = file.readAll().count('\n');
+///         Q_EMIT completed();
+///     }
+///
+/// private:
+///     QString m_name;
+/// };
+///
+/// int main(int argc, char* argv[])
+/// {
+///     using namespace zvutil::libzvutil;
+///     QCoreApplication application(argc, argv);
+///     const auto request = std::make_shared<CountLines>(application.arguments().value(1));
+///     abstract_response response(request.get()); // before `add`
+///     QObject::connect(&response, &abstract_response::completed, [&request] {
+///         std::printf("%d lines\n", request->lines);
+///         QCoreApplication::exit(0);
+///     });
+///     QObject::connect(&response, &abstract_response::failed, [](const std::string& message) {
+///         std::printf("failed: %s\n", message.c_str());
+///         QCoreApplication::exit(1);
+///     });
+///     auto manager = std::make_unique<BackgroundRequestManager>();
+///     manager->add(request);
+///     const int status = application.exec();
+///
+///     QThread* const worker = request->thread();
+///     manager.reset();
+///     do
+///         worker->quit(); // again, since work that handles events may swallow it
+///     while (!worker->wait(100));
+///     return status;
+/// }
+/// @endcode
 class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
 {
 public:

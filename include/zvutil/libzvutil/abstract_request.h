@@ -12,6 +12,7 @@
 namespace zvutil::libzvutil {
 
 /// Work that runs once, on the thread that the request lives on. A subclass fills in `perform`.
+/// `BackgroundRequestManager` runs requests, and shows a whole program at its class.
 ///
 /// A request is held by `std::shared_ptr`: by its maker and, once it was handed to a manager, by
 /// that. From then on it lives on the manager's worker thread. Whoever waits for it makes an

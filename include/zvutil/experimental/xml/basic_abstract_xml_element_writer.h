@@ -9,11 +9,16 @@ namespace zvutil::experimental::xml {
 ///
 /// Attributes come first, then texts and children. A child has to be destroyed before its next
 /// sibling is opened, for the end tag that a writer writes is that of the innermost open element:
-/// \code
-/// auto child = parent->child("a");
-/// child.reset(); // without this the assignment would open b within a
-/// child = parent->child("b");
-/// \endcode
+/// @code{.cpp}
+/// /// Writes `<a/><b/>`.
+/// void writeSiblings(
+///     zvutil::experimental::xml::basic_abstract_xml_element_writer<char>& parent)
+/// {
+///     auto child = parent.child("a");
+///     child.reset(); // without this the assignment would open b within a
+///     child = parent.child("b");
+/// }
+/// @endcode
 /// Texts end in a NUL and have to be valid in the encoding of \p C: UTF-8 for `char`, UTF-16 for
 /// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well). Characters
 /// that XML doesn't allow are left out. Markup is escaped, names are written as they are. What is
