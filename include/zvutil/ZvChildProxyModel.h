@@ -22,7 +22,7 @@
 ///     view->setModel(branch);
 /// }
 /// @endcode
-/// Without a source it is empty. **Without a root it counts the top level of the source but has no
+/// Without a source the model is empty. **Without a root the model counts the top level of the source but has no
 /// indexes for it**; that is also so when the source has removed the root. The root follows its row
 /// when that moves.
 ///
@@ -32,26 +32,35 @@
 /// announced.
 ///
 /// **`insertRows`, `removeRows` and the like with an invalid parent change the top level of the
-/// source**, not the children of the root: an invalid index stands for the source's own top. Who means
-/// the branch calls them on the source, with the root as the parent.
+/// source**, not the children of the root: an invalid index stands for the source's own top. To
+/// change the branch call them on the source, with the root as the parent.
 class ZVUTIL_EXPORT ZvChildProxyModel : public QIdentityProxyModel
 {
 public:
+    /// A model without source and root, which is empty.
     ZvChildProxyModel(QObject* parent = nullptr);
+    /// Leaves the source as it is.
     ~ZvChildProxyModel() override;
 
     /// Shows the children of \p index, an index of the source; none, if it is invalid. Resets the
     /// model.
     void setRootModelIndex(const QModelIndex& index);
 
+    /// The index for a place below \p parent; an invalid \p parent stands for the root. Invalid
+    /// without a root.
     QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    /// The number of rows of \p parent in the source; an invalid \p parent stands for the root, or
+    /// without one for the source's top level.
     int rowCount(const QModelIndex& parent) const override;
+    /// The number of columns, by the same rule as `rowCount`.
     int columnCount(const QModelIndex& parent) const override;
 
-    /// Forgets the root, also if \p model is the source already.
+    /// Shows \p model, which isn't owned and may be null. Forgets the root, even if \p model is the
+    /// source already.
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// Invalid for the root itself and for all that isn't below it.
+    /// The index here for an index of the source; invalid for the root itself and for everything that
+    /// isn't below it.
     QModelIndex mapFromSource(const QModelIndex& source) const override;
 
 protected:
