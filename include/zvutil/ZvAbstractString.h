@@ -23,7 +23,9 @@ class ZvBasicString;
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:
+    /// The subclasses are copied, since each has its own type of units.
     ZvAbstractString(const ZvAbstractString&) = delete;
+    /// `ZvString` has an assignment of its own; `ZvWString` has none, on purpose.
     ZvAbstractString& operator=(const ZvAbstractString&) = delete;
     /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvAbstractString();

@@ -36,6 +36,7 @@ public:
     /// Takes the view over and leaves \p other null, whose listeners are no longer called.
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): it makes a QObject
     ZvClipboardData(ZvClipboardData&& other);
+    /// A view looks at one content for life.
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;
     /// Emits `invalidated` if the view is valid; the content stays.
     ~ZvClipboardData() override;

@@ -23,6 +23,7 @@ class ZVUTIL_EXPORT ZvStyleEditor : public QWidget
 {
     Q_OBJECT
 
+    /// Makes the widget of a preview tab for an editor; must not return null.
     using PreviewFactory = QWidget* (*)(const ZvStyleEditor*);
 
 public:

@@ -29,6 +29,7 @@ public:
     ZvTable(const ZvTable& other);
     /// Takes the cells over; \p other has no storage afterwards.
     ZvTable(ZvTable&& other) noexcept;
+    /// A table keeps its size and cells for life; assign to the cells instead.
     ZvTable& operator=(const ZvTable& other) = delete;
     /// Destroys the cells; references to them end with it.
     ~ZvTable();

@@ -46,7 +46,9 @@ class ZVUTIL_EXPORT ZvXMLReadFile
 public:
     /// Opens the file \p path; doesn't throw if that fails.
     ZvXMLReadFile(const zvutil::ZvFilePath& path);
+    /// A document is read once, by one object.
     ZvXMLReadFile(const ZvXMLReadFile&) = delete;
+    /// A document is read once, by one object.
     ZvXMLReadFile& operator=(const ZvXMLReadFile&) = delete;
     /// Releases the file, which is closed once all element readers are destroyed and the event loop
     /// has run.
