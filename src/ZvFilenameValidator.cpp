@@ -19,7 +19,8 @@ ZvFilenameValidator::~ZvFilenameValidator() = default;
 
 QValidator::State ZvFilenameValidator::validate(QString& input, int& position) const
 {
-    // Wanted: a name as long as the limit is too long.
+    // By contract: validate() rejects a name that is as long as the limit. The limit is the length
+    // at which input turns invalid.
     if (static_cast<std::size_t>(input.size()) >= m_maximumLength)
         return Invalid;
     // The base class moves the position to the end of an invalid text.

@@ -10,7 +10,8 @@ namespace {
 QBrush hardEdge(const QRect& rect, double done, const QColor& before, const QColor& behind)
 {
     QLinearGradient gradient(rect.topLeft(), rect.topRight());
-    // Wanted: Qt refuses the stops that lie outside, with a warning, and the others are used.
+    // By contract: values aren't checked. QGradient ignores stops outside of 0 to 1 with a warning
+    // and uses the others.
     gradient.setColorAt(done - 0.001, before);
     gradient.setColorAt(done, behind);
     gradient.setColorAt(done + 0.001, behind);

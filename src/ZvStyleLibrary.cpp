@@ -290,7 +290,8 @@ void ZvStyleLibrary::save(const ZvFilePath& path) const
         for (const ZvNamedColour& accent : d_impl()->accents)
             impl::write_colour(*list, "Accent", accent);
     }
-    // Wanted: before the root element ends, so that its end tag doesn't reach the file.
+    // By contract: save() commits before the root element's writer is destroyed, so the file lacks
+    // that end tag. Loading doesn't need the tag.
     document.commit();
 }
 

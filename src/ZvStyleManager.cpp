@@ -102,7 +102,8 @@ ZvStyleManager::Impl::Impl()
         makeStyleDirectory();
         library.add(StyleConfigPath());
     } catch (...) {
-        // Wanted: whatever is wrong with the user's files, the built-in styles work.
+        // By contract: the constructor ignores any failure with the user's files, so that the
+        // built-in styles always work.
     }
     current = styleOrLight(library, &hostStyleName);
 }
@@ -170,7 +171,7 @@ void ZvStyleManager::SetStyle(const ZvStyle& style)
 
 void ZvStyleManager::SetStyle(ZvStyle&& style)
 {
-    // Wanted: a temporary is copied like any other.
+    // By contract: SetStyle() copies a temporary like any other style and leaves it unchanged.
     SetStyle(std::as_const(style));
 }
 

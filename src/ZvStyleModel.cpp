@@ -72,7 +72,8 @@ QModelIndex ZvStyleModel::index(int row, int column, const QModelIndex& parent) 
     case Impl::Editors:
         return createIndex(row, column, &impl.editorRows);
     case Impl::Editor:
-        // Wanted: another handler at each call.
+        // By contract: index() makes a new handler for each call, so two indexes of one editor
+        // brush differ.
         return createIndex(row, column, impl.addColourHandler(parent.row()));
     case Impl::Brush:
     case Impl::Icon:
@@ -94,7 +95,8 @@ QModelIndex ZvStyleModel::parent(const QModelIndex& index) const
     case Impl::Editor:
         return createIndex(2, 0, &impl.editors);
     case Impl::Icon:
-        // Wanted: the row 0, though the group is in row 1; the pointer tells the groups apart.
+        // By contract: parent() returns row 0 for the icon group, although it is row 1. The
+        // pointer, not the row, identifies the group.
         return createIndex(0, 0, &impl.icons);
     case Impl::EditorColour:
         return createIndex(static_cast<const Impl::EditorColourHandler*>(handler)->editorRow(), 0,

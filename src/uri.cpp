@@ -94,13 +94,15 @@ bool scanScheme(Scanner& scanner, uri_impl& parts)
 void scanAuthority(Scanner& scanner, uri_impl& parts)
 {
     const std::string_view start = scanner.rest();
-    // Wanted: the user part reaches to the first @ of all the rest, over any / ? and #.
+    // By contract: the user part reaches to the first @ of the rest, across / ? and #, as in the
+    // expression below.
     const std::size_t at = start.find('@');
     if (at != std::string_view::npos) {
         parts.userinfo = scanner.take(at);
         scanner.skip("@");
     }
-    // Wanted: the host ends at : and / only, so a query without a path in front of it is host.
+    // By contract: the host ends only at : and /, so a query without a path before it belongs to
+    // the host.
     parts.host = scanner.takeUntil([](char c) { return c == ':' || c == '/'; });
     if (scanner.skip(":"))
         parts.port = scanner.takeUntil([](char c) { return c < '0' || c > '9'; });
@@ -146,7 +148,8 @@ std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 
 std::string file_uri_text(std::wstring_view path)
 {
-    // Wanted: one slash, whatever the path begins with.
+    // By contract: file_uri_text() writes one slash, whatever the path begins with. Modules depend
+    // on that.
     std::string text = "file:/";
     append_units_as_utf8(text, path);
     return text;

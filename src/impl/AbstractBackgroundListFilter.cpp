@@ -81,7 +81,8 @@ QAbstractItemModel* AbstractBackgroundListFilter::sourceModel() const
 void AbstractBackgroundListFilter::setPaused(bool paused)
 {
     m_enabled = !paused;
-    // Wanted: this doesn't continue a pass that was cut off.
+    // By contract: setPaused(false) doesn't continue a pass that was cut off. A pass begins only
+    // for new criteria or a change of the source.
     if (m_enabled)
         recheck();
 }

@@ -38,7 +38,8 @@ void addRow(QGridLayout& grid, int row, const QString& type, Prepare prepare)
     }
     controls[1]->setDisabled(true);
     controls[2]->setDown(true);
-    // Wanted: also for buttons, which can't be checked, and for what was partially checked.
+    // By contract: setChecked() is called on every control, also on buttons, which can't be
+    // checked, and on boxes that are partially checked.
     controls[3]->setChecked(true);
 }
 

@@ -137,7 +137,8 @@ void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& ty
         for (int i = 0; i < types.size(); ++i)
             m_upperCase.assign<wchar_t>(m_allowedTypes[static_cast<std::size_t>(i)],
                                         wideText(types[i]));
-        // Wanted: what was found of other types stays, and what was passed over isn't found.
+        // By contract: new types don't affect the files already found or already skipped. Types act
+        // on what is yet to be walked, until reloadPaths().
         startScan();
     });
 }
@@ -179,11 +180,13 @@ std::shared_ptr<zvutil::impl::directory_walk> ZvMultiDirectoryListModelProcess::
         m_entries.reset();
         throw std::filesystem::filesystem_error("recursive_directory_iterator::operator++", error);
     }
-    // Wanted: when the next directory is empty, the walk is over.
+    // By contract: an empty next directory ends the walk, although others may follow. The walk then
+    // stands on nothing, which means its end.
     if (m_entries->at_end())
         m_entries = openNextDirectory();
-    // Wanted: this is no copy of the walk, so what it shows is the entry behind the increment.
-    // Nobody ever looks at the first entry of a directory, and twice at the last.
+    // By contract: `shown` is the walk itself, not a copy, so it shows the entry after the
+    // increment. The scan therefore never looks at the first entry of a directory and looks twice
+    // at the last.
     return shown;
 }
 

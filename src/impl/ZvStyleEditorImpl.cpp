@@ -47,14 +47,14 @@ void showStyle(ZvStyleModel& model, const ZvStyleLibrary& library, const QString
     try {
         model.setStyle(library.style(name.toUtf8().constData()));
     } catch (...) {
-        // Wanted: a name that the library doesn't have, such as that of an empty list, changes
-        // nothing.
+        // By contract: showStyle() ignores a name that the library doesn't have, such as that of an
+        // empty list.
     }
 }
 
 void preview(const ZvStyle& style, QWidget& panel)
 {
-    // Wanted: without a template the panel keeps its look.
+    // By contract: the panel keeps its look if the template can't be read.
     style.apply(&panel);
     const QString sheet = panel.styleSheet();
     for (QWidget* const widget : panel.findChildren<QWidget*>())
@@ -128,8 +128,8 @@ ZvStyle ZvStyleEditor::Impl::makeUserCopy(const ZvStyle& style) const
     const QString base = style.isDefaultStyle() ? QStringLiteral("User ") + own : own;
     const QStringList names = library.names();
     QString candidate = base;
-    // Wanted: with regard to case, unlike the library, so that a copy may replace a style whose name
-    // differs in case only.
+    // By contract: makeUserCopy() compares names with case, unlike the library, so a copy may
+    // replace a style whose name differs only in case.
     for (int i = 1; i < 10000 && names.contains(candidate, Qt::CaseSensitive); ++i)
         candidate = base + QLatin1Char(' ') + QString::number(i);
     return style.duplicate(candidate.toUtf8().constData());

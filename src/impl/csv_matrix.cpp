@@ -82,7 +82,7 @@ void csv_matrix::parse()
                 field.end = p;
             break;
         case '"':
-            // Wanted: a quote drops what stands in front of it, wherever it is in the field.
+            // By contract: a quote anywhere in a field drops the text before it.
             p = field.open(p, textEnd);
             break;
         default:
@@ -123,7 +123,8 @@ void csv_matrix::endRecord()
     m_column = 0;
 }
 
-/// Wanted: the last record goes if it is short, as the empty one behind a final line feed is.
+/// By contract: endText() drops a last record that is short. The empty record after a final line
+/// feed is one.
 void csv_matrix::endText()
 {
     if (m_column == m_columns)

@@ -14,7 +14,7 @@ namespace zvutil::impl {
 guid make_guid()
 {
     GUID id = {};
-    // Wanted: a failure isn't noticed.
+    // By contract: make_guid() ignores a failure of CoCreateGuid, which no caller could handle.
     (void)CoCreateGuid(&id);
     // The first three parts are shown as numbers, not in the order of their bytes in memory.
     guid result = {

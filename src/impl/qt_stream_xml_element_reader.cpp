@@ -36,7 +36,8 @@ std::vector<Attribute> byLocalName(const QXmlStreamAttributes& source)
         // Without a prefix all names differ, or the document were malformed.
         mayMeet = mayMeet || !attribute.prefix().isEmpty();
         const auto same = mayMeet ? find(attributes, name) : attributes.end();
-        // Wanted: the first one's place and the last one's value.
+        // By contract: attributes with the same local name are one, in the place of the first and
+        // with the value of the last.
         if (same != attributes.end())
             same->second = std::move(value);
         else
@@ -138,7 +139,8 @@ const char* qt_stream_xml_element_reader::text()
 {
     m_d->require_stream();
     m_d->finish_active_child();
-    // Wanted: behind a child the stream stands off the start tag, so that nothing is read.
+    // By contract: text() after a child returns an empty text. The stream no longer stands on the
+    // start tag, so readElementText() reads nothing.
     const QString text = m_d->stream->readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
     m_d->text = zvutil::impl::utf8_text(QStringRef(&text));
     m_d->stream.reset();

@@ -76,7 +76,7 @@ void row_text::append(const QString& cell)
 void row_text::appendOther(const QString& cell, const QChar* other)
 {
     const QChar* const end = cell.end();
-    // Wanted: nothing but the separator makes a cell quoted, and a quote within isn't doubled.
+    // By contract: only the separator makes a cell quoted, and a quote in the cell isn't doubled.
     const bool quoted = std::find(other, end, QChar(m_separator)) != end;
     // Room for the quotes and the separator as well.
     char* target = room(static_cast<std::size_t>(cell.size()) + 3);
@@ -84,7 +84,7 @@ void row_text::appendOther(const QString& cell, const QChar* other)
         *target++ = '"';
     const QChar* const plainEnd = copyPlain(target, cell.begin(), end, u'\0');
     m_size = static_cast<std::size_t>(target - m_bytes.data());
-    // Wanted: a NUL cuts off what would come behind the text as well.
+    // By contract: a NUL in a cell also cuts off the closing quote and the separator.
     if (plainEnd != end && !appendUntilNul(cell.midRef(static_cast<int>(plainEnd - cell.begin()))))
         return;
     target = room(2);

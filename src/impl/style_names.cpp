@@ -75,7 +75,8 @@ const char* name(ZvStyleIcon icon)
 ZvStyleBrush brush_from_name(const char* name)
 {
     const auto brush = valueIn<ZvStyleBrush>(brushes, name);
-    // Wanted: the accent always is the host's.
+    // By contract: brush_from_name() returns TOTAL for the accent brushes. Files can't set the
+    // accent, which is always the host's.
     const bool isAccent = brush >= ZvStyleBrush::Accent && brush <= ZvStyleBrush::AccentForeground;
     return isAccent ? ZvStyleBrush::TOTAL : brush;
 }

@@ -19,7 +19,7 @@ template <typename Source>
 char32_t code_of(Source unit)
 {
     char32_t code = static_cast<char32_t>(unit);
-    // Wanted: a byte's sign is kept, so that every byte at or above 0x80 is out of range.
+    // By contract: a byte keeps its sign, so every byte from 0x80 on is out of range.
     if constexpr (std::is_same_v<Source, char>)
         code = static_cast<char32_t>(static_cast<signed char>(unit));
     if (code > 0x10FFFF)
@@ -56,7 +56,8 @@ Target* write_code(Target* target, char32_t code)
     if (code < 0x10000) {
         *target++ = static_cast<Target>(code);
     } else {
-        // Wanted: two units, also where one would hold the code.
+        // By contract: a code above 0xFFFF becomes two units even for char32_t, which could hold
+        // it.
         *target++ = static_cast<Target>(high_surrogate(code));
         *target++ = static_cast<Target>(low_surrogate(code));
     }

@@ -58,11 +58,12 @@ request_status abstract_request::status() const
 void abstract_request::abort()
 {
     if (m_status == request_pending) {
-        // Wanted: nothing was under way, so there is no `aborted`.
+        // By contract: abort() of a pending request doesn't emit aborted(), since no work was under
+        // way.
         Q_EMIT failed("abort requested");
     } else if (m_status == request_started) {
         m_stop.request_stop();
-        // Wanted: each further abort emits it again.
+        // By contract: each further abort() of a running request emits aborted() again.
         Q_EMIT aborted();
     }
 }

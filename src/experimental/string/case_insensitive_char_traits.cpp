@@ -55,7 +55,8 @@ const KeptFacet<Facet>& keptFacet()
 
 signed char upper(char unit, const KeptFacet<std::ctype<char>>& facet)
 {
-    // Wanted: signed, also where char isn't.
+    // By contract: bytes are compared as signed values, even where char is unsigned, so a byte from
+    // 0x80 on sorts before any letter.
     return static_cast<signed char>(facet.toupper(unit));
 }
 
@@ -72,7 +73,7 @@ char32_t upper(wchar_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
 
 char32_t upper(char32_t unit, const KeptFacet<std::ctype<char>>& facet)
 {
-    // Wanted: a unit that is no byte stays as it is.
+    // By contract: a unit above 0xFF has no case, since the narrow facet knows bytes only.
     if (unit > 0xFF)
         return unit;
     return static_cast<unsigned char>(facet.toupper(static_cast<char>(unit)));
@@ -83,7 +84,8 @@ int compareFolded(const C* a, const C* b, std::size_t n)
 {
     if (n == 0)
         return 0;
-    // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
+    // By contract: the first comparison of a text that isn't empty fixes the locale for good, so
+    // that equal texts stay equal.
     const KeptFacet<Facet>& facet = keptFacet<Facet, C>();
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == b[i])
