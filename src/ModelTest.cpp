@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Sets \p fetchingMore while the model fetches.
+/// Fetches rows; \p fetchingMore is true meanwhile.
 void fetchMore(QAbstractItemModel& model, const QModelIndex& parent, bool& fetchingMore)
 {
     const auto done = qScopeGuard([&fetchingMore] { fetchingMore = false; });
@@ -198,7 +198,7 @@ void ModelTest::rowsAboutToBeInserted(QModelIndex parent, int start, int /*end*/
 
 void ModelTest::rowsInserted(QModelIndex /*parent*/, int /*start*/, int /*end*/)
 {
-    // Attached between the two signals, it has only heard this one.
+    // A test that was attached between the two signals receives only this one.
     if (!m_insert.isEmpty())
         m_insert.pop();
 }

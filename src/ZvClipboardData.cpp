@@ -25,7 +25,7 @@ namespace {
 
 constexpr int errorLevel = 4;
 
-/// Null if there is none.
+/// The bytes of the first CSV format, or null.
 QByteArray csvBytes(const QMimeData& data)
 {
     const QByteArray bytes = data.data(mime_type_text(mime_type::windows_csv));
@@ -37,7 +37,7 @@ ZvTable tableOf(const csv_matrix& matrix)
     ZvTable table(matrix.rows(), matrix.columns(), libzvutil::ZvVariant());
     for (std::size_t row = 0; row < matrix.rows(); ++row) {
         for (std::size_t column = 0; column < matrix.columns(); ++column)
-            // The same as from a `ZvVariant` of the cell, which would be one allocation more.
+            // Equals assigning a `ZvVariant` of the cell, with one allocation less.
             table.value(row, column) = QVariant(QString::fromUtf8(matrix.cell(row, column)));
     }
     return table;

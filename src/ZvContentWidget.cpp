@@ -52,7 +52,8 @@ ZvContentWidget::ZvContentWidget(Impl* impl, const QString& name, QWidget* paren
     : ContentWidget(name, parent, true)
     , d(impl)
 {
-    // So that signals can come from other threads: the meta-object knows the arguments by these names.
+    // Register the arguments under the names that the meta-object uses, or queued signals from
+    // other threads would be dropped.
     [[maybe_unused]] static const int registered[] = {
         qRegisterMetaType<zvutil::ZvFilePath>("zvutil::ZvFilePath"),
         qRegisterMetaType<QProtectedSignal>("QProtectedSignal"),
@@ -112,7 +113,7 @@ void ZvContentWidget::saveAs(const zvutil::ZvFilePath& path) const
 {
     if (path.isEmpty())
         return;
-    // The frame's operations aren't const; a widget never is.
+    // Casting is safe: widgets are never const objects, and the frame's operations aren't const.
     auto* const self = const_cast<ZvContentWidget*>(this);
     self->fileWatcherIgnoreChanges(true);
     const auto watchAgain = qScopeGuard([self] { self->fileWatcherIgnoreChanges(false); });

@@ -43,7 +43,7 @@ std::wstring wideText(std::wstring_view units)
     return text;
 }
 
-/// Up to the first NUL.
+/// Decodes \p path up to its first NUL.
 std::wstring wideText(const std::filesystem::path& path)
 {
     const std::wstring text = impl::path_text(path);
@@ -106,11 +106,11 @@ bool hasExtension(const ZvFilePath& path, std::wstring_view extension)
     return impl::path_rules::compare(path.extension().c_str(), extension) == 0;
 }
 
-// Registered while the library loads: the type under both its names, then the converter, which
-// Qt unregisters when the library is unloaded.
+// Static initialisers register the type under both its names and then the converter, which Qt
+// unregisters when the library is unloaded.
 const int metaType = qRegisterMetaType<ZvFilePath>("ZvFilePath");
 const bool converter = QMetaType::registerConverter<ZvFilePath, QString>(
-    // A type that nobody else can name, so that the converter's static stays this library's own.
+    // A lambda has a type of its own, so the converter's static isn't shared with other libraries.
     [](const ZvFilePath& path) { return path.toQString(); });
 
 } // namespace
@@ -256,7 +256,7 @@ ZvBasicString<wchar_t> ZvFilePath::extension() const
 {
     const std::wstring& text = m_impl.impl().text;
     const std::wstring_view result = impl::path_rules::extension(text);
-    // All but one in front of a stream's name end with the text, and so with its NUL.
+    // Only an extension before the name of an alternate stream lacks the text's own NUL at its end.
     if (result.data() + result.size() == text.data() + text.size())
         return result.data();
     return std::wstring(result);

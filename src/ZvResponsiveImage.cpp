@@ -17,7 +17,7 @@ int area(const QSize& size)
                             * static_cast<unsigned>(size.height()));
 }
 
-/// A null picture for a null pointer.
+/// Loads \p file; a null pointer gives a null picture.
 QPixmap load(const char* file)
 {
     return file ? QPixmap(zvutil::impl::any_utf8_text(file)) : QPixmap();

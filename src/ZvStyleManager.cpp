@@ -64,7 +64,7 @@ void makeStyleDirectory()
         throw std::filesystem::filesystem_error("create_directories", directory, error);
 }
 
-/// The library's style of the name that \p getName returns, or its light one, also where that throws.
+/// The library's style of the name that \p getName returns, or the light one if either throws.
 template <typename GetName>
 ZvStyle styleOrLight(const ZvStyleLibrary& library, GetName getName)
 {
@@ -78,7 +78,7 @@ ZvStyle styleOrLight(const ZvStyleLibrary& library, GetName getName)
 YString hostStyleName()
 {
     YString name;
-    // The default is the one that the option has been declared with.
+    // An option that isn't set gives the default that it was declared with.
     sp_ReadOptionsInfo(styleOption, &name, name);
     return name;
 }
@@ -93,7 +93,7 @@ public:
     void merge(const ZvStyleLibrary& other);
 
     ZvStyleLibrary library;
-    ZvStyle current; ///< by value: it may differ from the library's style of its name
+    ZvStyle current; ///< may differ from the library's style of its name
 };
 
 ZvStyleManager::Impl::Impl()

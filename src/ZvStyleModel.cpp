@@ -19,7 +19,7 @@ COMERROR showCurrentStyle(int /*wordCount*/, char** /*words*/, YRef<MessageHandl
 {
     auto* const view = new QTreeView;
     view->setModel(new ZvStyleModel(ZvStyle::Current(), view));
-    // The model has no title for its column, so Qt would show its number.
+    // Hide the header: the model has no title for its column, so Qt would show a number.
     view->setHeaderHidden(true);
     impl::show_command_window(view, QCoreApplication::translate("libzvutil", "Current Style"));
     return COM_OK;

@@ -23,7 +23,7 @@ void addHeader(QGridLayout& grid)
         grid.addWidget(new QLabel(QString::fromLatin1(state)), 0, ++column);
 }
 
-/// Adds a control in each state, after \p prepare has seen to it.
+/// Adds a row with one control for each state; \p prepare is called with each before.
 template <typename Control, typename Prepare>
 void addRow(QGridLayout& grid, int row, const QString& type, Prepare prepare)
 {

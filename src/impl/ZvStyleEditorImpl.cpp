@@ -18,14 +18,14 @@ namespace libzvutil {
 
 namespace {
 
-/// Asks for room for the whole of its widget and a scroll bar beside it, where Qt's own asks for 36 by
-/// 24 lines at most.
+/// A scroll area whose size hint has room for the whole widget and a scroll bar; that of Qt is
+/// limited to 36 by 24 lines.
 class PreviewArea : public QScrollArea
 {
 public:
     QSize sizeHint() const override
     {
-        // A sheet may bring another frame.
+        // Polish first: a style sheet may change the frame.
         ensurePolished();
         const int frame = 2 * frameWidth();
         const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
@@ -76,7 +76,7 @@ ZvStyleEditor::Impl::PreviewFactories& ZvStyleEditor::Impl::previewFactories()
     return factories;
 }
 
-// The order of the connections is that in which the reactions to one signal run.
+// The order of the connections is the order in which the reactions to one signal run.
 void ZvStyleEditor::Impl::connectControls(ZvStyleEditor& editor, const Controls& controls)
 {
     const auto tellPreview = [&editor, model = controls.model] {
@@ -141,7 +141,7 @@ void ZvStyleEditor::Impl::activateItem(ZvStyleEditor& editor, const Controls& co
     const QVariant shown = index.data(Qt::DecorationRole);
     if (shown.userType() != QMetaType::QColor)
         return;
-    // The dialog runs an event loop, in which the model may be reset.
+    // Keep a persistent index: the dialog runs an event loop, in which the model may be reset.
     const QPersistentModelIndex item(index);
     const QColor chosen = QColorDialog::getColor(shown.value<QColor>(), &editor, QString(), {});
     if (!chosen.isValid() || !item.isValid())
@@ -153,7 +153,7 @@ void ZvStyleEditor::Impl::activateItem(ZvStyleEditor& editor, const Controls& co
     }
     QString name;
     {
-        // The list of names changes meanwhile, and so does the style that is shown.
+        // Block the model's signals: the list of names changes and selects another style meanwhile.
         const QSignalBlocker blocker(model);
         model.setData(item, chosen, Qt::DecorationRole);
         const ZvStyle copy = makeUserCopy(model.style());

@@ -32,7 +32,7 @@ QColor hostAccent()
     return text.c_str();
 }
 
-/// Whether two names are equal but for case in the global locale.
+/// Whether two names are equal except for case in the global locale.
 bool equalNames(std::string_view a, std::string_view b)
 {
     const std::locale global;
@@ -63,8 +63,8 @@ struct IconVariable
     ZvStyleIcon icon;
 };
 
-// The order of all variables is that in which they are replaced: "@accent" comes behind those that it
-// begins.
+// Variables are replaced in this order: "@accent" comes after the variables that it is the
+// beginning of.
 constexpr BrushVariable brushVariables[] = {
     {"@panel", ZvStyleBrush::Panel},
     {"@editorEnabled", ZvStyleBrush::EditorEnabled},

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t firstRows = 16;
 constexpr std::size_t firstColumns = 16;
 
-/// Makes one of each pair of quotes; returns the new end.
+/// Replaces each pair of quotes by one quote; returns the new end.
 char* unescapeQuotes(char* begin, const char* end)
 {
     char* target = begin;
@@ -24,14 +24,15 @@ char* unescapeQuotes(char* begin, const char* end)
 
 } // namespace
 
-/// The field that is being read.
+/// The field that is being parsed.
 struct csv_matrix::Field
 {
-    /// Starts the field anew behind the quote at \p quote; returns the last byte of the quoted text.
+    /// Begins the field after the quote at \p quote, without the text before; returns the last byte
+    /// of the quoted text.
     char* open(char* quote, char* textEnd);
 
     char* begin;
-    char* end = nullptr; ///< null as long as it isn't known
+    char* end = nullptr; ///< null until it is known
     bool escaped = false;
 };
 
@@ -93,7 +94,7 @@ void csv_matrix::parse()
     endText();
 }
 
-/// Adds the field, whose end is \p position if it isn't known.
+/// Stores the field, whose end is \p position if it isn't known yet.
 void csv_matrix::store(const Field& field, char* position)
 {
     const auto isSpace = [this](char c) { return m_types.is(std::ctype_base::space, c); };
@@ -110,7 +111,7 @@ void csv_matrix::store(const Field& field, char* position)
     else if (m_column >= m_columns)
         throw std::invalid_argument(
             "CSV clipboard data invalid format: rows have different number of columns");
-    // What stands there has been read.
+    // Write over the byte: it has been parsed already.
     *end = '\0';
     m_cells.push_back(begin);
     ++m_column;

@@ -9,11 +9,11 @@ namespace zvutil::experimental::string {
 
 namespace {
 
-// The units' own facets, std::ctype of unsigned char, short and int, exist in some standard
-// libraries only. Those that exist in all give the same: the narrow one looks at a char as an
-// unsigned byte, and the wide one is the only other that knows letters.
+// Only the facets for char and wchar_t exist in all standard libraries, and they suffice: the
+// narrow one regards a char as an unsigned byte, and the wide one is the only other that knows
+// letters.
 
-/// A facet of the locale that is global when this is made.
+/// A facet of the locale that is the global one at construction.
 template <typename Facet>
 class KeptFacet
 {
@@ -30,7 +30,7 @@ private:
 
 #if defined(__MINGW32__)
 
-/// The wide facet of MinGW asks the C library, and slowly.
+/// MinGW's wide facet calls the C library, which is slow, so keep its answers in a table.
 template <>
 class KeptFacet<std::ctype<wchar_t>>
 {
@@ -43,8 +43,8 @@ private:
 
 #endif
 
-/// The one that the first comparison makes. Static objects may compare in their destructors, so it is
-/// never destroyed.
+/// The facet that the first comparison makes. Never destroyed, since static objects may compare in
+/// their destructors.
 template <typename Facet, typename C>
 const KeptFacet<Facet>& keptFacet()
 {
@@ -67,7 +67,7 @@ char16_t upper(char16_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
 
 char32_t upper(wchar_t unit, const KeptFacet<std::ctype<wchar_t>>& facet)
 {
-    // Unsigned, also where wchar_t isn't.
+    // Units are compared as unsigned values, even where wchar_t is signed.
     return static_cast<char32_t>(facet.toupper(unit));
 }
 
