@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view escapedBlank = "%20";
 
-/// Makes \p target, which is empty, the normalised form of \p text.
+/// Sets \p target, which is empty, to the normalised form of \p text.
 void setNormalised(std::string& target, std::string_view text)
 {
     const auto blanks = static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
@@ -27,7 +27,7 @@ void setNormalised(std::string& target, std::string_view text)
     }
 }
 
-/// Takes the components off the front of a text, one after the other.
+/// Removes the components from the front of a text, one after the other.
 class Scanner
 {
 public:
@@ -38,7 +38,7 @@ public:
 
     bool skip(std::string_view prefix)
     {
-        // The first character decides most times, without a call.
+        // Compare the first character first, which mostly decides without a call.
         if (m_rest.empty() || m_rest.front() != prefix.front()
             || m_rest.substr(0, prefix.size()) != prefix)
             return false;
@@ -118,11 +118,11 @@ void scanPath(Scanner& scanner, uri_impl& parts)
         parts.fragment = scanner.rest();
 }
 
-/// Splits as this expression would, in which no choice is ever taken back:
+/// Splits as this expression would, in which no match is ever taken back:
 /// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^ ]*))?
 void split(uri_impl& parts)
 {
-    // Everything behind an inner NUL is text, but no part of the URI.
+    // The URI ends at an inner NUL; the text doesn't.
     Scanner scanner(std::string_view(parts.text).substr(0, parts.text.find('\0')));
     if (!scanScheme(scanner, parts))
         return;

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The numbers by which the host's log knows its sinks and levels.
+// The host's numbers for the sinks and levels of its log.
 constexpr int consoleSink = 0;
 constexpr int fileSink = 1;
 constexpr int memorySink = 2;

@@ -9,7 +9,8 @@ namespace zvutil::libzvutil {
 
 namespace {
 
-/// A stop that reaches an object on this thread. Stops nest, since a slot may request another.
+/// A stop that is being delivered to an object on this thread. Deliveries nest, since a slot may
+/// request another stop.
 class Reception
 {
 public:
@@ -60,7 +61,7 @@ qt_stop_token::qt_stop_token(stop_token token, QObject* parent)
 qt_stop_token::~qt_stop_token()
 {
     m_registration.reset();
-    // A stop on another thread may have got hold of the receiver, and with it of this object.
+    // Wait: a stop on another thread may hold the receiver, which uses this object.
     while (!*m_receiverGone && !Reception::isUnderWay(this))
         std::this_thread::yield();
 }

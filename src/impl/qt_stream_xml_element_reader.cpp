@@ -33,7 +33,8 @@ std::vector<Attribute> byLocalName(const QXmlStreamAttributes& source)
     for (const QXmlStreamAttribute& attribute : source) {
         std::string name = zvutil::impl::utf8_text(attribute.name());
         std::string value = zvutil::impl::utf8_text(attribute.value());
-        // Without a prefix all names differ, or the document were malformed.
+        // Search only after a prefix was seen: names without prefixes differ, or the document is
+        // malformed.
         mayMeet = mayMeet || !attribute.prefix().isEmpty();
         const auto same = mayMeet ? find(attributes, name) : attributes.end();
         // By contract: attributes with the same local name are one, in the place of the first and
@@ -46,10 +47,10 @@ std::vector<Attribute> byLocalName(const QXmlStreamAttributes& source)
     return attributes;
 }
 
-/// Reads up to the end tags of \p depth elements that lie within each other.
+/// Reads up to the end tags of \p depth nested elements.
 ///
-/// Where a document breaks off each of them tries once more to read on, as it would if it were read
-/// by itself.
+/// Where a document breaks off, each of them tries once more to read on, as if it were read by
+/// itself.
 void skip(QXmlStreamReader& stream, std::size_t depth)
 {
     while (depth > 0) {
@@ -78,8 +79,8 @@ struct qt_stream_xml_element_reader::impl
             throw null_element_xml_exception();
     }
 
-    /// Reads what is left of the children that are still held, each the child of the one before,
-    /// and makes them null. However many there are, the stack doesn't grow.
+    /// Reads the rest of the children that still have readers, each the child of the one before,
+    /// and makes these null. The stack doesn't grow with their number.
     void finish_active_child()
     {
         const auto live = [](const impl& parent) {
@@ -98,7 +99,7 @@ struct qt_stream_xml_element_reader::impl
     std::string name;
     std::string text;
     std::vector<Attribute> attributes;
-    std::weak_ptr<impl> active_child; ///< the child handed out last
+    std::weak_ptr<impl> active_child; ///< the child returned last
 };
 
 qt_stream_xml_element_reader::qt_stream_xml_element_reader(std::shared_ptr<QXmlStreamReader> stream)

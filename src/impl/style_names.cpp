@@ -50,7 +50,7 @@ const char* nameIn(const char* const (&names)[count], Enum value)
     return index < count ? names[index] : "UNDEFINED";
 }
 
-/// The enumerator of a name, also if that is `TOTAL`'s.
+/// The enumerator of a name, `TOTAL` included.
 template <typename Enum, std::size_t count>
 Enum valueIn(const char* const (&names)[count], std::string_view name)
 {

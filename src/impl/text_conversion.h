@@ -14,7 +14,7 @@ namespace zvutil::impl {
 /// Throws `std::range_error` with the text "bad conversion".
 [[noreturn]] void throw_bad_conversion();
 
-/// What a unit stands for by itself. Throws as above if that is no code.
+/// The code that a unit stands for by itself. Throws as above if it is no code.
 template <typename Source>
 char32_t code_of(Source unit)
 {
@@ -27,7 +27,7 @@ char32_t code_of(Source unit)
     return code;
 }
 
-/// Writes \p code in UTF-8, also if it is a surrogate; returns the end.
+/// Writes \p code in UTF-8, even if it is a surrogate; returns the end.
 inline char* write_code(char* target, char32_t code)
 {
     if (code < 0x80) {
@@ -64,7 +64,7 @@ Target* write_code(Target* target, char32_t code)
     return target;
 }
 
-/// Converts the units up to \p end; returns the end of what it has written.
+/// Converts the units up to \p end; returns the end of the output.
 template <typename Target, typename Source>
 Target* write_converted(Target* target, const Source* source, const Source* end)
 {
@@ -83,15 +83,15 @@ Target* write_converted(Target* target, const Source* source, const Source* end)
     return target;
 }
 
-/// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16.
-/// That is the joint result of writing the source as UTF-8 and reading that again. Throws
-/// `std::range_error` with "bad conversion" for a byte above 0x7F and for a value above 0x10FFFF;
-/// \p target then holds some of the text.
+/// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16. The
+/// result equals writing the source as UTF-8 and reading that again. Throws `std::range_error` with
+/// "bad conversion" for a byte above 0x7F and for a value above 0x10FFFF; \p target then holds a
+/// part of the text.
 template <typename Target, typename Traits, typename Source>
 void append_converted(std::basic_string<Target, Traits>& target,
                       std::basic_string_view<Source> source)
 {
-    // Blocks, as the space for a whole text would first have to be filled with zeros.
+    // Convert in blocks: the space for a whole text would first have to be filled with zeros.
     constexpr std::size_t blockSize = 512;
     constexpr std::size_t longestCode = std::is_same_v<Target, char> ? 4 : 2;
     std::array<Target, longestCode * blockSize> buffer;

@@ -9,7 +9,7 @@ abstract_request::abstract_request(QObject* parent)
     : QObject(parent)
 {
     impl::register_string_metatype();
-    // The first connections, so that every other slot sees the new status.
+    // Connect first, so that every other slot sees the new status.
     const auto setStatus = [this](request_status status) {
         if (m_status == request_pending)
             ++impl::departures();
