@@ -170,8 +170,8 @@ void ZvStyle::setEditorColour(const char* editor, const char* brush, const QColo
     added.setBrush(brush, colour);
     if (ZvEditorStyle* const found = d_impl()->editor(editor))
         found->setBrush(brush, colour);
-    // By contract: setEditorColour() appends an editor even if one of that name exists. Files of
-    // styles then hold both.
+    // By contract: setEditorColour() appends an editor even if one of that name exists. Readers
+    // find the first one, which has just been updated.
     addEditor(std::move(added));
 }
 

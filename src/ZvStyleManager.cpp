@@ -172,6 +172,7 @@ void ZvStyleManager::SetStyle(const ZvStyle& style)
 void ZvStyleManager::SetStyle(ZvStyle&& style)
 {
     // By contract: SetStyle() copies a temporary like any other style and leaves it unchanged.
+    // Every argument is copied before the call moves to the manager's thread.
     SetStyle(std::as_const(style));
 }
 

@@ -73,7 +73,7 @@ QModelIndex ZvStyleModel::index(int row, int column, const QModelIndex& parent) 
         return createIndex(row, column, &impl.editorRows);
     case Impl::Editor:
         // By contract: index() makes a new handler for each call, so two indexes of one editor
-        // brush differ.
+        // brush differ. An index has only one pointer, which has to identify the editor as well.
         return createIndex(row, column, impl.addColourHandler(parent.row()));
     case Impl::Brush:
     case Impl::Icon:

@@ -102,8 +102,8 @@ ZvString ZvTable::Impl::text(char separator) const
         line.clear();
         for (unsigned long long column = 0; column < columns; ++column)
             append(line, cells[index(row, column)].data());
-        // By contract: text() removes the last character before each line feed, even if a cell's
-        // NUL cut off the separator and that character is the line feed of the row above.
+        // By contract: text() removes the last character of each row, even if a cell's NUL cut off
+        // the separator. That character may be the line feed of the row above.
         if (line.is_empty())
             removeLast(result);
         else

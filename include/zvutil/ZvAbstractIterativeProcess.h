@@ -14,8 +14,9 @@ class QTimerEvent;
 /// two steps, also `stop` and `restart`. A step should be short, since nothing else happens
 /// meanwhile.
 ///
-/// `start`, `stop` and `restart` may be called on any thread, everything else on the object's own. The
-/// object must not be deleted during a run, for example from a slot that is called between steps.
+/// `start`, `stop` and `restart` may be called on any thread, everything else on the object's own.
+/// The object must not be deleted during a run, for example from a slot that is called between
+/// steps.
 ///
 /// An exception that `hasMoreWork`, `processStep`, a slot of `started` or the handling of an event
 /// lets out ends the run: it is caught and dropped, `finished` isn't emitted, and where there is an

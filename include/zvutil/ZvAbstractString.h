@@ -37,7 +37,7 @@ public:
     std::size_t size() const;
 
 protected:
-    /// What holds the text; the subclass defines its type of units.
+    /// The implementation that holds the text; the subclass defines its type of units.
     class Impl;
 
     /// Takes \p implementation over; it must not be null.

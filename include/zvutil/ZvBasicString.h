@@ -28,10 +28,11 @@ namespace zvutil {
 /// - `char32_t` a unit above 0x10FFFF fails, and surrogates are units like any other.
 ///
 /// Towards 16 and also 32-bit units a code point above 0xFFFF becomes two units, its surrogate
-/// pair. A conversion that fails throws `std::range_error` with the text "bad conversion" and leaves the string
-/// as it is. A conversion takes linear time and the allocations of the new string.
+/// pair. A conversion that fails throws `std::range_error` with the text "bad conversion" and
+/// leaves the string as it is. A conversion takes linear time and the allocations of the new
+/// string.
 ///
-/// All operations that make text throw `std::bad_alloc`.
+/// Operations that make text throw `std::bad_alloc`.
 template <typename C>
 class ZvBasicString
 {
@@ -47,7 +48,8 @@ public:
     ZvBasicString(const ZvBasicString& other);
     /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvBasicString(ZvBasicString&& other) noexcept;
-    /// Copies \p other into the implementation that this string has; a moved-from string gets a new one.
+    /// Copies \p other into the implementation that this string has; a moved-from string gets a new
+    /// one.
     ZvBasicString& operator=(const ZvBasicString& other);
     /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvBasicString& operator=(ZvBasicString&& other) noexcept;
@@ -75,18 +77,18 @@ public:
 
     /// The text as a standard string. Nothing is converted, so this never fails.
     std::basic_string<C> toStringType() const;
-    /// For `char` the bytes as they are, which never fails; for the others the bytes of
-    /// `toString()`.
+    /// Returns, for `char`, the bytes as they are, which never fails, and for the others the bytes
+    /// of `toString()`.
     std::string toStdString() const;
 
-    /// The text in UTF-8, each unit by itself; throws `std::range_error` as told above.
+    /// The text in UTF-8, each unit by itself; throws `std::range_error` as described above.
     ZvBasicString<char> toString() const;
-    /// The text in 16-bit units; throws `std::range_error` as told above.
+    /// The text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<wchar_t> toWString() const;
-    /// The text in 16-bit units; throws `std::range_error` as told above.
+    /// The text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<char16_t> toU16String() const;
     /// The text in units of 32 bits that hold one 16-bit unit each; throws `std::range_error` as
-    /// told above.
+    /// described above.
     ZvBasicString<char32_t> toU32String() const;
 
 private:

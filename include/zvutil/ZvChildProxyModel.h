@@ -22,12 +22,12 @@
 ///     view->setModel(branch);
 /// }
 /// @endcode
-/// Without a source the model is empty. **Without a root the model counts the top level of the source but has no
-/// indexes for it**; that is also so when the source has removed the root. The root follows its row
-/// when that moves.
+/// Without a source the model is empty. **Without a root the model counts the top level of the
+/// source but has no indexes for it**; that is also so when the source has removed the root. The
+/// root follows its row when that moves.
 ///
-/// What the source changes within the branch is announced as it is, and what it changes beside the
-/// branch isn't announced. A move that begins or ends outside of the branch, and the removal of the
+/// The model announces what the source changes within the branch, and nothing that it changes beside
+/// the branch. A move that begins or ends outside of the branch, and the removal of the
 /// root, reset the model. Without a root it is the changes of the source's top level that are
 /// announced.
 ///

@@ -9,8 +9,8 @@
 
 /// Puts tables on the system's clipboard and asks what is there.
 ///
-/// The object has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an application
-/// object. GUI thread only.
+/// The object has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an
+/// application object. GUI thread only.
 ///
 /// @code{.cpp}
 /// #include <QString>
@@ -63,15 +63,15 @@ public:
     /// none to read.
     ZvTable tableData() const;
 
-    /// What `QMimeData::data` gives for "text/plain", up to its first NUL; empty if that is null.
-    /// These are the bytes of the format as they are; where it isn't among the formats but a list
-    /// of URIs is, Qt makes text of that: one URI as it is, several with a line feed after each.
-    /// So there may be text where `hasText` is false.
+    /// Returns what `QMimeData::data` gives for "text/plain", up to its first NUL; empty if that is
+    /// null. These are the bytes of the format as they are; where it isn't among the formats but a
+    /// list of URIs is, Qt makes text of that: one URI as it is, several with a line feed after
+    /// each. So there may be text where `hasText` is false.
     libzvutil::ZvString stringData() const;
 
-    /// Puts a copy of \p table, which must have storage, on the clipboard: as CSV ("text/csv", and "Csv" of
-    /// Windows), as text with tabs, and for this application as the table itself. The texts are made
-    /// at once; an exception from that leaves the clipboard as it was.
+    /// Puts a copy of \p table, which must have storage, on the clipboard: as CSV ("text/csv", and
+    /// "Csv" of Windows), as text with tabs, and for this application as the table itself. The
+    /// texts are made at once; an exception from that leaves the clipboard as it was.
     void setData(const ZvTable& table);
     /// The same, without a copy of the table; \p table has no storage afterwards.
     void setData(ZvTable&& table);

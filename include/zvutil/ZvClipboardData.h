@@ -68,9 +68,9 @@ public:
     ///
     /// The separator is a comma. Cells lose the whitespace at their ends, also within quotes. The
     /// first record fixes the number of columns: shorter ones are filled up with empty texts, but a
-    /// short last one is dropped; a longer one is reported in the log and gives a table without storage,
-    /// as does lack of memory. Takes linear time, and beside the table a copy of the text and 8 bytes
-    /// per cell.
+    /// short last one is dropped; a longer one is reported in the log and gives a table without
+    /// storage, as does lack of memory. Takes linear time, and beside the table a copy of the text
+    /// and 8 bytes per cell.
     ZvTable csvData() const;
 
 Q_SIGNALS:

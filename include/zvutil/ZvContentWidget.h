@@ -57,11 +57,11 @@ protected:
     /// The last argument of the signals, which only subclasses can make; so only they emit.
     using QProtectedSignal = QPrivateSignal;
 
-    /// What a widget holds. A subclass may hold more, in a class derived from this one.
+    /// The data of a widget. A subclass may derive its own from this class.
     class ZVUTIL_EXPORT Impl : public QObject
     {
     public:
-        /// With an empty file name.
+        /// Data with an empty file name.
         Impl();
         /// Called by the widget's destructor.
         ~Impl() override;
@@ -93,7 +93,7 @@ public:
     /// document has been saved is reported by the signals alone. Throws what `writeFile` throws.
     zvutil::ZvFilePath save() const;
 
-    /// As `save`, but asks for a path in any case.
+    /// Saves as `save` does, but always asks for a path.
     zvutil::ZvFilePath saveAs() const;
 
     /// Writes the document to \p path, or does nothing if that is empty. Throws what `writeFile`
@@ -112,7 +112,7 @@ public:
     /// asked for a path; 1 for ".zvsch", 2 for ".testplan". No other value is allowed.
     virtual int fileType() const = 0;
 
-    /// What the documents are called in menus: by default `documentTypeName` with single blanks.
+    /// The name of the documents in menus: by default `documentTypeName` with single blanks.
     virtual QString menuName() const;
 
     /// The texts of the question about unsaved changes, fetched on every close: index 0 is the
@@ -120,7 +120,7 @@ public:
     /// other.
     virtual QString closeEventText(int index) const = 0;
 
-    /// What one such document is called, in the singular; the dialog adds an s for the plural.
+    /// The name of one such document, in the singular; the dialog adds an s for the plural.
     virtual QString documentTypeName() const = 0;
 
     /// Writes the document to \p path, and emits `beginSave` before it starts and `endSave` when it

@@ -23,9 +23,9 @@ namespace libzvutil {
 class ZVUTIL_EXPORT ZvEditorStyle
 {
 public:
-    /// With an empty name and no brushes.
+    /// Makes an object with an empty name and no brushes.
     ZvEditorStyle();
-    /// With the name \p name, which must not be null, and no brushes.
+    /// Makes an object named \p name, which must not be null, without brushes.
     ZvEditorStyle(const char* name);
     /// The same, with \p name up to its first NUL.
     ZvEditorStyle(const std::string& name);

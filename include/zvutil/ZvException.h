@@ -7,14 +7,14 @@ namespace zvutil {
 
 /// A failure that a caller of the library has to deal with.
 ///
-/// Not derived from `std::exception`, on purpose: a handler for that doesn't see it. Throw by value and
-/// catch by reference. A moved-from object may only be destroyed or assigned to.
+/// `ZvException` isn't derived from `std::exception`, on purpose: a handler for that doesn't see it.
+/// Throw by value and catch by reference. A moved-from object may only be destroyed or assigned to.
 class ZVUTIL_EXPORT ZvException
 {
 public:
-    /// With an empty message.
+    /// Makes an exception with an empty message.
     ZvException();
-    /// With a copy of \p message.
+    /// Makes an exception with a copy of \p message.
     explicit ZvException(const ZvBasicString<char>& message);
     /// A deep copy of \p other, which must not have been moved from.
     ZvException(const ZvException& other);

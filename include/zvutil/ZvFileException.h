@@ -13,15 +13,15 @@ namespace zvutil {
 class ZVUTIL_EXPORT ZvFileException : public ZvException
 {
 public:
-    /// With an empty message and an empty path.
+    /// Makes an exception with an empty message and an empty path.
     ZvFileException();
-    /// With an empty message.
+    /// Makes an exception with an empty message and a copy of \p path.
     explicit ZvFileException(const ZvFilePath& path);
-    /// With copies of \p path and \p message.
+    /// Makes an exception with copies of \p path and \p message.
     ZvFileException(const ZvFilePath& path, const ZvBasicString<char>& message);
-    /// Takes the error's message and its first path; its code and its second path are dropped. Where
-    /// paths are bytes, those that aren't UTF-8 have each invalid sequence
-    /// replaced by U+FFFD in the path.
+    /// Takes the error's message and its first path; its code and its second path are dropped.
+    /// Where paths are bytes, those that aren't UTF-8 have each invalid sequence replaced by U+FFFD
+    /// in the path.
     explicit ZvFileException(const std::filesystem::filesystem_error& error);
     /// A deep copy of \p other, which must not have been moved from.
     ZvFileException(const ZvFileException& other);
@@ -38,12 +38,12 @@ public:
     /// The file's path; valid as long as this object.
     const ZvFilePath& path() const;
 
-    /// With the message "File not found: " and the path. As in the two below, the path is UTF-8 in
+    /// Makes the message "File not found: " and the path. As in the two below, the path is UTF-8 in
     /// which each 16-bit unit is written by itself.
     [[nodiscard]] static ZvFileException notFound(const ZvFilePath& path);
-    /// With "Cannot open file for reading: " and the path.
+    /// Makes the message "Cannot open file for reading: " and the path.
     [[nodiscard]] static ZvFileException cannotRead(const ZvFilePath& path);
-    /// With "Cannot open file for writing: " and the path.
+    /// Makes the message "Cannot open file for writing: " and the path.
     [[nodiscard]] static ZvFileException cannotWrite(const ZvFilePath& path);
 
 private:

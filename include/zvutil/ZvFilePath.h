@@ -35,10 +35,11 @@ namespace zvutil {
 /// Unpaired surrogates are kept. A `QString` comes in as wide text, `name.toStdWString()`, and
 /// leaves by `toQString`.
 ///
-/// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or
-/// a `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or
-/// a `YString` with a sequence that is invalid in its encoding, the operating system's error of the
-/// system category, `EILSEQ` where there are no code pages. Everything else fails only for lack of memory.
+/// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or a
+/// `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or a
+/// `YString` with a sequence that is invalid in its encoding, the operating system's error of the
+/// system category, `EILSEQ` where there are no code pages. Everything else fails only for lack of
+/// memory.
 ///
 /// A path takes one allocation, and another for a text that isn't very short. A copy is deep; a move
 /// takes none, throws nothing and leaves a path that may only be destroyed or assigned to. No
@@ -80,7 +81,7 @@ public:
     ZvFilePath(const ZvBasicString<char>& text);
     /// Narrow text of \p size bytes, NULs included.
     ZvFilePath(const char* text, std::size_t size);
-    /// All of a narrow text, NULs included.
+    /// Narrow text with all its NULs.
     ZvFilePath(const std::string_view& text);
 
     /// Wide text up to its NUL; \p text must not be null.
@@ -91,7 +92,7 @@ public:
     ZvFilePath(const ZvBasicString<wchar_t>& text);
     /// Wide text of \p size units, NULs included.
     ZvFilePath(const wchar_t* text, std::size_t size);
-    /// All of a wide text, NULs included.
+    /// Wide text with all its NULs.
     ZvFilePath(const std::wstring_view& text);
 
     /// The text of a path up to the first NUL. Where paths are bytes, they are taken as UTF-8.
@@ -113,12 +114,12 @@ public:
     /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvFilePath& operator=(ZvFilePath&& other) noexcept;
 
-    /// Whether the paths are equal by the one order that all three operators follow. Root names are compared exactly,
-    /// so `c:` differs from `C:` and `\\srv` from `//srv`. After the root name case counts too, but any run
-    /// of separators equals any other: `a/b`, `a\b` and `a\\b` are equal. A trailing separator
-    /// matters, and nothing is resolved: `a\` differs from `a`, `a\.\b` from `a\b`. A separator is
-    /// less than any other unit, units are compared as numbers, and a path without root directory
-    /// is less than one with.
+    /// Whether the paths are equal by the one order that all three operators follow. Root names are
+    /// compared exactly, so `c:` differs from `C:` and `\\srv` from `//srv`. After the root name
+    /// case counts too, but any run of separators equals any other: `a/b`, `a\b` and `a\\b` are
+    /// equal. A trailing separator matters, and nothing is resolved: `a\` differs from `a`, `a\.\b`
+    /// from `a\b`. A separator is less than any other unit, units are compared as numbers, and a
+    /// path without root directory is less than one with.
     bool operator==(const ZvFilePath& other) const;
     /// The contrary of `==`.
     bool operator!=(const ZvFilePath& other) const;
@@ -159,9 +160,9 @@ public:
     /// Turns each `/` into `\`.
     ZvFilePath& makePreferred();
 
-    /// By Qt's own conversion, which drops a byte order mark in front: to open a file by the result is
-    /// to open another one then. On Windows a swapped mark (U+FFFE) in front swaps the bytes of the
-    /// text.
+    /// The text by Qt's own conversion, which drops a byte order mark at the start: a file opened
+    /// by the result is another one then. On Windows a swapped mark (U+FFFE) at the start swaps the
+    /// bytes of the text.
     QString toQString() const;
 
     /// The text up to the first NUL as the platform's path: where separators are `/` alone, each
@@ -170,9 +171,9 @@ public:
 
     /// The text in directory form: with a `\` at its end, unless there is a separator already, or
     /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors. But a
-    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, by the rules of
-    /// the standard library, and ends at its first NUL; for the whole of one make a `ZvFilePath` of
-    /// it and append the empty path.
+    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, by the
+    /// rules of the standard library, and ends at its first NUL; for the whole of one make a
+    /// `ZvFilePath` of it and append the empty path.
     [[nodiscard]] static ZvFilePath Directory(const char* text);
     /// The same for narrow text up to its first NUL.
     [[nodiscard]] static ZvFilePath Directory(const std::string& text);

@@ -19,11 +19,11 @@
 class ZVUTIL_EXPORT ZvFilenameValidator : public QRegularExpressionValidator
 {
 public:
-    /// With the limit 256; \p parent, which may be null, owns the validator.
+    /// Makes a validator with the limit 256; \p parent, which may be null, owns the validator.
     explicit ZvFilenameValidator(QObject* parent);
-    /// With a limit of \p maximumLength units; with 0 everything is invalid, the empty text too. A
-    /// literal 0 alone doesn't compile, as it may be a parent as well; say `std::size_t(0)`. A
-    /// negative number turns into a limit that no text reaches.
+    /// Makes a validator with a limit of \p maximumLength units; with 0 everything is invalid, the
+    /// empty text too. A literal 0 alone doesn't compile, as it may be a parent as well; say
+    /// `std::size_t(0)`. A negative number turns into a limit that no text reaches.
     explicit ZvFilenameValidator(std::size_t maximumLength = 256, QObject* parent = nullptr);
     /// Destroys the rule; line edits that use the validator drop it.
     ~ZvFilenameValidator() override;

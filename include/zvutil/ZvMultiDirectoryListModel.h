@@ -42,8 +42,8 @@ class ZvFilePath;
 /// failures during the scan are reported in the log, in the category "FileView".
 ///
 /// **A scan passes over the first entry of each directory of the set, and may list the last one
-/// twice**; the scan ends early after an empty directory, or where a directory can't be read on the way.
-/// See `docs/peculiarities.md`.
+/// twice**; the scan ends early after an empty directory, or where a directory can't be read on the
+/// way. See `docs/peculiarities.md`.
 ///
 /// Types and filter are compared without regard to case, in the sense of the locale that is the
 /// global one when the model is constructed.

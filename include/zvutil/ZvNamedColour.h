@@ -17,11 +17,11 @@ namespace libzvutil {
 class ZVUTIL_EXPORT ZvNamedColour
 {
 public:
-    /// With an empty name and an invalid colour.
+    /// Makes an object with an empty name and an invalid colour.
     ZvNamedColour();
-    /// With a colour as text, which may be null for an invalid colour; \p name must not be null.
+    /// Makes a colour from text, null for an invalid one; \p name must not be null.
     ZvNamedColour(const char* name, const char* colour);
-    /// With copies of both; \p name must not be null.
+    /// Copies both; \p name must not be null.
     ZvNamedColour(const char* name, const QColor& colour);
 
     /// A deep copy of \p other, which must not have been moved from.

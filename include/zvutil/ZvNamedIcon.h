@@ -15,9 +15,9 @@ namespace libzvutil {
 class ZVUTIL_EXPORT ZvNamedIcon
 {
 public:
-    /// With an empty name and an empty path.
+    /// Makes an object with an empty name and an empty path.
     ZvNamedIcon();
-    /// With copies of both, each up to its first NUL.
+    /// Copies both, each up to its first NUL.
     ZvNamedIcon(const ZvString& name, const ZvString& path);
 
     /// A deep copy of \p other, which must not have been moved from.

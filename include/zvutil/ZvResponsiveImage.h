@@ -39,7 +39,7 @@ public:
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// Any mouse button was pressed on the widget.
+    /// Emitted when any mouse button is pressed on the widget.
     void pressed(QPrivateSignal);
 
 protected:

@@ -38,7 +38,8 @@ public:
 
     /// Shows the spinner. No slot of the meta-object: connect to it by its address.
     void searchStarted();
-    /// Hides the spinner, as it is at first. No slot of the meta-object: connect to it by its address.
+    /// Hides the spinner, as it is at first. No slot of the meta-object: connect to it by its
+    /// address.
     void searchStopped();
 };
 

@@ -58,7 +58,7 @@ public:
     /// The name; valid as long as this object.
     const ZvString& name() const;
 
-    /// One of the brushes, `TOTAL` included; any other value is undefined behaviour. Valid as long
+    /// The brush \p brush, `TOTAL` included; any other value is undefined behaviour. Valid as long
     /// as this object.
     const ZvNamedColour& colour(ZvStyleBrush brush) const;
     /// The same as `colour`.
@@ -76,7 +76,7 @@ public:
     /// colours. `AccentForeground` stays as it is.
     void setAccent(const QColor& colour);
 
-    /// One of the icons, `TOTAL` included; any other value is undefined behaviour. Valid as long as
+    /// The icon \p icon, `TOTAL` included; any other value is undefined behaviour. Valid as long as
     /// this object.
     const ZvNamedIcon& icon(ZvStyleIcon icon) const;
     /// Changes the path of one icon, `TOTAL` included; any other value is undefined behaviour.

@@ -14,9 +14,9 @@ class ZvStyle;
 /// controls, while the rest of the application keeps its look.
 ///
 /// The editor works on a copy of the manager's library that its constructor makes. A built-in style
-/// is never changed: the first new colour on one makes a user's copy, which the editor shows from then
-/// on. Only `apply`, which the button "Apply" calls, hands the library to the manager; the caller saves
-/// it. Closing asks nothing, and edits that haven't been applied are lost.
+/// is never changed: the first new colour on one makes a user's copy, which the editor shows from
+/// then on. Only `apply`, which the button "Apply" calls, hands the library to the manager; the
+/// caller saves it. Closing asks nothing, and edits that haven't been applied are lost.
 ///
 /// GUI thread only, `RegisterPreviewWidget` included.
 class ZVUTIL_EXPORT ZvStyleEditor : public QWidget
@@ -41,9 +41,9 @@ public:
     void addPreviewWidget(const QString& name, QWidget* widget);
 
     /// Adds a tab to all editors that are made afterwards: each calls \p factory with itself and
-    /// takes ownership of the result; an exception from it leaves the editor's constructor. \p name is
-    /// in UTF-8. An entry can't be removed, but the reference that is returned stays valid for good:
-    /// assign a null pointer to it, and later editors have no such tab.
+    /// takes ownership of the result; an exception from it leaves the editor's constructor. \p name
+    /// is in UTF-8. An entry can't be removed, but the reference that is returned stays valid for
+    /// good: assign a null pointer to it, and later editors have no such tab.
     static PreviewFactory& RegisterPreviewWidget(const char* name, PreviewFactory&& factory);
 
 Q_SIGNALS:

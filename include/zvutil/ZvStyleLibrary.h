@@ -20,10 +20,10 @@ namespace libzvutil {
 /// Loading throws `attribute_not_found_xml_exception` where a name, a colour or a path is missing,
 /// and `null_element_xml_exception` for a document without a root element or with an empty one, and
 /// for a style without its lists of brushes and icons; both are of `zvutil::experimental::xml`.
-/// Elements are identified by their places, not by their names. Unknown brushes and icons are no error.
-/// A file that breaks off, or is malformed from some place on, ends there: what has been read until
-/// then counts, but loading throws as above if that is before the list of styles or, within a style,
-/// before its list of icons.
+/// Elements are identified by their places, not by their names. Unknown brushes and icons are no
+/// error. A file that breaks off, or is malformed from some place on, ends there: what has been
+/// read until then counts, but loading throws as above if that is before the list of styles or,
+/// within a style, before its list of icons.
 ///
 /// Copies share nothing. A moved-from library may only be destroyed or assigned to. One thread at a
 /// time.
@@ -76,9 +76,9 @@ public:
     /// The names of all styles in their order.
     QStringList names() const;
 
-    /// Writes all styles, the default ones included, and the accents. The new file replaces
-    /// the old one in one step or not at all, and nothing reports which. Colours lose their alpha. The
-    /// end tag of the root element isn't written, and loading doesn't need it.
+    /// Writes all styles, the default ones included, and the accents. The new file replaces the old
+    /// one in one step or not at all, and nothing reports which. Colours lose their alpha. The end
+    /// tag of the root element isn't written, and loading doesn't need it.
     void save(const zvutil::ZvFilePath& path) const;
 
 private:

@@ -45,11 +45,10 @@ class ZvStyleLibrary;
 /// /// Gives a plot, which style sheets don't reach, the colour of panels in each style to come.
 /// void followStyle(QWidget* plot)
 /// {
-///     using libzvutil::ZvStyleManager;
-///     QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::currentStyleChanged, plot,
-///                      [plot](const libzvutil::ZvStyle& style) {
-///                          const QColor panel = style.colour(libzvutil::ZvStyleBrush::Panel).qColour();
-///                          plot->setPalette(QPalette(panel));
+///     using namespace libzvutil;
+///     QObject::connect(&styleManager(), &ZvStyleManager::currentStyleChanged, plot,
+///                      [plot](const ZvStyle& style) {
+///                          plot->setPalette(style.colour(ZvStyleBrush::Panel).qColour());
 ///                      });
 /// }
 /// @endcode
@@ -62,8 +61,8 @@ public:
     ~ZvStyleManager() override;
 
     /// The directory of the user's style files, without a separator at its end: "ui" in the host's
-    /// directory for the user's data. This path and those of the two files in it are only computed, on
-    /// any thread; nothing is created.
+    /// directory for the user's data. This path and those of the two files in it are only computed,
+    /// on any thread; nothing is created.
     static zvutil::ZvFilePath StyleDirectory();
     /// The user's style library, "styles.xml".
     static zvutil::ZvFilePath StyleConfigPath();

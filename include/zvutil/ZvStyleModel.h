@@ -16,9 +16,9 @@ class ZvStyle;
 /// The model works on a copy of its style: edits reach neither a library nor the application. No
 /// row is marked as editable; `setData` is for direct calls.
 ///
-/// Each call of `index` for a brush of an editor gives an index of its own, which differs from those
-/// that earlier calls gave and keeps some bytes until `setStyle` is called or the model is destroyed. The parent of
-/// an icon has the row 0, though the group is in row 1. GUI thread only.
+/// `index` returns another index for a brush of an editor at each call, which differs from the
+/// earlier ones and keeps some bytes until `setStyle` is called or the model is destroyed. The
+/// parent of an icon has the row 0, though the group is in row 1. GUI thread only.
 class ZVUTIL_EXPORT ZvStyleModel : public QAbstractItemModel
 {
 public:

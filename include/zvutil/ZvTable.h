@@ -9,20 +9,21 @@
 /// inverse.
 ///
 /// **A table may have no storage**: one that is made by the default constructor, one that has been
-/// moved from, and one that the clipboard gives where there is none to read. Such a table may only be
-/// destroyed or moved from, and can't be told from another one; ask `hasTableData` before you take a
-/// table from the clipboard. A table of 0 rows and 0 columns has storage.
+/// moved from, and one that the clipboard gives where there is none to read. Such a table may only
+/// be destroyed or moved from, and can't be distinguished from another one; ask `hasTableData`
+/// before you take a table from the clipboard. A table of 0 rows and 0 columns has storage.
 ///
 /// A copy is deep: each cell is copied. A cell takes 48 bytes and one allocation, beside what its
 /// `QVariant` needs. Operations fail only for lack of memory. Two threads may use two tables at once.
 class ZVUTIL_EXPORT ZvTable
 {
 public:
-    /// Without storage. Allocates nothing.
+    /// Makes a table without storage. Allocates nothing.
     ZvTable() noexcept;
 
-    /// With \p rows times \p columns copies of \p fill. Either size may be 0, and the other one is
-    /// kept. Throws `std::length_error` or `std::bad_alloc` if there is no room for so many cells.
+    /// Makes a table with \p rows times \p columns copies of \p fill. Either size may be 0, and the
+    /// other one is kept. Throws `std::length_error` or `std::bad_alloc` if there is no room for so
+    /// many cells.
     ZvTable(unsigned long long rows, unsigned long long columns, const libzvutil::ZvVariant& fill);
 
     /// Copies each cell; \p other must have storage.

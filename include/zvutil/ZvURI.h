@@ -18,9 +18,8 @@ class ZvFilePath;
 ///
 /// Copies share nothing; a copy parses the text again, which changes nothing. A move allocates
 /// nothing and throws nothing. A moved-from URI may only be destroyed, assigned to or set.
-/// Construction and `set` take linear time and fail only for lack of memory, which leaves the URI as
-/// it was. Two
-/// threads may use two URIs at once.
+/// Construction and `set` take linear time and fail only for lack of memory, which leaves the URI
+/// as it was. Two threads may use two URIs at once.
 class ZVUTIL_EXPORT ZvURI
 {
 public:
@@ -37,15 +36,15 @@ public:
     ZvURI(const zvutil::ZvFilePath& path);
     /// Deleted, since the view would convert to a path. Write `ZvURI(std::string(text))`.
     ZvURI(std::string_view text) = delete;
-    /// From the text of \p uri up to its first NUL.
+    /// Parses the text of \p uri up to its first NUL.
     ZvURI(const zvutil::uri& uri);
 
     /// Parses the text of \p other again, which must not have been moved from.
     ZvURI(const ZvURI& other);
     /// Takes over what \p other holds; \p other may then only be destroyed, assigned to or set.
     ZvURI(ZvURI&& other) noexcept;
-    /// Parses the text of \p other again, which must not have been moved from; this URI may have been,
-    /// as for `set`.
+    /// Parses the text of \p other again, which must not have been moved from; this URI may have
+    /// been, as for `set`.
     ZvURI& operator=(const ZvURI& other);
     /// Takes over what \p other holds; \p other may then only be destroyed, assigned to or set.
     ZvURI& operator=(ZvURI&& other) noexcept;
@@ -59,8 +58,8 @@ public:
     void set(const zvutil::ZvBasicString<char>& text);
 
     /// The file URI of \p path up to its first NUL: "file:/" followed by the path's text, whatever
-    /// that begins with. `C:\a b` gives `file:/C:/a%20b`, `\\srv\x` gives `file:///srv/x`. Each 16-bit
-    /// unit is written as UTF-8 by itself; so a character above U+FFFF takes six bytes.
+    /// that begins with. `C:\a b` gives `file:/C:/a%20b`, `\\srv\x` gives `file:///srv/x`. Each
+    /// 16-bit unit is written as UTF-8 by itself; so a character above U+FFFF takes six bytes.
     ///
     /// The host's script function `PathToURI` gives another text for the same path. Wide text makes a
     /// path here as well.

@@ -11,7 +11,8 @@ namespace zvutil {
 
 /// A universally unique identifier as text: the handle that crosses module boundaries.
 ///
-/// The text isn't checked: any text can be an identifier. Input ends at its first NUL. Comparison is that of bytes, so two spellings of one identifier differ.
+/// The text isn't checked: any text can be an identifier. Input ends at its first NUL. Comparison
+/// is that of bytes, so two spellings of one identifier differ.
 ///
 /// Copies share nothing. An identifier takes one allocation for its implementation, and one for a
 /// text that is too long to lie in it, as that of a generated one is; a move takes none and throws

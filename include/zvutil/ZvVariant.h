@@ -60,7 +60,7 @@ public:
     const QVariant& data() const;
 
 protected:
-    /// What holds the `QVariant`.
+    /// The implementation that holds the `QVariant`.
     class Impl;
 
     /// Takes \p implementation over; it must not be null.

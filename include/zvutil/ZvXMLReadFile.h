@@ -9,10 +9,11 @@
 /// derives from it and walks the document in its own methods.
 ///
 /// A file that is missing or can't be read is no error: it has no root element. The file stays open
-/// until this object and all element readers are destroyed and the event loop of the thread that made
-/// it has run after that. Code that writes the same path right after reading has to allow for that.
-/// **Code that reads many files has to let the event loop run between them**: on systems that limit
-/// the number of open files of a process, often to 1024, all files beyond that limit seem to be empty.
+/// until this object and all element readers are destroyed and the event loop of the thread that
+/// made it has run after that. Code that writes the same path right after reading has to allow for
+/// that. **Code that reads many files has to let the event loop run between them**: on systems that
+/// limit the number of open files of a process, often to 1024, all files beyond that limit seem to
+/// be empty.
 ///
 /// A relative path is looked up in the directory that is current when this object is made. One thread
 /// at a time.

@@ -23,13 +23,14 @@ public:
     /// never waits.
     bool stop_requested() const noexcept { return m_flag && m_flag->load(); }
 
-    /// Registers \p receiver, which the first `stop_source::request_stop` that begins afterwards calls
-    /// on its own thread. A stop that was requested before, or is just being requested, doesn't call
-    /// it: a caller that must not miss one connects first and then checks `stop_requested`.
+    /// Registers \p receiver, which the first `stop_source::request_stop` that begins afterwards
+    /// calls on its own thread. A stop that was requested before, or is just being requested,
+    /// doesn't call it: a caller that must not miss one connects first and then checks
+    /// `stop_requested`.
     ///
-    /// The receiver stays connected as long as the caller keeps the returned pointer, the only strong
-    /// reference to it. The source keeps an entry of a few words for it until the source is destroyed,
-    /// so repeated connections to a long-lived source cost memory.
+    /// The receiver stays connected as long as the caller keeps the returned pointer, the only
+    /// strong reference to it. The source keeps an entry of a few words for it until the source is
+    /// destroyed, so repeated connections to a long-lived source cost memory.
     ///
     /// Destroys \p receiver and returns null if the source was destroyed.
     ///

@@ -19,8 +19,8 @@ namespace zvutil {
 /// `#`; a path may follow the port without a `/`. An inner NUL ends what is split, not the text.
 ///
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
-/// failures are `std::bad_alloc` and that of the constructor from a path. The views
-/// are valid until the object is assigned to or destroyed; after a move they belong to the new object.
+/// failures are `std::bad_alloc` and that of the constructor from a path. The views are valid until
+/// the object is assigned to or destroyed; after a move they belong to the new object.
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:

@@ -17,8 +17,8 @@ public:
     /// Generates a new identifier, from `CoCreateGuid` on Windows and from the operating system's
     /// random source elsewhere, as a random identifier of version 4. There is no null identifier.
     ///
-    /// Any thread, without a lock; a forked child never repeats what its parent generates. Takes
-    /// one allocation.
+    /// Any thread may call this, without a lock; a forked child never repeats what its parent
+    /// generates. Takes one allocation.
     ZVUTIL_EXPORT uuid();
 
     /// Keeps \p text as it is.

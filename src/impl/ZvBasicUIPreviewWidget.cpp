@@ -38,8 +38,8 @@ void addRow(QGridLayout& grid, int row, const QString& type, Prepare prepare)
     }
     controls[1]->setDisabled(true);
     controls[2]->setDown(true);
-    // By contract: setChecked() is called on every control, also on buttons, which can't be
-    // checked, and on boxes that are partially checked.
+    // By contract: setChecked() is called on every control of the column, also on buttons, which
+    // can't be checked, and on boxes that are partially checked. All controls get the same calls.
     controls[3]->setChecked(true);
 }
 

@@ -38,7 +38,8 @@ bool setColourData(ZvNamedColour* colour, const QVariant& value, int role)
 {
     if (!colour || role != Qt::DecorationRole)
         return false;
-    // By contract: setData() turns a value that isn't a colour into an invalid colour.
+    // By contract: setData() turns a value that isn't a colour into an invalid colour. Only direct
+    // calls reach it, since no row is editable.
     colour->setColour(value.value<QColor>());
     return true;
 }

@@ -83,7 +83,8 @@ void csv_matrix::parse()
                 field.end = p;
             break;
         case '"':
-            // By contract: a quote anywhere in a field drops the text before it.
+            // By contract: a quote anywhere in a field drops the text before it. Only the text
+            // between quotes counts.
             p = field.open(p, textEnd);
             break;
         default:
@@ -124,8 +125,8 @@ void csv_matrix::endRecord()
     m_column = 0;
 }
 
-/// By contract: endText() drops a last record that is short. The empty record after a final line
-/// feed is one.
+/// By contract: endText() drops a last record that is short, which is mostly the empty one after a
+/// final line feed.
 void csv_matrix::endText()
 {
     if (m_column == m_columns)

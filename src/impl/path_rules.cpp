@@ -137,7 +137,7 @@ public:
         } else if (m_end == m_path.size()) {
             m_atEnd = true;
         } else {
-            // At the start of the relative path this skips no separators.
+            // skipSeparators() skips nothing at the start of the relative path.
             m_begin = skipSeparators(m_path, m_end);
             m_end = skipName(m_path, m_begin);
         }

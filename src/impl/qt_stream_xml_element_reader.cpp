@@ -38,7 +38,7 @@ std::vector<Attribute> byLocalName(const QXmlStreamAttributes& source)
         mayMeet = mayMeet || !attribute.prefix().isEmpty();
         const auto same = mayMeet ? find(attributes, name) : attributes.end();
         // By contract: attributes with the same local name are one, in the place of the first and
-        // with the value of the last.
+        // with the value of the last. The application's formats use no namespaces.
         if (same != attributes.end())
             same->second = std::move(value);
         else

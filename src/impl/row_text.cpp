@@ -77,6 +77,7 @@ void row_text::appendOther(const QString& cell, const QChar* other)
 {
     const QChar* const end = cell.end();
     // By contract: only the separator makes a cell quoted, and a quote in the cell isn't doubled.
+    // Editors and spreadsheets take the text as it is.
     const bool quoted = std::find(other, end, QChar(m_separator)) != end;
     // Reserve three bytes more, for the quotes and the separator.
     char* target = room(static_cast<std::size_t>(cell.size()) + 3);
@@ -84,7 +85,8 @@ void row_text::appendOther(const QString& cell, const QChar* other)
         *target++ = '"';
     const QChar* const plainEnd = copyPlain(target, cell.begin(), end, u'\0');
     m_size = static_cast<std::size_t>(target - m_bytes.data());
-    // By contract: a NUL in a cell also cuts off the closing quote and the separator.
+    // By contract: a NUL in a cell also cuts off the closing quote and the separator. Each cell is
+    // appended up to its first NUL.
     if (plainEnd != end && !appendUntilNul(cell.midRef(static_cast<int>(plainEnd - cell.begin()))))
         return;
     target = room(2);

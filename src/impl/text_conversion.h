@@ -19,7 +19,8 @@ template <typename Source>
 char32_t code_of(Source unit)
 {
     char32_t code = static_cast<char32_t>(unit);
-    // By contract: a byte keeps its sign, so every byte from 0x80 on is out of range.
+    // By contract: a byte keeps its sign, so every byte from 0x80 on is out of range. The encoding
+    // of narrow text is unknown.
     if constexpr (std::is_same_v<Source, char>)
         code = static_cast<char32_t>(static_cast<signed char>(unit));
     if (code > 0x10FFFF)
@@ -57,7 +58,7 @@ Target* write_code(Target* target, char32_t code)
         *target++ = static_cast<Target>(code);
     } else {
         // By contract: a code above 0xFFFF becomes two units even for char32_t, which could hold
-        // it.
+        // it. Conversion to any wider type is conversion to UTF-16.
         *target++ = static_cast<Target>(high_surrogate(code));
         *target++ = static_cast<Target>(low_surrogate(code));
     }

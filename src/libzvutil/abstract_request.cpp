@@ -63,7 +63,8 @@ void abstract_request::abort()
         Q_EMIT failed("abort requested");
     } else if (m_status == request_started) {
         m_stop.request_stop();
-        // By contract: each further abort() of a running request emits aborted() again.
+        // By contract: each further abort() of a running request emits aborted() again. An abort is
+        // a request to the work, which may ignore it.
         Q_EMIT aborted();
     }
 }

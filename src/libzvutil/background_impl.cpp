@@ -30,7 +30,8 @@ background_impl::~background_impl()
         const request_ptr last = std::move(m_queue.back());
         m_queue.pop_back();
     }
-    // By contract: the destructor neither ends the thread nor waits for it.
+    // By contract: the destructor neither ends the thread nor waits for it, since work may take any
+    // time.
 }
 
 void background_impl::add(request_ptr request)

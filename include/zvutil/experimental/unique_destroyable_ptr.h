@@ -8,8 +8,8 @@ namespace zvutil::experimental {
 /// Owns an object that frees itself: the pointer calls `destroy`, a virtual operation of `T`, and
 /// never the delete operator, so that the library that made the object frees it.
 ///
-/// The size is that of a plain pointer. A move leaves null, and there is no copy. `T` must be complete
-/// only where an object is destroyed.
+/// The size is that of a plain pointer. A move leaves null, and there is no copy. `T` must be
+/// complete only where an object is destroyed.
 template <typename T, typename Enable = void>
 class unique_destroyable_ptr
 {

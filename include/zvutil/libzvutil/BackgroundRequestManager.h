@@ -8,25 +8,26 @@ namespace zvutil::libzvutil {
 /// Runs requests one at a time on a worker thread of its own, in the order in which they were
 /// added.
 ///
-/// The next request starts when the one before it has emitted `completed` or `failed`; a request that
-/// never does blocks all later ones. A request that is aborted while it waits is dropped without being
-/// started. A request that is added by a slot or by work on the worker thread itself is queued like any
-/// other. So work must not wait for another request of the same manager, which would never start. A
-/// slot on the worker thread that no work has called may wait: meanwhile the manager starts requests
-/// from the slot's event loop, and slots that wait lie on each other's stack.
+/// The next request starts when the one before it has emitted `completed` or `failed`; a request
+/// that never does blocks all later ones. A request that is aborted while it waits is dropped
+/// without being started. A request that is added by a slot or by work on the worker thread itself
+/// is queued like any other. So work must not wait for another request of the same manager, which
+/// would never start. A slot on the worker thread that no work has called may wait: meanwhile the
+/// manager starts requests from the slot's event loop, and slots that wait lie on each other's
+/// stack.
 ///
 /// `add` may be called on any thread, but must be called on the one on which the request lives,
 /// since the call moves the request to the worker thread and takes it from its parent. `add` never
 /// waits. Make the request's `abstract_response` before.
 ///
 /// **A manager has to live as long as the event loop of the thread that made it.** Its destructor
-/// returns at once. Later the worker's event loop releases the requests that are left, the running one
-/// first and then the others from the last added to the first; a request without another owner is
-/// destroyed there. The worker thread itself is not ended, and its `QThread`
-/// object is deleted by the event loop of the thread that made the manager: if that loop still runs, Qt
-/// ends the program, since the worker runs. A program that has to destroy a manager earlier ends the
-/// worker itself right after, as the program below does at its end. A request's `thread` is the only
-/// way to the worker; a program that may have to end the worker of an unused manager adds a request
+/// returns at once. Later the worker's event loop releases the requests that are left, the running
+/// one first and then the others from the last added to the first; a request without another owner
+/// is destroyed there. The worker thread itself is not ended, and its `QThread` object is deleted
+/// by the event loop of the thread that made the manager: if that loop still runs, Qt ends the
+/// program, since the worker runs. A program that has to destroy a manager earlier ends the worker
+/// itself right after, as the program below does at its end. A request's `thread` is the only way
+/// to the worker; a program that may have to end the worker of an unused manager adds a request
 /// that completes at once, before it destroys the manager.
 ///
 /// @code{.cpp}

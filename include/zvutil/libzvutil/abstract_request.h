@@ -45,10 +45,10 @@ public:
     /// Emits `failed` if the request hasn't ended, and then `finished`; see above.
     ~abstract_request() override;
 
-    /// Whether the request was aborted after it was started. Long work polls this and ends early once
-    /// it is true. Only `abort` sets it, and an abort from another thread is an event: work that
-    /// doesn't return to the event loop has to handle events, by `QCoreApplication::processEvents`, or
-    /// the abort arrives when the work is done.
+    /// Whether the request was aborted after it was started. Long work polls this and ends early
+    /// once it is true. Only `abort` sets it, and an abort from another thread is an event: work
+    /// that doesn't return to the event loop has to handle events, by
+    /// `QCoreApplication::processEvents`, or the abort arrives when the work is done.
     bool abort_requested() const;
 
     /// Whether the status is `request_failed`.

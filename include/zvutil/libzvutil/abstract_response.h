@@ -39,9 +39,9 @@ public:
     /// delivered by another thread.
     ~abstract_response() override;
 
-    /// Calls `abort` when a stop is requested from the source of \p token, on whatever thread; at once
-    /// if it was already. The link lasts until the response is destroyed, and there may be any number
-    /// of them. Another thread must not request the stop while this call runs.
+    /// Calls `abort` when a stop is requested from the source of \p token, on whatever thread; at
+    /// once if it was already. The link lasts until the response is destroyed, and there may be any
+    /// number of them. Another thread must not request the stop while this call runs.
     void attachStopToken(stop_token token);
 
     /// The request's identifier, or "unknown"; valid as long as the response.

@@ -7,7 +7,7 @@ namespace zvutil::signalling {
 class abstract_receiver
 {
 public:
-    /// For subclasses.
+    /// Makes a receiver; only subclasses can call this.
     abstract_receiver() = default;
     /// Receivers are shared, not copied.
     abstract_receiver(const abstract_receiver&) = delete;

@@ -56,7 +56,7 @@ const KeptFacet<Facet>& keptFacet()
 signed char upper(char unit, const KeptFacet<std::ctype<char>>& facet)
 {
     // By contract: bytes are compared as signed values, even where char is unsigned, so a byte from
-    // 0x80 on sorts before any letter.
+    // 0x80 on sorts before any letter. Callers sort by that order.
     return static_cast<signed char>(facet.toupper(unit));
 }
 

@@ -21,9 +21,9 @@ public:
     /// Deletes the windows with their contents.
     ~DockFrame() override;
 
-    /// Shows \p contents in a window at their preferred place, panels in a quarter of the frame or the
-    /// size that they would have as a floating window, until the user resizes them. The frame owns the
-    /// window that is returned and \p contents, which must not be null.
+    /// Shows \p contents in a window at their preferred place, panels in a quarter of the frame or
+    /// the size that they would have as a floating window, until the user resizes them. The frame
+    /// owns the window that is returned and \p contents, which must not be null.
     DockableWidget* addContents(DockableWidgetContents* contents);
 
     /// The windows in the order in which they were added; the frame owns them.

@@ -53,8 +53,8 @@ public:
     /// Whether a file is being watched.
     bool isFileWatcherEnabled() const;
 
-    /// With true, changes of the file aren't reported until a call with false; changes until then
-    /// never are. Calls aren't counted: one with false ends all.
+    /// Suppresses reports of changes of the file while \p ignore is true; changes until a call with
+    /// false are never reported. Calls aren't counted: one with false ends all.
     void fileWatcherIgnoreChanges(bool ignore);
 
     /// The kind of document, for menus and tool bars that depend on it; by default the name.

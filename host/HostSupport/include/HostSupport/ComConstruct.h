@@ -19,8 +19,8 @@ struct ScpParseContext
 using ComHandler = COMERROR (*)(int wordCount, char** words, YRef<MessageHandler> messages,
                                 const ScpParseContext& context);
 
-/// Registers a script command for good: after the library that registered it was unloaded, the command
-/// must not be called any more.
+/// Registers a script command for good: after the library that registered it was unloaded, the
+/// command must not be called any more.
 class HOSTSUPPORT_EXPORT ComConstruct
 {
 public:

@@ -6,7 +6,7 @@
 class HOSTSUPPORT_EXPORT MessageHandler
 {
 public:
-    /// For subclasses.
+    /// Makes a handler; only subclasses can call this.
     MessageHandler() = default;
     /// Handlers are shared, not copied.
     MessageHandler(const MessageHandler&) = delete;

@@ -21,23 +21,23 @@ struct ScriptOutcome
 /// The callbacks of a session, called by the event loop of the thread that made the session.
 struct ScriptListener
 {
-    /// Called with one or more lines, without the last line feed: output of the script and messages of
-    /// functions and commands.
+    /// Called with one or more lines, without the last line feed: output of the script and messages
+    /// of functions and commands.
     std::function<void(const std::string& lines)> printed;
     /// Called once for each `run` and `evaluate`, after all its output.
     std::function<void(const ScriptOutcome& outcome)> finished;
 };
 
-/// A script interpreter of its own, for windows of the host: the globals of one text are visible to the
-/// next. Scripts run on the session's own thread, so that windows stay responsive; the functions and
-/// commands that they call run on the thread that made the session.
+/// A script interpreter of its own, for windows of the host: the globals of one text are visible to
+/// the next. Scripts run on the session's own thread, so that windows stay responsive; the
+/// functions and commands that they call run on the thread that made the session.
 ///
 /// Call all operations on that thread. One text runs at a time: `run` and `evaluate` throw
 /// `std::logic_error` until the one before has `finished`.
 class HOSTSUPPORT_EXPORT ScriptSession
 {
 public:
-    /// For subclasses.
+    /// Makes a session; only subclasses can call this.
     ScriptSession() = default;
     /// A session has one owner.
     ScriptSession(const ScriptSession&) = delete;

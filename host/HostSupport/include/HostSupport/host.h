@@ -13,7 +13,7 @@
 
 /// The host's side of the registries: lists of what is registered, and calls to it.
 ///
-/// All texts are UTF-8. Everything here is for one thread, the one that runs scripts.
+/// Call these functions only on the thread that runs scripts. All texts are UTF-8.
 namespace host {
 
 /// An argument of a script function.

@@ -7,8 +7,8 @@
 
 namespace zvutil::experimental::string {
 
-/// The standard character traits, except that `compare` ignores case. The library has them for `char`,
-/// `char16_t`, `char32_t` and `wchar_t`.
+/// The standard character traits, except that `compare` ignores case. The library has them for
+/// `char`, `char16_t`, `char32_t` and `wchar_t`.
 ///
 /// Only `compare` folds: `eq`, `lt`, `find` and `length` are those of `std::char_traits<C>`.
 template <typename C>
@@ -19,10 +19,11 @@ struct case_insensitive_char_traits : std::char_traits<C>
     /// at or above 0x80 sorts before any letter; for the others as unsigned values. Letters sort
     /// before the signs between `Z` and `a`.
     ///
-    /// Upper case is that of the locale that was the global one when units of this type were
-    /// first compared; later changes of the global locale have no effect. For `char16_t` and `wchar_t` it is the one
-    /// of wide characters, each 16-bit unit by itself; for `char` and `char32_t` the one of narrow
-    /// characters, and a `char32_t` above 0xFF has none. With \p n of 0 no locale is read.
+    /// Upper case is that of the locale that was the global one when units of this type were first
+    /// compared; later changes of the global locale have no effect. For `char16_t` and `wchar_t` it
+    /// is the one of wide characters, each 16-bit unit by itself; for `char` and `char32_t` the one
+    /// of narrow characters, and a `char32_t` above 0xFF has none. With \p n of 0 no locale is
+    /// read.
     ///
     /// Any thread. Takes linear time and allocates nothing.
     static int compare(const C* a, const C* b, std::size_t n);

@@ -8,14 +8,14 @@ namespace zvutil::experimental::xml {
 
 /// Reads a document once, from its beginning to its end.
 ///
-/// A malformed or unreadable document isn't reported: the document ends where the error is, and has no
-/// element at all if nothing comes before the error. Bytes that are invalid in the encoding end it
-/// earlier: the whole block of some kilobytes that they are read with is lost, and so all of a short
-/// document. A document and its elements belong to one thread at a time.
+/// A malformed or unreadable document isn't reported: the document ends where the error is, and has
+/// no element at all if nothing comes before the error. Bytes that are invalid in the encoding end
+/// it earlier: the whole block of some kilobytes that they are read with is lost, and so all of a
+/// short document. A document and its elements belong to one thread at a time.
 class ZVUTIL_EXPORT abstract_xml_document_reader
 {
 public:
-    /// For subclasses.
+    /// Makes a reader; only subclasses can call this.
     abstract_xml_document_reader() = default;
     /// A document is read once, by one reader.
     abstract_xml_document_reader(const abstract_xml_document_reader&) = delete;

@@ -8,9 +8,9 @@ namespace zvutil::experimental::xml {
 /// Reads one element: its name and attributes at any time, and then either its text or its children
 /// one after the other.
 ///
-/// A reader that is destroyed skips what is left of its element, so that its parent continues with the
-/// next sibling. A caller may leave any element at any point. Skipping takes time linear in what is
-/// skipped and a stack of fixed depth.
+/// A reader that is destroyed skips what is left of its element, so that its parent continues with
+/// the next sibling. A caller may leave any element at any point. Skipping takes time linear in
+/// what is skipped and a stack of fixed depth.
 ///
 /// Once an element has been read to its end its reader is null: `name` and `attribute` still work,
 /// `text` and `next_child` throw `null_element_xml_exception`. A reader becomes null by `text`, by
@@ -22,7 +22,7 @@ namespace zvutil::experimental::xml {
 class ZVUTIL_EXPORT abstract_xml_element_reader
 {
 public:
-    /// For subclasses.
+    /// Makes a reader; only subclasses can call this.
     abstract_xml_element_reader() = default;
     /// An element is read once, by one reader.
     abstract_xml_element_reader(const abstract_xml_element_reader&) = delete;

@@ -20,9 +20,9 @@ namespace zvutil::experimental::xml {
 /// }
 /// @endcode
 /// Texts end in a NUL and have to be valid in the encoding of \p C: UTF-8 for `char`, UTF-16 for
-/// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well). Characters
-/// that XML doesn't allow are left out. Markup is escaped, names are written as they are. Invalid
-/// text isn't reported:
+/// `char16_t` and `wchar_t` (on platforms with a `wchar_t` of 32 bits code points as well).
+/// Characters that XML doesn't allow are left out. Markup is escaped, names are written as they
+/// are. Invalid text isn't reported:
 /// - for `char` each bad byte becomes U+FFFD, so a surrogate gives three of them and a sequence for
 ///   more than U+10FFFF four;
 /// - for `char16_t` and `wchar_t` an unpaired surrogate is written as it is: other parsers may refuse
@@ -34,14 +34,14 @@ namespace zvutil::experimental::xml {
 /// A byte order mark at the start of a name or a text is dropped, in UTF-8 as well; in 16 and 32 bits
 /// a swapped one makes the rest be read in the other byte order.
 ///
-/// **The order of calls isn't checked.** An attribute that is written after a text or a child becomes a
-/// part of the text. One that is written twice, or without a name, makes a document that no parser
-/// accepts; this library finds no root in it.
+/// **The order of calls isn't checked.** An attribute that is written after a text or a child
+/// becomes a part of the text. One that is written twice, or without a name, makes a document that
+/// no parser accepts; this library finds no root in it.
 template <typename C>
 class basic_abstract_xml_element_writer
 {
 public:
-    /// For subclasses.
+    /// Makes a writer; only subclasses can call this.
     basic_abstract_xml_element_writer();
     /// An element is written once, by one writer.
     basic_abstract_xml_element_writer(const basic_abstract_xml_element_writer&) = delete;

@@ -5,8 +5,8 @@
 
 namespace zvutil::experimental::xml {
 
-/// The base of the exceptions that reading XML throws. A malformed document throws none: that document
-/// ends early.
+/// The base of the exceptions that reading XML throws. A malformed document throws none: that
+/// document ends early.
 class ZVUTIL_EXPORT xml_exception : public exception
 {
 public:
