@@ -18,9 +18,9 @@ class QTimerEvent;
 /// The object must not be deleted during a run, for example from a slot that is called between
 /// steps.
 ///
-/// An exception that `hasMoreWork`, `processStep`, a slot of `started` or the handling of an event
-/// lets out ends the run: it is caught and dropped, `finished` isn't emitted, and where there is an
-/// interval `reportStatus` goes on being called until another run finishes. A step that can fail
+/// An exception of `hasMoreWork`, `processStep`, a slot of `started` or the handling of an event ends
+/// the run: the exception is caught and dropped, `finished` isn't emitted, and with an interval
+/// `reportStatus` is still called until another run finishes. A step that can fail
 /// reports its failure by itself.
 ///
 /// @code{.cpp}

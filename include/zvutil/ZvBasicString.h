@@ -8,9 +8,8 @@
 namespace zvutil {
 
 /// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`,
-/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: wide
-/// text that comes in with a greater value has that value split into its surrogate pair, and one
-/// above 0x10FFFF becomes U+FFFD.
+/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an
+/// input value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose.
 /// The text never holds a NUL: any input ends at its first one.

@@ -6,9 +6,9 @@
 #include <QPersistentModelIndex>
 
 /// One branch of a tree as a whole model: the children of an index of the source are its top level.
-/// Data and flags are as in the source, and so are rows below the top level. What a view asks of the
-/// invisible top itself, such as `fetchMore` or a drop between its rows, is asked of that of the
-/// source, not of the root.
+/// Data and flags are as in the source, and so are rows below the top level. Calls for the
+/// invisible top itself, such as `fetchMore` or a drop between its rows, go to the source's top, not
+/// to the root.
 ///
 /// Set the source first, then the root:
 /// @code{.cpp}

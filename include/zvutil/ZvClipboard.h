@@ -7,7 +7,7 @@
 #include <zvutil/mime_type.h>
 #include <zvutil/zvutil_export.h>
 
-/// Puts tables on the system's clipboard and asks what is there.
+/// Puts tables on the system's clipboard and reads its content.
 ///
 /// The object has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an
 /// application object. GUI thread only.

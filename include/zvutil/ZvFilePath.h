@@ -32,8 +32,8 @@ namespace zvutil {
 /// Narrow text is in the platform's encoding for file names: the code page on Windows, UTF-8
 /// elsewhere. A `YString` is UTF-8 everywhere. Wide text is UTF-16 everywhere: where `wchar_t` has
 /// 32 bits, a value above 0xFFFF is taken as its surrogate pair, one above 0x10FFFF as U+FFFD.
-/// Unpaired surrogates are kept. A `QString` comes in as wide text, `name.toStdWString()`, and
-/// leaves by `toQString`.
+/// Unpaired surrogates are kept. Pass a `QString` as wide text, `name.toStdWString()`;
+/// `toQString` converts back.
 ///
 /// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or a
 /// `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or a

@@ -12,7 +12,7 @@
 /// control characters up to 0x1F. It has to be **shorter** than the limit: with the default of 256
 /// the longest acceptable one has 255 units of 16 bits.
 ///
-/// Only the text is judged, no file system is asked. Reserved names of devices, a dot or a blank at
+/// Only the text is checked, not a file system. Reserved names of devices, a dot or a blank at
 /// the end, `.` and `..` are acceptable. `setRegularExpression` of the base class replaces the rule
 /// about characters, and an empty expression removes it; the limit stays. Callers should leave the
 /// expression alone.

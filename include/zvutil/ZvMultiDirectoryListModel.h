@@ -37,7 +37,7 @@ class ZvFilePath;
 /// Nothing is watched: `reloadPaths` looks again. Until then a file that has vanished stays a row,
 /// also one that did so while the scan ran.
 ///
-/// A directory that can't be opened is passed over. Links to files are listed, links to directories
+/// A directory that can't be opened is skipped. Links to files are listed, links to directories
 /// aren't followed. A name that isn't text is listed with replacement characters. Other
 /// failures during the scan are reported in the log, in the category "FileView".
 ///
@@ -91,13 +91,13 @@ public:
 
     /// Lists only files with one of these extensions, each with its dot; files of all types if
     /// \p types is empty. A colon in a name ends its type: `a.zvsch:x`, which is a file of its own
-    /// on Linux, is of the type `.zvsch`. What was found before stays, and what was passed over
-    /// before stays away until `reloadPaths`: the types act on what is yet to be found. Empties the
+    /// on Linux, is of the type `.zvsch`. Files found before stay, and files skipped before
+    /// stay away until `reloadPaths`: the types apply to files that are yet to be found. Empties the
     /// list at once.
     void setAllowedFileTypes(const QStringList& types);
 
-    /// Lists only files whose name, without its directory, contains \p text. Looks at what was
-    /// found before, not at the disk. Empties the list at once.
+    /// Lists only files whose name, without its directory, contains \p text. Filters the files
+    /// found before, without reading the disk. Empties the list at once.
     void setFilterFixedString(const QString& text);
 
     /// Scans all directories again. Empties the list at once.

@@ -14,7 +14,7 @@ class ZvStyleLibrary;
 /// Holds the application's style library and its current style, and calls listeners when they
 /// change.
 ///
-/// The one manager is built when it is first asked for anything but a path, which must be on the GUI
+/// The one manager is constructed by the first call that isn't for a path, which must be on the GUI
 /// thread: that thread is the manager's from then on. It loads the built-in library, makes the style
 /// directory and adds the user's library to it, and starts with the style that the host option
 /// "ZvStyle" names, or with "Light". A directory that can't be made and a user's library that can't

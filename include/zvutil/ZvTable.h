@@ -48,7 +48,7 @@ public:
     /// The cells' texts, by `QVariant::toString`, in UTF-8, with commas between them and line feeds
     /// between the rows.
     ///
-    /// A text that holds a comma stands between double quotes. **Nothing else is quoted or escaped**,
+    /// A text that contains a comma is put in double quotes. **Nothing else is quoted or escaped**,
     /// neither a double quote nor a line feed. A NUL ends its cell's text; the separator after it is
     /// lost, and with it the end of the row before.
     libzvutil::ZvString toCSV() const;

@@ -31,8 +31,8 @@ public:
     ZvURI(const std::string& text);
     /// The URI of \p text.
     ZvURI(const zvutil::ZvBasicString<char>& text);
-    /// Wide text makes a path, too: `ZvURI(L"http://x")` is `file:/http://x`, so text of a URI
-    /// comes in narrow.
+    /// The file URI of \p path, see `set`. Wide text makes a path, too: `ZvURI(L"http://x")` is
+    /// `file:/http://x`, so pass the text of a URI as narrow text.
     ZvURI(const zvutil::ZvFilePath& path);
     /// Deleted, since the view would convert to a path. Write `ZvURI(std::string(text))`.
     ZvURI(std::string_view text) = delete;

@@ -12,7 +12,7 @@ namespace libzvutil {
 /// The value of a table's cell: a handle around a `QVariant`, on which all reading is done.
 ///
 /// **Wide text isn't kept**: the constructors that take it store a `bool`. A caller with wide text
-/// hands over a `QVariant` of a `QString`.
+/// passes a `QVariant` of a `QString`.
 ///
 /// A value takes one allocation beside what its `QVariant` needs; a move takes none and throws
 /// nothing. A copy has a `QVariant` of its own, which shares what `QVariant` shares. A moved-from

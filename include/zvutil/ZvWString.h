@@ -8,8 +8,8 @@ class QString;
 
 namespace libzvutil {
 
-/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: a value above 0xFFFF
-/// that comes in is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
+/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an input
+/// value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// `ZvWString` has no comparison and no assignment, on purpose: a text is made, appended to and read.
 class ZVUTIL_EXPORT ZvWString : public ZvAbstractString

@@ -46,9 +46,9 @@ public:
     explicit uri(std::string_view text) = delete;
 
     /// Parses "file:/" followed by the path's text. **Wide text is a path as well**:
-    /// `uri(L"http://x")` gives `file:/http://x`, so text of a URI comes in narrow. A relative path
-    /// isn't made absolute, and of a UNC path's two leading separators nothing is left but slashes:
-    /// `\\srv\x` gives `file:///srv/x`.
+    /// `uri(L"http://x")` gives `file:/http://x`, so pass the text of a URI as narrow text. A
+    /// relative path isn't made absolute, and of a UNC path's two leading separators nothing is
+    /// left but slashes: `\\srv\x` gives `file:///srv/x`.
     ///
     /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes
     /// six bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`,

@@ -14,7 +14,7 @@ namespace zvutil::impl {
 /// Throws `std::range_error` with the text "bad conversion".
 [[noreturn]] void throw_bad_conversion();
 
-/// The code that a unit stands for by itself. Throws as above if it is no code.
+/// The code of a unit by itself. Throws as above if it is no code.
 template <typename Source>
 char32_t code_of(Source unit)
 {
