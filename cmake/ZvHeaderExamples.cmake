@@ -23,6 +23,8 @@
 #
 #   cmake -DROOT=DIRECTORY -DOUTPUT=DIRECTORY -P ZvHeaderExamples.cmake
 
+cmake_policy(VERSION 3.20)
+
 # Moves the first line of the variable TEXT into the variable LINE, without its line feed.
 function(zv_take_line TEXT LINE)
     string(FIND "${${TEXT}}" "\n" end)
@@ -68,7 +70,7 @@ endfunction()
 
 function(zv_extract_examples header)
     file(READ "${ROOT}/${header}" text)
-    if(NOT text MATCHES "@code{\\.cpp}")
+    if(NOT text MATCHES "[@\\]code")
         return()
     endif()
     if(NOT text MATCHES "\n$")
@@ -85,6 +87,8 @@ function(zv_extract_examples header)
         elseif(line MATCHES "^ */// @endcode$")
             zv_add_example("${header}" ${first} "${code}")
             set(first 0)
+        elseif(line MATCHES "[@\\]code")
+            message(FATAL_ERROR "${header}:${number}: write @code{.cpp} on a line of its own")
         elseif(first)
             string(REGEX MATCH "^ */// ?" marks "${line}")
             string(LENGTH "${marks}" length)
@@ -113,7 +117,6 @@ function(zv_header_examples target)
 endfunction()
 
 if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
-    cmake_policy(VERSION 3.20)
     file(GLOB_RECURSE headers RELATIVE "${ROOT}" "${ROOT}/*.h")
     foreach(header IN LISTS headers)
         zv_extract_examples("${header}")
@@ -121,6 +124,6 @@ if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
     get_property(examples GLOBAL PROPERTY zv_examples)
     get_property(program GLOBAL PROPERTY zv_program)
     # Release builds define NDEBUG, with which the examples would assert nothing.
-    file(WRITE "${OUTPUT}/header_examples.h" "#undef NDEBUG\n#include <cassert>\n${examples}")
+    file(WRITE "${OUTPUT}/header_examples.h" "#undef NDEBUG\n${examples}")
     file(WRITE "${OUTPUT}/program.cpp" "${program}")
 endif()

@@ -48,6 +48,8 @@ namespace zvutil {
 /// @code{.cpp}
 /// #include <QString>
 ///
+/// #include <cassert>
+///
 /// const QString name = QStringLiteral("C:/boards/amplifier.zvsch"); // from a file dialog, say
 /// const zvutil::ZvFilePath schematic(name.toStdWString());
 /// assert(schematic.isSchematicFile());

@@ -14,6 +14,7 @@ namespace zvutil {
 /// each object by one thread at a time.
 ///
 /// @code{.cpp}
+/// #include <cassert>
 /// #include <thread>
 ///
 /// const zvutil::stop_source source;
