@@ -56,7 +56,8 @@ void background_impl::add(request_ptr request)
 
 void background_impl::push(request_ptr&& request, bool mayBeQueued)
 {
-    // Count a request that isn't pending any more, since it left that state on another thread.
+    // Make remove_departed() search the queue: this request left the pending state on another
+    // thread, which this thread's count doesn't include.
     if (!request->is_pending())
         --m_departures;
     if (mayBeQueued && !m_isIndexed) {
@@ -114,7 +115,8 @@ void background_impl::start_next()
             Qt::QueuedConnection);
     connect(request.get(), &abstract_request::failed, this, &background_impl::end_current,
             Qt::QueuedConnection);
-    // Notice the start of a request that is in the queue once more, or that entry would stay.
+    // Count the start of this request as seen, unless the request is in the queue once more:
+    // remove_departed() has to remove that entry.
     if (m_entries.count(request.get()) == 0)
         ++m_departures;
     // Hold the request here: work that handles events may cause the deletion of this object.
