@@ -13,7 +13,7 @@
 
 namespace {
 
-/// One widget, as Qt Designer wants to know it.
+/// The description of one widget for Qt Designer.
 class Widget : public QDesignerCustomWidgetInterface
 {
 public:
@@ -53,7 +53,7 @@ QWidget* make(QWidget* parent)
 template <>
 QWidget* make<ZvResponsiveImage>(QWidget* parent)
 {
-    // One without a picture couldn't be found again on the form.
+    // Designer starts with a picture, since an empty widget couldn't be found again on the form.
     return new ZvResponsiveImage(":/zvutil_designer/icons/ZvResponsiveImage.svg", parent);
 }
 

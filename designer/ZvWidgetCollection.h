@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-/// The widgets that Qt Designer and `QUiLoader` find in this plugin.
+/// Lists the widgets of this plugin for Qt Designer and `QUiLoader`.
 class ZvWidgetCollection : public QObject, public QDesignerCustomWidgetCollectionInterface
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Sets \p fetchingMore while the model fetches.
+/// Fetches rows; \p fetchingMore is true meanwhile.
 void fetchMore(QAbstractItemModel& model, const QModelIndex& parent, bool& fetchingMore)
 {
     const auto done = qScopeGuard([&fetchingMore] { fetchingMore = false; });
@@ -148,7 +148,8 @@ void ModelTest::checkChildren(const QModelIndex& parent, int currentDepth)
                 m_model->index(row, column, parent);
             const QModelIndex cell = m_model->index(row, column, parent);
             m_model->parent(cell);
-            // Wanted: the depth counts all descents of this call, not only those that are open.
+            // By contract: currentDepth counts every descent of this call, not only the nested
+            // ones, and is never lowered. So no model is too deep for the walk.
             if (m_model->hasChildren(cell) && currentDepth < deepest)
                 checkChildren(cell, ++currentDepth);
             m_model->index(row, column, parent);
@@ -197,7 +198,7 @@ void ModelTest::rowsAboutToBeInserted(QModelIndex parent, int start, int /*end*/
 
 void ModelTest::rowsInserted(QModelIndex /*parent*/, int /*start*/, int /*end*/)
 {
-    // Attached between the two signals, it has only heard this one.
+    // A test that was attached between the two signals receives only this one.
     if (!m_insert.isEmpty())
         m_insert.pop();
 }

@@ -11,8 +11,9 @@ std::string uriText(const std::string& path)
 {
     if (path.compare(0, 2, "\\\\") == 0)
         return zvutil::uri("file:" + path).text();
-    // Wanted: what claims to be a URI goes back as it came, blanks and backslashes included, and
-    // the claim has to be in lower case.
+    // By contract: PathToURI returns a text that begins with "file:", in lower case, unchanged,
+    // blanks and backslashes included. Such a text is a URI already, and escaping it twice would
+    // change it.
     if (path.compare(0, 5, "file:") == 0)
         return path;
     return zvutil::uri("file:///" + path).text();

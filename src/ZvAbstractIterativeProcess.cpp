@@ -65,7 +65,8 @@ void ZvAbstractIterativeProcess::timerEvent(QTimerEvent* event)
 
 void ZvAbstractIterativeProcess::run()
 {
-    // Wanted: a start that arrives during a run is dropped, not remembered.
+    // By contract: run() drops a start that arrives during a run. Runs don't nest, and none is
+    // remembered.
     if (m_isRunning)
         return;
     m_stopFlag = false;
@@ -78,7 +79,9 @@ void ZvAbstractIterativeProcess::run()
             zvutil::impl::handle_events();
         }
     } catch (...) {
-        // Wanted: the exception goes no further, nobody is told, and the timer stays active.
+        // By contract: run() drops the exception without emitting finished() and leaves the timer
+        // active. Callers don't handle what a step throws; a step that can fail reports that
+        // itself.
         m_isRunning = false;
         return;
     }

@@ -28,7 +28,7 @@ std::basic_string_view<C> viewOf(const Text<C>& text)
     return {text.data(), text.size()};
 }
 
-/// Whether text that comes in is in the units that a string holds.
+/// Whether \p text is already in the units that a string holds.
 template <typename C>
 bool isInUnits(std::basic_string_view<C> /*text*/)
 {
@@ -81,7 +81,7 @@ std::unique_ptr<Impl> implementationOf(std::basic_string_view<C> incoming)
 template <typename C>
 struct ZvBasicString<C>::ZvBasicStringImpl
 {
-    // Without functions of its own, which would be exported along.
+    // The struct has no member functions, since these would be exported along with the class.
     Text<C> text;
 };
 
@@ -187,7 +187,8 @@ std::basic_string<C> ZvBasicString<C>::toStringType() const
 template <typename C>
 std::string ZvBasicString<C>::toStdString() const
 {
-    // Wanted: bytes aren't converted, so this works where toString fails.
+    // By contract: toStdString() of narrow text returns the bytes unconverted, so it works where
+    // toString() throws.
     if constexpr (std::is_same_v<C, char>) {
         return toStringType();
     } else {

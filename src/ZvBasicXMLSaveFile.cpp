@@ -11,7 +11,7 @@ using zvutil::experimental::xml::basic_qt_xml_save_file;
 template <typename C>
 struct ZvBasicXMLSaveFile<C>::ZvBasicXMLSaveFileImpl
 {
-    // Without functions of its own, which would be exported along.
+    // The struct has no member functions, since these would be exported along with the class.
     std::shared_ptr<basic_qt_xml_save_file<C>> file;
 };
 

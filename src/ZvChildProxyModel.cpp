@@ -6,8 +6,8 @@
 
 namespace {
 
-/// Ends the base class's connections, by which it would announce changes beside the branch as well as
-/// if they were at its top. Those that a subclass has made stay.
+/// Disconnects the base class's slots, which would announce changes beside the branch as changes at
+/// its top. Connections of a subclass stay.
 void disconnectBaseClass(const QAbstractItemModel& source, const ZvChildProxyModel& proxy)
 {
     const QMetaObject& base = QIdentityProxyModel::staticMetaObject;
@@ -37,7 +37,8 @@ QModelIndex ZvChildProxyModel::index(int row, int column, const QModelIndex& par
         return QIdentityProxyModel::index(row, column, parent);
     if (!sourceModel())
         return {};
-    // By contract: without a root there are rows but no indexes for them.
+    // By contract: index() is invalid for the rows of a model without a root, although rowCount()
+    // counts them.
     return mapFromSource(sourceModel()->index(row, column, m_root));
 }
 
@@ -76,7 +77,7 @@ QModelIndex ZvChildProxyModel::mapFromSource(const QModelIndex& source) const
 
 bool ZvChildProxyModel::isDescendedFromRoot(const QModelIndex& index) const
 {
-    // A loop, since a model may be deeper than the stack.
+    // Iterate instead of recursing: a model may be deeper than the stack.
     for (QModelIndex i = index; i.isValid(); i = i.parent()) {
         if (m_root == i)
             return true;

@@ -64,8 +64,8 @@ ZvString ZvClipboard::stringData() const
     const QMimeData* const data = content();
     if (!data)
         return {};
-    // By contract: the caller gets what Qt has under the format's name, also what Qt makes of a
-    // list of URIs then. `QMimeData::text` would take other formats for text as well.
+    // By contract: stringData() returns what Qt stores under the format's name, including the text
+    // that Qt makes of a list of URIs. QMimeData::text() would also take other formats for text.
     const QByteArray bytes = data->data(zvutil::impl::mime_type_text(mime_type::text));
     return bytes.isNull() ? ZvString() : ZvString(bytes.toStdString().c_str());
 }

@@ -24,7 +24,7 @@ using zvutil::impl::mime_type_text;
 
 namespace {
 
-/// Null if there is none.
+/// The bytes of the first CSV format, or null.
 QByteArray csvBytes(const QMimeData& data)
 {
     const QByteArray bytes = data.data(mime_type_text(mime_type::windows_csv));
@@ -36,7 +36,7 @@ ZvTable tableOf(const csv_table& matrix)
     ZvTable table(matrix.rows(), matrix.columns(), libzvutil::ZvVariant());
     for (std::size_t row = 0; row < matrix.rows(); ++row) {
         for (std::size_t column = 0; column < matrix.columns(); ++column)
-            // The same as from a `ZvVariant` of the cell, which would be one allocation more.
+            // Equals assigning a `ZvVariant` of the cell, with one allocation less.
             table.value(row, column) = QVariant(QString::fromUtf8(matrix.cell(row, column)));
     }
     return table;
@@ -113,7 +113,8 @@ bool ZvClipboardData::hasType(ZvInternalMimeType type) const
 
 bool ZvClipboardData::hasType(mime_type type) const
 {
-    // Wanted: false even if there is such a format.
+    // By contract: hasType() returns false for a spreadsheet even if the content has that format.
+    // The library can't read it.
     if (type == mime_type::xml_spreadsheet || !mimeData())
         return false;
     const ZvClipboardInternalData* const data = d_impl()->internalData();

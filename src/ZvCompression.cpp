@@ -36,7 +36,7 @@ void requireSize(qint64 size, qint64 limit, const ZvFilePath& file)
     throw ZvFileException(file, ZvBasicString<char>("File too large: ").appended(text));
 }
 
-/// Writes to \p target what \p convert makes of the bytes of \p source.
+/// Writes the result of \p convert for the bytes of \p source to \p target.
 template <typename Convert>
 void convertFile(const ZvFilePath& source, const ZvFilePath& target, qint64 limit, Convert convert)
 {
@@ -45,13 +45,15 @@ void convertFile(const ZvFilePath& source, const ZvFilePath& target, qint64 limi
     if (!in.open(QIODevice::ReadOnly))
         throw ZvFileException::cannotRead(source);
     requireSize(in.size(), limit, source);
-    // Wanted: this truncates the target before anything is read, also where it is the source.
+    // By contract: open() truncates the target before anything is read, even if it is the source.
+    // Nothing checks for one file in both places.
     if (!out.open(QIODevice::WriteOnly))
         throw ZvFileException::cannotWrite(target);
     const QByteArray content = in.readAll();
-    // A device doesn't tell its size beforehand.
+    // Check again: a device has no size before it is read.
     requireSize(content.size(), limit, source);
-    // Wanted: nobody looks at how many bytes have been written.
+    // By contract: convertFile() ignores how many bytes write() took, so a full disk leaves a short
+    // target and no error.
     out.write(convert(content));
 }
 

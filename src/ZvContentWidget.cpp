@@ -11,7 +11,8 @@
 
 namespace {
 
-// Wanted: what the application calls its documents outside of files. Nothing in this library asks.
+// By contract: the media types of the application's documents are kept here, although nothing in
+// the library uses them.
 [[maybe_unused]] constexpr char schematicMediaType[] = "application/Corvane-Schematic";
 [[maybe_unused]] constexpr char symbolMediaType[] = "application/Corvane-Symbol";
 [[maybe_unused]] constexpr char scriptMediaType[] = "application/Corvane-Script";
@@ -30,7 +31,8 @@ QString dialogFilter(const QString& documentTypeName, int fileType)
     for (const QString& extension : extensions(fileType))
         patterns += QLatin1Char('*') + extension + QLatin1Char(',');
     patterns.chop(1);
-    // Wanted: the plural is made by an s, whatever the name.
+    // By contract: the filter appends an s to any type name. The host's documents have names for
+    // which that is the plural.
     return documentTypeName + QStringLiteral("s (") + patterns + QLatin1Char(')');
 }
 
@@ -49,7 +51,8 @@ ZvContentWidget::ZvContentWidget(Impl* impl, const QString& name, QWidget* paren
     : ContentWidget(name, parent, true)
     , d(impl)
 {
-    // So that signals can come from other threads: the meta-object knows the arguments by these names.
+    // Register the arguments under the names that the meta-object uses, or queued signals from
+    // other threads would be dropped.
     [[maybe_unused]] static const int registered[] = {
         qRegisterMetaType<zvutil::ZvFilePath>("zvutil::ZvFilePath"),
         qRegisterMetaType<QProtectedSignal>("QProtectedSignal"),
@@ -84,7 +87,8 @@ void ZvContentWidget::setFilename(const zvutil::ZvFilePath& path)
     d_impl()->filename = path;
     setLongTitle(path.toQString());
     setShortTitle(path.filename().toQString());
-    // Wanted: it watched the file of the old name, and stays off.
+    // By contract: setFilename() leaves the file watcher off, since it watched the file of the old
+    // name. The subclass switches it on again when it is ready.
     enableFileWatcher(false);
 }
 
@@ -108,7 +112,7 @@ void ZvContentWidget::saveAs(const zvutil::ZvFilePath& path) const
 {
     if (path.isEmpty())
         return;
-    // The frame's operations aren't const; a widget never is.
+    // Casting is safe: widgets are never const objects, and the frame's operations aren't const.
     auto* const self = const_cast<ZvContentWidget*>(this);
     self->fileWatcherIgnoreChanges(true);
     const auto watchAgain = qScopeGuard([self] { self->fileWatcherIgnoreChanges(false); });
@@ -151,14 +155,16 @@ void ZvContentWidget::closeEvent(QCloseEvent* event)
 {
     const QString first = closeEventText(0);
     const QString second = closeEventText(1);
-    // Wanted: the frame's own, past the override below, and the second text first.
+    // By contract: closeEvent() calls the frame's implementation, not the override below, and
+    // passes the second text first. The frame takes the details before the question.
     DockableWidgetContents::closeEvent(event, second, first);
 }
 
 void ZvContentWidget::closeEvent(QCloseEvent* /*event*/, const QString& /*details*/,
                                  const QString& /*question*/)
 {
-    // Wanted: a call through the frame's base class does nothing.
+    // By contract: calls through the frame's base class do nothing, so that a document isn't closed
+    // twice.
 }
 
 void ZvContentWidget::callOnCloseScript()

@@ -29,8 +29,8 @@ ZvFileException::ZvFileException(const ZvFilePath& path, const ZvBasicString<cha
 
 ZvFileException::ZvFileException(const std::filesystem::filesystem_error& error)
     : ZvException(ZvBasicString<char>(error.what()))
-    // Not by the path's own constructor, which throws for a name that is no text: the message would be
-    // lost, and whoever handles failures of files would get another one.
+    // any_path_text() doesn't throw, unlike ZvFilePath's own constructor for a name that isn't
+    // text: that exception would replace this one and its message.
     , m_path(impl::any_path_text(error.path1()))
 {
 }

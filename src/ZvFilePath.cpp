@@ -35,7 +35,7 @@ namespace {
 
 constexpr char vendorFolder[] = "Corvane Technologies";
 
-/// Up to the first NUL.
+/// Decodes \p path up to its first NUL.
 std::wstring textOfPath(const std::filesystem::path& path)
 {
     const std::wstring text = impl::path_text(path);
@@ -98,11 +98,11 @@ bool hasExtension(const ZvFilePath& path, std::wstring_view extension)
     return impl::path_rules::compare(path.extension().c_str(), extension) == 0;
 }
 
-// Registered while the library loads: the type under both its names, then the converter, which
-// Qt unregisters when the library is unloaded.
+// Static initialisers register the type under both its names and then the converter, which Qt
+// unregisters when the library is unloaded.
 const int metaType = qRegisterMetaType<ZvFilePath>("ZvFilePath");
 const bool converter = QMetaType::registerConverter<ZvFilePath, QString>(
-    // A type that nobody else can name, so that the converter's static stays this library's own.
+    // A lambda has a type of its own, so the converter's static isn't shared with other libraries.
     [](const ZvFilePath& path) { return path.toQString(); });
 
 } // namespace
@@ -198,7 +198,8 @@ ZvFilePath::~ZvFilePath() = default;
 
 ZvFilePath& ZvFilePath::operator=(const ZvFilePath& other)
 {
-    // Wanted: a path that nobody uses is made with each copy assignment.
+    // By contract: copy assignment makes a path that nothing uses. The step is a fixed part of the
+    // operation and harmless.
     [[maybe_unused]] const std::wstring scratch = L"C:/tmp";
     return *this = ZvFilePath(other);
 }
@@ -247,7 +248,7 @@ ZvBasicString<wchar_t> ZvFilePath::extension() const
 {
     const std::wstring& text = m_impl.impl().text;
     const std::wstring_view result = impl::path_rules::extension(text);
-    // All but one in front of a stream's name end with the text, and so with its NUL.
+    // Only an extension before the name of an alternate stream lacks the text's own NUL at its end.
     if (result.data() + result.size() == text.data() + text.size())
         return result.data();
     return std::wstring(result);
@@ -275,7 +276,8 @@ bool ZvFilePath::isDescendant(const ZvFilePath& other) const
 {
     const std::wstring& directory = m_impl.impl().text;
     const std::wstring& text = other.m_impl.impl().text;
-    // Wanted: a plain prefix test, stricter than comparison.
+    // By contract: isDescendant() compares texts unit by unit, so `C:\a\` isn't above `C:/a/b`. The
+    // prefix test is stricter than operator== and cheap.
     return impl::path_rules::filename(directory).empty() && text.size() > directory.size()
         && text.compare(0, directory.size(), directory) == 0;
 }

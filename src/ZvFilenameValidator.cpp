@@ -19,12 +19,14 @@ ZvFilenameValidator::~ZvFilenameValidator() = default;
 
 QValidator::State ZvFilenameValidator::validate(QString& input, int& position) const
 {
-    // Wanted: a name as long as the limit is too long.
+    // By contract: validate() rejects a name that is as long as the limit. The limit is the length
+    // at which input turns invalid.
     if (static_cast<std::size_t>(input.size()) >= m_maximumLength)
         return Invalid;
-    // The base class moves the position to the end of an invalid text.
+    // Pass a copy: the base class moves the position to the end of an invalid text.
     int scratch = position;
     const State state = QRegularExpressionValidator::validate(input, scratch);
-    // A line break at the end has passed the `$`, which makes the text look unfinished.
+    // A `$` also matches before a final line break, and the base class reports that text as
+    // unfinished.
     return state == Intermediate && !input.isEmpty() ? Invalid : state;
 }

@@ -20,7 +20,8 @@ ZvNamedColour::ZvNamedColour()
 {
 }
 
-// Wanted: the text goes to Qt as it is, and no hash is added where it lacks one.
+// By contract: the constructor passes the text to QColor as it is and adds no hash to bare digits,
+// which make an invalid colour.
 ZvNamedColour::ZvNamedColour(const char* name, const char* colour)
     : ZvNamedColour(name, QColor(colour))
 {
@@ -88,7 +89,7 @@ const ZvString& ZvNamedColour::name() const
 
 ZvString ZvNamedColour::colourString() const
 {
-    // Wanted: without alpha.
+    // By contract: colourString() drops alpha. Files of styles hold colours without it.
     return qColour().name().toUtf8().constData();
 }
 

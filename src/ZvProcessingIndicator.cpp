@@ -15,7 +15,7 @@ namespace {
 constexpr int period = 100; // milliseconds
 constexpr int bars = 12;
 
-/// A bar that stands upright above the origin, on a spinner of this size.
+/// The upright bar above the origin, for a spinner of size \p side.
 QRectF upperBar(double side)
 {
     const double inner = side * 0.15;

@@ -6,11 +6,12 @@
 
 namespace {
 
-/// Goes from \p before to \p behind where \p done of the width ends.
+/// A gradient that changes from \p before to \p behind where \p done of the width ends.
 QBrush hardEdge(const QRect& rect, double done, const QColor& before, const QColor& behind)
 {
     QLinearGradient gradient(rect.topLeft(), rect.topRight());
-    // Wanted: Qt refuses the stops that lie outside, with a warning, and the others are used.
+    // By contract: values aren't checked. QGradient ignores stops outside of 0 to 1 with a warning
+    // and uses the others.
     gradient.setColorAt(done - 0.001, before);
     gradient.setColorAt(done, behind);
     gradient.setColorAt(done + 0.001, behind);
@@ -71,7 +72,7 @@ void ZvProgressLineEdit::changeEvent(QEvent* event)
 
 void ZvProgressLineEdit::resetBrush()
 {
-    // The widget's own palette may hold a gradient already.
+    // Take the colour from a new line edit: this one's palette may hold a gradient already.
     const QLineEdit plain;
     m_baseBrush = plain.palette().brush(QPalette::Current, QPalette::Base);
     m_progressColour = m_baseBrush.color().darker(110);

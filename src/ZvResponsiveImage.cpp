@@ -10,14 +10,14 @@
 
 namespace {
 
-/// Wanted: in 32 bits, so the area of what is huge wraps around.
+/// By contract: area() computes in 32 bits, so the area of a huge size wraps around.
 int area(const QSize& size)
 {
     return static_cast<int>(static_cast<unsigned>(size.width())
                             * static_cast<unsigned>(size.height()));
 }
 
-/// A null picture for a null pointer.
+/// Loads \p file; a null pointer gives a null picture.
 QPixmap load(const char* file)
 {
     return file ? QPixmap(zvutil::impl::any_utf8_text(file)) : QPixmap();
@@ -81,7 +81,8 @@ void ZvResponsiveImage::mousePressEvent(QMouseEvent* /*event*/)
 void ZvResponsiveImage::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    // Wanted: in pixels of the device, also where a pixel of the widget has several of those.
+    // By contract: paintEvent() takes the size in device pixels for one in widget pixels, so on
+    // scaled displays the picture is painted too large.
     const QSize size = m_scaled.size();
     const int left = std::max((width() - size.width()) / 2, 0);
     const int top = std::max((height() - size.height()) / 2, 0);
@@ -96,7 +97,8 @@ void ZvResponsiveImage::resizeEvent(QResizeEvent* event)
 
 QPixmap ZvResponsiveImage::scaleOriginal(const QSize& size) const
 {
-    // Wanted: areas are compared, not sides, so a long and narrow widget gets the whole picture.
+    // By contract: scaleOriginal() compares areas, not sides, so a long and narrow widget gets the
+    // whole picture and cuts it off.
     if (area(size) >= area(m_image.size()))
         return m_image;
     const double ratio = devicePixelRatioF();

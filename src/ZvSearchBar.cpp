@@ -6,7 +6,7 @@ namespace {
 
 void setUp(ZvSearchBar& bar)
 {
-    // Wanted: not translated.
+    // By contract: the placeholder isn't translated; it is the same in every language.
     bar.setPlaceholderText(QStringLiteral("Search"));
     auto* const action = new ZvSearchBarProcessingAction(&bar);
     bar.addAction(action, QLineEdit::TrailingPosition);

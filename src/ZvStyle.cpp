@@ -169,7 +169,8 @@ void ZvStyle::setEditorColour(const char* editor, const char* brush, const QColo
     added.setBrush(brush, colour);
     if (ZvEditorStyle* const found = d_impl()->editor(editor))
         found->setBrush(brush, colour);
-    // Wanted: in every case, also if there is an editor of that name.
+    // By contract: setEditorColour() appends an editor even if one of that name exists. Readers
+    // find the first one, which has just been updated.
     addEditor(std::move(added));
 }
 
@@ -233,7 +234,8 @@ bool ZvStyle::apply(QWidget* widget) const
     const QString text = templateText();
     if (text.isEmpty())
         return false;
-    // Wanted: nothing stands between, other than for the application.
+    // By contract: the sheet of a widget has no line feed between template and modifications,
+    // unlike that of the application.
     widget->setStyleSheet(d_impl()->substituteVariables(text + modificationsText()));
     return true;
 }

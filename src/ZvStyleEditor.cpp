@@ -35,7 +35,7 @@ COMERROR editStyles(int /*wordCount*/, char** /*words*/, YRef<MessageHandler> /*
 
 const ComConstruct editCommand("_se", &editStyles, 0);
 
-/// Puts a button behind all that a page holds, in the order of the tab key.
+/// Places \p button after all widgets of \p page in the tab order.
 void putBehind(const QWidget& page, QWidget& button)
 {
     QWidget* last = page.nextInFocusChain();
@@ -46,11 +46,12 @@ void putBehind(const QWidget& page, QWidget& button)
 
 } // namespace
 
-// The order of the steps counts: what is done before its signal is connected has no reaction.
+// The order of the steps matters: a step before the connection of its signal causes no reaction.
 ZvStyleEditor::ZvStyleEditor(QWidget* parent)
     : QWidget(parent)
 {
-    // What a preview's factory throws ends this constructor, and no destructor runs then.
+    // Keep the implementation in a smart pointer: if a preview's factory throws, the destructor
+    // doesn't run.
     auto implementation = std::make_unique<Impl>();
     m_implementation = implementation.get();
 
@@ -59,7 +60,7 @@ ZvStyleEditor::ZvStyleEditor(QWidget* parent)
 
     auto* const combo = new QComboBox;
     combo->setAccessibleName(QStringLiteral("Style"));
-    // By itself it would keep the width of the names that it is first shown with.
+    // By default a combo box keeps the width of the names that it is first shown with.
     combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     combo->insertItems(0, d_impl()->library.names());
     combo->setCurrentText(ZvStyleManager::CurrentStyle().name().toQString());
@@ -100,7 +101,7 @@ ZvStyleEditor::ZvStyleEditor(QWidget* parent)
     d_impl()->addPreviewTab(QStringLiteral("Basic UI"), new ZvBasicUIPreviewWidget(panel));
     d_impl()->connectControls(*this, {combo, duplicateButton, tree, model, panel, applyButton});
 
-    // A copy, since a factory may register another one.
+    // Iterate over a copy, since a factory may register another one.
     for (const auto& [name, factory] : Impl::PreviewFactories(Impl::previewFactories())) {
         if (factory)
             d_impl()->addPreviewTab(name, factory(this));

@@ -37,7 +37,7 @@ using ElementPtr = zvutil::experimental::unique_destroyable_ptr<Element>;
 
 const char libraryResource[] = ":/libzvutil/style/library.xml";
 
-/// An element that a library can't do without.
+/// Returns \p element, or throws if it is null.
 ElementPtr required(ElementPtr element)
 {
     if (!element)
@@ -224,7 +224,7 @@ void ZvStyleLibrary::add(ZvStyleLibrary&& other)
         return;
     std::vector<ZvStyle>& styles = other.d_impl()->styles;
     d_impl()->add(std::make_move_iterator(styles.begin()), std::make_move_iterator(styles.end()));
-    // Those that have been moved out can't even be asked for their names.
+    // Remove the styles that were moved from: they don't even have names.
     styles.clear();
 }
 
@@ -290,7 +290,8 @@ void ZvStyleLibrary::save(const ZvFilePath& path) const
         for (const ZvNamedColour& accent : d_impl()->accents)
             impl::write_colour(*list, "Accent", accent);
     }
-    // Wanted: before the root element ends, so that its end tag doesn't reach the file.
+    // By contract: save() commits before the root element's writer is destroyed, so the file lacks
+    // that end tag. Loading doesn't need the tag.
     document.commit();
 }
 

@@ -64,7 +64,7 @@ void makeStyleDirectory()
         throw std::filesystem::filesystem_error("create_directories", directory, error);
 }
 
-/// The library's style of the name that \p getName returns, or its light one, also where that throws.
+/// The library's style of the name that \p getName returns, or the light one if either throws.
 template <typename GetName>
 ZvStyle styleOrLight(const ZvStyleLibrary& library, GetName getName)
 {
@@ -78,7 +78,7 @@ ZvStyle styleOrLight(const ZvStyleLibrary& library, GetName getName)
 YString hostStyleName()
 {
     YString name;
-    // The default is the one that the option has been declared with.
+    // An option that isn't set gives the default that it was declared with.
     sp_ReadOptionsInfo(styleOption, &name, name);
     return name;
 }
@@ -93,7 +93,7 @@ public:
     void merge(const ZvStyleLibrary& other);
 
     ZvStyleLibrary library;
-    ZvStyle current; ///< by value: it may differ from the library's style of its name
+    ZvStyle current; ///< may differ from the library's style of its name
 };
 
 ZvStyleManager::Impl::Impl()
@@ -102,7 +102,8 @@ ZvStyleManager::Impl::Impl()
         makeStyleDirectory();
         library.add(StyleConfigPath());
     } catch (...) {
-        // Wanted: whatever is wrong with the user's files, the built-in styles work.
+        // By contract: the constructor ignores any failure with the user's files, so that the
+        // built-in styles always work.
     }
     current = styleOrLight(library, &hostStyleName);
 }
@@ -170,7 +171,8 @@ void ZvStyleManager::SetStyle(const ZvStyle& style)
 
 void ZvStyleManager::SetStyle(ZvStyle&& style)
 {
-    // Wanted: a temporary is copied like any other.
+    // By contract: SetStyle() copies a temporary like any other style and leaves it unchanged.
+    // Every argument is copied before the call moves to the manager's thread.
     SetStyle(std::as_const(style));
 }
 

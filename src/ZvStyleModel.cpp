@@ -17,7 +17,7 @@ COMERROR showCurrentStyle(int /*wordCount*/, char** /*words*/, YRef<MessageHandl
 {
     auto* const view = new QTreeView;
     view->setModel(new ZvStyleModel(ZvStyle::Current(), view));
-    // The model has no title for its column, so Qt would show its number.
+    // Hide the header: the model has no title for its column, so Qt would show a number.
     view->setHeaderHidden(true);
     impl::show_command_window(view, QCoreApplication::translate("libzvutil", "Current Style"));
     return COM_OK;
@@ -70,7 +70,8 @@ QModelIndex ZvStyleModel::index(int row, int column, const QModelIndex& parent) 
     case Impl::Editors:
         return createIndex(row, column, &impl.editorRows);
     case Impl::Editor:
-        // Wanted: another handler at each call.
+        // By contract: index() makes a new handler for each call, so two indexes of one editor
+        // brush differ. An index has only one pointer, which has to identify the editor as well.
         return createIndex(row, column, impl.addColourHandler(parent.row()));
     case Impl::Brush:
     case Impl::Icon:
@@ -92,7 +93,8 @@ QModelIndex ZvStyleModel::parent(const QModelIndex& index) const
     case Impl::Editor:
         return createIndex(2, 0, &impl.editors);
     case Impl::Icon:
-        // Wanted: the row 0, though the group is in row 1; the pointer tells the groups apart.
+        // By contract: parent() returns row 0 for the icon group, although it is row 1. The
+        // pointer, not the row, identifies the group.
         return createIndex(0, 0, &impl.icons);
     case Impl::EditorColour:
         return createIndex(static_cast<const Impl::EditorColourHandler*>(handler)->editorRow(), 0,

@@ -16,7 +16,7 @@ using libzvutil::ZvVariant;
 
 namespace {
 
-/// How many cells a grid has. Throws `std::length_error` if there is no such number.
+/// The number of cells of a grid. Throws `std::length_error` if it has no such number.
 std::size_t cellCount(unsigned long long rows, unsigned long long columns)
 {
     if (columns != 0 && rows > std::numeric_limits<std::size_t>::max() / columns)
@@ -27,7 +27,7 @@ std::size_t cellCount(unsigned long long rows, unsigned long long columns)
 /// Adds a cell's text to its row.
 void append(zvutil::impl::delimited_row_writer& row, const QVariant& cell)
 {
-    // The same as `toString` gives, without a copy.
+    // Equals toString(), without a copy of the text.
     if (cell.userType() == QMetaType::QString)
         row.append(*static_cast<const QString*>(cell.constData()));
     else
@@ -40,10 +40,10 @@ void removeLast(ZvString& text)
         text.resize(text.size() - 1);
 }
 
-/// How many rows tell how long the text of all will be.
+/// The number of rows after which the length of the whole text is estimated.
 constexpr unsigned long long sampleRows = 1000;
 
-/// Makes room, so that a long text isn't copied over and over while it grows.
+/// Reserves room in \p text, so that a long text isn't copied repeatedly while it grows.
 void reserve(ZvString& text, std::size_t size)
 {
     const std::size_t before = text.size();
@@ -80,8 +80,8 @@ public:
     unsigned long long columnCapacity;
 };
 
-/// How long the text of all rows will be, going by that of the first ones; at most about as much as
-/// the cells themselves take.
+/// The estimated length of the text of all rows, from that of the first ones; at most about as much
+/// as the cells themselves take.
 std::size_t ZvTable::Impl::likelySize(std::size_t sampleSize) const
 {
     constexpr std::size_t cellSize = 48;
@@ -93,7 +93,7 @@ std::size_t ZvTable::Impl::likelySize(std::size_t sampleSize) const
 ZvString ZvTable::Impl::text(char separator) const
 {
     ZvString result;
-    // Rows without cells come to nothing, however many there are.
+    // Rows without cells give an empty text, however many there are.
     if (columns == 0)
         return result;
     zvutil::impl::delimited_row_writer line(separator);
@@ -101,7 +101,8 @@ ZvString ZvTable::Impl::text(char separator) const
         line.clear();
         for (unsigned long long column = 0; column < columns; ++column)
             append(line, cells[index(row, column)].data());
-        // Wanted: what is last goes, also where it is no separator but the end of the row above.
+        // By contract: text() removes the last character of each row, even if a cell's NUL cut off
+        // the separator. That character may be the line feed of the row above.
         if (line.is_empty())
             removeLast(result);
         else

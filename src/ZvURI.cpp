@@ -14,7 +14,7 @@ struct ZvURI::ZvURIImpl
 
 namespace {
 
-/// Puts \p uri in the place of the one before; a moved-from handle gets a new implementation.
+/// Replaces the URI that \p holder holds; a moved-from handle gets a new implementation.
 template <typename Impl>
 void replace(zvutil::basic_pimpl<Impl>& holder, zvutil::uri&& uri)
 {

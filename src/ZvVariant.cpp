@@ -48,7 +48,8 @@ ZvVariant::ZvVariant(const zvutil::ZvBasicString<char>& text)
 {
 }
 
-// Wanted: a pointer to wide text is taken for a truth value.
+// By contract: the constructor stores a bool for wide text, since the pointer converts to
+// QVariant's bool.
 ZvVariant::ZvVariant(const wchar_t* text)
     : ZvVariant(QVariant(text != nullptr))
 {

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view escaped_blank = "%20";
 
-/// Makes \p target, which is empty, the normalised form of \p text.
+/// Sets \p target, which is empty, to the normalised form of \p text.
 void set_normalised(std::string& target, std::string_view text)
 {
     const auto blanks = static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
@@ -26,7 +26,7 @@ void set_normalised(std::string& target, std::string_view text)
     }
 }
 
-/// Takes the components off the front of a text, one after the other.
+/// Removes the components from the front of a text, one after the other.
 class uri_scanner
 {
 public:
@@ -37,7 +37,7 @@ public:
 
     bool skip(std::string_view prefix)
     {
-        // The first character decides most times, without a call.
+        // Compare the first character first, which mostly decides without a call.
         if (m_rest.empty() || m_rest.front() != prefix.front()
             || m_rest.substr(0, prefix.size()) != prefix)
             return false;
@@ -93,13 +93,15 @@ bool scan_scheme(uri_scanner& scanner, uri_impl& parts)
 void scan_authority(uri_scanner& scanner, uri_impl& parts)
 {
     const std::string_view start = scanner.rest();
-    // Wanted: the user part reaches to the first @ of all the rest, over any / ? and #.
+    // By contract: the user part reaches to the first @ of the rest, across / ? and #, as in the
+    // expression below.
     const std::size_t at = start.find('@');
     if (at != std::string_view::npos) {
         parts.userinfo = scanner.take(at);
         scanner.skip("@");
     }
-    // Wanted: the host ends at : and / only, so a query without a path in front of it is host.
+    // By contract: the host ends only at : and /, so a query without a path before it belongs to
+    // the host.
     parts.host = scanner.take_until([](char c) { return c == ':' || c == '/'; });
     if (scanner.skip(":"))
         parts.port = scanner.take_until([](char c) { return c < '0' || c > '9'; });
@@ -115,11 +117,11 @@ void scan_path(uri_scanner& scanner, uri_impl& parts)
         parts.fragment = scanner.rest();
 }
 
-/// Splits as this expression would, in which no choice is ever taken back:
+/// Splits as this expression would, in which no match is ever taken back:
 /// (file|http|https):(?://((?:([^@ ]*)@)?([^:/ ]*)(?::(\d*))?))?([^?# ]*)(?:\?([^# ]*))?(?:#([^ ]*))?
 void split(uri_impl& parts)
 {
-    // Everything behind an inner NUL is text, but no part of the URI.
+    // The URI ends at an inner NUL; the text doesn't.
     uri_scanner scanner(std::string_view(parts.text).substr(0, parts.text.find('\0')));
     if (!scan_scheme(scanner, parts))
         return;
@@ -141,6 +143,15 @@ std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 {
     return parse_uri(file_uri_text(path_text(path)));
+}
+
+std::string file_uri_text(std::wstring_view path)
+{
+    // By contract: file_uri_text() writes one slash, whatever the path begins with. Modules depend
+    // on that.
+    std::string text = "file:/";
+    append_units_as_utf8(text, path);
+    return text;
 }
 
 } // namespace zvutil::impl

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The numbers by which the host's log knows its sinks.
+// The host's numbers for the sinks of its log.
 constexpr int console_sink = 0;
 constexpr int file_sink = 1;
 constexpr int memory_sink = 2;

@@ -602,7 +602,7 @@ private Q_SLOTS:
         QCOMPARE(model.style().name().toQString(), QStringLiteral("Mine"));
     }
 
-    void testerComplainsOfWhatIsWantedAlone()
+    void testerComplainsOfPeculiaritiesAlone()
     {
         const QStringList parentOfIcons = {
             QStringLiteral("Inconsistent parent() implementation detected:"),

@@ -14,37 +14,73 @@ class QTimerEvent;
 /// two steps, also `stop` and `restart`. A step should be short, since nothing else happens
 /// meanwhile.
 ///
-/// `start`, `stop` and `restart` may be called on any thread, all else on the object's own. It must
-/// not be deleted while it runs, from a slot that is called between steps for example.
+/// `start`, `stop` and `restart` may be called on any thread, everything else on the object's own.
+/// The object must not be deleted during a run, for example from a slot that is called between
+/// steps.
 ///
-/// An exception that `hasMoreWork`, `processStep`, a slot of `started` or the handling of an event
-/// lets out ends the run: it is caught and dropped, `finished` isn't emitted, and where there is an
-/// interval `reportStatus` goes on being called, until another run finishes. A step that can fail
-/// has to tell so by itself.
+/// An exception of `hasMoreWork`, `processStep`, a slot of `started` or the handling of an event ends
+/// the run: the exception is caught and dropped, `finished` isn't emitted, and with an interval
+/// `reportStatus` is still called until another run finishes. A step that can fail
+/// reports its failure by itself.
+///
+/// @code{.cpp}
+/// #include <QLabel>
+///
+/// #include <cstddef>
+/// #include <utility>
+/// #include <vector>
+///
+/// class Summation : public ZvAbstractIterativeProcess
+/// {
+/// public:
+///     explicit Summation(std::vector<double> numbers)
+///         : m_numbers(std::move(numbers))
+///     {
+///     }
+///
+///     bool hasMoreWork() override { return m_next < m_numbers.size(); }
+///     void processStep() override { sum += m_numbers[m_next++]; }
+///
+///     double sum = 0;
+///
+/// private:
+///     std::vector<double> m_numbers;
+///     std::size_t m_next = 0;
+/// };
+///
+/// /// Returns at once; the label shows the sum when the event loop has run all steps.
+/// void showSum(Summation& summation, QLabel* label)
+/// {
+///     QObject::connect(&summation, &ZvAbstractIterativeProcess::finished, label,
+///                      [&summation, label] { label->setNum(summation.sum); });
+///     summation.start();
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvAbstractIterativeProcess : public QObject
 {
     Q_OBJECT
 
 public:
-    /// A process that never calls `reportStatus`.
+    /// A process without an interval, which never calls `reportStatus`.
     explicit ZvAbstractIterativeProcess(QObject* parent = nullptr);
-    /// While it runs, `reportStatus` is called every \p interval milliseconds, and once more at the
-    /// end of each run.
+    /// A process that calls `reportStatus` every \p interval milliseconds during a run, and once
+    /// more at its end.
     ZvAbstractIterativeProcess(int interval, QObject* parent);
+    /// Stops the timer; must not be called while a run is under way.
     ~ZvAbstractIterativeProcess() override;
 
-    /// Whether there is another step. Asked before each one, unless a stop was requested.
+    /// Whether there is another step. Called before each one, unless a stop was requested.
     virtual bool hasMoreWork() = 0;
     /// Does one step.
     virtual void processStep() = 0;
 
-    /// Has a run begin when the event loop comes to it, never at once. If a run is under way by
-    /// then, nothing happens, now or later.
+    /// Posts the beginning of a run to the event loop of the object's thread and returns. If a run
+    /// is under way when the event is handled, the start is dropped.
     void start();
 
-    /// Ends the run that is under way, behind its current step. A start that is still waiting in
-    /// the event loop isn't taken back. From another thread it takes effect when the process next
-    /// handles events.
+    /// Ends the run that is under way after its current step. A start that still waits in the event
+    /// loop isn't cancelled. A stop from another thread takes effect when the process next handles
+    /// events.
     void stop();
 
     /// Stops and starts. By an event between two steps a new run follows the one that ends. From
@@ -53,7 +89,7 @@ public:
     /// sure of a new run.
     void restart();
 
-    /// True from before `started` until before `finished`. On the object's own thread.
+    /// True from before `started` until before `finished`. Call it on the object's own thread.
     bool running() const;
 
 Q_SIGNALS:
@@ -69,9 +105,11 @@ Q_SIGNALS:
     void stopRequested(QPrivateSignal);
 
 protected:
-    /// Shows how far the work is. Does nothing here.
+    /// Called at each interval and at the end of a run, to show how far the work is. The base class
+    /// does nothing.
     virtual void reportStatus();
 
+    /// Calls `reportStatus` for the timer of the interval.
     void timerEvent(QTimerEvent* event) override;
 
 private:

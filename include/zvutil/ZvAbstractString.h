@@ -9,38 +9,43 @@ namespace libzvutil {
 template <typename C>
 class ZvBasicString;
 
-/// What `ZvString` and `ZvWString` have in common: the texts with which styles, tables and the
-/// clipboard talk. They can be appended to and convert to and from `QString`, as those of
-/// `zvutil::ZvBasicString` can't, and there is no way between the two families.
+/// The base of `ZvString` and `ZvWString`, the texts that styles, tables and the clipboard take and
+/// return. Unlike those of `zvutil::ZvBasicString` these texts can be appended to and convert to and
+/// from `QString`; neither family converts to the other.
 ///
-/// Only `resize` and appending a single unit can put a NUL into a text. Everything that reads a text
-/// up to its NUL, and copying is of these, then ends at the first one.
+/// Only `resize` and appending a single unit can put a NUL into a text. Whatever reads a text up to
+/// its NUL, copy construction included, then ends at the first one.
 ///
 /// Copies share nothing. A text takes one allocation for its implementation, and one for units that
 /// are too many to lie in it; a move takes none and throws nothing. A moved-from text may only be
-/// destroyed or assigned to. Nothing fails but for lack of memory, and `resize` for a size that no
-/// text can have. Two threads may use two texts at once.
+/// destroyed or assigned to. Operations fail only for lack of memory, and `resize` for a size
+/// that no text can have. Two threads may use two texts at once.
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:
+    /// The subclasses are copied, since each has its own type of units.
     ZvAbstractString(const ZvAbstractString&) = delete;
+    /// `ZvString` has an assignment of its own; `ZvWString` has none, on purpose.
     ZvAbstractString& operator=(const ZvAbstractString&) = delete;
+    /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvAbstractString();
 
     /// Cuts the text to \p size units, or fills it up with NULs to that size. Throws
     /// `std::length_error`, and changes nothing, for more units than a `std::basic_string` can have.
     void resize(std::size_t size);
-    /// The number of units, NULs and what is behind them included.
+    /// The number of units, including NULs and whatever follows them.
     std::size_t size() const;
 
 protected:
+    /// The implementation that holds the text; the subclass defines its type of units.
     class Impl;
 
     /// Takes \p implementation over; it must not be null.
     explicit ZvAbstractString(Impl* implementation);
 
-    /// Not to be called on a moved-from text: there is no test for null.
+    /// The implementation. The text must not have been moved from: there is no test for null.
     Impl& impl();
+    /// The same for a constant text.
     const Impl& impl() const;
 
 private:

@@ -8,19 +8,18 @@
 namespace zvutil {
 
 /// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`,
-/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: wide
-/// text that comes in with a greater value has that value split into its surrogate pair, and one
-/// above 0x10FFFF becomes U+FFFD.
+/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an
+/// input value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose.
-/// The text never holds a NUL: whatever comes in ends at its first one.
+/// The text never holds a NUL: any input ends at its first one.
 ///
 /// Copies share nothing. A handle takes one allocation for its implementation, and one for a text
 /// that is too long to lie in it; a move takes none and throws nothing. A moved-from string may
 /// only be destroyed or assigned to. Two threads may use two strings at once.
 ///
-/// All four conversions, also that to the own type, go by the way of UTF-8 and keep the limits of
-/// that way. From
+/// All four conversions, including the one to the own type, pass through UTF-8 and have its limits.
+/// From
 /// - `char` only 7-bit text converts: a byte at or above 0x80 fails, whether the text is UTF-8 or
 /// not;
 /// - `char16_t` and `wchar_t` each unit is converted by itself, a surrogate like any other: nothing
@@ -28,10 +27,11 @@ namespace zvutil {
 /// - `char32_t` a unit above 0x10FFFF fails, and surrogates are units like any other.
 ///
 /// Towards 16 and also 32-bit units a code point above 0xFFFF becomes two units, its surrogate
-/// pair. What fails throws `std::range_error` with the text "bad conversion" and leaves the string
-/// as it is. A conversion takes linear time and the allocations of the new string.
+/// pair. A conversion that fails throws `std::range_error` with the text "bad conversion" and
+/// leaves the string as it is. A conversion takes linear time and the allocations of the new
+/// string.
 ///
-/// All operations that make text throw `std::bad_alloc`.
+/// Operations that make text throw `std::bad_alloc`.
 template <typename C>
 class ZvBasicString
 {
@@ -43,40 +43,51 @@ public:
     /// Copies \p text up to its first NUL, not up to its size.
     ZvBasicString(const std::basic_string<C>& text);
 
+    /// A deep copy of \p other, which must not have been moved from.
     ZvBasicString(const ZvBasicString& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvBasicString(ZvBasicString&& other) noexcept;
-    /// Writes into the implementation that is there; a moved-from string gets a new one.
+    /// Copies \p other into the implementation that this string has; a moved-from string gets a new
+    /// one.
     ZvBasicString& operator=(const ZvBasicString& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvBasicString& operator=(ZvBasicString&& other) noexcept;
+    /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvBasicString();
 
     /// Whether the texts have the same number of units and are the same but for case, as
-    /// `case_insensitive_char_traits<C>::compare` has it. Of texts that differ in length nothing is
-    /// folded. The other text ends at its first NUL.
+    /// `case_insensitive_char_traits<C>::compare` has it. Texts that differ in length are unequal
+    /// without a look at their units. The other text ends at its first NUL.
     bool operator==(const ZvBasicString& other) const;
+    /// The same for a standard string, up to its first NUL.
     bool operator==(const std::basic_string<C>& other) const;
+    /// The same for a text that ends in a NUL; \p other must not be null.
     bool operator==(const C* other) const;
 
     /// Appends the text of \p other, which may be this string. Returns this.
     ZvBasicString& append(const ZvBasicString& other);
-    /// A new string: this text and behind it that of \p other.
+    /// A new string: this text followed by that of \p other.
     ZvBasicString appended(const ZvBasicString& other) const;
 
-    /// The text with a NUL behind it; valid until the string changes.
+    /// The text followed by a NUL; valid until the string changes.
     const C* c_str() const;
     /// The same as `c_str`.
     const C* data() const;
 
     /// The text as a standard string. Nothing is converted, so this never fails.
     std::basic_string<C> toStringType() const;
-    /// For `char` the bytes as they are, which never fails; for the others the bytes of
-    /// `toString()`.
+    /// Returns, for `char`, the bytes as they are, which never fails, and for the others the bytes
+    /// of `toString()`.
     std::string toStdString() const;
 
-    /// The text in UTF-8, each unit by itself.
+    /// The text in UTF-8, each unit by itself; throws `std::range_error` as described above.
     ZvBasicString<char> toString() const;
+    /// The text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<wchar_t> toWString() const;
+    /// The text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<char16_t> toU16String() const;
+    /// The text in units of 32 bits that hold one 16-bit unit each; throws `std::range_error` as
+    /// described above.
     ZvBasicString<char32_t> toU32String() const;
 
 private:

@@ -17,31 +17,65 @@
 /// `cancelWriting` of any of them decides. They may be destroyed on different threads, but not used
 /// at the same time.
 ///
-/// A relative path is looked up twice: here for the temporary file, and in the directory that is
-/// current then at `commit`, which moves the file there. So a program that changes its current
+/// A relative path is looked up twice: by the constructor for the temporary file, and by `commit` in
+/// the directory that is current then, where it moves the file. So a program that changes its current
 /// directory between them uses absolute paths.
 ///
-/// Nothing is thrown for a target that can't be written: `commit` tells.
+/// Nothing is thrown for a target that can't be written: `commit` returns false.
+///
+/// @code{.cpp}
+/// #include <map>
+/// #include <string>
+///
+/// class SettingsWriter : public ZvBasicXMLSaveFile<char>
+/// {
+/// public:
+///     using ZvBasicXMLSaveFile::ZvBasicXMLSaveFile;
+///
+///     bool save(const std::map<std::string, std::string>& settings)
+///     {
+///         write(settings); // destroys all element writers before it returns
+///         return commit();
+///     }
+///
+/// private:
+///     void write(const std::map<std::string, std::string>& settings)
+///     {
+///         const auto root = writer().root_element("settings");
+///         for (const auto& [name, value] : settings) {
+///             const auto setting = root->child("setting");
+///             setting->attribute("name", name.c_str());
+///             setting->text(value.c_str());
+///         }
+///     }
+/// };
+/// @endcode
 template <typename C>
 class ZvBasicXMLSaveFile
 {
 public:
-    /// Opens the temporary file and writes the XML declaration.
+    /// Opens a temporary file beside \p path, the target, and writes the XML declaration. Does not
+    /// throw if that fails.
     ZvBasicXMLSaveFile(const zvutil::ZvFilePath& path);
+    /// A second handle on the same file, with its open elements.
     ZvBasicXMLSaveFile(const ZvBasicXMLSaveFile& other);
+    /// Makes this a handle on the file of \p other, and gives up the one held before unless another
+    /// handle commits it.
     ZvBasicXMLSaveFile& operator=(const ZvBasicXMLSaveFile& other);
+    /// Releases this handle; the last one gives the save up unless it was committed.
     virtual ~ZvBasicXMLSaveFile();
 
     /// Replaces the target. An element that is still open doesn't get its end tag into the file, so
-    /// let all element writers go before. Returns false after any error since the file was opened,
+    /// destroy all element writers before. Returns false after any error since the file was opened,
     /// after `cancelWriting` and when called again; in all these cases nothing has been changed.
     /// This is the only report of a failure.
     bool commit();
 
-    /// Gives the save up. More can be written, and is lost.
+    /// Gives the save up: `commit` fails from then on. More can be written, and is lost.
     void cancelWriting();
 
 protected:
+    /// The document, to write the root element with; valid as long as any handle on the file.
     zvutil::experimental::xml::basic_abstract_xml_document_writer<C>& writer();
 
 private:

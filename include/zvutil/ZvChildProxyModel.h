@@ -6,47 +6,61 @@
 #include <QPersistentModelIndex>
 
 /// One branch of a tree as a whole model: the children of an index of the source are its top level.
-/// Data and flags are as in the source, and so are rows below the top level. What a view asks of the
-/// invisible top itself, such as `fetchMore` or a drop between its rows, is asked of that of the
-/// source, not of the root.
+/// Data and flags are as in the source, and so are rows below the top level. Calls for the
+/// invisible top itself, such as `fetchMore` or a drop between its rows, go to the source's top, not
+/// to the root.
 ///
 /// Set the source first, then the root:
-/// \code
-/// auto* const branch = new ZvChildProxyModel(parent);
-/// branch->setSourceModel(tree);
-/// branch->setRootModelIndex(tree->index(2, 0));
-/// view->setModel(branch);
-/// \endcode
-/// Without a source it is empty. **Without a root it counts the top level of the source but has no
-/// indexes for it**; that is also so when the source has removed the root. The root follows its row
-/// when that moves.
+/// @code{.cpp}
+/// #include <QTreeView>
 ///
-/// What the source changes within the branch is announced as it is, and what it changes beside the
-/// branch isn't announced. A move that begins or ends outside of the branch, and the removal of the
+/// void showBranch(const QModelIndex& root, QTreeView* view)
+/// {
+///     auto* const branch = new ZvChildProxyModel(view);
+///     branch->setSourceModel(const_cast<QAbstractItemModel*>(root.model()));
+///     branch->setRootModelIndex(root);
+///     view->setModel(branch);
+/// }
+/// @endcode
+/// Without a source the model is empty. **Without a root the model counts the top level of the
+/// source but has no indexes for it**; that is also so when the source has removed the root. The
+/// root follows its row when that moves.
+///
+/// The model announces what the source changes within the branch, and nothing that it changes beside
+/// the branch. A move that begins or ends outside of the branch, and the removal of the
 /// root, reset the model. Without a root it is the changes of the source's top level that are
 /// announced.
 ///
 /// **`insertRows`, `removeRows` and the like with an invalid parent change the top level of the
-/// source**, not the children of the root: an invalid index stands for the source's own top. Who means
-/// the branch calls them on the source, with the root as the parent.
+/// source**, not the children of the root: an invalid index stands for the source's own top. To
+/// change the branch call them on the source, with the root as the parent.
 class ZVUTIL_EXPORT ZvChildProxyModel : public QIdentityProxyModel
 {
 public:
+    /// A model without source and root, which is empty.
     ZvChildProxyModel(QObject* parent = nullptr);
+    /// Leaves the source as it is.
     ~ZvChildProxyModel() override;
 
     /// Shows the children of \p index, an index of the source; none, if it is invalid. Resets the
     /// model.
     void setRootModelIndex(const QModelIndex& index);
 
+    /// The index for a place below \p parent; an invalid \p parent stands for the root. Invalid
+    /// without a root.
     QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    /// The number of rows of \p parent in the source; an invalid \p parent stands for the root, or
+    /// without one for the source's top level.
     int rowCount(const QModelIndex& parent) const override;
+    /// The number of columns, by the same rule as `rowCount`.
     int columnCount(const QModelIndex& parent) const override;
 
-    /// Forgets the root, also if \p model is the source already.
+    /// Shows \p model, which isn't owned and may be null. Forgets the root, even if \p model is the
+    /// source already.
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// Invalid for the root itself and for all that isn't below it.
+    /// The index here for an index of the source; invalid for the root itself and for everything that
+    /// isn't below it.
     QModelIndex mapFromSource(const QModelIndex& source) const override;
 
 protected:

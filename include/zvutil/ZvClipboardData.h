@@ -11,13 +11,12 @@ class QMimeData;
 class ZvClipboardInternalData;
 
 /// A view on clipboard content, which it doesn't own: whether it can be read as a table, and that
-/// table. Content that this library has put there gives the table that was put there; all other is
+/// table. Content that this library has put there gives that same table; any other content is
 /// read as CSV.
 ///
-/// A view is *null* without a place for content, as one that is made by the default constructor or has
-/// been moved from; *valid* as long as its content is there; and *stale* afterwards, for good. A stale
-/// one says that it has nothing. Nothing is kept: each call asks the content, and each reading of CSV
-/// parses it anew.
+/// A view is *null* without a place for content, as after default construction or a move; *valid* as
+/// long as its content exists; and *stale* afterwards, for good. A stale view has no formats and no
+/// table. Nothing is cached: each call asks the content, and each reading of CSV parses it again.
 ///
 /// GUI thread only.
 class ZVUTIL_EXPORT ZvClipboardData : public QObject
@@ -25,32 +24,38 @@ class ZVUTIL_EXPORT ZvClipboardData : public QObject
     Q_OBJECT
 
 public:
-    /// Null.
+    /// A null view.
     ZvClipboardData();
     /// A view on \p data; stale from the start if that is null.
     ZvClipboardData(const QMimeData* data);
+    /// A view on content of this library; stale from the start if \p data is null.
     ZvClipboardData(const ZvClipboardInternalData* data);
 
     /// A second view on the same content. \p other must not be null. Connections aren't copied.
     ZvClipboardData(const ZvClipboardData& other);
-    /// Leaves \p other null; its listeners hear nothing more.
+    /// Takes the view over and leaves \p other null, whose listeners are no longer called.
     ZvClipboardData(ZvClipboardData&& other);
+    /// A view looks at one content for life.
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;
+    /// Emits `invalidated` if the view is valid; the content stays.
     ~ZvClipboardData() override;
 
+    /// Whether there is no place for content.
     bool isNull() const;
+    /// Whether there is content to look at: neither null nor stale.
     bool isValid() const;
 
-    /// The content, null if it has gone. The view must not be null, here and up to `hasType`.
+    /// The content, which the clipboard owns; null if it has been replaced. The view must not be
+    /// null, here and up to `hasType`.
     const QMimeData* mimeData() const;
 
     /// Whether there is a table, or a format of CSV. **The content of a format isn't looked at**: CSV
     /// that can't be read has table data, and gives a table without storage all the same.
     bool hasTableData() const;
 
-    /// False for all content but this library's own.
+    /// Whether this library has put content of \p type there; false for all content of others.
     bool hasType(ZvInternalMimeType type) const;
-    /// Always false for `xml_spreadsheet`.
+    /// Whether \p type is among the formats of the content; always false for `xml_spreadsheet`.
     bool hasType(zvutil::mime_type type) const;
 
     /// A copy of the table that this library has put there, else `csvData`. Without storage if there
@@ -62,13 +67,14 @@ public:
     ///
     /// The separator is a comma. Cells lose the whitespace at their ends, also within quotes. The
     /// first record fixes the number of columns: shorter ones are filled up with empty texts, but a
-    /// short last one is dropped; a longer one is told in the log and gives a table without storage,
-    /// as does lack of memory. Takes linear time, and beside the table a copy of the text and 8 bytes
-    /// per cell.
+    /// short last one is dropped; a longer one is reported in the log and gives a table without
+    /// storage, as does lack of memory. Takes linear time, and beside the table a copy of the text
+    /// and 8 bytes per cell.
     ZvTable csvData() const;
 
 Q_SIGNALS:
-    /// The content has gone, or a view that was valid is being destroyed. Comes at most once.
+    /// The content has been replaced, or a view that was valid is being destroyed. Emitted at most
+    /// once.
     void invalidated(QPrivateSignal);
 
 private:

@@ -13,30 +13,37 @@ class ZvFilePath;
 /// A compressed file is exactly what `qCompress` yields: the length of the content in four bytes,
 /// big-endian, and a zlib stream; so any program that uses Qt can read and write it.
 ///
-/// Both operations hold the whole source and the whole result in memory and block until all is
-/// written. Any thread may call them; two calls at once need different targets.
+/// `compress` and `decompress` hold the whole source and the whole result in memory and block until
+/// all is written. Any thread may call them; two calls at once need different targets.
 ///
-/// The target is truncated when it is opened and not saved by way of a temporary file: what was
-/// there is gone from then on, whatever happens. So **source and target must not be the same file**,
-/// whose content would be lost; nothing checks that.
+/// The target is truncated when it is opened, without a temporary file: its old content is lost
+/// from then on, whatever happens. So **source and target must not be the same file**, whose
+/// content would be lost; nothing checks that.
 ///
-/// Both throw a `zvutil::ZvFileException`, the first two before the target is touched:
+/// The operations throw `zvutil::ZvFileException`, in the first two cases before the target is
+/// touched:
 /// - "Cannot open file for reading: " and the path of the source if that can't be opened;
 /// - "File too large: " and the path of the source if that has more than 2,126,221,300 bytes, or
 ///   nearly 2 GiB when it is decompressed, which is the limit of a `QByteArray`;
 /// - "Cannot open file for writing: " and the path of the target if that can't be opened.
 ///
-/// What fails later is not reported: on a full disk the target ends short.
+/// Later failures are not reported: on a full disk the target ends short.
 ///
 /// The object itself has no state.
 class ZVUTIL_EXPORT ZvCompression
 {
 public:
+    /// Takes one allocation; both operations are static and need no object.
     ZvCompression();
+    /// Equals a newly made object; \p other may have been moved from.
     ZvCompression(const ZvCompression& other);
+    /// Takes over what \p other holds; \p other may be destroyed, assigned to and copied.
     ZvCompression(ZvCompression&& other) noexcept;
+    /// Has no visible effect; either object may have been moved from.
     ZvCompression& operator=(const ZvCompression& other);
+    /// Has no visible effect; either object may have been moved from.
     ZvCompression& operator=(ZvCompression&& other) noexcept;
+    /// Frees the allocation.
     ~ZvCompression();
 
     /// Writes \p source to \p target, compressed. \p level is that of `qCompress`: from 0, nothing is

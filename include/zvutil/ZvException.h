@@ -7,19 +7,25 @@ namespace zvutil {
 
 /// A failure that a caller of the library has to deal with.
 ///
-/// Not derived from `std::exception`, on purpose: a handler for that doesn't see it. It is thrown by
-/// value; catch it by reference. A moved-from object may only be destroyed or assigned to.
+/// `ZvException` isn't derived from `std::exception`, on purpose: a handler for that doesn't see it.
+/// Throw by value and catch by reference. A moved-from object may only be destroyed or assigned to.
 class ZVUTIL_EXPORT ZvException
 {
 public:
-    /// With an empty message.
+    /// Makes an exception with an empty message.
     ZvException();
+    /// Makes an exception with a copy of \p message.
     explicit ZvException(const ZvBasicString<char>& message);
+    /// A deep copy of \p other, which must not have been moved from.
     ZvException(const ZvException& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvException(ZvException&& other) noexcept;
+    /// Frees the message; what `what` returned ends with it.
     ~ZvException();
 
+    /// Copies \p other, which must not have been moved from; this object may have been.
     ZvException& operator=(const ZvException& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvException& operator=(ZvException&& other) noexcept;
 
     /// The message, never null; valid until the object is assigned to or destroyed.

@@ -8,33 +8,42 @@
 
 namespace zvutil {
 
-/// A failure that has to do with a file. A handler for `ZvException` catches it, one for
+/// A failure that concerns a file. A handler for `ZvException` catches it, one for
 /// `std::exception` doesn't.
 class ZVUTIL_EXPORT ZvFileException : public ZvException
 {
 public:
-    /// With an empty message and an empty path.
+    /// Makes an exception with an empty message and an empty path.
     ZvFileException();
-    /// With an empty message.
+    /// Makes an exception with an empty message and a copy of \p path.
     explicit ZvFileException(const ZvFilePath& path);
+    /// Makes an exception with copies of \p path and \p message.
     ZvFileException(const ZvFilePath& path, const ZvBasicString<char>& message);
-    /// Takes the error's message and its first path; its code and its second path are dropped. Where
-    /// paths are bytes, those that aren't UTF-8 become U+FFFD in \ref path.
+    /// Takes the error's message and its first path; its code and its second path are dropped.
+    /// Where paths are bytes, those that aren't UTF-8 have each invalid sequence replaced by U+FFFD
+    /// in the path.
     explicit ZvFileException(const std::filesystem::filesystem_error& error);
+    /// A deep copy of \p other, which must not have been moved from.
     ZvFileException(const ZvFileException& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvFileException(ZvFileException&& other) noexcept;
+    /// Frees message and path; what `what` and `path` returned ends with it.
     ~ZvFileException();
 
+    /// Copies \p other, which must not have been moved from; this object may have been.
     ZvFileException& operator=(const ZvFileException& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvFileException& operator=(ZvFileException&& other) noexcept;
 
+    /// The file's path; valid as long as this object.
     const ZvFilePath& path() const;
 
-    /// The three ways in which a file fails. The message is a sentence and the path, as UTF-8 in
-    /// which each 16-bit unit is written by itself: "File not found: ", "Cannot open file for
-    /// reading: ", "Cannot open file for writing: ".
+    /// Makes the message "File not found: " and the path. As in the two below, the path is UTF-8 in
+    /// which each 16-bit unit is written by itself.
     [[nodiscard]] static ZvFileException notFound(const ZvFilePath& path);
+    /// Makes the message "Cannot open file for reading: " and the path.
     [[nodiscard]] static ZvFileException cannotRead(const ZvFilePath& path);
+    /// Makes the message "Cannot open file for writing: " and the path.
     [[nodiscard]] static ZvFileException cannotWrite(const ZvFilePath& path);
 
 private:

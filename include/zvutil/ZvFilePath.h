@@ -22,71 +22,110 @@ namespace zvutil {
 /// A path as text in 16-bit units, with the lexical rules of Windows on every platform: drive
 /// letters, UNC names, both `\` and `/` as separators.
 ///
-/// The text is kept exactly as it was given. No operation but `Path` asks anybody, and none touches
-/// a file system. Where names of files may have a colon, as on Linux, it is read as that of a drive
+/// The text is kept exactly as it was given. Only `Path` asks the host, and no operation touches a
+/// file system. Where names of files may have a colon, as on Linux, it is read as that of a drive
 /// or of an alternate stream all the same: `a.zvsch:x` has the extension `.zvsch`. A path is read
-/// as root name, root directory (the separators behind it) and relative path; the filename is what
-/// stands behind the last separator of the relative path. `C:\x` and `\\srv\x` are absolute; `C:x`
+/// as root name, root directory (the separators after it) and relative path; the filename is what
+/// follows the last separator of the relative path. `C:\x` and `\\srv\x` are absolute; `C:x`
 /// and `\x` are not.
 ///
 /// Narrow text is in the platform's encoding for file names: the code page on Windows, UTF-8
 /// elsewhere. A `YString` is UTF-8 everywhere. Wide text is UTF-16 everywhere: where `wchar_t` has
 /// 32 bits, a value above 0xFFFF is taken as its surrogate pair, one above 0x10FFFF as U+FFFD.
-/// Unpaired surrogates are kept. A `QString` comes in as wide text, `name.toStdWString()`, and
-/// leaves by `toQString`.
+/// Unpaired surrogates are kept. Pass a `QString` as wide text, `name.toStdWString()`;
+/// `toQString` converts back.
 ///
-/// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or
-/// a `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or
-/// a `YString` with a sequence that is invalid in its encoding, the operating system's error of the
-/// system category, `EILSEQ` where there are no code pages. Nothing else fails but for memory.
+/// Constructors throw `std::system_error`: `EINVAL` of the generic category for narrow text or a
+/// `YString` of 2 GiB and more and for a 32-bit unit that is no character; for narrow text or a
+/// `YString` with a sequence that is invalid in its encoding, the operating system's error of the
+/// system category, `EILSEQ` where there are no code pages. Everything else fails only for lack of
+/// memory.
 ///
 /// A path takes one allocation, and another for a text that isn't very short. A copy is deep; a move
-/// takes none and throws nothing, and leaves a path that may only be destroyed or assigned to. All
-/// operations take linear time at most. Objects on different threads share nothing.
+/// takes none, throws nothing and leaves a path that may only be destroyed or assigned to. No
+/// operation takes more than linear time. Objects on different threads share nothing.
+///
+/// @code{.cpp}
+/// #include <QString>
+///
+/// #include <cassert>
+///
+/// const QString name = QStringLiteral("C:/boards/amplifier.zvsch"); // from a file dialog, say
+/// const zvutil::ZvFilePath schematic(name.toStdWString());
+/// assert(schematic.isSchematicFile());
+/// assert(schematic == zvutil::ZvFilePath(L"C:\\boards\\amplifier.zvsch"));
+///
+/// zvutil::ZvFilePath plan = schematic.parentPath();
+/// plan /= L"tests";
+/// plan /= L"noise.testplan";
+/// assert(plan.toQString() == QStringLiteral("C:/boards\\tests\\noise.testplan"));
+/// assert(plan.lexicallyRelative(L"C:\\boards") == zvutil::ZvFilePath(L"tests\\noise.testplan"));
+///
+/// // The standard library and the file system get separators that they know.
+/// const std::filesystem::path native = plan.toStdFilePath();
+/// assert(native.filename() == "noise.testplan");
+/// @endcode
 class ZVUTIL_EXPORT ZvFilePath
 {
 public:
     /// The empty path.
     ZvFilePath();
+    /// A deep copy of \p other, which must not have been moved from.
     ZvFilePath(const ZvFilePath& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvFilePath(ZvFilePath&& other) noexcept;
 
-    /// Narrow text: up to the first NUL, or exactly the length that is told.
+    /// Narrow text up to its NUL; \p text must not be null.
     ZvFilePath(const char* text);
+    /// Narrow text up to its first NUL.
     ZvFilePath(const std::string& text);
+    /// Narrow text.
     ZvFilePath(const ZvBasicString<char>& text);
+    /// Narrow text of \p size bytes, NULs included.
     ZvFilePath(const char* text, std::size_t size);
+    /// Narrow text with all its NULs.
     ZvFilePath(const std::string_view& text);
 
-    /// Wide text: up to the first NUL, or exactly the length that is told.
+    /// Wide text up to its NUL; \p text must not be null.
     ZvFilePath(const wchar_t* text);
+    /// Wide text up to its first NUL.
     ZvFilePath(const std::wstring& text);
+    /// Wide text.
     ZvFilePath(const ZvBasicString<wchar_t>& text);
+    /// Wide text of \p size units, NULs included.
     ZvFilePath(const wchar_t* text, std::size_t size);
+    /// Wide text with all its NULs.
     ZvFilePath(const std::wstring_view& text);
 
     /// The text of a path up to the first NUL. Where paths are bytes, they are taken as UTF-8.
     ZvFilePath(const std::filesystem::path& path);
 
+    /// Text in UTF-16.
     ZvFilePath(const ZvBasicString<char16_t>& text);
+    /// Text in UTF-32; throws `std::system_error`, `EINVAL`, for a unit that is no character.
     ZvFilePath(const ZvBasicString<char32_t>& text);
 
     /// UTF-8 up to the first NUL.
     ZvFilePath(const YString& text);
 
+    /// Frees the text; what `c_str` returned ends with it.
     ~ZvFilePath();
 
+    /// Copies \p other, which must not have been moved from; this object may have been.
     ZvFilePath& operator=(const ZvFilePath& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvFilePath& operator=(ZvFilePath&& other) noexcept;
 
-    /// These three come from one order, and there are no others. Root names are compared exactly,
-    /// so `c:` differs from `C:` and `\\srv` from `//srv`. Behind them case counts too, but any run
-    /// of separators equals any other: `a/b`, `a\b` and `a\\b` are equal. A trailing separator
-    /// matters, and nothing is resolved: `a\` differs from `a`, `a\.\b` from `a\b`. A separator is
-    /// less than any other unit, units are compared as numbers, and a path without root directory
-    /// is less than one with.
+    /// Whether the paths are equal by the one order that all three operators follow. Root names are
+    /// compared exactly, so `c:` differs from `C:` and `\\srv` from `//srv`. After the root name
+    /// case counts too, but any run of separators equals any other: `a/b`, `a\b` and `a\\b` are
+    /// equal. A trailing separator matters, and nothing is resolved: `a\` differs from `a`, `a\.\b`
+    /// from `a\b`. A separator is less than any other unit, units are compared as numbers, and a
+    /// path without root directory is less than one with.
     bool operator==(const ZvFilePath& other) const;
+    /// The contrary of `==`.
     bool operator!=(const ZvFilePath& other) const;
+    /// A strict weak order, for containers; its equivalence is `==`.
     bool operator<(const ZvFilePath& other) const;
 
     /// Appends \p other, with a `\` between if there is no separator and this is more than a drive.
@@ -98,13 +137,15 @@ public:
     const wchar_t* c_str() const;
     /// The number of 16-bit units.
     std::size_t size() const;
+    /// Whether there is no unit.
     bool isEmpty() const;
 
-    /// From the last dot of the filename on, without an alternate stream's name: `.gz` for
-    /// `a.tar.gz` and for `a.gz:s`. A dot at the start begins none: `.profile` has none.
+    /// The filename from its last dot on, without the name of an alternate stream: `.gz` for
+    /// `a.tar.gz` and for `a.gz:s`. A dot at the start begins no extension: `.profile` has none.
     ZvBasicString<wchar_t> extension() const;
 
-    /// Empty for a path that ends in a separator or is a root alone.
+    /// The part after the last separator of the relative path; empty for a path that ends in a
+    /// separator or is a root alone.
     [[nodiscard]] ZvFilePath filename() const;
 
     /// The path without its filename and the separators before it. A root alone is its own parent.
@@ -121,9 +162,9 @@ public:
     /// Turns each `/` into `\`.
     ZvFilePath& makePreferred();
 
-    /// By Qt's own conversion, which drops a byte order mark in front: to open a file by the result is
-    /// to open another one then. On Windows a swapped mark (U+FFFE) in front swaps the bytes of the
-    /// text.
+    /// The text by Qt's own conversion, which drops a byte order mark at the start: a file opened
+    /// by the result is another one then. On Windows a swapped mark (U+FFFE) at the start swaps the
+    /// bytes of the text.
     QString toQString() const;
 
     /// The text up to the first NUL as the platform's path: where separators are `/` alone, each
@@ -132,13 +173,17 @@ public:
 
     /// The text in directory form: with a `\` at its end, unless there is a separator already, or
     /// it is empty or a drive alone. Narrow and wide text are taken as by the constructors. But a
-    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, by the rules of
-    /// the standard library, and ends at its first NUL; for the whole of one make a `ZvFilePath` of
-    /// it and append the empty path.
+    /// `std::string_view` or `std::wstring_view` becomes a `std::filesystem::path` here, by the
+    /// rules of the standard library, and ends at its first NUL; for the whole of one make a
+    /// `ZvFilePath` of it and append the empty path.
     [[nodiscard]] static ZvFilePath Directory(const char* text);
+    /// The same for narrow text up to its first NUL.
     [[nodiscard]] static ZvFilePath Directory(const std::string& text);
+    /// The same for wide text up to its NUL.
     [[nodiscard]] static ZvFilePath Directory(const wchar_t* text);
+    /// The same for wide text up to its first NUL.
     [[nodiscard]] static ZvFilePath Directory(const std::wstring& text);
+    /// The same for the text of a path up to its first NUL.
     [[nodiscard]] static ZvFilePath Directory(const std::filesystem::path& path);
 
     /// The same as `Path`: no directory form is made.

@@ -12,35 +12,47 @@ namespace libzvutil {
 /// A text for a colour is whatever `QColor` takes: "#rrggbb", "#aarrggbb" or one of its names. Any
 /// other text gives an invalid colour, also digits without the `#`; Qt warns in its log then.
 ///
-/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Nothing fails
-/// but for lack of memory. One thread at a time.
+/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Operations
+/// fail only for lack of memory. One thread at a time.
 class ZVUTIL_EXPORT ZvNamedColour
 {
 public:
-    /// With an empty name and an invalid colour.
+    /// Makes an object with an empty name and an invalid colour.
     ZvNamedColour();
+    /// Makes a colour from text, null for an invalid one; \p name must not be null.
     ZvNamedColour(const char* name, const char* colour);
+    /// Copies both; \p name must not be null.
     ZvNamedColour(const char* name, const QColor& colour);
 
+    /// A deep copy of \p other, which must not have been moved from.
     ZvNamedColour(const ZvNamedColour& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvNamedColour(ZvNamedColour&& other) noexcept;
+    /// Frees name and colour; references to them end with it.
     ~ZvNamedColour();
 
-    /// Takes name and colour over, into the implementation that is there.
+    /// Copies name and colour of \p other, which must not have been moved from, into the
+    /// implementation that is there; references to them stay valid. This object may have been moved
+    /// from.
     ZvNamedColour& operator=(const ZvNamedColour& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvNamedColour& operator=(ZvNamedColour&& other) noexcept;
-    /// Changes the colour alone; there is no way to change the name alone.
+    /// Changes the colour alone; an object that was moved from has an empty name then. The name
+    /// alone can't be changed.
     ZvNamedColour& operator=(const QColor& colour);
 
-    /// Valid as long as this object; follows changes of it.
+    /// The same as `qColour`.
     operator const QColor&() const;
+    /// The colour; valid as long as this object, and follows its changes.
     const QColor& qColour() const;
+    /// The name; valid as long as this object, and follows its changes.
     const ZvString& name() const;
 
     /// "#rrggbb" in lower case, as colours are written to files. **Alpha is lost**, and an invalid
     /// colour gives "#000000".
     ZvString colourString() const;
 
+    /// Changes the colour alone; the object must not have been moved from.
     void setColour(const QColor& colour);
 
 private:

@@ -8,30 +8,39 @@ class QString;
 namespace libzvutil {
 
 /// The path of an icon with the name under which it is shown, written and looked up. The path is
-/// that of a resource or of a file, in UTF-8, or empty; nothing looks whether it leads anywhere.
+/// that of a resource or of a file, in UTF-8, or empty; nothing checks whether it exists.
 ///
-/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Nothing fails
-/// but for lack of memory. One thread at a time.
+/// Copies share nothing. A moved-from object may only be destroyed or assigned to. Operations
+/// fail only for lack of memory. One thread at a time.
 class ZVUTIL_EXPORT ZvNamedIcon
 {
 public:
-    /// With an empty name and an empty path.
+    /// Makes an object with an empty name and an empty path.
     ZvNamedIcon();
+    /// Copies both, each up to its first NUL.
     ZvNamedIcon(const ZvString& name, const ZvString& path);
 
+    /// A deep copy of \p other, which must not have been moved from.
     ZvNamedIcon(const ZvNamedIcon& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvNamedIcon(ZvNamedIcon&& other) noexcept;
+    /// Copies \p other, which must not have been moved from; this object may have been.
     ZvNamedIcon& operator=(const ZvNamedIcon& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvNamedIcon& operator=(ZvNamedIcon&& other) noexcept;
+    /// Frees name and path; references to them end with it.
     ~ZvNamedIcon();
 
-    /// Both are valid as long as this object and follow changes of it.
+    /// The name; valid as long as this object, and follows its changes.
     const ZvString& name() const;
+    /// The path; valid as long as this object, and follows its changes.
     const ZvString& path() const;
 
-    /// Changes the path alone.
+    /// Changes the path alone, to UTF-8 that ends in a NUL; \p path must not be null.
     void setPath(const char* path);
+    /// The same, to a copy of \p path.
     void setPath(const ZvString& path);
+    /// The same, to the UTF-8 of \p path up to its first NUL.
     void setPath(const QString& path);
 
 private:

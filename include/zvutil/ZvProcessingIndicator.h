@@ -6,26 +6,32 @@
 
 class ZvProcessingIndicatorPrivate;
 
-/// A spinner: twelve bars on a circle, one of them opaque, which goes round clockwise as long as the
-/// widget is visible.
+/// A spinner: twelve bars on a circle, one of them opaque, that turn clockwise as long as the widget
+/// is visible.
 ///
-/// It steps ten times a second, each step a repaint; hidden it does nothing, and shown again it goes
-/// on where it stopped. It is black, whatever the style. GUI thread only.
+/// The spinner steps ten times a second, with a repaint each time; while hidden it does nothing, and
+/// when shown again it continues where it stopped. The bars are black in every style. GUI thread
+/// only.
 class ZVUTIL_EXPORT ZvProcessingIndicator : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Grows in both directions, and has the cursor that tells to wait.
+    /// A spinner that takes all the room it gets, with the wait cursor; \p parent, which may be
+    /// null, owns it.
     explicit ZvProcessingIndicator(QWidget* parent = nullptr);
+    /// Ends the spinner.
     ~ZvProcessingIndicator() override;
 
-    /// 16 by 16.
+    /// 16 by 16 pixels of the widget.
     QSize minimumSizeHint() const override;
 
 protected:
+    /// Paints the twelve bars, centred, in a circle of the widget's shorter side.
     void paintEvent(QPaintEvent* event) override;
+    /// Starts the steps.
     void showEvent(QShowEvent* event) override;
+    /// Stops the steps; the angle stays.
     void hideEvent(QHideEvent* event) override;
 
 private:

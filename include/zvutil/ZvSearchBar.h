@@ -7,20 +7,39 @@
 
 /// A line edit for a text to search for, with a spinner at its trailing end while a search runs.
 ///
-/// It searches nothing itself: whoever does tells when a search starts and stops. Searches aren't
-/// counted, one stop ends the spinner. GUI thread only.
+/// The bar doesn't search: its owner calls `searchStarted` and `searchStopped`. Searches aren't
+/// counted, one stop hides the spinner. GUI thread only.
+///
+/// @code{.cpp}
+/// #include <zvutil/ZvAbstractIterativeProcess.h>
+///
+/// /// Has each change of the text start \p search again, and the bar show that it runs.
+/// void connectSearch(ZvSearchBar* bar, ZvAbstractIterativeProcess* search)
+/// {
+///     QObject::connect(bar, &QLineEdit::textChanged, search, &ZvAbstractIterativeProcess::restart);
+///     QObject::connect(search, &ZvAbstractIterativeProcess::started, bar,
+///                      &ZvSearchBar::searchStarted);
+///     QObject::connect(search, &ZvAbstractIterativeProcess::finished, bar,
+///                      &ZvSearchBar::searchStopped);
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvSearchBar : public QLineEdit
 {
     Q_OBJECT
 
 public:
+    /// An empty bar with the placeholder "Search" and a hidden spinner; \p parent, which may be
+    /// null, owns it.
     explicit ZvSearchBar(QWidget* parent = nullptr);
+    /// The same with \p text.
     ZvSearchBar(const QString& text, QWidget* parent);
+    /// Deletes the spinner with the bar.
     ~ZvSearchBar() override;
 
     /// Shows the spinner. No slot of the meta-object: connect to it by its address.
     void searchStarted();
-    /// Hides the spinner, as it is at first. No slot of the meta-object: connect to it by its address.
+    /// Hides the spinner, as it is at first. No slot of the meta-object: connect to it by its
+    /// address.
     void searchStopped();
 };
 

@@ -9,27 +9,34 @@ class QString;
 
 namespace libzvutil {
 
-/// A narrow text: UTF-8 towards Qt, bytes to everybody else. Comparison ignores case, that of single
+/// A narrow text: UTF-8 for Qt, bytes for everything else. Comparison ignores the case of single
 /// bytes.
 class ZVUTIL_EXPORT ZvString : public ZvAbstractString
 {
 public:
+    /// The empty text.
     ZvString();
     /// Copies \p text, which must not be null, up to its NUL.
     ZvString(const char* text);
 
-    /// Copies the text of \p other up to its first NUL.
+    /// Copies \p other, which must not have been moved from, up to its first NUL.
     ZvString(const ZvString& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvString(ZvString&& other) noexcept;
-    /// Unlike construction, takes the whole text over, NULs included. It is written into the
-    /// implementation that is there; a moved-from text gets a new one.
+    /// Unlike construction, copies the whole text, NULs included, into the implementation that this
+    /// text has; a moved-from text gets a new one. \p other must not have been moved from.
     ZvString& operator=(const ZvString& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvString& operator=(ZvString&& other) noexcept;
+    /// Frees the text; what `c_str` returned ends with it.
     ~ZvString() override;
 
-    /// Appends a text, which may be this one, up to its first NUL, behind all that this one holds.
+    /// Appends \p other, which may be this text, up to its first NUL, after everything that this text
+    /// holds. Returns this text, as all of these do.
     ZvString& operator+=(const ZvString& other);
+    /// The same for a text that ends in a NUL; \p text must not be null.
     ZvString& operator+=(const char* text);
+    /// The same for a standard string up to its first NUL.
     ZvString&
     operator+=(const std::basic_string<
                char, zvutil::experimental::string::case_insensitive_char_traits<char>>& text);
@@ -39,13 +46,14 @@ public:
     /// `QString::toUtf8` makes of it.
     ZvString& operator+=(const QString& text);
 
-    /// -1, 0 or 1, whether this text comes before the other, is equal to it or comes behind it: by
+    /// -1, 0 or 1 if this text comes before the other, equals it or comes after it: by
     /// `case_insensitive_char_traits<char>::compare` over the shorter length, then by the length.
     /// All units of both count, NULs included, but \p text ends at its first one.
     int compare(const ZvString& other) const;
+    /// The same for \p text up to its NUL; it must not be null.
     int compare(const char* text) const;
 
-    /// The text with a NUL behind it; valid until the text changes.
+    /// The text followed by a NUL; valid until the text changes.
     const char* c_str() const;
     /// The text up to the first NUL, read as UTF-8; a sequence that isn't becomes U+FFFD.
     QString toQString() const;

@@ -2,36 +2,36 @@
 
 namespace libzvutil {
 
-/// The colours of a style. Files know them by these names, style sheets as variables: `@panel`.
+/// The colours of a style. Files name them as here, style sheets use them as variables: `@panel`.
 enum class ZvStyleBrush {
-    Panel,
-    EditorEnabled,
-    EditorDisabled,
-    EditorFocus,
-    EditorHover,
-    InteractiveEnabled,
-    InteractiveHover,
-    InteractivePressed,
-    BorderEditorEnabled,
-    BorderEditorDisabled,
-    BorderEditorFocus,
-    BorderEditorHover,
-    BorderInteractiveEnabled,
-    BorderInteractiveDisabled,
-    BorderInteractiveHover,
-    BorderInteractivePressed,
+    Panel, ///< background of windows and panels
+    EditorEnabled, ///< background of editable fields
+    EditorDisabled, ///< the same where they are disabled
+    EditorFocus, ///< the same with the keyboard focus
+    EditorHover, ///< the same under the mouse pointer
+    InteractiveEnabled, ///< background of controls, such as buttons
+    InteractiveHover, ///< the same under the mouse pointer
+    InteractivePressed, ///< the same while pressed
+    BorderEditorEnabled, ///< border of editable fields
+    BorderEditorDisabled, ///< the same where they are disabled
+    BorderEditorFocus, ///< the same with the keyboard focus
+    BorderEditorHover, ///< the same under the mouse pointer
+    BorderInteractiveEnabled, ///< border of controls
+    BorderInteractiveDisabled, ///< the same where they are disabled
+    BorderInteractiveHover, ///< the same under the mouse pointer
+    BorderInteractivePressed, ///< the same while pressed
     Accent, ///< this and its shades come from a host option and are not read from files
-    AccentL1,
-    AccentL2,
-    AccentL3,
-    AccentD1,
-    AccentD2,
-    AccentD3,
-    AccentForeground,
-    TextEnabled,
-    TextDisabled,
-    TextHover,
-    TOTAL ///< an entry of its own, which takes what a file names otherwise
+    AccentL1, ///< darkest of the light shades: the accent itself
+    AccentL2, ///< next lighter shade
+    AccentL3, ///< lightest shade
+    AccentD1, ///< lightest of the dark shades: the accent itself
+    AccentD2, ///< next darker shade
+    AccentD3, ///< darkest shade
+    AccentForeground, ///< text on the accent
+    TextEnabled, ///< text
+    TextDisabled, ///< text of what is disabled
+    TextHover, ///< text under the mouse pointer
+    TOTAL ///< an entry of its own, for entries of files with any other name
 };
 
 } // namespace libzvutil

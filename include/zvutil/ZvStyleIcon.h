@@ -2,13 +2,13 @@
 
 namespace libzvutil {
 
-/// The icons of a style. Files know them by these names, style sheets as variables: `@iconClose`.
+/// The icons of a style. Files name them as here, style sheets use them as variables: `@iconClose`.
 enum class ZvStyleIcon {
-    CheckboxTick,
-    CheckboxIndeterminate,
-    Close,
-    Menu,
-    TOTAL ///< an entry of its own, which takes what a file names otherwise
+    CheckboxTick, ///< mark of a box that is checked
+    CheckboxIndeterminate, ///< mark of a box that is partially checked
+    Close, ///< button that closes a tab or a dock
+    Menu, ///< arrow that opens a menu or list
+    TOTAL ///< an entry of its own, for entries of files with any other name
 };
 
 } // namespace libzvutil

@@ -20,10 +20,10 @@ namespace libzvutil {
 /// Loading throws `attribute_not_found_xml_exception` where a name, a colour or a path is missing,
 /// and `null_element_xml_exception` for a document without a root element or with an empty one, and
 /// for a style without its lists of brushes and icons; both are of `zvutil::experimental::xml`.
-/// Elements are known by their places, not by their names. Unknown brushes and icons are no error.
-/// A file that breaks off, or is malformed from some place on, ends there: what has been read until
-/// then counts, but the load fails as told if that is in front of the list of styles or, within a
-/// style, in front of its list of icons.
+/// Elements are identified by their places, not by their names. Unknown brushes and icons are no
+/// error. A file that breaks off, or is malformed from some place on, ends there: what has been
+/// read until then counts, but loading throws as above if that is before the list of styles or,
+/// within a style, before its list of icons.
 ///
 /// Copies share nothing. A moved-from library may only be destroyed or assigned to. One thread at a
 /// time.
@@ -36,23 +36,30 @@ public:
     /// style.
     ZvStyleLibrary(const zvutil::ZvFilePath& path);
 
+    /// A deep copy of \p other, which must not have been moved from.
     ZvStyleLibrary(const ZvStyleLibrary& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvStyleLibrary(ZvStyleLibrary&& other) noexcept;
+    /// Copies \p other, which must not have been moved from; this object may have been.
     ZvStyleLibrary& operator=(const ZvStyleLibrary& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvStyleLibrary& operator=(ZvStyleLibrary&& other) noexcept;
+    /// Destroys the implementation; what was returned by reference or pointer ends with it.
     virtual ~ZvStyleLibrary();
 
-    /// Appends those styles of \p other whose names this library doesn't hold yet, in their order.
-    /// Accents are never taken over. The second form moves the styles out of \p other, which has no
-    /// styles then, not even those that have been passed over.
+    /// Appends copies of those styles of \p other whose names this library doesn't hold yet, in their
+    /// order. Accents are never copied.
     void add(const ZvStyleLibrary& other);
+    /// The same, moving the styles; \p other, unless it is this library, has no styles then, not
+    /// even those that were skipped.
     void add(ZvStyleLibrary&& other);
     /// The same with the library in a file. If that can't be loaded, this library stays as it is.
     void add(const zvutil::ZvFilePath& path);
 
     /// Replaces the style of that name, or appends it if there is none. A default style stays as it
-    /// is, without a word.
+    /// is, and nothing reports that.
     void update(const ZvStyle& style);
+    /// The same; \p style may then only be destroyed or assigned to.
     void update(ZvStyle&& style);
 
     /// Removes all styles, or all but the default ones. The accents stay.
@@ -61,15 +68,17 @@ public:
     /// The first style of that name; valid until the library changes. Throws `zvutil::ZvException`
     /// with "Style not found: " and \p name.
     const ZvStyle& style(const char* name) const;
-    /// The styles "Dark" and "Light", or the same exception.
+    /// The style "Dark", or the same exception.
     const ZvStyle& dark() const;
+    /// The style "Light", or the same exception.
     const ZvStyle& light() const;
 
+    /// The names of all styles in their order.
     QStringList names() const;
 
-    /// Writes all styles, the default ones included, and the accents. The file takes the place of
-    /// the one before in one step or not at all; nobody is told which. Colours lose their alpha. The
-    /// end tag of the root element isn't written, and loading doesn't need it.
+    /// Writes all styles, the default ones included, and the accents. The new file replaces the old
+    /// one in one step or not at all, and nothing reports which. Colours lose their alpha. The end
+    /// tag of the root element isn't written, and loading doesn't need it.
     void save(const zvutil::ZvFilePath& path) const;
 
 private:

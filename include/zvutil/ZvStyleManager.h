@@ -11,72 +11,104 @@ namespace libzvutil {
 
 class ZvStyleLibrary;
 
-/// Holds the application's style library and its current style, and tells listeners when they
+/// Holds the application's style library and its current style, and calls listeners when they
 /// change.
 ///
-/// The one manager is built when it is first asked for anything but a path, which must be on the GUI
+/// The one manager is constructed by the first call that isn't for a path, which must be on the GUI
 /// thread: that thread is the manager's from then on. It loads the built-in library, makes the style
 /// directory and adds the user's library to it, and starts with the style that the host option
 /// "ZvStyle" names, or with "Light". A directory that can't be made and a user's library that can't
-/// be loaded are left out without a word.
+/// be loaded are ignored.
 ///
 /// `SetStyle`, `SetLibrary` and `Refresh` may be called on any thread. They copy their argument and
-/// do their work on the manager's thread: at once if called there, else when its event loop comes to
-/// it, in the order of the calls, and nobody waits. Everything else that isn't a path belongs on the
+/// do their work on the manager's thread: at once if called there, else from its event loop, in
+/// the order of the calls, and no caller waits. Everything else that isn't a path belongs on the
 /// manager's thread.
 ///
 /// Only `Refresh` puts a style sheet on the application, only `Update` writes to disc. A host that
 /// wants another style on the screen calls `SetStyle` and then `Refresh`.
+///
+/// @code{.cpp}
+/// #include <zvutil/ZvStyleBrush.h>
+///
+/// #include <QPalette>
+/// #include <QWidget>
+///
+/// /// Throws `zvutil::ZvException` if there is no such style.
+/// void useStyle(const QString& name)
+/// {
+///     using libzvutil::ZvStyleManager;
+///     ZvStyleManager::SetStyle(ZvStyleManager::Style(name)); // the listeners are called
+///     ZvStyleManager::Refresh(); // the application's style sheet is set
+/// }
+///
+/// /// Gives a plot, which style sheets don't reach, the colour of panels in each style to come.
+/// void followStyle(QWidget* plot)
+/// {
+///     using namespace libzvutil;
+///     QObject::connect(&styleManager(), &ZvStyleManager::currentStyleChanged, plot,
+///                      [plot](const ZvStyle& style) {
+///                          plot->setPalette(style.colour(ZvStyleBrush::Panel).qColour());
+///                      });
+/// }
+/// @endcode
 class ZVUTIL_EXPORT ZvStyleManager : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Runs when the library is unloaded or the process ends.
     ~ZvStyleManager() override;
 
     /// The directory of the user's style files, without a separator at its end: "ui" in the host's
-    /// directory for the user's data. This and the two files in it are only computed, on any thread;
-    /// nothing is made.
+    /// directory for the user's data. This path and those of the two files in it are only computed,
+    /// on any thread; nothing is created.
     static zvutil::ZvFilePath StyleDirectory();
     /// The user's style library, "styles.xml".
     static zvutil::ZvFilePath StyleConfigPath();
     /// The user's additions to the style sheet, "modifications.qss".
     static zvutil::ZvFilePath StyleModificationsPath();
 
-    /// A copy that may differ from the library's style of that name. Valid until the next change.
+    /// The current style, which may differ from the library's style of that name. Valid until the
+    /// next change.
     static const ZvStyle& CurrentStyle();
+    /// The library of styles, the built-in and the user's. Valid for good; its styles until the
+    /// next change.
     static const ZvStyleLibrary& Library();
+    /// The names of the library's styles in their order.
     static QStringList AvailableStyleNames();
 
-    /// A copy of the library's style of that name. Throws `zvutil::ZvException` with "Style not
-    /// found: " and the name.
+    /// A copy of the library's style named \p name, without regard to case. Throws
+    /// `zvutil::ZvException` with "Style not found: " and \p name if there is none.
     static ZvStyle Style(const QString& name);
 
-    /// Makes a copy of \p style, which need not be in the library, the current one and tells the
+    /// Makes a copy of \p style, which need not be in the library, the current one and calls the
     /// listeners. The application's style sheet stays as it is.
     static void SetStyle(const ZvStyle& style);
-    /// Copies as well: \p style stays as it is.
+    /// The same; also copies, and leaves \p style as it is.
     static void SetStyle(ZvStyle&& style);
 
     /// Replaces all styles of the library but the default ones by those of a copy of \p library, and
-    /// the current style by the new one of its name, or by "Light" if there is none. Then tells the
+    /// the current style by the new one of its name, or by "Light" if there is none. Then calls the
     /// listeners. The application's style sheet stays as it is, and nothing is written to disc.
     static void SetLibrary(const ZvStyleLibrary& library);
 
-    /// Applies the current style to the application and tells the listeners, also if the sheet
+    /// Applies the current style to the application and calls the listeners, even if the sheet
     /// couldn't be made.
     static void Refresh();
 
     /// Puts \p style into the library, unless one of the default styles has its name, and saves the
-    /// library in either case. Neither a failure nor a change is told to anybody, and the current
-    /// style stays as it is.
+    /// library in either case. Neither a failure nor the change is reported, and the current style
+    /// stays as it is.
     static void Update(const ZvStyle& style);
+    /// The same; \p style may then only be destroyed or assigned to.
     static void Update(ZvStyle&& style);
 
 Q_SIGNALS:
-    /// Sent on the manager's thread; \p style is valid as long as no listener changes it. `ZvStyle`
-    /// is no meta-type, so listeners connect directly.
+    /// Emitted on the manager's thread. \p style is valid as long as no listener changes it.
+    /// `ZvStyle` is no meta-type, so listeners connect directly.
     void currentStyleChanged(const ZvStyle& style, QPrivateSignal);
+    /// Emitted on the manager's thread after `SetLibrary`, before `currentStyleChanged`.
     void styleLibraryChanged(QPrivateSignal);
 
 private:
@@ -98,7 +130,8 @@ private:
     Impl* m_implementation;
 };
 
-/// The one manager, for connections to its signals. On the manager's thread.
+/// The one manager, for connections to its signals; valid until the library is unloaded. Call it on
+/// the manager's thread.
 ZVUTIL_EXPORT ZvStyleManager& styleManager();
 
 } // namespace libzvutil

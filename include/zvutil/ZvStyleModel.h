@@ -16,15 +16,18 @@ class ZvStyle;
 /// The model works on a copy of its style: edits reach neither a library nor the application. No
 /// row is marked as editable; `setData` is for direct calls.
 ///
-/// Each call of `index` for a brush of an editor gives an index of its own, which differs from those
-/// that earlier calls gave and keeps some bytes until `setStyle` or the model's end. The parent of
-/// an icon has the row 0, though the group is in row 1. GUI thread only.
+/// `index` returns another index for a brush of an editor at each call, which differs from the
+/// earlier ones and keeps some bytes until `setStyle` is called or the model is destroyed. The
+/// parent of an icon has the row 0, though the group is in row 1. GUI thread only.
 class ZVUTIL_EXPORT ZvStyleModel : public QAbstractItemModel
 {
 public:
-    /// Of the application's current style, as it is now.
+    /// A model of a copy of the application's current style; \p parent, which may be null, owns the
+    /// model.
     ZvStyleModel(QObject* parent = nullptr);
+    /// The same for a copy of \p style.
     ZvStyleModel(const ZvStyle& style, QObject* parent);
+    /// Frees the copy of the style and what the indexes point to.
     ~ZvStyleModel() override;
 
     /// The model's copy, with the edits made so far. Valid as long as the model.
@@ -36,9 +39,14 @@ public:
     /// An index of any row and column below the root, a group or an editor, whether there is such a
     /// row or not; one that there isn't has no data. Invalid below a brush or an icon.
     QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    /// The parent of \p index; that of an icon has row 0. Invalid for a group.
     QModelIndex parent(const QModelIndex& index) const override;
+    /// The number of rows of the root, a group or an editor; 0 for a brush or an icon.
     int rowCount(const QModelIndex& parent) const override;
+    /// 1, or 0 for a row that has no rows below it.
     int columnCount(const QModelIndex& parent) const override;
+    /// The name for `Qt::DisplayRole`, the `QColor` or `QIcon` for `Qt::DecorationRole`, else
+    /// nothing.
     QVariant data(const QModelIndex& index, int role) const override;
 
     /// Sets the colour of a brush, for `Qt::DecorationRole` alone, to whatever `QVariant` converts to

@@ -4,47 +4,53 @@
 #include <zvutil/ZvVariant.h>
 #include <zvutil/zvutil_export.h>
 
-/// A rectangular grid of cells, which knows its text with commas and with tabs between the cells.
-/// Reading such a text back is up to the clipboard (`ZvClipboardData`), whose rules are others: the two
-/// aren't each other's inverse.
+/// A rectangular grid of cells, which gives its text with commas or tabs between the cells. The
+/// clipboard (`ZvClipboardData`) reads such a text by other rules: the two aren't each other's
+/// inverse.
 ///
 /// **A table may have no storage**: one that is made by the default constructor, one that has been
-/// moved from, and one that the clipboard gives where there is none to read. Such a table may only be
-/// destroyed or moved from, and can't be told from another one; ask `hasTableData` before you take a
-/// table from the clipboard. A table of 0 rows and 0 columns has storage.
+/// moved from, and one that the clipboard gives where there is none to read. Such a table may only
+/// be destroyed or moved from, and can't be distinguished from another one; ask `hasTableData`
+/// before you take a table from the clipboard. A table of 0 rows and 0 columns has storage.
 ///
 /// A copy is deep: each cell is copied. A cell takes 48 bytes and one allocation, beside what its
-/// `QVariant` needs. Nothing fails but for lack of memory. Two threads may use two tables at once.
+/// `QVariant` needs. Operations fail only for lack of memory. Two threads may use two tables at once.
 class ZVUTIL_EXPORT ZvTable
 {
 public:
-    /// Without storage. Allocates nothing.
+    /// Makes a table without storage. Allocates nothing.
     ZvTable() noexcept;
 
-    /// With \p rows times \p columns copies of \p fill. Either size may be 0, and the other one is
-    /// kept. Throws `std::length_error` or `std::bad_alloc` if there is no room for so many cells.
+    /// Makes a table with \p rows times \p columns copies of \p fill. Either size may be 0, and the
+    /// other one is kept. Throws `std::length_error` or `std::bad_alloc` if there is no room for so
+    /// many cells.
     ZvTable(unsigned long long rows, unsigned long long columns, const libzvutil::ZvVariant& fill);
 
-    /// \p other must have storage.
+    /// Copies each cell; \p other must have storage.
     ZvTable(const ZvTable& other);
+    /// Takes the cells over; \p other has no storage afterwards.
     ZvTable(ZvTable&& other) noexcept;
+    /// A table keeps its size and cells for life; assign to the cells instead.
     ZvTable& operator=(const ZvTable& other) = delete;
+    /// Destroys the cells; references to them end with it.
     ~ZvTable();
 
-    /// All operations below need storage.
+    /// The number of rows; needs storage.
     unsigned long long rows() const;
+    /// The number of columns; needs storage, as all operations below.
     unsigned long long columns() const;
 
-    /// The cell at a place; both count from 0 and **aren't tested**. Valid as long as the table.
+    /// The cell at a place; both count from 0 and **aren't checked**. Valid as long as the table.
     libzvutil::ZvVariant& value(unsigned long long row, unsigned long long column);
+    /// The same for a constant table.
     const libzvutil::ZvVariant& value(unsigned long long row, unsigned long long column) const;
 
     /// The cells' texts, by `QVariant::toString`, in UTF-8, with commas between them and line feeds
     /// between the rows.
     ///
-    /// A text that holds a comma stands between double quotes. **Nothing else is quoted or escaped**,
-    /// neither a double quote nor a line feed. A NUL ends its cell's text; the separator behind it is
-    /// lost, and with it the end of the row that came before it.
+    /// A text that contains a comma is put in double quotes. **Nothing else is quoted or escaped**,
+    /// neither a double quote nor a line feed. A NUL ends its cell's text; the separator after it is
+    /// lost, and with it the end of the row before.
     libzvutil::ZvString toCSV() const;
     /// The same with tabs in place of the commas.
     libzvutil::ZvString toTSV() const;

@@ -11,13 +11,13 @@ namespace zvutil {
 
 /// A universally unique identifier as text: the handle that crosses module boundaries.
 ///
-/// Nothing looks into the text: any text can be an identifier, and none is checked. Text that comes
-/// in ends at its first NUL. Comparison is that of bytes, so two spellings of one identifier differ.
+/// The text isn't checked: any text can be an identifier. Input ends at its first NUL. Comparison
+/// is that of bytes, so two spellings of one identifier differ.
 ///
 /// Copies share nothing. An identifier takes one allocation for its implementation, and one for a
 /// text that is too long to lie in it, as that of a generated one is; a move takes none and throws
-/// nothing. A moved-from identifier may only be destroyed or assigned to. Nothing fails but for
-/// lack of memory. Two threads may use two identifiers at once.
+/// nothing. A moved-from identifier may only be destroyed or assigned to. Operations fail only
+/// for lack of memory. Two threads may use two identifiers at once.
 class ZVUTIL_EXPORT ZvUUID
 {
 public:
@@ -25,21 +25,31 @@ public:
     ZvUUID();
     /// Copies \p text, which must not be null.
     ZvUUID(const char* text);
+    /// Copies \p text up to its first NUL.
     ZvUUID(const std::string& text);
+    /// Copies \p text.
     ZvUUID(const ZvBasicString<char>& text);
+    /// Copies the text of \p id up to its first NUL.
     ZvUUID(const uuid& id);
 
+    /// A deep copy of \p other, which must not have been moved from.
     ZvUUID(const ZvUUID& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvUUID(ZvUUID&& other) noexcept;
-    /// Writes into the implementation that is there; a moved-from identifier gets a new one.
+    /// Copies \p other, which must not have been moved from, into the implementation that this
+    /// identifier has; a moved-from one gets a new one.
     ZvUUID& operator=(const ZvUUID& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvUUID& operator=(ZvUUID&& other) noexcept;
-    /// Takes a new implementation.
+    /// Copies the text of \p id up to its first NUL; `c_str` returns another pointer then. This
+    /// object may have been moved from.
     ZvUUID& operator=(const uuid& id);
+    /// Frees the text; what `c_str` returned ends with it.
     ~ZvUUID();
 
-    /// Case counts.
+    /// Whether the texts are the same, byte for byte; case counts.
     bool operator==(const ZvUUID& other) const;
+    /// The contrary of `==`.
     bool operator!=(const ZvUUID& other) const;
     /// The order of the bytes as unsigned values; a text comes before a longer one that begins with
     /// it, so the empty one before all others.
@@ -47,7 +57,9 @@ public:
 
     /// The text; valid until the identifier is assigned to or destroyed.
     const char* c_str() const;
+    /// A copy of the text.
     ZvBasicString<char> toString() const;
+    /// A copy of the identifier.
     uuid toUUID() const;
 
 private:

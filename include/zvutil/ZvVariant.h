@@ -11,25 +11,29 @@ namespace libzvutil {
 
 /// The value of a table's cell: a handle around a `QVariant`, on which all reading is done.
 ///
-/// **Wide text doesn't go in**: the constructors that take it keep a `bool`. A caller with wide text
-/// hands over a `QVariant` of a `QString`.
+/// **Wide text isn't kept**: the constructors that take it store a `bool`. A caller with wide text
+/// passes a `QVariant` of a `QString`.
 ///
 /// A value takes one allocation beside what its `QVariant` needs; a move takes none and throws
 /// nothing. A copy has a `QVariant` of its own, which shares what `QVariant` shares. A moved-from
-/// value may only be destroyed or assigned to. Nothing fails but for lack of memory. Two threads
-/// may use two values at once.
+/// value may only be destroyed or assigned to. Operations fail only for lack of memory. Two
+/// threads may use two values at once.
 class ZVUTIL_EXPORT ZvVariant
 {
 public:
     /// Holds an invalid `QVariant`.
     ZvVariant();
+    /// Holds an `int`.
     ZvVariant(int value);
+    /// Holds a `double`.
     ZvVariant(const double& value);
 
     /// Holds a `QString` of the UTF-8 in \p text up to its first NUL; a null pointer gives the null
     /// text.
     ZvVariant(const char* text);
+    /// The same for a standard string up to its first NUL.
     ZvVariant(const std::string& text);
+    /// The same for a text of the library.
     ZvVariant(const zvutil::ZvBasicString<char>& text);
 
     /// Holds the `bool` `true`, or `false` for a null pointer: the text is lost.
@@ -37,20 +41,26 @@ public:
     /// Holds the `bool` `true`: the text is lost.
     ZvVariant(const std::wstring& text);
 
+    /// Holds a copy of \p value.
     ZvVariant(const QVariant& value);
+    /// Holds a copy of the value of \p other, which must not have been moved from.
     ZvVariant(const ZvVariant& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
     ZvVariant(ZvVariant&& other) noexcept;
+    /// Destroys the value; what `data` returned ends with it.
     virtual ~ZvVariant();
 
-    /// Both assign to the `QVariant` that is there, of whatever type it becomes; a moved-from value
-    /// gets a new one. There is no move assignment.
+    /// Assigns to the `QVariant` that this value has, of whatever type it becomes; a moved-from
+    /// value gets a new one. Moves are assigned as copies. \p other must not have been moved from.
     ZvVariant& operator=(const ZvVariant& other);
+    /// The same for a `QVariant`.
     ZvVariant& operator=(const QVariant& value);
 
-    /// Valid as long as this object; follows assignments to it.
+    /// The value; valid as long as this object, and follows assignments to it.
     const QVariant& data() const;
 
 protected:
+    /// The implementation that holds the `QVariant`.
     class Impl;
 
     /// Takes \p implementation over; it must not be null.

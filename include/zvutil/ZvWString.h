@@ -8,26 +8,33 @@ class QString;
 
 namespace libzvutil {
 
-/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: a value above 0xFFFF
-/// that comes in is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
+/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an input
+/// value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
-/// There is no comparison and no assignment, on purpose: a text is made, appended to and read.
+/// `ZvWString` has no comparison and no assignment, on purpose: a text is made, appended to and read.
 class ZVUTIL_EXPORT ZvWString : public ZvAbstractString
 {
 public:
+    /// The empty text.
     ZvWString();
     /// Copies \p text, which must not be null, up to its first NUL.
     ZvWString(const wchar_t* text);
+    /// The same for a standard string, up to its first NUL.
     ZvWString(const std::wstring& text);
 
-    /// Copies the text of \p other up to its first NUL.
+    /// Copies \p other, which must not have been moved from, up to its first NUL.
     ZvWString(const ZvWString& other);
+    /// Takes over what \p other holds; \p other may then only be destroyed.
     ZvWString(ZvWString&& other) noexcept;
+    /// Frees the text; what `c_str` returned ends with it.
     ~ZvWString() override;
 
-    /// Appends a text, which may be this one, up to its first NUL, behind all that this one holds.
+    /// Appends \p other, which may be this text, up to its first NUL, after everything that this text
+    /// holds. Returns this text, as all of these do.
     ZvWString& operator+=(const ZvWString& other);
+    /// The same for a text that ends in a NUL; \p text must not be null.
     ZvWString& operator+=(const wchar_t* text);
+    /// The same for a standard string up to its first NUL.
     ZvWString& operator+=(const std::wstring& text);
     /// Appends one unit, also a NUL.
     ZvWString& operator+=(wchar_t unit);
@@ -35,7 +42,7 @@ public:
     /// for an unpaired surrogate U+FFFD where `wchar_t` has 32 bits.
     ZvWString& operator+=(const QString& text);
 
-    /// The text with a NUL behind it; valid until the text changes.
+    /// The text followed by a NUL; valid until the text changes.
     const wchar_t* c_str() const;
 
 private:

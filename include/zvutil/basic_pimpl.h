@@ -8,12 +8,37 @@ namespace zvutil {
 /// Owns the hidden implementation of a handle.
 ///
 /// The implementation is built first and handed in, so that nothing leaks if that throws:
-/// \code
-/// Thing::Thing() : m_impl(std::make_unique<ThingImpl>()) {}
-/// \endcode
-/// It can be moved but not copied: a handle that can be copied builds a new implementation from the
-/// other's, so that copies never share anything. A moved-from object holds null; it may only be
-/// destroyed, be the target of a move assignment or be asked by `has_impl`.
+/// @code{.cpp}
+/// class Counter
+/// {
+/// public:
+///     Counter();
+///     int next();
+///
+/// private:
+///     struct CounterImpl;
+///
+///     zvutil::basic_pimpl<CounterImpl> m_impl;
+/// };
+///
+/// struct Counter::CounterImpl
+/// {
+///     int value = 0;
+/// };
+///
+/// Counter::Counter()
+///     : m_impl(std::make_unique<CounterImpl>())
+/// {
+/// }
+///
+/// int Counter::next()
+/// {
+///     return ++m_impl.impl().value;
+/// }
+/// @endcode
+/// A `basic_pimpl` can be moved but not copied: a handle that can be copied builds a new
+/// implementation from the other's, so that copies never share anything. A moved-from object holds
+/// null; it may only be destroyed, move-assigned to or passed to `has_impl`.
 ///
 /// Two threads may use two objects at once. `T` must be complete where an object is made or
 /// destroyed.
@@ -27,6 +52,7 @@ public:
     {
     }
 
+    /// Takes the implementation over; \p other holds null afterwards.
     basic_pimpl(basic_pimpl&& other) noexcept
         : m_implementation(std::exchange(other.m_implementation, nullptr))
     {
@@ -41,17 +67,21 @@ public:
         return *this;
     }
 
+    /// A handle that can be copied builds the new implementation itself.
     basic_pimpl(const basic_pimpl&) = delete;
+    /// A handle that can be copied assigns to the implementation itself.
     basic_pimpl& operator=(const basic_pimpl&) = delete;
 
+    /// Destroys the implementation, if any.
     virtual ~basic_pimpl() { destroy(m_implementation); }
 
-    /// The implementation. Not to be called on a moved-from object: there is no test for null.
+    /// The implementation. The object must not have been moved from: there is no test for null.
     T& impl() noexcept { return *m_implementation; }
+    /// The same for a constant handle.
     const T& impl() const noexcept { return *m_implementation; }
 
-    /// Whether \p holder hasn't been moved from. A handle whose copy assignment writes into its
-    /// implementation asks this first.
+    /// Whether \p holder holds an implementation, that is, hasn't been moved from. A handle whose
+    /// copy assignment writes into its implementation checks this first.
     friend bool has_impl(const basic_pimpl& holder) noexcept
     {
         return holder.m_implementation != nullptr;

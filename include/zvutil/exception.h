@@ -14,13 +14,16 @@ class ZVUTIL_EXPORT exception : public std::exception
 public:
     /// The message is \p text followed by \p detail.
     exception(const char* text, const std::string& detail);
+    /// A copy of \p other; allocates nothing.
     exception(const exception& other) noexcept;
+    /// Frees the message unless a copy holds it.
     ~exception() override;
 
+    /// The message; valid as long as this object.
     const char* what() const noexcept override;
 
 private:
-    // Holds a text that is copied without throwing.
+    // `std::runtime_error` copies its text without throwing.
     std::runtime_error m_message;
 };
 

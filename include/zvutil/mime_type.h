@@ -2,7 +2,7 @@
 
 namespace zvutil {
 
-/// A format by which clipboard content can be asked for.
+/// A format of clipboard content.
 enum class mime_type {
     csv = 0, ///< "text/csv"
     xml_spreadsheet = 1, ///< a name only: such content is neither written nor read

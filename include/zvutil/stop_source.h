@@ -7,32 +7,48 @@
 
 namespace zvutil {
 
-/// Whoever holds it can ask work to stop, once. Nothing is forced: the work looks at its
-/// `stop_token`, or is called through it.
+/// Requests that work stops, once. Nothing is forced: the work polls its `stop_token`, or is called
+/// through it.
 ///
-/// Copies are the same source, which goes with the last of them. It is used on any thread, each
-/// object by one thread at a time.
+/// Copies are the same source, which ends with the last of them. A source may be used on any thread,
+/// each object by one thread at a time.
+///
+/// @code{.cpp}
+/// #include <cassert>
+/// #include <thread>
+///
+/// const zvutil::stop_source source;
+/// std::thread worker([token = source.get_token()] {
+///     while (!token.stop_requested())
+///         std::this_thread::yield(); // or one step of the work
+/// });
+/// const bool isFirst = source.request_stop();
+/// worker.join();
+/// assert(isFirst);
+/// assert(source.stop_requested());
+/// @endcode
 class stop_source
 {
 public:
-    /// A source of its own that nobody has asked to stop.
+    /// A new source, without a stop requested.
     stop_source()
         : m_impl(std::make_shared<details::stop_source_impl>())
     {
     }
 
-    /// A token for those that are to stop.
+    /// A token for the work that is to stop.
     [[nodiscard]] stop_token get_token() const { return stop_token(m_impl); }
 
-    /// Asks to stop. Returns true the first time; then it also calls, on this thread and in the
-    /// order in which they were connected, all receivers that are connected now and alive when
-    /// their turn comes. Later calls return false and do nothing. However many threads call,
-    /// exactly one of them gets true.
+    /// Requests the stop. The first call returns true after it has called, on this thread and in the
+    /// order of their connection, all receivers that are connected now and still exist when their
+    /// turn comes. Later calls return false and do nothing. However many threads call, exactly one of
+    /// them gets true.
     ///
     /// A receiver may connect further ones, which aren't called any more, and destroy receivers and
-    /// the source. What a receiver throws comes out here and leaves those behind it uncalled.
+    /// the source. An exception of a receiver is passed on and leaves the later receivers uncalled.
     bool request_stop() const { return m_impl->request_stop(); }
 
+    /// Whether `request_stop` was called on this source or a copy. Takes no lock.
     bool stop_requested() const noexcept { return m_impl->stop_requested(); }
 
 private:

@@ -9,31 +9,33 @@
 
 namespace zvutil {
 
-/// Tells whether the `stop_source` that it comes from was asked to stop. It keeps the source's
-/// answer, but not the source, alive.
+/// Reports whether a stop was requested from the `stop_source` that the token comes from. The token
+/// keeps the source's answer, but not the source, alive.
 ///
-/// Tokens are copied freely and used on any thread, each object by one thread at a time.
+/// Tokens may be copied and used on any thread, each object by one thread at a time.
 class stop_token
 {
 public:
-    /// Belongs to no source: it never reports a stop and accepts no receiver.
+    /// A token without a source, which never reports a stop and accepts no receiver.
     stop_token() noexcept = default;
 
-    /// Also tells the last answer of a source that has gone. Takes no lock and never waits.
+    /// Whether the stop was requested, also from a source that was destroyed since. Takes no lock and
+    /// never waits.
     bool stop_requested() const noexcept { return m_flag && m_flag->load(); }
 
-    /// Has \p receiver called by the first `stop_source::request_stop` that begins afterwards, on
-    /// the thread that calls that. A stop that was requested before, or is just being requested,
-    /// doesn't reach it: who must not miss one connects first and asks `stop_requested` then.
+    /// Registers \p receiver, which the first `stop_source::request_stop` that begins afterwards
+    /// calls on its own thread. A stop that was requested before, or is just being requested,
+    /// doesn't call it: a caller that must not miss one connects first and then checks
+    /// `stop_requested`.
     ///
-    /// The receiver stays connected for as long as the caller keeps what is returned, which is the
-    /// only strong reference to it. The source keeps an entry of a few words for it until it goes
-    /// itself, so connecting over and over to a source that stays costs memory.
+    /// The receiver stays connected as long as the caller keeps the returned pointer, the only
+    /// strong reference to it. The source keeps an entry of a few words for it until the source is
+    /// destroyed, so repeated connections to a long-lived source cost memory.
     ///
-    /// If there is no source any more, destroys \p receiver and returns null.
+    /// Destroys \p receiver and returns null if the source was destroyed.
     ///
-    /// Any thread, but no two threads may connect to one source at once, and none may connect while
-    /// another requests the stop.
+    /// Any thread may call this, but no two may connect to one source at once, and none may connect
+    /// while another requests the stop.
     [[nodiscard]] std::shared_ptr<signalling::parameterised_abstract_receiver<>>
     connect_receiver(std::unique_ptr<signalling::parameterised_abstract_receiver<>> receiver) const
     {

@@ -7,13 +7,15 @@
 
 namespace zvutil {
 
-/// Somebody asked for a property that there isn't.
+/// Thrown for a property that doesn't exist.
 class ZVUTIL_EXPORT unknown_property_exception : public exception
 {
 public:
     /// The message is "unknown property: " followed by \p name.
     explicit unknown_property_exception(const std::string& name);
+    /// A copy of \p other; allocates nothing.
     unknown_property_exception(const unknown_property_exception& other) noexcept;
+    /// Frees the message unless a copy holds it.
     ~unknown_property_exception() override;
 };
 

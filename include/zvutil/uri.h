@@ -15,12 +15,12 @@ namespace zvutil {
 /// components and the kind `UriKind::None`. No text is refused.
 ///
 /// The split is lexical and more generous than RFC 3986. The user part reaches to the first `@`
-/// behind `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and
+/// after `//`, over any `/`, `?` and `#`; the host reaches to the next `:` or `/`, over `?` and
 /// `#`; a path may follow the port without a `/`. An inner NUL ends what is split, not the text.
 ///
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
-/// failures are `std::bad_alloc` and the one that is told at the constructor from a path. The views
-/// are valid until the object is assigned to or destroyed; a move hands them on.
+/// failures are `std::bad_alloc` and that of the constructor from a path. The views are valid until
+/// the object is assigned to or destroyed; after a move they belong to the new object.
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:
@@ -42,13 +42,13 @@ public:
     {
     }
 
-    /// Not there: it would be the constructor from a path. Say `uri(std::string(text))` for a text.
+    /// Deleted, since the view would convert to a path. Write `uri(std::string(text))`.
     explicit uri(std::string_view text) = delete;
 
     /// Parses "file:/" followed by the path's text. **Wide text is a path as well**:
-    /// `uri(L"http://x")` gives `file:/http://x`, so text of a URI comes in narrow. A relative path
-    /// isn't made absolute, and of a UNC path's two leading separators nothing is left but slashes:
-    /// `\\srv\x` gives `file:///srv/x`.
+    /// `uri(L"http://x")` gives `file:/http://x`, so pass the text of a URI as narrow text. A
+    /// relative path isn't made absolute, and of a UNC path's two leading separators nothing is
+    /// left but slashes: `\\srv\x` gives `file:///srv/x`.
     ///
     /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes
     /// six bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`,
@@ -58,28 +58,33 @@ public:
     {
     }
 
+    /// Takes text and views over; the other may then only be destroyed or assigned to.
     uri(uri&&) noexcept = default;
+    /// Takes text and views over; the other may then only be destroyed or assigned to.
     uri& operator=(uri&&) noexcept = default;
+    /// Frees the text; the views end with it.
     ~uri() override = default;
 
-    /// The normalised text.
+    /// The normalised text, including what follows a NUL.
     const std::string& text() const noexcept { return impl().text; }
 
     /// `file`, `http` or `https`.
     std::string_view scheme() const noexcept { return impl().scheme; }
-    /// All between `//` and the path: `user@host:port`.
+    /// Everything between `//` and the path: `user@host:port`.
     std::string_view authority() const noexcept { return impl().authority; }
-    /// Without its `@`.
+    /// The user part, without its `@`.
     std::string_view userinfo() const noexcept { return impl().userinfo; }
+    /// The host, up to the next `:` or `/`.
     std::string_view host() const noexcept { return impl().host; }
-    /// The digits behind the `:`.
+    /// The digits after the `:` of the host.
     std::string_view port() const noexcept { return impl().port; }
-    /// With its leading `/`, if any.
+    /// The path, with its leading `/`, if any.
     std::string_view path() const noexcept { return impl().path; }
-    /// Without its `?`.
+    /// The query, without its `?`.
     std::string_view query() const noexcept { return impl().query; }
-    /// Without its `#`.
+    /// The fragment, without its `#`.
     std::string_view fragment() const noexcept { return impl().fragment; }
+    /// The class of the scheme; never `UriKind::Unknown`.
     UriKind kind() const noexcept { return impl().kind; }
 };
 

@@ -7,9 +7,9 @@
 
 namespace zvutil {
 
-/// A universally unique identifier as text, by value. A standard string in all but its type.
+/// A universally unique identifier as text: a standard string with a type of its own.
 ///
-/// Nothing looks into the text, so any text can be one. What is generated has the form
+/// The text isn't checked, so any text can be an identifier. A generated one has the form
 /// `3F2504E0-4F89-41D3-9A0C-0305E82C3301`: 36 characters, the letters in upper case.
 class uuid
 {
@@ -17,8 +17,8 @@ public:
     /// Generates a new identifier, from `CoCreateGuid` on Windows and from the operating system's
     /// random source elsewhere, as a random identifier of version 4. There is no null identifier.
     ///
-    /// Any thread, without a lock; a forked child never repeats what its parent generates. Takes
-    /// one allocation.
+    /// Any thread may call this, without a lock; a forked child never repeats what its parent
+    /// generates. Takes one allocation.
     ZVUTIL_EXPORT uuid();
 
     /// Keeps \p text as it is.
@@ -27,11 +27,14 @@ public:
     {
     }
 
+    /// The text; valid as long as this object.
     const std::string& text() const noexcept { return m_text; }
+    /// The text up to its end, followed by a NUL; valid as long as this object.
     const char* c_str() const noexcept { return m_text.c_str(); }
 
     /// Compares the texts byte for byte, so case counts.
     friend bool operator==(const uuid& a, const uuid& b) noexcept { return a.m_text == b.m_text; }
+    /// The contrary of `==`.
     friend bool operator!=(const uuid& a, const uuid& b) noexcept { return !(a == b); }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace libzvutil {
 
-/// The text behind a handle.
+/// The text of a handle.
 class ZVUTIL_NO_EXPORT ZvAbstractString::Impl
 {
 public:

@@ -9,8 +9,8 @@
 
 namespace libzvutil {
 
-/// The implementation of `ZvString`, of `char`, whose comparison ignores case, and of `ZvWString`, of
-/// `wchar_t`, for which case counts.
+/// The implementation of `ZvString`, for `char`, whose comparison ignores case, and of `ZvWString`,
+/// for `wchar_t`.
 template <typename C>
 class ZvBasicString final : public ZvAbstractString::Impl
 {

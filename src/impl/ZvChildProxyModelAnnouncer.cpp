@@ -44,7 +44,8 @@ ZvChildProxyModel::Announcer* ZvChildProxyModel::Announcer::of(const ZvChildProx
 
 void ZvChildProxyModel::Announcer::retire()
 {
-    // A slot of what is announced here may have called for another source.
+    // Rename and defer the deletion: a slot of a change that this object announces may have set the
+    // other source.
     setObjectName(QString());
     if (const Model* const source = m_proxy.sourceModel())
         source->disconnect(this);
@@ -125,7 +126,7 @@ void ZvChildProxyModel::Announcer::begin(Change change)
 
 void ZvChildProxyModel::Announcer::end(void (Model::*announce)())
 {
-    // A change that began before this listened is of unknown extent.
+    // Reset for a change that began before this object was connected: its extent is unknown.
     if (m_changes.empty())
         begin(Change::Reset);
     const Change change = m_changes.back();
@@ -176,13 +177,13 @@ bool ZvChildProxyModel::Announcer::hasRoot() const
     return m_proxy.m_root.isValid();
 }
 
-/// Whether what lies directly below \p parent, an index of the source, is counted here.
+/// Whether rows directly below \p parent, an index of the source, belong to the branch.
 bool ZvChildProxyModel::Announcer::isInBranch(const QModelIndex& parent) const
 {
     return hasRoot() ? m_proxy.isDescendedFromRoot(parent) : !parent.isValid();
 }
 
-/// Whether the root lies in one of these rows or columns, or below them.
+/// Whether the root is in one of these rows or columns of \p parent, or below them.
 bool ZvChildProxyModel::Announcer::isRootAmong(const QModelIndex& parent, int first, int last,
                                                int (QModelIndex::*place)() const) const
 {
@@ -193,8 +194,8 @@ bool ZvChildProxyModel::Announcer::isRootAmong(const QModelIndex& parent, int fi
     return false;
 }
 
-/// A source that changes the layout above the root may find its rows below it by other means than
-/// before, so that is told as well.
+/// Whether to announce a change of the source's layout. A change above the root counts too, since
+/// the source may find the rows below the root in another way afterwards.
 bool ZvChildProxyModel::Announcer::touchesLayout(const Indexes& parents) const
 {
     const auto isAboveRoot = [this](const QModelIndex& parent) {
@@ -209,13 +210,13 @@ bool ZvChildProxyModel::Announcer::touchesLayout(const Indexes& parents) const
            });
 }
 
-/// Those of the parents that lie in the branch; none stands for all.
+/// The parents as indexes of the branch; an empty list means all of it.
 ZvChildProxyModel::Announcer::Indexes
 ZvChildProxyModel::Announcer::shown(const Indexes& parents) const
 {
     Indexes result;
     for (const QPersistentModelIndex& parent : parents) {
-        // One above the root touches all of the branch.
+        // A parent above the root affects the whole branch.
         if (!isInBranch(parent))
             return {};
         result.append(m_proxy.mapFromSource(parent));

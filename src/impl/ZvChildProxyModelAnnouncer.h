@@ -8,19 +8,18 @@
 #include <utility>
 #include <vector>
 
-/// Announces the source's changes as those of the branch: what happens within it as it is, a move that
-/// has one end in it and the end of the root as a reset, and nothing else. It is a child of its
-/// model.
+/// Announces the source's changes as changes of the branch: changes within it as they are, a move
+/// with one end in it and the removal of the root as a reset, and no others. Owned by its model.
 class ZVUTIL_NO_EXPORT ZvChildProxyModel::Announcer : public QObject
 {
 public:
     Announcer(ZvChildProxyModel& proxy, const QAbstractItemModel& source);
     ~Announcer() override;
 
-    /// The one of \p proxy, or null.
+    /// The announcer of \p proxy, or null.
     static Announcer* of(const ZvChildProxyModel& proxy);
 
-    /// Ends this before another source is set.
+    /// Disconnects from the source and schedules deletion, before another source is set.
     void retire();
 
 private:
@@ -57,9 +56,10 @@ private:
     Indexes shown(const Indexes& parents) const;
 
     ZvChildProxyModel& m_proxy;
-    /// The source's changes that have begun and not yet ended.
+    /// The source's changes that have begun and not yet ended, the innermost last.
     std::vector<Change> m_changes;
-    /// The model's persistent indexes and what they stand for, while the source changes its layout.
+    /// While the source changes its layout: the model's persistent indexes and their source
+    /// indexes.
     std::vector<std::pair<QModelIndex, QPersistentModelIndex>> m_indexes;
     bool m_isLayoutTold = false;
     bool m_hadRoot = false;

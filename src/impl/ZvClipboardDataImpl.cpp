@@ -27,6 +27,6 @@ void ZvClipboardData::Impl::loseData()
     if (!mimeData)
         return;
     mimeData = nullptr;
-    // A listener may destroy this object.
+    // Emit last: a listener may destroy this object.
     Q_EMIT invalidated();
 }

@@ -18,7 +18,7 @@ public:
     /// The content if it is this library's own, else null.
     const ZvClipboardInternalData* internalData() const;
 
-    const QMimeData* mimeData; ///< null after it has gone
+    const QMimeData* mimeData; ///< null after it was destroyed
 
 Q_SIGNALS:
     void invalidated();

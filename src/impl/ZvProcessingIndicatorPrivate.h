@@ -7,7 +7,7 @@
 class QTimerEvent;
 class ZvProcessingIndicator;
 
-/// The state of a spinner, a child of it.
+/// The state of a spinner, which owns it.
 class ZvProcessingIndicatorPrivate : public QObject
 {
 public:

@@ -2,7 +2,7 @@
 
 #include <QWidgetAction>
 
-/// Brings a spinner into a line edit, which takes actions.
+/// An action that shows a spinner in a line edit.
 class ZvSearchBarProcessingAction : public QWidgetAction
 {
     Q_OBJECT

@@ -18,14 +18,14 @@ namespace libzvutil {
 
 namespace {
 
-/// Asks for room for the whole of its widget and a scroll bar beside it, where Qt's own asks for 36 by
-/// 24 lines at most.
+/// A scroll area whose size hint has room for the whole widget and a scroll bar; that of Qt is
+/// limited to 36 by 24 lines.
 class PreviewArea : public QScrollArea
 {
 public:
     QSize sizeHint() const override
     {
-        // A sheet may bring another frame.
+        // Polish first: a style sheet may change the frame.
         ensurePolished();
         const int frame = 2 * frameWidth();
         const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
@@ -47,14 +47,14 @@ void showStyle(ZvStyleModel& model, const ZvStyleLibrary& library, const QString
     try {
         model.setStyle(library.style(name.toUtf8().constData()));
     } catch (...) {
-        // Wanted: a name that the library doesn't have, such as that of an empty list, changes
-        // nothing.
+        // By contract: showStyle() ignores a name that the library doesn't have, such as that of an
+        // empty list.
     }
 }
 
 void preview(const ZvStyle& style, QWidget& panel)
 {
-    // Wanted: without a template the panel keeps its look.
+    // By contract: the panel keeps its look if the template can't be read.
     style.apply(&panel);
     const QString sheet = panel.styleSheet();
     for (QWidget* const widget : panel.findChildren<QWidget*>())
@@ -76,7 +76,7 @@ ZvStyleEditor::Impl::PreviewFactories& ZvStyleEditor::Impl::previewFactories()
     return factories;
 }
 
-// The order of the connections is that in which the reactions to one signal run.
+// The order of the connections is the order in which the reactions to one signal run.
 void ZvStyleEditor::Impl::connectControls(ZvStyleEditor& editor, const Controls& controls)
 {
     const auto tellPreview = [&editor, model = controls.model] {
@@ -128,8 +128,8 @@ ZvStyle ZvStyleEditor::Impl::makeUserCopy(const ZvStyle& style) const
     const QString base = style.isDefaultStyle() ? QStringLiteral("User ") + own : own;
     const QStringList names = library.names();
     QString candidate = base;
-    // Wanted: with regard to case, unlike the library, so that a copy may replace a style whose name
-    // differs in case only.
+    // By contract: makeUserCopy() compares names with case, unlike the library, so a copy may
+    // replace a style whose name differs only in case.
     for (int i = 1; i < 10000 && names.contains(candidate, Qt::CaseSensitive); ++i)
         candidate = base + QLatin1Char(' ') + QString::number(i);
     return style.duplicate(candidate.toUtf8().constData());
@@ -141,7 +141,7 @@ void ZvStyleEditor::Impl::activateItem(ZvStyleEditor& editor, const Controls& co
     const QVariant shown = index.data(Qt::DecorationRole);
     if (shown.userType() != QMetaType::QColor)
         return;
-    // The dialog runs an event loop, in which the model may be reset.
+    // Keep a persistent index: the dialog runs an event loop, in which the model may be reset.
     const QPersistentModelIndex item(index);
     const QColor chosen = QColorDialog::getColor(shown.value<QColor>(), &editor, QString(), {});
     if (!chosen.isValid() || !item.isValid())
@@ -153,7 +153,7 @@ void ZvStyleEditor::Impl::activateItem(ZvStyleEditor& editor, const Controls& co
     }
     QString name;
     {
-        // The list of names changes meanwhile, and so does the style that is shown.
+        // Block the model's signals: the list of names changes and selects another style meanwhile.
         const QSignalBlocker blocker(model);
         model.setData(item, chosen, Qt::DecorationRole);
         const ZvStyle copy = makeUserCopy(model.style());

@@ -28,35 +28,35 @@ class ZVUTIL_NO_EXPORT ZvStyleEditor::Impl : public QObject
 public:
     using PreviewFactories = std::deque<std::pair<QString, PreviewFactory>>;
 
-    /// What a user works with, owned by the window.
+    /// The controls that the user works with, owned by the window.
     struct Controls
     {
         QComboBox* combo;
         QPushButton* duplicateButton;
         QTreeView* tree;
         ZvStyleModel* model;
-        QWidget* panel; ///< which alone shows the style
+        QWidget* panel; ///< the only widget that shows the style
         QPushButton* applyButton;
     };
 
-    /// With a copy of the manager's library.
+    /// Copies the manager's library.
     Impl();
     ~Impl() override;
 
-    /// Those of the process. A deque, since callers hold references to the factories.
+    /// The factories of the process. A deque, since callers hold references to its elements.
     static PreviewFactories& previewFactories();
 
     void connectControls(ZvStyleEditor& editor, const Controls& controls);
 
     void addPreviewTab(const QString& name, QWidget* widget);
 
-    /// Puts a style into the library and tells the new list of names.
+    /// Replaces or adds \p style in the library and emits the new list of names.
     void replaceStyle(const ZvStyle& style);
 
-    /// A copy by a name that is free.
+    /// A copy of \p style under a name that the library doesn't have.
     ZvStyle makeUserCopy(const ZvStyle& style) const;
 
-    /// Lets the user choose another colour for a row that has one.
+    /// Asks the user for another colour, if the row has one.
     void activateItem(ZvStyleEditor& editor, const Controls& controls, const QModelIndex& index);
 
     ZvStyleLibrary library;

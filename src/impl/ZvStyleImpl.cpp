@@ -32,7 +32,7 @@ QColor hostAccent()
     return text.c_str();
 }
 
-/// Whether two names are equal but for case in the global locale.
+/// Whether two names are equal except for case in the global locale.
 bool equalNames(std::string_view a, std::string_view b)
 {
     const std::locale global;
@@ -63,8 +63,8 @@ struct IconVariable
     ZvStyleIcon icon;
 };
 
-// The order of all variables is that in which they are replaced: "@accent" comes behind those that it
-// begins.
+// Variables are replaced in this order: "@accent" comes after the variables that it is the
+// beginning of.
 constexpr BrushVariable brushVariables[] = {
     {"@panel", ZvStyleBrush::Panel},
     {"@editorEnabled", ZvStyleBrush::EditorEnabled},
@@ -159,7 +159,8 @@ const ZvEditorStyle* ZvStyle::Impl::editor(const char* editorName) const
 
 void ZvStyle::Impl::deriveAccent(const QColor& accent)
 {
-    // Wanted: a factor of 100 changes nothing, so that the first shades equal the accent.
+    // By contract: darker(100) and lighter(100) change nothing, so the first shades equal the
+    // accent.
     colour(ZvStyleBrush::Accent) = accent;
     colour(ZvStyleBrush::AccentD1) = accent.darker(100);
     colour(ZvStyleBrush::AccentD2) = accent.darker(150);
@@ -177,7 +178,8 @@ QString ZvStyle::Impl::substituteVariables(const QString& text) const
         variables.push_back({QLatin1String(v.name), sheetColour(colour(v.brush))});
     for (const IconVariable& v : iconVariables)
         variables.push_back({QLatin1String(v.name), icon(v.icon).path().toQString()});
-    // Wanted: the brush of the built-in styles is named "CommentText", so that this is invalid.
+    // By contract: the variable is black for the built-in styles, whose brush is named "CommentText",
+    // not "Comment".
     const ZvEditorStyle* const testplan = editor("Testplan");
     variables.push_back({QLatin1String("@testplanCommentTextEnabled"),
                          sheetColour(testplan ? testplan->brush("Comment") : QColor())});

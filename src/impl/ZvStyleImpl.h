@@ -13,7 +13,7 @@ namespace libzvutil {
 class ZVUTIL_NO_EXPORT ZvStyle::Impl
 {
 public:
-    /// Reads the accent from the host.
+    /// Makes a style named \p name with the host's accent.
     explicit Impl(const char* name);
 
     ZvNamedColour& colour(ZvStyleBrush brush);
@@ -34,7 +34,7 @@ public:
     ZvString name;
     std::vector<ZvNamedColour> colours; ///< one for each `ZvStyleBrush`, `TOTAL` included
     std::vector<ZvNamedIcon> icons; ///< one for each `ZvStyleIcon`, `TOTAL` included
-    std::vector<ZvEditorStyle> editors; ///< in the order in which they came; names may repeat
+    std::vector<ZvEditorStyle> editors; ///< in the order of their addition; names may repeat
     bool isDefault = false;
 };
 

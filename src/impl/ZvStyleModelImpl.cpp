@@ -38,7 +38,8 @@ bool setColourData(ZvNamedColour* colour, const QVariant& value, int role)
 {
     if (!colour || role != Qt::DecorationRole)
         return false;
-    // Wanted: what is no colour becomes an invalid one.
+    // By contract: setData() turns a value that isn't a colour into an invalid colour. Only direct
+    // calls reach it, since no row is editable.
     colour->setColour(value.value<QColor>());
     return true;
 }
@@ -254,7 +255,7 @@ ZvStyleModel::Impl::AbstractHandler* ZvStyleModel::Impl::addColourHandler(int ed
 
 int ZvStyleModel::Impl::brushCount() const
 {
-    // Wanted: the last entry, "TOTAL", is hidden, and so is that of the icons.
+    // By contract: the model hides the last brush and the last icon, both named "TOTAL".
     return count(style.d_impl()->colours) - 1;
 }
 

@@ -10,7 +10,8 @@
 
 namespace libzvutil {
 
-/// What an index points to: a handler, which knows the kind of the row.
+/// The model's copy of the style and the handlers that indexes point to; a handler knows the kind
+/// of its row.
 class ZVUTIL_NO_EXPORT ZvStyleModel::Impl
 {
 public:
@@ -127,7 +128,7 @@ public:
     int iconCount() const;
     int editorCount() const;
 
-    /// What a row shows; null if there is no such row.
+    /// The brush of a row; null if there is no such row. The same for icons and editors below.
     ZvNamedColour* brush(int row);
     const ZvNamedIcon* icon(int row) const;
     const ZvEditorStyle* editor(int row) const;

@@ -9,7 +9,7 @@ abstract_request::abstract_request(QObject* parent)
     : QObject(parent)
 {
     impl::register_string_metatype();
-    // The first connections, so that every other slot sees the new status.
+    // Connect first, so that every other slot sees the new status.
     const auto setStatus = [this](request_status status) {
         if (m_status == request_pending)
             ++impl::pending_exit_count();
@@ -58,11 +58,13 @@ request_status abstract_request::status() const
 void abstract_request::abort()
 {
     if (m_status == request_pending) {
-        // Wanted: nothing was under way, so there is no `aborted`.
+        // By contract: abort() of a pending request doesn't emit aborted(), since no work was under
+        // way.
         Q_EMIT failed("abort requested");
     } else if (m_status == request_started) {
         m_stop.request_stop();
-        // Wanted: each further abort emits it again.
+        // By contract: each further abort() of a running request emits aborted() again. An abort is
+        // a request to the work, which may ignore it.
         Q_EMIT aborted();
     }
 }

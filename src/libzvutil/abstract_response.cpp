@@ -36,7 +36,8 @@ abstract_response::abstract_response(abstract_request* request)
 
 abstract_response::~abstract_response()
 {
-    // They wait for a stop that is on its way here, so they go while this is still whole.
+    // ~qt_stop_token blocks while another thread emits triggered() at this object, so destroy the
+    // tokens before the members.
     qDeleteAll(findChildren<qt_stop_token*>(QString(), Qt::FindDirectChildrenOnly));
 }
 
@@ -44,7 +45,8 @@ void abstract_response::attachStopToken(stop_token token)
 {
     const qt_stop_token* const attached = new qt_stop_token(token, this);
     connect(attached, &qt_stop_token::triggered, this, &abstract_response::abort);
-    // Asked last: a stop is then seen here, or there, or in both places.
+    // Connect first, then check: a stop requested in between is seen by at least one of the two,
+    // and a second abort is harmless.
     if (token.stop_requested())
         m_trigger->trigger();
 }
@@ -61,7 +63,7 @@ request_status abstract_response::status() const
 
 void abstract_response::wait()
 {
-    // A slot of its signals may delete this object.
+    // Guard this object: a slot of its signals may delete it.
     const QPointer<const abstract_response> self(this);
     impl::notice_waiting_events();
     while (self && m_status != request_completed && m_status != request_failed)

@@ -22,29 +22,31 @@ background_impl::background_impl()
 
 background_impl::~background_impl()
 {
-    // Slots of what is released may handle events, and these must find nothing to start.
+    // Mark the end first: slots of released requests may handle events, which must not start
+    // another request.
     m_isEnding = true;
     m_current.reset();
     while (!m_queue.empty()) {
         const request_ptr last = std::move(m_queue.back());
         m_queue.pop_back();
     }
-    // By contract: nobody ends the thread or waits for it.
+    // By contract: the destructor neither ends the thread nor waits for it, since work may take any
+    // time.
 }
 
 void background_impl::add(request_ptr request)
 {
     if (!request)
         return;
-    // Only one that lives there already can have been added before.
+    // Only a request that lives on the worker thread already can be in the queue already.
     [[maybe_unused]] const bool mayBeQueued = request->thread() == m_thread.get();
     request->setParent(nullptr);
     request->moveToThread(m_thread.get());
-#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
+#ifndef __clang_analyzer__ // The analyzer doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(this, [this, request = std::move(request), mayBeQueued]() mutable {
         push(std::move(request), mayBeQueued);
-        // GLib's event loop, entered from a slot that adds a request, passes over what was posted before,
-        // so that a slot that then waits needs a call that is posted anew.
+        // Forget the posted call: GLib's event loop, entered from a slot that adds a request, skips
+        // calls that were posted before, so a slot that then waits needs a new one.
         if (mayBeQueued)
             m_awaited = 0;
         run_next();
@@ -54,9 +56,10 @@ void background_impl::add(request_ptr request)
 
 void background_impl::push(request_ptr&& request, bool mayBeQueued)
 {
-    // A request that isn't pending any more has left that state on another thread, uncounted.
+    // Make remove_departed() search the queue: this request left the pending state on another
+    // thread, which this thread's count doesn't include.
     if (!request->is_pending())
-        --m_departures;
+        --m_pendingExits;
     if (mayBeQueued && !m_isIndexed) {
         for (const request_ptr& queued : m_queue)
             m_entries.insert(queued.get());
@@ -77,11 +80,14 @@ void background_impl::run_next()
         run_next_in_a_deeper_loop();
 }
 
-/// The pump's caller goes on to choose, so a call that the pump delivers has nothing to do; if it went on,
-/// calls would nest, one for each request that arrives. But a slot that the pump has called may wait
-/// for a request in an event loop of its own, and only a call from that loop can start the request. The
-/// pump doesn't deliver what is posted meanwhile. So what is posted here and comes while the pump is
-/// still at work comes from such a loop.
+/// Posts a call that starts the next request only if a slot waits in an event loop of its own.
+///
+/// The pump's caller chooses a request when the pump returns, so a call that the pump itself
+/// delivers has nothing to do; if it started one, calls would nest, one for each request that
+/// arrives. But a slot that the pump has called may wait for a request in its own event loop, and
+/// only a call from that loop can start the request. The pump doesn't deliver calls that are posted
+/// while it works. So a call that is posted here and delivered while the pump still works comes
+/// from such a loop.
 void background_impl::run_next_in_a_deeper_loop()
 {
     if (m_awaited == m_pump)
@@ -104,15 +110,16 @@ void background_impl::start_next()
     if (!request)
         return;
     m_current = request;
-    // Queued, since work may end while it is still on the stack.
+    // Queue the end, since work may emit it while it is still on the stack.
     connect(request.get(), &abstract_request::completed, this, &background_impl::end_current,
             Qt::QueuedConnection);
     connect(request.get(), &abstract_request::failed, this, &background_impl::end_current,
             Qt::QueuedConnection);
-    // The start of a request that is in the queue once more has to be seen, or that entry would stay.
+    // Count the start of this request as seen, unless the request is in the queue once more:
+    // remove_departed() has to remove that entry.
     if (m_entries.count(request.get()) == 0)
-        ++m_departures;
-    // Work that handles events may see this object deleted; the request is held here as well.
+        ++m_pendingExits;
+    // Hold the request here: work that handles events may cause the deletion of this object.
     request->start();
 }
 
@@ -129,7 +136,7 @@ request_ptr background_impl::take_next()
         request_ptr request = std::move(m_queue.front());
         m_queue.pop_front();
         forget_entry(request.get());
-        // What was released may have aborted others.
+        // Check again: slots of released requests may have aborted this one.
         if (request->is_pending())
             return request;
     }
@@ -150,13 +157,13 @@ void background_impl::pump()
 
 void background_impl::remove_departed()
 {
-    if (m_departures == impl::pending_exit_count())
+    if (m_pendingExits == impl::pending_exit_count())
         return;
-    m_departures = impl::pending_exit_count();
+    m_pendingExits = impl::pending_exit_count();
     const auto departed =
         std::stable_partition(m_queue.begin(), m_queue.end(),
                               [](const request_ptr& request) { return request->is_pending(); });
-    // Released behind the last look at the queue, since that may run anything.
+    // Release the requests after the last access to the queue, since that may run any slot.
     const std::vector<request_ptr> released(std::make_move_iterator(departed),
                                             std::make_move_iterator(m_queue.end()));
     m_queue.erase(departed, m_queue.end());

@@ -23,7 +23,8 @@ DockFrame::DockFrame(QWidget* parent)
 
 DockFrame::~DockFrame()
 {
-    // Windows and focus go while the base class goes, and tell of it.
+    // Disconnect first: the base class destroys windows and moves the focus, and their signals
+    // would reach members that are destroyed already.
     qApp->disconnect(this);
     for (DockableWidget* const window : m_windows)
         window->disconnect(this);
@@ -32,7 +33,7 @@ DockFrame::~DockFrame()
 void DockFrame::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    // Before that there is no room to share.
+    // Share the room now: before the first show Qt has none to share.
     if (!m_isRoomShared)
         leaveRoomForDocuments();
     m_isRoomShared = true;
@@ -63,7 +64,7 @@ bool DockFrame::restoreLayout(const QByteArray& layout)
         if (sizes.contains(window->objectName()))
             m_panelSizes[window] = sizes[window->objectName()];
     }
-    // Before it is shown, Qt shares the room out by other rules than behind that.
+    // Qt shares the room by other rules before the frame is shown than afterwards.
     if (m_isRoomShared)
         leaveRoomForDocuments();
     return true;
@@ -71,11 +72,12 @@ bool DockFrame::restoreLayout(const QByteArray& layout)
 
 bool DockFrame::eventFilter(QObject* watched, QEvent* event)
 {
-    // Without documents the panels have all the room, which isn't for long.
+    // Sizes count only while documents are shown: without any, the panels temporarily fill the
+    // frame.
     auto* const panel = qobject_cast<QDockWidget*>(watched);
     if (panel && event->type() == QEvent::Resize && m_isRoomShared && showsDocuments()) {
         m_panelSizes[panel] = panel->size();
-        // One behind another tab has the size of that.
+        // Panels in one tab group have one size.
         for (const QDockWidget* const other : tabifiedDockWidgets(panel))
             m_panelSizes[other] = panel->size();
     }
@@ -87,7 +89,7 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
     auto* const window = new DockableWidget(contents, this);
     m_windows.append(window);
     connect(window, &QDockWidget::visibilityChanged, this, [this, window](bool visible) {
-        // Another tab was chosen.
+        // A docked window becomes visible when the user chooses its tab.
         if (visible && !window->isFloating())
             highlight(window);
     });
@@ -106,7 +108,7 @@ DockableWidget* DockFrame::addContents(DockableWidgetContents* contents)
     dock(*window);
     contents->show();
     window->show();
-    // What the user has made of it later stays.
+    // Only new panels and the first document change the layout, so that the user's own sizes stay.
     if (isFirstDocument || !contents->isContentWidget())
         leaveRoomForDocuments();
     m_isRoomShared = wasRoomShared;
@@ -147,7 +149,7 @@ void DockFrame::activate(DockableWidget* window)
 
 bool DockFrame::closeDocuments()
 {
-    // Each may ask the user, and windows may go meanwhile.
+    // Each close may ask the user, and windows may be deleted meanwhile.
     QList<QPointer<DockableWidget>> windows;
     for (DockableWidget* const window : dockableWidgets()) {
         if (window->contents()->isContentWidget())
@@ -209,7 +211,8 @@ void DockFrame::leaveRoomForDocuments()
         const QSize preferred = window->contents()->getPreferredNewWindowSize();
         const QSize size =
             m_panelSizes.value(window, preferred.isValid() ? preferred : this->size() / 4);
-        // Qt shares out what both are told to have.
+        // resizeDocks() distributes the sum of the sizes over the given docks, so give the document
+        // the rest.
         if (isAtTheSide)
             resizeDocks({window, *document}, {size.width(), width() - size.width()},
                         Qt::Horizontal);

@@ -60,7 +60,7 @@ void DockTitleBar::setTitles(const QString& title, const QString& toolTip)
 void DockTitleBar::setHighlighted(bool highlighted)
 {
     m_label->setProperty("highlight", highlighted);
-    // A style sheet looks at properties only when it is told to.
+    // Polish the label again: a style sheet doesn't notice changes of properties.
     m_label->style()->unpolish(m_label);
     m_label->style()->polish(m_label);
 }

@@ -6,7 +6,7 @@
 class ElidedLabel;
 class QAction;
 
-/// The title bar of a window of the frame. Its parts have the names that style sheets know.
+/// The title bar of a window of the frame. Its parts have the object names that style sheets use.
 class DockTitleBar : public QWidget
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
 
     void setTitles(const QString& title, const QString& toolTip);
     void setHighlighted(bool highlighted);
-    /// \p canReload decides whether the menu offers it.
+    /// \p canReload shows the menu's entry for reloading.
     void setState(bool floating, bool canReload);
 
 Q_SIGNALS:

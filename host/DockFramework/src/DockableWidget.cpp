@@ -47,10 +47,10 @@ DockableWidget::DockableWidget(DockableWidgetContents* contents, QWidget* parent
             [contents] { reloadWhenAllowed(*contents); });
     connect(m_titleBar, &DockTitleBar::aboutToShowMenu, contents,
             [this, contents] { m_titleBar->setState(isFloating(), contents->canReloadFile()); });
-    // The bar has said what is lost.
+    // Reload without a question: the bar has already warned of lost changes.
     connect(m_reloadBar, &ReloadBar::reloadRequested, contents,
             &DockableWidgetContents::reloadFile);
-    // Another file is watched now, or the same one as it has just been read.
+    // Hide the bar: the watcher was set to another file, or to one that has just been read.
     connect(contents, &DockableWidgetContents::fileWatcherEnabled, m_reloadBar, &QWidget::hide);
     connect(contents, &DockableWidgetContents::fileWatcherIgnores, m_reloadBar,
             [this](bool ignores) {
@@ -65,7 +65,8 @@ DockableWidget::DockableWidget(DockableWidgetContents* contents, QWidget* parent
 
 DockableWidget::~DockableWidget()
 {
-    // The contents go with the window, and would have it deleted once more.
+    // Disconnect the contents: they are destroyed with the window and would delete it a second
+    // time.
     if (m_contents)
         m_contents->disconnect(this);
 }
@@ -103,7 +104,7 @@ void DockableWidget::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    // Those that stay come back along with the window.
+    // Contents that aren't deleted on close are shown again along with the window.
     if (m_contents && !m_contents->testAttribute(Qt::WA_DeleteOnClose))
         m_contents->show();
     QDockWidget::closeEvent(event);
@@ -119,7 +120,8 @@ bool DockableWidget::eventFilter(QObject* watched, QEvent* event)
 void DockableWidget::showTitles()
 {
     QString title = m_contents->getShortName();
-    // Docked, it is the text of a tab and of a menu entry, where this marks a key.
+    // The title of a docked window is the text of a tab and of a menu entry, where an ampersand
+    // marks a key.
     if (!isFloating())
         title.replace(QLatin1Char('&'), QLatin1String("&&"));
     setWindowTitle(title + QStringLiteral("[*]"));

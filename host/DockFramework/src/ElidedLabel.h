@@ -3,7 +3,7 @@
 #include <QLabel>
 #include <QString>
 
-/// A line of text that ends in dots where there is no room for all of it.
+/// A line of text that is elided where there is no room for all of it.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -11,7 +11,7 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(QWidget* parent);
 
-    /// Also what assistive tools read.
+    /// Sets the text, which assistive tools read in full.
     void setFullText(const QString& text);
 
     QSize minimumSizeHint() const override;

@@ -12,7 +12,7 @@ FileWatcher::FileWatcher()
     m_delay.setInterval(std::chrono::milliseconds(100));
     connect(&m_delay, &QTimer::timeout, this, &FileWatcher::report);
     const auto notice = [this] {
-        // A file that is replaced isn't watched any longer.
+        // QFileSystemWatcher drops a file that is replaced, so add it again.
         watchAgain();
         if (!m_delay.isActive())
             m_delay.start();
@@ -49,7 +49,7 @@ bool FileWatcher::isWatching() const
 void FileWatcher::setIgnoring(bool ignore)
 {
     if (ignore && !m_isIgnoring && m_delay.isActive()) {
-        // Of before.
+        // Report changes from before the ignored time.
         m_delay.stop();
         report();
     }

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QTimer>
 
-/// Tells when somebody else changes a file: once for what comes within a tenth of a second, and also
-/// when the file is replaced or comes and goes.
+/// Reports when another program changes, replaces, creates or removes a file, once for all changes
+/// within a tenth of a second.
 class FileWatcher : public QObject
 {
     Q_OBJECT
@@ -15,19 +15,19 @@ class FileWatcher : public QObject
 public:
     FileWatcher();
 
-    /// Watches this file from now on, and no other. Nothing is watched where the name is empty.
+    /// Watches \p filename from now on, and no other file; an empty name ends the watch.
     void watch(const QString& filename);
     void stop();
     bool isWatching() const;
 
-    /// What happens while \p ignore is true is taken for known at its end.
+    /// Changes while \p ignore is true count as known at its end.
     void setIgnoring(bool ignore);
 
 Q_SIGNALS:
     void changed(bool exists);
 
 private:
-    /// What tells one state of a file from another.
+    /// The properties by which two states of a file differ.
     struct State
     {
         bool exists = false;

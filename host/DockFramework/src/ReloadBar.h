@@ -5,7 +5,7 @@
 class QLabel;
 class QPushButton;
 
-/// A line above a document whose file has changed on disk, with what can be done about it.
+/// A bar above a document whose file has changed on disk, with buttons to reload or to ignore that.
 class ReloadBar : public QFrame
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class ReloadBar : public QFrame
 public:
     explicit ReloadBar(QWidget* parent);
 
-    /// Shows itself. \p losesChanges adds a warning.
+    /// Shows the bar. \p losesChanges adds a warning.
     void offer(bool exists, bool canReload, bool losesChanges);
 
 Q_SIGNALS:

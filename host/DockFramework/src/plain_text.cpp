@@ -6,7 +6,7 @@
 void showAsPlainText(QMessageBox& box)
 {
     box.setTextFormat(Qt::PlainText);
-    // The box doesn't hand its format on to this one.
+    // QMessageBox doesn't apply its text format to the informative text.
     if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
         label->setTextFormat(Qt::PlainText);
 }

@@ -2,6 +2,6 @@
 
 class QMessageBox;
 
-/// Has a box show its texts as they are, also what looks like a tag. Names may hold anything. To be
-/// called when the texts have been set.
+/// Makes \p box show its texts as plain text, since names may contain what looks like a tag. Call
+/// after the texts have been set.
 void showAsPlainText(QMessageBox& box);

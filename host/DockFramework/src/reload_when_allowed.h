@@ -2,5 +2,5 @@
 
 class DockableWidgetContents;
 
-/// Has \p contents read their file again. If that loses changes, the user is asked first.
+/// Makes \p contents read their file again, after a question to the user if that loses changes.
 void reloadWhenAllowed(DockableWidgetContents& contents);

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The options file, opened for the duration of one access, so that several programs may share it.
+/// Opens the options file for one access, so that several programs may share it.
 class OptionsFile
 {
 public:
@@ -55,7 +55,7 @@ int sp_ReadOptionsInfo(const char* name, YString* value, const YString& defaultV
 {
     const QVariant current = OptionsFile().value(name);
     if (current.isValid()) {
-        // QSettings reads a text with commas as a list.
+        // QSettings returns a text with commas as a list.
         *value = current.toStringList().join(QStringLiteral(", ")).toUtf8().constData();
         return 0;
     }

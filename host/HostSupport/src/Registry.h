@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// Everything that has been registered with the host and set in it.
+/// The registrations and settings of the host.
 struct Registry
 {
     struct Function
@@ -28,7 +28,8 @@ struct Registry
     void notify(const std::string& what) const;
 };
 
-/// A function-local static, so that it stands before any library registers while it loads.
+/// The one registry. A function-local static, so that it exists before any library registers while
+/// it loads.
 Registry& registry();
 
 } // namespace host

@@ -16,7 +16,8 @@ QString standardPath(const std::string& symbol)
     if (symbol == "ZVDOCSPATH")
         return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     if (symbol == "COMMON_APPDATAPATH") {
-        // The first is the user's own, the next is shared by all users, on every platform.
+        // The first location is the user's own, the second is shared by all users, on every
+        // platform.
         return QStandardPaths::standardLocations(location).value(1);
     }
     return {};

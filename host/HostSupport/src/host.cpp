@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-/// Hands an argument list to a handler.
+/// Presents an argument list to a handler.
 class Arguments final : public FuncArgsMinimal
 {
 public:
@@ -137,7 +137,7 @@ std::vector<std::string> callFunction(const std::string& name, const std::vector
                                     [&name](const auto& f) { return f.info.name == name; });
     if (found == all.end())
         throw CallError("Unknown function: " + name);
-    // A copy, since the handler may load or unload libraries.
+    // Copy the entry, since the handler may load or unload libraries.
     const FunctionInfo function = found->info;
     checkArguments(function, arguments);
     Result result;

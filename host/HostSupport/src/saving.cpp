@@ -14,16 +14,18 @@ namespace {
 
 constexpr char codec[] = "UTF-8";
 
-/// The one key of settings that are in their file but couldn't be read for want of space, so that they
-/// aren't replaced by the few that are set next.
+/// The key that replaces all others when the settings couldn't be read for lack of space.
+/// writeSettings() refuses such a map, so that the file isn't replaced by the few settings made
+/// later.
 const QString& unreadMark()
 {
     static const QString key = QStringLiteral("unread settings");
     return key;
 }
 
-/// Returns false after an error, which the file tells. Qt reports a block of which the disk took
-/// only the beginning as written, with no error; the rest is asked for here until there is one.
+/// Returns false after an error, which \p file then reports. Qt returns a short count without an
+/// error for a block that the disk took partially, so the loop writes the rest until there is an
+/// error.
 bool writeAll(QFileDevice& file, const char* data, qint64 size)
 {
     while (size > 0) {
@@ -36,7 +38,7 @@ bool writeAll(QFileDevice& file, const char* data, qint64 size)
     return file.flush();
 }
 
-/// A group has a heading, and an empty line before it but for the first.
+/// The number of lines: each group has a heading, and each but the first an empty line before it.
 int linesOf(const QStringList& keys)
 {
     QSet<QString> groups;
@@ -46,10 +48,11 @@ int linesOf(const QStringList& keys)
     return groups.isEmpty() ? 0 : keys.size() + 2 * groups.size() - 1;
 }
 
-/// The settings as an INI file, or nothing if they couldn't be put together.
+/// The settings as an INI file, or nothing if that couldn't be made.
 std::optional<QByteArray> iniOf(const QSettings::SettingsMap& settings)
 {
-    // QSettings writes to files alone, and doesn't notice that one is cut off.
+    // QSettings only writes to files, and doesn't notice one that is cut off; so write a temporary
+    // file and count its lines.
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("settings.ini")));
     QStringList keys;
@@ -58,7 +61,7 @@ std::optional<QByteArray> iniOf(const QSettings::SettingsMap& settings)
         ini.setIniCodec(codec);
         for (auto entry = settings.begin(); entry != settings.end(); ++entry)
             ini.setValue(entry.key(), entry.value());
-        // On Windows keys that differ in case alone become one.
+        // Keys that differ only in case become one on Windows.
         keys = ini.allKeys();
     }
     if (!file.open(QIODevice::ReadOnly))
@@ -73,7 +76,8 @@ bool readSettings(QIODevice& device, QSettings::SettingsMap& settings)
     QFile file(folder.filePath(QStringLiteral("settings.ini")));
     const QByteArray bytes = device.readAll();
     if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes.constData(), bytes.size())) {
-        // QSettings would drop the mark along with a failure, and tells of it when it can't write.
+        // Return true: QSettings would drop the mark after a failure. It reports one when it can't
+        // write.
         settings.insert(unreadMark(), true);
         return true;
     }

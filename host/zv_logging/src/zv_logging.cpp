@@ -26,7 +26,7 @@ constexpr std::size_t maxRecords = 10'000;
 
 using RecordSink = spdlog::sinks::ringbuffer_sink_st;
 
-/// The state of the log. One mutex guards all of it, the sinks included.
+/// The state of the log. One mutex guards all members, the sinks included.
 struct Log
 {
     std::mutex mutex;

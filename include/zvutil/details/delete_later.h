@@ -2,10 +2,12 @@
 
 namespace zvutil::details {
 
-/// Deletes a `QObject` by the event loop of the thread that it lives on, whichever thread lets go.
+/// The deleter of a smart pointer to a `QObject` that is deleted by the event loop of its own thread,
+/// whichever thread releases the pointer.
 struct delete_later
 {
     template <typename T>
+    /// Posts the deletion of \p object, which must not be null.
     void operator()(T* object) const
     {
         object->deleteLater();

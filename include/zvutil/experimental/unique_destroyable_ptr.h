@@ -5,17 +5,18 @@
 
 namespace zvutil::experimental {
 
-/// Owns an object that frees itself: `destroy`, a virtual operation of `T`, is called and never the
-/// delete operator, so that the object is freed by the library that has made it.
+/// Owns an object that frees itself: the pointer calls `destroy`, a virtual operation of `T`, and
+/// never the delete operator, so that the library that made the object frees it.
 ///
-/// One pointer wide. It can be moved, which leaves null behind, but not copied. `T` must be complete
-/// only where an object is destroyed.
+/// The size is that of a plain pointer. A move leaves null, and there is no copy. `T` must be
+/// complete only where an object is destroyed.
 template <typename T, typename Enable = void>
 class unique_destroyable_ptr
 {
 public:
     /// Holds null.
     unique_destroyable_ptr() noexcept = default;
+    /// Holds null.
     unique_destroyable_ptr(std::nullptr_t) noexcept { }
     /// Takes \p object over, which may be null.
     explicit unique_destroyable_ptr(T* object) noexcept
@@ -23,6 +24,7 @@ public:
     {
     }
 
+    /// Takes the object over; \p other holds null afterwards.
     unique_destroyable_ptr(unique_destroyable_ptr&& other) noexcept
         : m_object(std::exchange(other.m_object, nullptr))
     {
@@ -36,9 +38,12 @@ public:
         return *this;
     }
 
+    /// An object has one owner.
     unique_destroyable_ptr(const unique_destroyable_ptr&) = delete;
+    /// An object has one owner.
     unique_destroyable_ptr& operator=(const unique_destroyable_ptr&) = delete;
 
+    /// Destroys the object, if any.
     ~unique_destroyable_ptr() { reset(); }
 
     /// Takes \p object over and then destroys the one held before, if any.
@@ -49,10 +54,13 @@ public:
             previous->destroy();
     }
 
+    /// The object, which stays owned; null if there is none.
     T* get() const noexcept { return m_object; }
-    /// Not to be called on null, like `operator*`: there is no test.
+    /// The object. The pointer must not be null: there is no test.
     T* operator->() const noexcept { return m_object; }
+    /// The object. The pointer must not be null: there is no test.
     T& operator*() const noexcept { return *m_object; }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
 private:

@@ -6,8 +6,8 @@
 
 namespace zvutil::libzvutil {
 
-/// A signal and a slot that emits it. It carries a call to wherever the signal's receiver lives:
-/// the signal is emitted on the thread that calls `trigger`, and an automatic connection runs the
+/// A signal and a slot that emits it, to carry a call to the thread of the signal's receiver: the
+/// signal is emitted on the thread that calls `trigger`, and an automatic connection runs the
 /// receiver's slot on the receiver's own thread.
 ///
 /// `trigger` may be called on any thread while the object lives.
@@ -16,10 +16,13 @@ class ZVUTIL_EXPORT GenericTrigger : public QObject
     Q_OBJECT
 
 public:
+    /// \p parent, which may be null, owns the trigger.
     explicit GenericTrigger(QObject* parent = nullptr);
+    /// Ends the connections; no thread may be calling `trigger`.
     ~GenericTrigger() override;
 
 Q_SIGNALS:
+    /// Emitted by `trigger`, on the thread that calls it.
     void signal();
 
 public Q_SLOTS:

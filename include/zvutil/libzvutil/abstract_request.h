@@ -11,16 +11,17 @@
 
 namespace zvutil::libzvutil {
 
-/// Work that runs once, on the thread that the request lives on. A subclass fills in `perform`.
+/// Work that runs once, on the thread that the request lives on. A subclass implements `perform`.
+/// `BackgroundRequestManager` runs requests, and shows a whole program at its class.
 ///
-/// A request is held by `std::shared_ptr`: by its maker and, once it was handed to a manager, by
-/// that. From then on it lives on the manager's worker thread. Whoever waits for it makes an
-/// `abstract_response` of it before, and speaks to the request through that.
+/// A request is owned by `std::shared_ptr`: its maker's and, once it was added to a manager, the
+/// manager's. From then on it lives on the manager's worker thread. A caller that waits for it makes
+/// an `abstract_response` of it before, and uses the request through that.
 ///
-/// All operations are to be called on the request's own thread, but for `id` and `abort_requested`,
-/// which may be called on any. From other threads the slots are reached by queued or automatic
-/// connections. The last owner may let go on any thread, but on another than the request's own only
-/// when the work isn't under way.
+/// Call all operations on the request's own thread, except for `id` and `abort_requested`, which may
+/// be called on any. From other threads use queued or automatic connections to the slots. The last
+/// owner may release the request on any thread, but on another than the request's own only when the
+/// work isn't under way.
 ///
 /// The signals come in this order, and the status has changed before any slot of theirs runs:
 /// - `started`, then what the work emits, `completed` or `failed`;
@@ -28,63 +29,69 @@ namespace zvutil::libzvutil {
 /// - `aborted` between `started` and the end, each time it is aborted there;
 /// - `failed`, if it is destroyed before it ended: "request terminated before starting" or "request
 ///   terminated before completing";
-/// - `finished` from the destructor, always: the request goes, whether or not it ended.
+/// - `finished` from the destructor, always, whether or not the request ended.
 ///
-/// **What the destructor emits comes when the subclass's part has been destroyed.** A subclass that
-/// has connected these signals to itself is called on what is no more; so it connects another
-/// object, or calls `disconnect(this, nullptr, this, nullptr)` in its own destructor.
+/// **The destructor emits after the subclass's part was destroyed.** A slot of the subclass itself
+/// would run on a destroyed object; so connect another object, or call
+/// `disconnect(this, nullptr, this, nullptr)` in the subclass's destructor.
 class ZVUTIL_EXPORT abstract_request : public QObject
 {
     Q_OBJECT
 
 public:
+    /// A pending request with a new identifier. \p parent owns it only if no `std::shared_ptr`
+    /// does.
     explicit abstract_request(QObject* parent = nullptr);
+    /// Emits `failed` if the request hasn't ended, and then `finished`; see above.
     ~abstract_request() override;
 
-    /// Whether it was aborted after it was started. Work that takes long polls this and ends early
-    /// when it turns true. It turns true only when `abort` runs, and an abort from another thread
-    /// is an event: work that doesn't return to the event loop has to handle events, by
-    /// `QCoreApplication::processEvents`, or the abort comes when it is done.
+    /// Whether the request was aborted after it was started. Long work polls this and ends early
+    /// once it is true. Only `abort` sets it, and an abort from another thread is an event: work
+    /// that doesn't return to the event loop has to handle events, by
+    /// `QCoreApplication::processEvents`, or the abort arrives when the work is done.
     bool abort_requested() const;
 
+    /// Whether the status is `request_failed`.
     bool has_failed() const;
 
-    /// Made by the constructor; never changes.
+    /// The identifier that the constructor generates; never changes. Valid as long as the request.
     const uuid& id() const;
 
+    /// Whether the status is `request_pending`.
     bool is_pending() const;
+    /// How far the request is, by the last of its signals.
     request_status status() const;
 
 Q_SIGNALS:
-    /// The work was asked to end early. It hasn't ended yet.
+    /// `abort` was called while the work is under way; the work hasn't ended yet.
     void aborted();
     /// The work begins.
     void started();
-    /// The work is done. For the subclass to emit.
+    /// The work is done. The subclass emits it.
     void completed();
-    /// The work has failed. For the subclass to emit; the texts named above are the library's.
+    /// The work has failed. The subclass emits it; the library itself emits the texts named above.
     void failed(std::string errorMessage);
-    /// The request is being destroyed. Never for the subclass to emit.
+    /// The request is being destroyed. The subclass never emits it.
     void finished();
 
 public Q_SLOTS:
-    /// Ends a request that is pending, asks one that is running to end early, and does nothing to
-    /// one that has ended.
+    /// Fails a request that is pending, asks one that is running to end early, and ignores one that
+    /// has ended.
     virtual void abort();
 
-    /// Does the work, if the request is pending; else nothing. So a request runs at most once.
+    /// Emits `started` and calls `perform` if the request is pending, else does nothing. So a request
+    /// runs at most once.
     void start();
 
 protected:
-    /// Does the work and emits exactly one of `completed` and `failed`, at once or, having
-    /// returned, from the event loop later on. A request that emits neither is never done, and its
-    /// manager starts no other; one that emits both has its manager take the next request for done,
-    /// too.
+    /// Does the work and emits exactly one of `completed` and `failed`, either before it returns or
+    /// from the event loop later. A request that emits neither never ends, and its manager starts no
+    /// other; after one that emits both the manager also regards the next request as ended.
     ///
-    /// Must not throw. What it throws comes out of `start`, and from there, on a manager's worker
-    /// thread, gets into Qt's event loop, which ends the program by `std::terminate`. Where the
-    /// application's `QCoreApplication::notify` catches it, the request counts as running still,
-    /// until it is destroyed.
+    /// Must not throw. An exception leaves `start` and, on a manager's worker thread, reaches Qt's
+    /// event loop, which ends the program by `std::terminate`. Where the application's
+    /// `QCoreApplication::notify` catches it, the request stays in the state `request_started` until
+    /// it is destroyed.
     virtual void perform() = 0;
 
 private:

@@ -6,11 +6,13 @@
 
 namespace zvutil::libzvutil {
 
-/// The base of what runs requests. It tells nothing and is there to be owned.
+/// The base of request managers, without operations: a type to own them by.
 class ZVUTIL_EXPORT abstract_request_manager : public QObject
 {
 public:
+    /// \p parent, which may be null, owns the manager.
     explicit abstract_request_manager(QObject* parent = nullptr);
+    /// Does what the subclass does.
     ~abstract_request_manager() override;
 };
 

@@ -19,42 +19,49 @@ class abstract_request;
 /// The caller's side of a request that runs on another thread: it repeats the request's signals and
 /// status on the caller's thread, and carries an abort back.
 ///
-/// It has no parent and belongs to whoever made it. It knows its request by connections alone, so
-/// either may be destroyed first; a request that is still waiting or running then goes on.
+/// A response has no parent and belongs to its maker. Only connections link it to its request, so
+/// either may be destroyed first; a request that still waits or runs goes on.
 ///
-/// All operations are to be called on the response's own thread, which is the one that makes it,
-/// but for `requestID`, which may be called on any. All that arrives here comes by way of that
-/// thread's event loop.
+/// Call all operations on the response's own thread, which is the one that makes it, except for
+/// `requestID`, which may be called on any. Signals of the request arrive through that thread's event
+/// loop.
 class ZVUTIL_EXPORT abstract_response : public QObject
 {
     Q_OBJECT
 
 public:
     /// Follows \p request from now on. Make it on the thread on which the request lives, before the
-    /// request is handed to a manager: what was emitted before is lost, and a response that is made
-    /// late says `request_pending` until the next signal arrives. \p request may be null; then
+    /// request is added to a manager: signals emitted before are lost, and a response that is made
+    /// late reports `request_pending` until the next signal arrives. \p request may be null; then
     /// nothing ever arrives and the identifier is "unknown".
     explicit abstract_response(abstract_request* request);
+    /// Ends the connections to the request, which goes on. Waits for a stop that is just being
+    /// delivered by another thread.
     ~abstract_response() override;
 
-    /// Has `abort` called when the source of \p token is asked to stop, on whatever thread; at once
-    /// if it was already. It lasts until the response is destroyed, and can be done for any number
-    /// of tokens. The source must not be asked to stop by another thread while this call runs.
+    /// Calls `abort` when a stop is requested from the source of \p token, on whatever thread; at
+    /// once if it was already. The link lasts until the response is destroyed, and there may be any
+    /// number of them. Another thread must not request the stop while this call runs.
     void attachStopToken(stop_token token);
 
+    /// The request's identifier, or "unknown"; valid as long as the response.
     const uuid& requestID() const;
 
-    /// As far as the request's signals have arrived here.
+    /// The status by the last signal of the request that has arrived on this thread.
     request_status status() const;
 
-    /// Handles this thread's events until the status is `request_completed` or `request_failed`.
-    /// Without sleeping and without a limit: for ever if the request never ends, and it doesn't
-    /// if it waits for this thread. `finished` may come later.
+    /// Handles this thread's events until the status is `request_completed` or `request_failed`,
+    /// without sleeping and without a time limit: a request that never ends, for example because it
+    /// waits for this thread, keeps it here for ever. `finished` may arrive later.
     virtual void wait();
 
 Q_SIGNALS:
+    /// The work has begun.
     void started();
+    /// The work is done.
     void completed();
+    /// The work has failed, was aborted before it started, or the request was destroyed before it
+    /// ended; \p errorMessage is the request's.
     void failed(std::string errorMessage);
     /// The request has been destroyed.
     void finished();

@@ -14,21 +14,23 @@
 
 namespace zvutil::libzvutil {
 
+/// Shared ownership of a request.
 using request_ptr = std::shared_ptr<abstract_request>;
 
-/// What runs requests behind a `BackgroundRequestManager`, which see. It lives on the worker thread
-/// that it makes; the `QThread` lives on the thread that makes it.
+/// Runs the requests of a `BackgroundRequestManager`; lives on the worker thread that it creates. The
+/// `QThread` object lives on the thread that calls the constructor.
 class ZVUTIL_EXPORT background_impl : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Starts the worker thread and moves this object there.
     background_impl();
-    /// To be reached by `deleteLater` only.
+    /// Releases the requests; called by `deleteLater` only.
     ~background_impl() override;
 
 public Q_SLOTS:
-    /// On the thread on which \p request lives.
+    /// Queues \p request, on the thread on which it lives; null is ignored.
     void add(request_ptr request);
 
 private Q_SLOTS:
@@ -45,18 +47,18 @@ private:
     void end_current();
 
     std::unique_ptr<QThread, details::delete_later> m_thread;
-    // All below is touched on the worker thread only.
+    // Only the worker thread uses the members below.
     std::deque<request_ptr> m_queue;
     request_ptr m_current;
-    // How many requests of this thread have been seen to leave the pending state.
-    std::uint64_t m_departures = 0;
-    // The entries of the queue, kept once a request has been added that may be in it already.
+    // The number of requests of this thread that have left the pending state, when last looked at.
+    std::uint64_t m_pendingExits = 0;
+    // The entries of the queue; filled once a request is added that may be in the queue already.
     std::unordered_multiset<const abstract_request*> m_entries;
     bool m_isIndexed = false;
-    // The pump that is at work, or 0. Each has a number of its own.
+    // The number of the pump that is at work, or 0; each pump has its own number.
     std::uint64_t m_pump = 0;
     std::uint64_t m_lastPump = 0;
-    // The pump for which a call from a deeper loop is on its way.
+    // The number of the pump for which a call from a deeper loop is posted.
     std::uint64_t m_awaited = 0;
     bool m_isEnding = false;
 };

@@ -11,18 +11,19 @@ namespace zvutil::libzvutil {
 
 class background_impl;
 
-/// A request manager in front of `Impl`, which runs the requests. `Impl` lives where it likes, and
-/// is deleted by the event loop of the thread that it lives on.
+/// A request manager whose requests `Impl` runs. `Impl` may live on any thread, and the event loop of
+/// that thread deletes it.
 template <typename Impl>
 class basic_request_manager : public abstract_request_manager
 {
 public:
+    /// Makes the implementation. \p parent, which may be null, owns the manager.
     explicit basic_request_manager(QObject* parent = nullptr);
-    /// Returns at once, without waiting for a request that is running.
+    /// Returns at once, without waiting for the running request.
     ~basic_request_manager() override;
 
-    /// Queues \p request, which comes to live where the implementation runs it. Any thread, as long
-    /// as the request lives on it now. Null is ignored.
+    /// Queues \p request and moves it to the thread on which the implementation runs it. Call on the
+    /// thread on which the request lives now. Null is ignored.
     void add(std::shared_ptr<abstract_request> request);
 
 private:

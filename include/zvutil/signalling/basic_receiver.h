@@ -6,16 +6,18 @@
 
 namespace zvutil::signalling {
 
-/// A receiver that hands what it is told on to a callable, which it holds by value.
+/// A receiver that calls a callable, which it holds by value.
 template <typename F, typename... Args>
 class basic_receiver : public parameterised_abstract_receiver<Args...>
 {
 public:
+    /// Keeps \p callable, which is moved in.
     explicit basic_receiver(F callable)
         : m_callable(std::move(callable))
     {
     }
 
+    /// Calls the callable with \p args; throws what that throws.
     void receive(Args... args) override { m_callable(std::forward<Args>(args)...); }
 
 private:

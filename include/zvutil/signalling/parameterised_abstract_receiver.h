@@ -4,12 +4,12 @@
 
 namespace zvutil::signalling {
 
-/// A receiver that is told `Args`.
+/// A receiver that is called with `Args`.
 template <typename... Args>
 class parameterised_abstract_receiver : public abstract_receiver
 {
 public:
-    /// Runs on the thread of whoever calls.
+    /// Runs on the caller's thread.
     virtual void receive(Args... args) = 0;
 };
 

@@ -9,11 +9,11 @@ namespace zvutil::experimental::string {
 
 namespace {
 
-// The units' own facets, std::ctype of unsigned char, short and int, exist in some standard
-// libraries only. Those that exist in all give the same: the narrow one looks at a char as an
-// unsigned byte, and the wide one is the only other that knows letters.
+// Only the facets for char and wchar_t exist in all standard libraries, and they suffice: the
+// narrow one regards a char as an unsigned byte, and the wide one is the only other that knows
+// letters.
 
-/// A facet of the locale that is global when this is made.
+/// A facet of the locale that is the global one at construction.
 template <typename Facet>
 class facet_holder
 {
@@ -30,7 +30,7 @@ private:
 
 #if defined(__MINGW32__)
 
-/// The wide facet of MinGW asks the C library, and slowly.
+/// MinGW's wide facet calls the C library, which is slow, so keep its answers in a table.
 template <>
 class facet_holder<std::ctype<wchar_t>>
 {
@@ -43,8 +43,8 @@ private:
 
 #endif
 
-/// The one that the first comparison makes. Static objects may compare in their destructors, so it is
-/// never destroyed.
+/// The facet that the first comparison makes. Never destroyed, since static objects may compare in
+/// their destructors.
 template <typename Facet, typename C>
 const facet_holder<Facet>& kept_facet()
 {
@@ -55,7 +55,8 @@ const facet_holder<Facet>& kept_facet()
 
 signed char upper(char unit, const facet_holder<std::ctype<char>>& facet)
 {
-    // Wanted: signed, also where char isn't.
+    // By contract: bytes are compared as signed values, even where char is unsigned, so a byte from
+    // 0x80 on sorts before any letter. Callers sort by that order.
     return static_cast<signed char>(facet.toupper(unit));
 }
 
@@ -66,13 +67,13 @@ char16_t upper(char16_t unit, const facet_holder<std::ctype<wchar_t>>& facet)
 
 char32_t upper(wchar_t unit, const facet_holder<std::ctype<wchar_t>>& facet)
 {
-    // Unsigned, also where wchar_t isn't.
+    // Units are compared as unsigned values, even where wchar_t is signed.
     return static_cast<char32_t>(facet.toupper(unit));
 }
 
 char32_t upper(char32_t unit, const facet_holder<std::ctype<char>>& facet)
 {
-    // Wanted: a unit that is no byte stays as it is.
+    // By contract: a unit above 0xFF has no case, since the narrow facet knows bytes only.
     if (unit > 0xFF)
         return unit;
     return static_cast<unsigned char>(facet.toupper(static_cast<char>(unit)));
@@ -83,7 +84,8 @@ int compare_folded(const C* a, const C* b, std::size_t n)
 {
     if (n == 0)
         return 0;
-    // Wanted: the first comparison of a text that isn't empty decides on the locale for good.
+    // By contract: the first comparison of a text that isn't empty fixes the locale for good, so
+    // that equal texts stay equal.
     const facet_holder<Facet>& facet = kept_facet<Facet, C>();
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == b[i])

@@ -7,7 +7,7 @@ namespace zvutil::impl {
 
 void notice_waiting_events()
 {
-#if !defined(Q_OS_WIN) // The event loop there passes over none.
+#if !defined(Q_OS_WIN) // Windows' event loop doesn't skip events.
     if (QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance())
         dispatcher->wakeUp();
 #endif

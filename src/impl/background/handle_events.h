@@ -2,18 +2,18 @@
 
 namespace zvutil::impl {
 
-/// Has the next handling of events see all that waits for the current thread. A loop that handles
-/// events calls it once, before its first round.
+/// Makes the next handling of events see all events that wait for the current thread. A loop that
+/// handles events calls this once, before its first round.
 ///
-/// GLib's event loop, entered from an event, passes over posted events that it has seen before, unless
-/// it is woken up; what is posted later it sees by itself. Waking it up takes a call of the system.
+/// GLib's event loop, when entered from an event, skips posted events that it has seen before,
+/// unless it is woken up; later posted events it sees by itself. Waking it up costs a system call.
 void notice_waiting_events();
 
-/// Handles, once, the events that wait for the current thread, for work that goes on after it. Events
-/// that are posted meanwhile are left for the next time.
+/// Handles, once, the events that wait for the current thread; the caller's work continues
+/// afterwards. Events that are posted meanwhile wait for the next call.
 ///
-/// Nobody sends posted events here first: that would be a second round, in which an object that the
-/// first one schedules for deletion is deleted while its caller still uses it.
+/// Callers don't call sendPostedEvents() before: that would be a second round, in which an object
+/// that the first one schedules for deletion is deleted while its caller still uses it.
 void handle_events();
 
 } // namespace zvutil::impl

@@ -4,8 +4,8 @@
 
 namespace zvutil::impl {
 
-/// How many requests of the current thread have left the pending state so far. A manager sees by it
-/// whether one that waits in its queue may have.
+/// The number of requests of the current thread that have left the pending state so far. A manager
+/// searches its queue for such requests only when the number has changed.
 std::uint64_t& pending_exit_count() noexcept;
 
 } // namespace zvutil::impl

@@ -9,37 +9,38 @@ namespace zvutil::libzvutil {
 
 namespace {
 
-/// A stop that reaches an object on this thread. Stops nest, since a slot may request another.
-class emission
+/// A stop that is being delivered to an object on this thread. Deliveries nest, since a slot may
+/// request another stop.
+class delivery
 {
 public:
-    explicit emission(const qt_stop_token* token)
+    explicit delivery(const qt_stop_token* token)
         : m_token(token)
         , m_outer(std::exchange(innermost, this))
     {
     }
 
-    ~emission() { innermost = m_outer; }
+    ~delivery() { innermost = m_outer; }
 
-    emission(const emission&) = delete;
-    emission& operator=(const emission&) = delete;
+    delivery(const delivery&) = delete;
+    delivery& operator=(const delivery&) = delete;
 
     static bool is_running(const qt_stop_token* token)
     {
-        const emission* current = innermost;
+        const delivery* current = innermost;
         while (current && current->m_token != token)
             current = current->m_outer;
         return current != nullptr;
     }
 
 private:
-    static thread_local const emission* innermost;
+    static thread_local const delivery* innermost;
 
     const qt_stop_token* m_token;
-    const emission* m_outer;
+    const delivery* m_outer;
 };
 
-thread_local const emission* emission::innermost = nullptr;
+thread_local const delivery* delivery::innermost = nullptr;
 
 } // namespace
 
@@ -50,7 +51,7 @@ qt_stop_token::qt_stop_token(stop_token token, QObject* parent)
     const std::shared_ptr<void> lifetime(nullptr,
                                          [gone = m_receiver_gone](void*) { *gone = true; });
     auto emit_triggered = [this, lifetime] {
-        const emission scope(this);
+        const delivery scope(this);
         Q_EMIT triggered();
     };
     m_registration = m_token.connect_receiver(
@@ -61,8 +62,8 @@ qt_stop_token::qt_stop_token(stop_token token, QObject* parent)
 qt_stop_token::~qt_stop_token()
 {
     m_registration.reset();
-    // A stop on another thread may have got hold of the receiver, and with it of this object.
-    while (!*m_receiver_gone && !emission::is_running(this))
+    // Wait: a stop on another thread may hold the receiver, which uses this object.
+    while (!*m_receiver_gone && !delivery::is_running(this))
         std::this_thread::yield();
 }
 

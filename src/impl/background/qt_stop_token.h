@@ -10,17 +10,17 @@
 
 namespace zvutil::libzvutil {
 
-/// Makes a Qt signal of a stop.
+/// Emits a Qt signal for a stop.
 ///
-/// It is made and destroyed on its own thread. The stop may be requested on any other meanwhile,
-/// but not while the object is being made (see `stop_token::connect_receiver`).
+/// The object is constructed and destroyed on its own thread. Any thread may request the stop
+/// meanwhile, but not during the construction (see `stop_token::connect_receiver`).
 class qt_stop_token : public QObject
 {
     Q_OBJECT
 
 public:
     qt_stop_token(stop_token token, QObject* parent);
-    /// If another thread is about to emit `triggered`, waits until it has done so.
+    /// Waits if another thread is about to emit `triggered`, until it has done so.
     ~qt_stop_token() override;
 
 Q_SIGNALS:
@@ -30,7 +30,7 @@ Q_SIGNALS:
 private:
     stop_token m_token;
     std::shared_ptr<signalling::parameterised_abstract_receiver<>> m_registration;
-    // A reference count that has come to zero would say the same, but orders nothing before it.
+    // A flag, since reading a reference count of zero wouldn't order the memory accesses before it.
     std::shared_ptr<std::atomic<bool>> m_receiver_gone = std::make_shared<std::atomic<bool>>(false);
 };
 

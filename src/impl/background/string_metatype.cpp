@@ -8,7 +8,7 @@ namespace zvutil::impl {
 
 void register_string_metatype()
 {
-    // By name alone: a Q_DECLARE_METATYPE would collide with that of an application.
+    // Register by name: a Q_DECLARE_METATYPE would collide with that of an application.
     [[maybe_unused]] static const int registered = qRegisterMetaType<std::string>("std::string");
 }
 

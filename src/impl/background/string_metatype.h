@@ -2,8 +2,8 @@
 
 namespace zvutil::impl {
 
-/// Makes `std::string` known to Qt, without which it drops queued calls that carry one. Any thread,
-/// and as often as one likes.
+/// Registers `std::string` with Qt, which otherwise drops queued calls with one. Any thread; may be
+/// called repeatedly.
 void register_string_metatype();
 
 } // namespace zvutil::impl

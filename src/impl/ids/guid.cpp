@@ -14,9 +14,10 @@ namespace zvutil::impl {
 guid make_guid()
 {
     GUID id = {};
-    // Wanted: a failure isn't noticed.
+    // By contract: make_guid() ignores a failure of CoCreateGuid, which no caller could handle.
     (void)CoCreateGuid(&id);
-    // The first three parts are shown as numbers, not in the order of their bytes in memory.
+    // Convert the first three parts byte by byte: the text shows them as numbers, whatever their
+    // byte order in memory.
     guid result = {
         static_cast<unsigned char>(id.Data1 >> 24), static_cast<unsigned char>(id.Data1 >> 16),
         static_cast<unsigned char>(id.Data1 >> 8),  static_cast<unsigned char>(id.Data1),

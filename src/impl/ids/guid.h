@@ -4,10 +4,10 @@
 
 namespace zvutil::impl {
 
-/// The 128 bits of an identifier, in the order in which its text shows them.
+/// The 128 bits of an identifier, in the order of its text.
 using guid = std::array<unsigned char, 16>;
 
-/// A new identifier, from the platform's cryptographic source. Any thread.
+/// Makes a new identifier from the platform's cryptographic source. Any thread.
 guid make_guid();
 
 } // namespace zvutil::impl

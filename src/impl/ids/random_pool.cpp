@@ -17,13 +17,13 @@ namespace {
 
 constexpr std::size_t portion = 16;
 
-/// What a thread has in store. Without a destructor, which would keep the library in the process as
-/// long as the thread lives.
+/// The random bytes that a thread has left. Without a destructor, which would keep the library in
+/// the process as long as the thread lives.
 struct byte_pool
 {
     std::uint64_t process;
     std::size_t left;
-    // As much as one call of getentropy gives.
+    // The most that one call of getentropy returns.
     std::array<unsigned char, 16 * portion> bytes;
 };
 
@@ -33,14 +33,16 @@ void fill_random(void* target, std::size_t size)
 {
     if (getentropy(target, size) == 0)
         return;
-    // For instance because of a sandbox; Qt knows other sources, and ends the process without any.
+    // Fall back to Qt if getentropy fails, for example in a sandbox; Qt knows other sources, and
+    // ends the process if there is none.
     auto* const words = static_cast<quint32*>(target);
     QRandomGenerator::system()->fillRange(words, static_cast<qsizetype>(size / sizeof(quint32)));
 }
 
 using ProcessMark = std::atomic<std::uint64_t>;
 
-/// A number that is 0 again in a forked child, or null where the kernel doesn't offer that.
+/// Makes a number that becomes 0 again in a forked child; null where the kernel doesn't support
+/// that.
 ProcessMark* make_process_mark()
 {
 #if defined(MADV_WIPEONFORK)
@@ -58,7 +60,7 @@ ProcessMark* make_process_mark()
 /// A random number of this process alone, or 0 if there is none.
 std::uint64_t process_number()
 {
-    // Stays mapped: threads may ask until the process ends.
+    // Never unmapped: threads may use the page until the process ends.
     static ProcessMark* const mark = make_process_mark();
     if (!mark)
         return 0;

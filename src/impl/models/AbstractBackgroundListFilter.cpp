@@ -13,7 +13,8 @@ namespace {
 constexpr int defaultInterval = 50;
 constexpr std::size_t batchSize = 1000;
 
-// Registered while the library loads, since that is the name by which the signal knows the type.
+// The signal names its argument type so; a static initialiser registers that name while the library
+// loads.
 const int metaType =
     qRegisterMetaType<AbstractBackgroundListFilter::ModelIndexVectorPtr>("ModelIndexVectorPtr");
 
@@ -69,7 +70,7 @@ void AbstractBackgroundListFilter::connectSource()
     connect(model, &Model::rowsInserted, this, &Filter::sourceHasChanged);
     connect(model, &Model::rowsMoved, this, &Filter::sourceHasChanged);
     connect(model, &Model::rowsRemoved, this, &Filter::sourceHasChanged);
-    // By then there is no source any more.
+    // m_source is null when destroyed() is emitted, so the pass begins without a source.
     connect(model, &QObject::destroyed, this, &Filter::sourceHasChanged);
 }
 
@@ -81,7 +82,8 @@ QAbstractItemModel* AbstractBackgroundListFilter::sourceModel() const
 void AbstractBackgroundListFilter::setPaused(bool paused)
 {
     m_enabled = !paused;
-    // Wanted: this doesn't continue a pass that was cut off.
+    // By contract: setPaused(false) doesn't continue a pass that was cut off. A pass begins only
+    // for new criteria or a change of the source.
     if (m_enabled)
         recheck();
 }
@@ -114,7 +116,8 @@ void AbstractBackgroundListFilter::sourceIsChanging()
 void AbstractBackgroundListFilter::sourceHasChanged()
 {
     m_sourceState = source_changed;
-    // A delivery may come before the next pass, and these may be of a source that has gone.
+    // Drop the accepted rows: a delivery may come before the next pass, and the source may be
+    // destroyed.
     m_pending.clear();
     recheck();
 }
@@ -181,12 +184,12 @@ void AbstractBackgroundListFilter::runPass()
     Q_EMIT reset();
     if (!self || !examineRows())
         return;
-    // What has been asked for meanwhile is done when the stack has unwound.
+    // Queue the next pass, so that the stack unwinds first.
     if (criteriaPending() || m_sourceState != source_clean)
         invokePass(Qt::QueuedConnection);
 }
 
-/// Returns false if this object has gone.
+/// Tests the rows. Returns false if this object was destroyed meanwhile.
 bool AbstractBackgroundListFilter::examineRows()
 {
     const QPointer<AbstractBackgroundListFilter> self(this);
@@ -196,7 +199,8 @@ bool AbstractBackgroundListFilter::examineRows()
         const bool isAccepted = acceptsRow(row);
         if (!self)
             return false;
-        // The test may have changed the source, or destroyed it, and then speaks of a row that was.
+        // Check the source again: the test may have changed or destroyed it, and then the row isn't
+        // valid.
         if (isAccepted && m_source && m_sourceState == source_clean)
             m_pending.push_back(m_source->index(row, 0, QModelIndex()));
         zvutil::impl::handle_events();

@@ -12,15 +12,15 @@
 
 class QTimer;
 
-/// Goes through the rows of a model and reports those that pass a test, on the thread of this object
-/// and without blocking it: events are handled behind each row, and a timer delivers what was
-/// accepted in batches. New criteria or a change of the source abandon the pass and begin another.
+/// Tests the rows of a model and reports those that pass, on the thread of this object and without
+/// blocking it: events are handled after each row, and a timer delivers the accepted rows in
+/// batches. New criteria or a change of the source abandon the pass and begin another.
 ///
-/// Whatever an event calls may run within a pass, also the end of the source or of this object.
+/// Any event may run within a pass, including one that destroys the source or this object.
 ///
-/// A change of the source's layout, as by sorting, is no change here: no pass begins, and accepted
-/// rows that wait for the timer are delivered by their old places, in which there may be other rows
-/// by then. Who sorts a source makes the filter begin anew.
+/// A change of the source's layout, as by sorting, begins no pass: accepted rows that wait for the
+/// timer are delivered by their old places, where other rows may be by then. Code that sorts a
+/// source has to begin a new pass itself.
 class AbstractBackgroundListFilter : public QObject
 {
     Q_OBJECT
@@ -29,9 +29,9 @@ public:
     using ModelIndexVectorPtr = std::shared_ptr<std::vector<QModelIndex>>;
 
     enum SourceState {
-        /// The pass, or the result of the last one, stands.
+        /// The pass, or the result of the last one, is valid.
         source_clean = 0,
-        /// The source has announced a change. Nothing is done until it ends.
+        /// The source has announced a change that hasn't ended; passes wait.
         source_changing = 1,
         /// A new pass is due.
         source_changed = 2,
@@ -42,12 +42,13 @@ public:
     explicit AbstractBackgroundListFilter(QObject* parent);
     ~AbstractBackgroundListFilter() override;
 
-    /// Begins a pass over \p model, which isn't owned. When it goes, the filter is left without one.
+    /// Begins a pass over \p model, which isn't owned and may be null. Its destruction leaves the
+    /// filter without a source.
     void setSourceModel(QAbstractItemModel* model);
     QAbstractItemModel* sourceModel() const;
 
-    /// A pass that is paused ends where it is. Resuming doesn't go on with it: that takes new
-    /// criteria or a change of the source.
+    /// Pausing ends the pass. Resuming doesn't continue it: only new criteria or a change of the
+    /// source begin another.
     void setPaused(bool paused);
     void pause();
     bool isPaused() const;
@@ -59,17 +60,17 @@ public:
     void recheck();
 
     virtual bool acceptsRow(int row) = 0;
-    /// A pass begins: new criteria are taken over.
+    /// Called when a pass begins, to apply new criteria.
     virtual void searchStarted() = 0;
-    /// Whether new criteria wait to be taken over.
+    /// Whether new criteria have been set since the last `searchStarted`.
     virtual bool criteriaPending() = 0;
 
 Q_SIGNALS:
-    /// Up to 1000 more rows, in their order.
+    /// The next accepted rows, at most 1000, in their order.
     void accepted(ModelIndexVectorPtr sourceIndexes);
-    /// At each delivery: how many rows have been looked at, and how many there are.
+    /// Emitted at each delivery: \p value of \p maximum rows have been tested.
     void progress(int value, int maximum);
-    /// A pass begins: what was accepted before is void.
+    /// Emitted when a pass begins: earlier accepted rows are void.
     void reset();
     void searchCriteriaChanged();
 

@@ -11,9 +11,9 @@ bool isSpecial(QChar character)
     return QStringLiteral("*?[]\\").contains(character);
 }
 
-/// Each run of asterisks shortened to two, which say the same: the first of a run may be taken
-/// literally, behind a backslash, and all others are one. With thousands of them `QRegExp` would
-/// take seconds for a row.
+/// Shortens each run of asterisks to two, which match the same: after a backslash the first may be
+/// literal, and the others are one wildcard. With thousands of asterisks `QRegExp` would take
+/// seconds for a row.
 QString shortened(const QString& pattern)
 {
     constexpr QChar asterisk = u'*';
@@ -63,7 +63,7 @@ void TextBackgroundListFilter::searchStarted()
 void TextBackgroundListFilter::setPattern(const QString& pattern)
 {
     m_pattern = pattern;
-    // Without the asterisks on either side.
+    // Strip the asterisks that setSearchString() added on either side.
     const QString text = pattern.mid(1, pattern.size() - 2);
     m_plainText.reset();
     if (std::none_of(text.begin(), text.end(), &isSpecial))

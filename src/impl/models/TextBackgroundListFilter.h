@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// Accepts the rows whose text in the first column contains a search text. `*`, `?`, `[`, `]` and
-/// the backslash in that mean what they mean to `QRegExp` as a wildcard pattern; case counts.
+/// Accepts the rows whose text in the first column contains a search text, in which `*`, `?`, `[`,
+/// `]` and the backslash have their meaning in wildcard patterns of `QRegExp`. Case counts.
 class TextBackgroundListFilter : public AbstractBackgroundListFilter
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ public:
     explicit TextBackgroundListFilter(QObject* parent);
     ~TextBackgroundListFilter() override;
 
-    /// Begins a pass. Any text will do; it takes no more time than a short one, but for rows that are
-    /// as long as itself.
+    /// Sets the search text, which may be any text, and begins a pass. Long texts take no more time
+    /// per row than short ones, except for rows of at least their length.
     void setSearchString(const QString& text);
 
     bool acceptsRow(int row) override;
@@ -30,7 +30,7 @@ private:
     void setPattern(const QString& pattern);
 
     QString m_pattern;
-    /// What the text has to contain, if the pattern says no more than that.
+    /// The text that a row has to contain, if the pattern has no wildcards.
     std::optional<QString> m_plainText;
     QRegExp m_regExp;
     std::optional<QString> m_pendingPattern;

@@ -34,7 +34,7 @@ std::wstring utf16Text(const QString& text)
     return {units.begin(), units.end()};
 }
 
-/// With a separator at its end, and each `/` turned into `\`.
+/// Adds a separator at the end, and turns each `/` into `\`.
 std::wstring canonicalForm(std::wstring directory)
 {
     path_rules::append(directory, {});
@@ -48,7 +48,8 @@ std::wstring canonicalForm(zvutil::ZvFilePath directory)
     return directory.makePreferred().c_str();
 }
 
-/// Not by way of a text in the form of Windows: elsewhere `\` may be part of a name.
+/// Converts directly, not by a text in the form of Windows, since `\` may be part of a name
+/// elsewhere.
 std::filesystem::path filePath(const std::u16string& text)
 {
     return std::filesystem::u8path(QStringView(text).toUtf8().toStdString());
@@ -136,7 +137,8 @@ void ZvMultiDirectoryListModelProcess::setAllowedFileTypes(const QStringList& ty
         for (int i = 0; i < types.size(); ++i)
             m_upperCase.assign<wchar_t>(m_allowedTypes[static_cast<std::size_t>(i)],
                                         utf16Text(types[i]));
-        // Wanted: what was found of other types stays, and what was passed over isn't found.
+        // By contract: new types don't affect the files already found or already skipped. Types act
+        // on what is yet to be walked, until reloadPaths().
         startScan();
     });
 }
@@ -178,11 +180,13 @@ std::shared_ptr<zvutil::impl::directory_walk> ZvMultiDirectoryListModelProcess::
         m_entries.reset();
         throw std::filesystem::filesystem_error("recursive_directory_iterator::operator++", error);
     }
-    // Wanted: when the next directory is empty, the walk is over.
+    // By contract: an empty next directory ends the walk, although others may follow. The walk then
+    // stands on nothing, which means its end.
     if (m_entries->at_end())
         m_entries = openNextDirectory();
-    // Wanted: this is no copy of the walk, so what it shows is the entry behind the increment.
-    // Nobody ever looks at the first entry of a directory, and twice at the last.
+    // By contract: `shown` is the walk itself, not a copy, so it shows the entry after the
+    // increment. The scan therefore never looks at the first entry of a directory and looks twice
+    // at the last.
     return shown;
 }
 
@@ -248,7 +252,7 @@ void ZvMultiDirectoryListModelProcess::sendMatches()
             return false;
         if (matchesFilter(name)) {
             const QStringView tail(name.data(), static_cast<qsizetype>(name.size()));
-            // A value that comes to be in its place is neither copied nor counted.
+            // Construct the value in place: it is then neither copied nor reference-counted.
             batch.append(QVariant());
             batch.last() = QVariant(QString(folder % tail));
             if (batch.size() == m_batchSize)
@@ -271,20 +275,20 @@ bool ZvMultiDirectoryListModelProcess::matchesAllowedType(std::u16string_view na
 {
     if (m_allowedTypes.empty())
         return true;
-    // In a directory, so that a name can't be taken for a drive.
+    // Prefix a directory, so that the name can't be read as a drive.
     m_path.assign(L"x\\").append(name.begin(), name.end());
     m_upperCase.assign(m_type, path_rules::extension(m_path));
     return std::find(m_allowedTypes.begin(), m_allowedTypes.end(), m_type) != m_allowedTypes.end();
 }
 
-/// A name may hold a separator of Windows, where the platform has another: then what is behind the
-/// last one counts.
+/// Where `\` is no separator of the platform, a name may contain one; only the part after the last
+/// one is compared.
 bool ZvMultiDirectoryListModelProcess::matchesFilter(std::u16string_view name)
 {
     if (m_filterText.empty())
         return true;
     m_upperCase.assign(m_name, name);
-    // The last match says whether there is one behind the last separator.
+    // Test the last match only: if it lies before the last separator, all do.
     const std::size_t match = m_name.rfind(m_filterText);
     return match != std::u16string::npos && m_name.find(u'\\', match) == std::u16string::npos;
 }

@@ -22,12 +22,12 @@ namespace zvutil {
 class ZvFilePath;
 }
 
-/// The scan behind a `ZvMultiDirectoryListModel`. It lives on a thread of its own; its public
-/// operations are called on another, and all but the first are carried over by the event loop.
+/// The scan of a `ZvMultiDirectoryListModel`. The object lives on the scan thread; the model's
+/// thread calls the public operations, and the event loop carries all except the first two over.
 ///
 /// A run has two passes. The first walks the directories and collects the files of an allowed type.
-/// The second sends those that match the filter, in batches. The walk and what it has found outlive
-/// a run: a run that is stopped is gone on with by the next, and a new filter asks no disk.
+/// The second sends those that match the filter, in batches. The walk and its files outlive a run:
+/// the next run continues one that was stopped, and a new filter doesn't read the disk again.
 class ZvMultiDirectoryListModelProcess : public QObject
 {
     Q_OBJECT
@@ -35,12 +35,12 @@ class ZvMultiDirectoryListModelProcess : public QObject
 public:
     explicit ZvMultiDirectoryListModelProcess(long long batchSize);
 
-    /// Has the run that is under way end.
+    /// Ends the run that is under way.
     void requestStop();
-    /// Has every run end at once from now on, also one that is yet to begin.
+    /// Ends every run from now on at once, also one that hasn't begun.
     void requestEnd();
 
-    /// Directories are texts in the form of Windows.
+    /// \p directory is a text in the form of Windows, here and below.
     void addDirectory(std::wstring directory);
     void removeDirectory(std::wstring directory);
     void setDirectories(const QList<zvutil::ZvFilePath>& directories);
@@ -48,7 +48,7 @@ public:
     void setAllowedFileTypes(const QStringList& types);
     void setFilterFixedString(const QString& text);
 
-    /// A run, on the thread of this object.
+    /// Runs both passes; called on the thread of this object.
     void startScan();
 
 Q_SIGNALS:
@@ -79,7 +79,7 @@ private:
     zvutil::impl::compact_path_list m_foundFiles;
     std::deque<std::wstring> m_directories;
     std::vector<std::wstring> m_allowedTypes;
-    /// Null, or at its end, when the walk is over.
+    /// The walk; null or at its end when it is over.
     std::shared_ptr<Walk> m_entries;
     std::size_t m_directoryCursor = 0;
     std::u16string m_filterText;
@@ -89,7 +89,7 @@ private:
     std::atomic<bool> m_stopRequested{false};
     std::atomic<bool> m_endRequested{false};
 
-    // What is used for one name after the other.
+    // Buffers that are used again for each name.
     std::u16string m_name;
     std::wstring m_path;
     std::wstring m_type;

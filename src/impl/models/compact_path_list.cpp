@@ -4,7 +4,7 @@ namespace zvutil::impl {
 
 namespace {
 
-/// A longer text would take too much memory while it grows.
+/// The size at which a run ends: a longer text would take too much memory while it grows.
 constexpr std::size_t max_run_length = 0x10000;
 
 } // namespace

@@ -9,18 +9,18 @@
 
 namespace zvutil::impl {
 
-/// Paths of files, in the order in which they were found. Files that follow each other in one
-/// folder share its text, and each name takes as much memory as it is long.
+/// Paths of files in the order in which they were found. Consecutive files of one folder share its
+/// text, and each name takes as much memory as it is long.
 class compact_path_list
 {
 public:
     void clear() { m_runs.clear(); }
 
-    /// Appends what is called \p name, of less than 65,536 units, in \p folder, which ends in
-    /// a separator.
+    /// Appends the file \p name, of less than 65,536 units, in \p folder, which ends in a
+    /// separator.
     void add(const QString& folder, std::u16string_view name);
 
-    /// Calls \p visitor with folder and name of each, until it returns false.
+    /// Calls \p visitor with folder and name of each file, until it returns false.
     template <typename Visitor>
     void visit(Visitor visitor) const
     {
@@ -39,7 +39,7 @@ private:
     struct run
     {
         QString folder;
-        /// Each with its size in front of it.
+        /// The names, each preceded by its length.
         std::u16string names;
     };
 

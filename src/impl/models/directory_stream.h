@@ -6,14 +6,14 @@
 
 namespace zvutil::impl {
 
-/// Text of the platform's file system.
+/// A text of the platform's file system.
 using native_string = std::filesystem::path::string_type;
 
-/// What a directory says of an entry, without following links.
+/// The type that a directory reports for an entry, without following links.
 enum class entry_type {
     regular,
     directory,
-    link, ///< also an entry of which the directory can't say what it is
+    link, ///< also an entry of a type that the directory can't report
     other,
 };
 
@@ -23,15 +23,17 @@ struct directory_entry
     entry_type type = entry_type::other;
 };
 
-/// An open directory. It gives its entries in the order of the file system, without `.` and `..`.
+/// An open directory, which returns its entries in the order of the file system, without `.` and
+/// `..`.
 ///
-/// Subdirectories are opened by way of this object, not by their path, where the platform has that:
-/// so a path may be longer than the platform allows, and a directory that is replaced by a link
-/// isn't left by it.
+/// Where the platform supports that, subdirectories are opened through this object, not by their
+/// path: so a path may be longer than the platform allows, and a directory that is replaced by a
+/// link doesn't lead elsewhere.
 class directory_stream
 {
 public:
-    /// Opens the directory at \p path; a link is followed. It is closed if there is an \p error.
+    /// Opens the directory at \p path and follows links. The stream is closed if there is an \p
+    /// error.
     directory_stream(const native_string& path, std::error_code& error);
     /// Opens a directory in \p parent; a link is an error.
     directory_stream(const directory_stream& parent, const native_string& name,
@@ -40,17 +42,17 @@ public:
     directory_stream& operator=(directory_stream&& other) noexcept;
     ~directory_stream();
 
-    /// Moves on to the next entry. Returns false, and leaves \p entry as it was, at the end or if
-    /// there is an \p error.
+    /// Reads the next entry. Returns false, and leaves \p entry as it was, at the end or if there
+    /// is an \p error.
     bool next(directory_entry& entry, std::error_code& error);
 
-    /// What an entry is, with links followed; `other` for one that is missing.
+    /// The type of an entry after links were followed; `other` for one that is missing.
     entry_type status(const native_string& name, std::error_code& error) const;
 
-    /// Gives back the descriptor, if directories have one, for a time at which only directories in
-    /// this one are used. The entries that are left are read into memory.
+    /// Closes the descriptor, if directories have one, while only directories below this one are
+    /// used. The remaining entries are read into memory.
     void suspend(std::error_code& error);
-    /// Undoes that, by way of a directory in this one.
+    /// Undoes `suspend`; opens the directory again through \p child, a directory in this one.
     void resume(const directory_stream& child, std::error_code& error);
 
 private:

@@ -25,7 +25,7 @@ std::error_code last_error()
     return {errno, std::generic_category()};
 }
 
-/// \p folder is a descriptor, or `AT_FDCWD` where \p name is a path.
+/// Opens the directory \p name in \p folder, a descriptor or `AT_FDCWD`.
 directory_handle open_directory(int folder, const char* name, int flags, std::error_code& error)
 {
     const int descriptor = openat(folder, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
@@ -96,7 +96,7 @@ bool read_entry(DIR* directory, directory_entry& entry, std::error_code& error)
 struct directory_stream::state
 {
     directory_handle directory;
-    // Of a directory that has been suspended: its entries, and what it is known by.
+    // While the directory is suspended: its remaining entries, and the numbers that identify it.
     bool is_read = false;
     std::deque<directory_entry> rest;
     dev_t device = 0;
@@ -173,7 +173,7 @@ void directory_stream::resume(const directory_stream& child, std::error_code& er
     directory_handle parent = open_directory(descriptor, "..", 0, error);
     if (!parent)
         return;
-    // The child may have been moved elsewhere meanwhile.
+    // Compare the numbers: the child may have been moved to another directory meanwhile.
     struct stat status;
     if (fstat(dirfd(parent.get()), &status) != 0)
         error = last_error();

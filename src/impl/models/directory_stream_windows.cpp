@@ -36,10 +36,10 @@ bool is_missing(DWORD error)
         || error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH;
 }
 
-/// The path in a form that the system takes at any length.
+/// The path in the form that the system accepts at any length.
 native_string call_path(const native_string& path)
 {
-    // From here on a directory might be too long, for which the limit is lower.
+    // Directories have a lower limit than files, so long paths begin early.
     constexpr std::size_t long_path = 240;
     constexpr std::wstring_view device = L"\\\\?\\";
     if (path.size() < long_path || path.compare(0, device.size(), device) == 0)
@@ -60,7 +60,7 @@ entry_type type_of(DWORD attributes)
 
 entry_type type_of(const WIN32_FIND_DATAW& found)
 {
-    // Other reparse points are files that are stored elsewhere.
+    // Only these two reparse points lead elsewhere; others are files that are stored elsewhere.
     const bool is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
         && (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK
             || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
@@ -82,10 +82,11 @@ bool is_dots(std::wstring_view name)
 
 struct directory_stream::state
 {
-    // With a separator at its end, unless it is a drive alone.
+    // The path, with a separator at its end, unless it is a drive alone.
     native_string path;
     std::unique_ptr<HANDLE, close_search> search;
-    // The search comes with its first entry.
+    // Whether `found` holds an entry that wasn't returned yet; opening the search reads the first
+    // one.
     bool has_found = false;
     WIN32_FIND_DATAW found = {};
 };
@@ -107,7 +108,7 @@ directory_stream::directory_stream(const native_string& path, std::error_code& e
         return;
     }
     error = last_error();
-    // That a directory has no entries, as the root of a drive may have none, is no error.
+    // FindFirstFile reports a directory without entries, such as an empty drive, as an error.
     if (error.value() == ERROR_FILE_NOT_FOUND && is_directory(path))
         error.clear();
 }

@@ -15,7 +15,7 @@ namespace {
 constexpr bool names_are_bytes = std::is_same_v<native_string::value_type, char>;
 constexpr native_string::value_type separator = names_are_bytes ? '/' : '\\';
 
-/// How many levels keep their directory open. The number of descriptors is limited.
+/// The number of levels that keep their directory open, since descriptors are limited.
 constexpr std::size_t open_levels = 64;
 
 template <typename Native>
@@ -36,7 +36,8 @@ void append_text(std::u16string& text, const Native& native)
     }
 }
 
-/// Behind a drive alone a separator would make another directory.
+/// Whether a name after \p path needs a separator; after a drive alone it would make another
+/// directory.
 bool needs_separator(const native_string& path)
 {
     return !path.empty() && path.back() != separator && (names_are_bytes || path.back() != ':');
@@ -99,7 +100,7 @@ bool directory_walk::is_file(std::error_code& error) const
 {
     if (m_entry.type != entry_type::link)
         return m_entry.type == entry_type::regular;
-    // What the path is cut back to is a directory.
+    // A path that was cut back is that of a directory.
     return !m_is_cut_back
         && m_levels.back().stream.status(m_entry.name, error) == entry_type::regular;
 }

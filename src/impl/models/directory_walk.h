@@ -12,30 +12,31 @@
 
 namespace zvutil::impl {
 
-/// A walk through all that lies below a directory. It stands on an entry from the start, goes down
-/// into directories, though not through links, and takes entries in the order of the file system.
+/// A walk through everything below a directory. The walk stands on an entry from its construction
+/// on, descends into directories, though not through links, and follows the order of the file
+/// system.
 ///
-/// When the walk ends, the entry that it stood on last stays to be looked at. If that lies in
-/// a subdirectory, its path is cut back by one name for each directory that the walk has left
-/// since: then it is the path of a directory with the type of the entry.
+/// After the end the last entry can still be read. If that entry lies in a subdirectory, its path
+/// was cut back by one name for each directory that the walk has left since: it is the path of a
+/// directory with the type of the entry.
 class directory_walk
 {
 public:
-    /// Opens a directory, whose path has the form of Windows on every platform. At the end right
-    /// away if it is empty or there is an \p error.
+    /// Opens \p directory, a path in the form of Windows on every platform. The walk is at its end
+    /// at once if the directory is empty or there is an \p error.
     directory_walk(std::wstring_view directory, std::error_code& error);
 
     bool at_end() const { return m_at_end; }
 
-    /// Moves on to the next entry. At the end if there is an \p error, or if it throws.
+    /// Moves on to the next entry, or to the end if there is an \p error or an exception.
     void increment(std::error_code& error);
 
-    /// Whether the entry is a regular file or a link to one. Only links are asked for.
+    /// Whether the entry is a regular file or a link to one. Only a link costs a system call.
     bool is_file(std::error_code& error) const;
-    /// Appends the entry's name. What can't be told as text becomes U+FFFD.
+    /// Appends the entry's name. A name that isn't text gets U+FFFD.
     void append_name(std::u16string& text) const;
-    /// The directory that the entry is in, native and with a separator at its end. All entries of
-    /// one directory share the text, while the walk doesn't leave it.
+    /// The entry's directory, native and with a separator at its end. All entries of one directory
+    /// share the text, while the walk doesn't leave it.
     const QString& folder();
     /// The entry's path.
     std::u16string path() const;
@@ -45,7 +46,7 @@ private:
     {
         directory_stream stream;
         native_string name;
-        /// How much of the text is the path of this directory.
+        /// The length of this directory's path in `m_text`.
         std::size_t size;
         QString folder;
     };

@@ -6,14 +6,14 @@
 
 namespace zvutil::impl {
 
-/// Rows as they have come, in batches that are kept as they are: taking one over costs the same
-/// whatever its size.
+/// A list of rows that keeps the batches in which they were received: appending a batch costs the
+/// same whatever its size.
 class row_batches
 {
 public:
     int size() const;
-    /// An invalid value for a row that there isn't. The time grows with the logarithm of the number
-    /// of batches.
+    /// The value of a row; invalid for a row that doesn't exist. Takes time logarithmic in the
+    /// number of batches.
     QVariant value(int row) const;
 
     void append(const QVariantList& batch);
@@ -21,7 +21,7 @@ public:
 
 private:
     std::vector<QVariantList> m_batches;
-    /// The row behind the last of each batch.
+    /// The number of rows up to and including each batch.
     std::vector<int> m_ends;
 };
 

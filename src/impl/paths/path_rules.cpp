@@ -55,7 +55,7 @@ int compare_numbers(std::size_t left, std::size_t right)
     return left < right ? -1 : left > right ? 1 : 0;
 }
 
-/// Units are compared as unsigned numbers, whatever the sign of `wchar_t`. All are below 0x10000.
+/// Compares units as unsigned numbers, whatever the sign of `wchar_t`. All are below 0x10000.
 int compare_units(wchar_t left, wchar_t right)
 {
     return compare_numbers(static_cast<char16_t>(left), static_cast<char16_t>(right));
@@ -71,7 +71,7 @@ int compare_exactly(std::wstring_view left, std::wstring_view right)
     return compare_numbers(left.size(), right.size());
 }
 
-/// The number of units in which both begin alike, found in blocks.
+/// The length of the common prefix, found in blocks.
 std::size_t common_prefix(std::wstring_view left, std::wstring_view right)
 {
     constexpr std::size_t block = 16;
@@ -84,7 +84,7 @@ std::size_t common_prefix(std::wstring_view left, std::wstring_view right)
     return i;
 }
 
-/// Compares two relative paths from \p l and \p r on, where nothing before is left to decide.
+/// Compares two relative paths from \p l and \p r on; the units before are equal.
 int compare_relative(std::wstring_view left, std::size_t l, std::wstring_view right, std::size_t r)
 {
     while (l < left.size() && r < right.size()) {
@@ -104,8 +104,8 @@ int compare_relative(std::wstring_view left, std::size_t l, std::wstring_view ri
     return compare_numbers(left.size() - l, 0) - compare_numbers(right.size() - r, 0);
 }
 
-/// Walks over the elements of a path: root name, root directory, names, and an empty one at the end
-/// behind a trailing separator.
+/// Iterates over the elements of a path: root name, root directory, names, and an empty one at the
+/// end after a trailing separator.
 class path_elements
 {
 public:
@@ -117,8 +117,8 @@ public:
         enter(0);
     }
 
-    /// Begins with the first element of the relative path, or with that behind the separator before
-    /// \p from, which is further on.
+    /// Begins with the first element of the relative path, or with the one after the separator
+    /// before \p from, if that is further on.
     path_elements(std::wstring_view path, std::size_t from)
         : path_elements(path)
     {
@@ -137,7 +137,7 @@ public:
         } else if (m_end == m_path.size()) {
             m_at_end = true;
         } else {
-            // Also at the start of the relative path, where there are no separators to skip.
+            // skip_separators() skips nothing at the start of the relative path.
             m_begin = skip_separators(m_path, m_end);
             m_end = skip_name(m_path, m_begin);
         }
@@ -164,7 +164,7 @@ private:
     bool m_at_end = false;
 };
 
-/// Whether a name behind the first of the relative path reads as a drive.
+/// Whether a name after the first of the relative path reads as a drive.
 bool has_inner_root_name(std::wstring_view path)
 {
     const std::size_t relative = relative_begin(path);
@@ -194,15 +194,15 @@ bool are_unrelated(std::wstring_view path, std::wstring_view base)
         || has_inner_root_name(base);
 }
 
-/// path_elements are equal by their text, but root directories are equal by being there.
+/// Whether two elements are equal: by their text, except that any two root directories are equal.
 bool are_equal_elements(std::wstring_view left, std::wstring_view right)
 {
     return left == right
         || (!left.empty() && !right.empty() && is_separator(left[0]) && is_separator(right[0]));
 }
 
-/// Where in the relative path the first element begins that may differ: the start of the relative
-/// path or behind a separator. Nothing, if the roots don't have the same text.
+/// The place in the relative path of the first element that may differ: its start or after a
+/// separator. Nothing if the texts of the roots differ.
 std::optional<std::size_t> common_directory(std::wstring_view left, std::wstring_view right)
 {
     const std::size_t relative = relative_begin(left);
@@ -214,7 +214,7 @@ std::optional<std::size_t> common_directory(std::wstring_view left, std::wstring
     return same;
 }
 
-/// How many directories the rest of a path goes down, less those it goes up.
+/// The number of directories that the rest of a path descends, less those that it ascends.
 std::ptrdiff_t depth(path_elements rest)
 {
     std::ptrdiff_t count = 0;
@@ -257,7 +257,8 @@ bool is_absolute(std::wstring_view path)
 
 int compare(std::wstring_view left, std::wstring_view right)
 {
-    // Texts that end differently aren't worth a pass of their own.
+    // Compare the whole texts first only if they end alike; a difference would cost a pass for
+    // nothing.
     const bool end_alike = left.empty() || right.empty() || left.back() == right.back();
     if (end_alike && left == right)
         return 0;
@@ -265,7 +266,8 @@ int compare(std::wstring_view left, std::wstring_view right)
     const std::size_t left_relative = relative_begin(left);
     const std::size_t right_relative = relative_begin(right);
     if (left_relative == right_relative && same > left_relative) {
-        // Roots are alike. Where the texts part, both may be inside one run of separators.
+        // The roots are equal. If the texts differ within a run of separators, go back to its
+        // start.
         while (same > left_relative && is_separator(left[same - 1]))
             --same;
         return compare_relative(left, same, right, same);
@@ -290,13 +292,13 @@ void append(std::wstring& path, std::wstring_view added)
         return;
     }
     const std::size_t needed = path.size() + 1 + added.size() - added_root_name;
-    // Not without the question: asked for less than there is, a string may shrink.
+    // Check first: reserve() may shrink a string when asked for less than its capacity.
     if (path.capacity() < needed)
         path.reserve(std::max(needed, 2 * path.capacity()));
     if (has_root_directory(added)) {
         path.resize(root_name);
     } else if (path.size() > root_name ? !is_separator(path.back()) : root_name >= 3) {
-        // Also in front of an empty path: that is how a directory is told from a file.
+        // Add the separator even if \p added is empty: that is how a directory differs from a file.
         path += preferred_separator;
     }
     path.append(added.substr(added_root_name));
@@ -314,7 +316,7 @@ std::wstring_view filename(std::wstring_view path)
 std::wstring_view extension(std::wstring_view path)
 {
     std::wstring_view name = filename(path);
-    // Behind a colon stands the name of an alternate stream.
+    // The name of an alternate stream follows a colon.
     name = name.substr(0, name.find(L':'));
     if (name.size() < 2 || name == L"..")
         return {};

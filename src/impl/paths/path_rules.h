@@ -5,9 +5,9 @@
 #include <string_view>
 
 /// The lexical rules of paths: drive letters, UNC names, both `\` and `/` as separators, on every
-/// platform alike. Paths are wide text in 16-bit units; nothing here looks at a file system.
+/// platform. Paths are wide text in 16-bit units; no function looks at a file system.
 ///
-/// A path is read as root name, root directory (the run of separators behind it) and relative path.
+/// A path is read as root name, root directory (the run of separators after it) and relative path.
 namespace zvutil::impl::path_rules {
 
 bool is_separator(wchar_t unit);
@@ -15,21 +15,21 @@ bool is_separator(wchar_t unit);
 /// The number of units of the root name: a drive, a device prefix, or a UNC server.
 std::size_t root_name_size(std::wstring_view path);
 
-/// Where the relative path begins: behind the root name and all separators that follow it.
+/// The index of the relative path, after the root name and all separators that follow it.
 std::size_t relative_begin(std::wstring_view path);
 
-/// A drive with a separator behind it is absolute, and any other root name.
+/// Whether \p path is a drive followed by a separator, or has any other root name.
 bool is_absolute(std::wstring_view path);
 
-/// Less than, equal to or greater than 0. Root names are compared exactly; behind them case counts,
-/// but runs of separators are equal to each other.
+/// Compares two paths: less than, equal to or greater than 0. Root names are compared exactly;
+/// after them case counts, but runs of separators are equal to each other.
 int compare(std::wstring_view left, std::wstring_view right);
 
 /// Appends \p added to \p path, or replaces it if \p added is absolute or of another root.
 /// \p added must not look into \p path.
 void append(std::wstring& path, std::wstring_view added);
 
-/// The three below return a part of \p path.
+/// Returns a part of \p path, as the two below do.
 std::wstring_view filename(std::wstring_view path);
 std::wstring_view extension(std::wstring_view path);
 std::wstring_view parent(std::wstring_view path);

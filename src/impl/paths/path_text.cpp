@@ -67,7 +67,7 @@ QString native_file_name(std::wstring_view text)
     std::wstring units;
     append_wide_units(units, text);
     QString name(static_cast<int>(units.size()), Qt::Uninitialized);
-    // Qt's own conversions would drop a byte order mark, or swap the bytes by it.
+    // Copy unit by unit: Qt's conversions would drop a byte order mark, or swap the bytes by it.
     std::transform(units.begin(), units.end(), name.begin(),
                    [](wchar_t unit) { return QChar(static_cast<char16_t>(unit)); });
     if constexpr (paths_are_bytes)

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// The step between the text of a path, wide and with the separators of Windows, and the paths of
+/// Conversion between the text of a path, wide and with the separators of Windows, and the paths of
 /// the platform's file system.
 namespace zvutil::impl {
 
@@ -14,14 +14,15 @@ namespace zvutil::impl {
 /// are bytes. Throws `std::system_error` with `EILSEQ` for bytes that aren't UTF-8.
 std::wstring path_text(const std::filesystem::path& path);
 
-/// The same with U+FFFD for bytes that aren't UTF-8, so that it throws nothing of the kind.
+/// The same with U+FFFD for bytes that aren't UTF-8, instead of that exception.
 std::wstring any_path_text(const std::filesystem::path& path);
 
 /// The platform's path for a text. Where `/` is the only separator each `\` becomes one, and the
 /// text is written as UTF-8, an unpaired surrogate in three bytes.
 std::filesystem::path native_path(std::wstring_view text);
 
-/// The same for Qt's file classes, unit by unit: a byte order mark in front is part of the name.
+/// The same for Qt's file classes, unit by unit: a byte order mark at the start is part of the
+/// name.
 QString native_file_name(std::wstring_view text);
 
 } // namespace zvutil::impl

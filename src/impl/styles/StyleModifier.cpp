@@ -68,7 +68,8 @@ void StyleModifier::previewModifications()
 
 void StyleModifier::applyModifications()
 {
-    // By contract: the user isn't told of a failure. The button stays enabled, so that closing asks.
+    // By contract: a failure isn't reported to the user. The button stays enabled, so that closing
+    // asks.
     if (!impl::write_text_file(modificationsFile(), m_textEditor->toPlainText()))
         return;
     ZvStyleManager::Refresh();

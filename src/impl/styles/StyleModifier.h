@@ -15,7 +15,7 @@ public:
     ~StyleModifier() override;
 
 protected:
-    /// Asks whether edits are to be applied, if there are any; the window closes in any case.
+    /// If there are edits, asks whether to apply them; the window closes in any case.
     void closeEvent(QCloseEvent* event) override;
 
 private:

@@ -23,7 +23,7 @@ void addHeader(QGridLayout& grid)
         grid.addWidget(new QLabel(QString::fromLatin1(state)), 0, ++column);
 }
 
-/// Adds a control in each state, after \p prepare has seen to it.
+/// Adds a row with one control for each state; \p prepare is called with each before.
 template <typename Control, typename Prepare>
 void addRow(QGridLayout& grid, int row, const QString& type, Prepare prepare)
 {
@@ -38,7 +38,8 @@ void addRow(QGridLayout& grid, int row, const QString& type, Prepare prepare)
     }
     controls[1]->setDisabled(true);
     controls[2]->setDown(true);
-    // Wanted: also for buttons, which can't be checked, and for what was partially checked.
+    // By contract: setChecked() is called on every control of the column, also on buttons, which
+    // can't be checked, and on boxes that are partially checked. All controls get the same calls.
     controls[3]->setChecked(true);
 }
 

@@ -4,7 +4,7 @@
 
 namespace libzvutil {
 
-/// Sample controls, each in the states that style sheets tell apart.
+/// Shows sample controls, each in the states that style sheets distinguish.
 class ZvBasicUIPreviewWidget : public QWidget
 {
 public:

@@ -11,11 +11,12 @@ void show_command_window(QWidget* window, const QString& title)
 {
     window->setAttribute(Qt::WA_DeleteOnClose, true);
     window->setWindowTitle(title);
-    // The application's sheet may bring another font.
+    // Polish first: the application's style sheet may change the font.
     window->ensurePolished();
     const QFontMetrics metrics = window->fontMetrics();
     const QSize least(80 * metrics.averageCharWidth(), 30 * metrics.lineSpacing());
-    // Qt itself would take two thirds of the screen at most, and one size for all that can scroll.
+    // Compute the size here: Qt would take at most two thirds of the screen, and one size for
+    // anything that scrolls.
     window->resize(
         window->sizeHint().expandedTo(least).boundedTo(window->screen()->availableSize()));
     window->show();

@@ -50,7 +50,7 @@ const char* name_in(const char* const (&names)[count], Enum value)
     return index < count ? names[index] : "UNDEFINED";
 }
 
-/// The enumerator of a name, also if that is `TOTAL`'s.
+/// The enumerator of a name, `TOTAL` included.
 template <typename Enum, std::size_t count>
 Enum value_in(const char* const (&names)[count], std::string_view name)
 {
@@ -75,7 +75,8 @@ const char* name(ZvStyleIcon icon)
 ZvStyleBrush brush_from_name(const char* name)
 {
     const auto brush = value_in<ZvStyleBrush>(brushes, name);
-    // Wanted: the accent always is the host's.
+    // By contract: brush_from_name() returns TOTAL for the accent brushes. Files can't set the
+    // accent, which is always the host's.
     const bool is_accent = brush >= ZvStyleBrush::Accent && brush <= ZvStyleBrush::AccentForeground;
     return is_accent ? ZvStyleBrush::TOTAL : brush;
 }

@@ -9,7 +9,7 @@ namespace libzvutil::impl {
 const char* name(ZvStyleBrush brush);
 const char* name(ZvStyleIcon icon);
 
-/// The enumerator behind a name in a file, compared byte for byte. `TOTAL` for the accent brushes,
+/// The enumerator for a name in a file, compared byte for byte. `TOTAL` for the accent brushes,
 /// which are never read, and for every other text.
 ZvStyleBrush brush_from_name(const char* name);
 ZvStyleIcon icon_from_name(const char* name);

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// What styles and their editors write alike.
+/// The XML elements that styles and their editors have in common.
 namespace libzvutil::impl {
 
 using xml_element_writer = zvutil::experimental::unique_destroyable_ptr<
@@ -16,7 +16,7 @@ using xml_element_writer = zvutil::experimental::unique_destroyable_ptr<
 void write_brushes(zvutil::experimental::xml::basic_abstract_xml_element_writer<char>& parent,
                    const std::vector<ZvNamedColour>& brushes);
 
-/// Writes a child \p element with name and colour, as colours are kept in files: without alpha.
+/// Writes a child \p element with name and colour, the colour without alpha.
 void write_colour(zvutil::experimental::xml::basic_abstract_xml_element_writer<char>& parent,
                   const char* element, const ZvNamedColour& colour);
 

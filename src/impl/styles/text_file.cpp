@@ -20,7 +20,8 @@ QString read_text_file(const QString& file_name)
 bool write_text_file(const QString& file_name, const QString& text)
 {
     const auto file = std::make_shared<QSaveFile>(file_name);
-    // A folder in which no file can be made may still hold one that can be written.
+    // Allow writing in place: in a folder where no file can be created, an existing one may be
+    // writable.
     file->setDirectWriteFallback(true);
     if (!file->open(QIODevice::WriteOnly))
         return false;

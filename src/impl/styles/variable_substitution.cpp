@@ -22,17 +22,17 @@ QString in_sequence(QString text, const std::vector<variable>& variables)
     return text;
 }
 
-/// Whether \p text begins with \p name; Qt's own test takes longer than the short names do.
+/// Whether \p text begins with \p name; for short names this is faster than Qt's own test.
 bool begins_with(QStringView text, QLatin1String name)
 {
     const auto same = [](char a, QChar b) { return b == QLatin1Char(a); };
-    // The last letters tell most names apart, the first ones few.
+    // Compare the last letters first, which differ for most names; the first ones rarely do.
     return text.size() >= name.size() && same(name.back().toLatin1(), text[name.size() - 1])
         && std::equal(name.begin(), name.end(), text.begin(), same);
 }
 
-/// The place of the next sign from \p from on, or -1. The standard library's search for a byte is several
-/// times as fast over the short ways between signs as Qt's for a character.
+/// The index of the next sign from \p from on, or -1. For the short distances between signs the
+/// standard library's search for a byte is several times as fast as Qt's for a character.
 qsizetype next_sign(QStringView text, qsizetype from)
 {
     const auto* const bytes = reinterpret_cast<const char*>(text.data());
@@ -51,7 +51,7 @@ qsizetype next_sign(QStringView text, qsizetype from)
     return -1;
 }
 
-/// The variables by the letter behind their sign, each letter's in their order.
+/// The variables by the letter after their sign, in their order.
 class variable_table
 {
 public:
@@ -73,7 +73,7 @@ public:
         return find(text, [text](QLatin1String name) { return begins_with(text, name); });
     }
 
-    /// Whether a variable begins with \p text and goes on behind it.
+    /// Whether \p text is the beginning of a longer variable.
     bool have_beginning(QStringView text) const
     {
         const auto begins_with_text = [text](QLatin1String name) {
@@ -111,8 +111,8 @@ struct variable_occurrence
 
 using Occurrences = QVarLengthArray<variable_occurrence, 256>;
 
-/// Where the variables stand in \p text, or nothing if their values might make further ones: where
-/// \p text has the beginning of a variable right before one, a value may complete it.
+/// The places of the variables in \p text, or nothing if their values might make further ones: if
+/// \p text has the beginning of a variable right before another one, a value may complete it.
 std::optional<Occurrences> occurrences_in(QStringView text, const variable_table& variables)
 {
     Occurrences occurrences;

@@ -13,11 +13,11 @@ struct variable
     QString value;
 };
 
-/// Replaces each variable in \p text by its value, one variable after the other: what a replacement
-/// leaves is seen by those that follow. A variable has to come before those that it begins with.
+/// Replaces each variable in \p text by its value, one variable after the other: the later ones see
+/// the results of earlier replacements. A variable has to come before those that are its beginning.
 ///
-/// In nearly all texts no replacement makes another variable of what stands around it, and then one
-/// pass over the text does it all.
+/// In nearly all texts no replacement makes another variable, and then one pass over the text is
+/// enough.
 QString substitute_variables(const QString& text, const std::vector<variable>& variables);
 
 } // namespace libzvutil::impl

@@ -6,7 +6,7 @@
 
 #include <QMimeData>
 
-/// The base of all that this library puts on the clipboard, by which it knows its own content.
+/// The base of the content that this library puts on the clipboard, which identifies that content.
 class ZvClipboardInternalData : public QMimeData
 {
     Q_OBJECT
@@ -17,6 +17,6 @@ public:
 
     virtual bool hasMimeType(zvutil::mime_type type) const;
     virtual bool hasInternalMimeType(ZvInternalMimeType type) const = 0;
-    /// Without storage, unless the content is a table.
+    /// A copy of the table, or a table without storage if the content is none.
     virtual ZvTable internalTableData() const;
 };

@@ -4,13 +4,13 @@
 
 #include <zvutil/ZvTable.h>
 
-/// A table on the clipboard. Its texts are formats like those of any `QMimeData`.
+/// A table on the clipboard, with its texts as formats like those of any `QMimeData`.
 class ZvTableClipboardData : public ZvClipboardInternalData
 {
     Q_OBJECT
 
 public:
-    /// Takes the table over and makes its texts, for which it needs storage.
+    /// Takes \p table, which must have storage, over and makes its texts.
     explicit ZvTableClipboardData(ZvTable&& table);
     ~ZvTableClipboardData() override;
 

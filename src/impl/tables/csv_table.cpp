@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t first_rows = 16;
 constexpr std::size_t first_columns = 16;
 
-/// Makes one of each pair of quotes; returns the new end.
+/// Replaces each pair of quotes by one quote; returns the new end.
 char* unescape_quotes(char* begin, const char* end)
 {
     char* target = begin;
@@ -24,14 +24,15 @@ char* unescape_quotes(char* begin, const char* end)
 
 } // namespace
 
-/// The field that is being read.
+/// The field that is being parsed.
 struct csv_table::field_range
 {
-    /// Starts the field anew behind the quote at \p quote; returns the last byte of the quoted text.
+    /// Begins the field after the quote at \p quote, without the text before; returns the last byte
+    /// of the quoted text.
     char* open(char* quote, char* text_end);
 
     char* begin;
-    char* end = nullptr; ///< null as long as it isn't known
+    char* end = nullptr; ///< null until it is known
     bool escaped = false;
 };
 
@@ -82,7 +83,8 @@ void csv_table::parse()
                 field.end = p;
             break;
         case '"':
-            // Wanted: a quote drops what stands in front of it, wherever it is in the field.
+            // By contract: a quote anywhere in a field drops the text before it. Only the text
+            // between quotes counts.
             p = field.open(p, text_end);
             break;
         default:
@@ -93,7 +95,7 @@ void csv_table::parse()
     end_text();
 }
 
-/// Adds the field, whose end is \p position if it isn't known.
+/// Stores the field, whose end is \p position if it isn't known yet.
 void csv_table::store(const field_range& field, char* position)
 {
     const auto isSpace = [this](char c) { return m_types.is(std::ctype_base::space, c); };
@@ -110,7 +112,7 @@ void csv_table::store(const field_range& field, char* position)
     else if (m_column >= m_columns)
         throw std::invalid_argument(
             "CSV clipboard data invalid format: rows have different number of columns");
-    // What stands there has been read.
+    // Write over the byte: it has been parsed already.
     *end = '\0';
     m_cells.push_back(begin);
     ++m_column;
@@ -123,7 +125,8 @@ void csv_table::end_record()
     m_column = 0;
 }
 
-/// Wanted: the last record goes if it is short, as the empty one behind a final line feed is.
+/// By contract: end_text() drops a last record that is short, which is mostly the empty one after a
+/// final line feed.
 void csv_table::end_text()
 {
     if (m_column == m_columns)

@@ -13,7 +13,7 @@ namespace {
 
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
-/// Copies 8 units if none is a NUL, no ASCII, or \p other; tells whether it has.
+/// Copies 8 units if all are ASCII and none is a NUL or \p other; returns whether it has.
 bool copy_step(char* target, const QChar* source, char16_t other)
 {
     const void* const from = source;
@@ -31,8 +31,8 @@ bool copy_step(char* target, const QChar* source, char16_t other)
 
 #endif
 
-/// Copies units up to the first that is a NUL, no ASCII, or \p other; returns that unit and moves
-/// \p target on.
+/// Copies units up to the first that isn't ASCII, is a NUL or is \p other; returns a pointer to
+/// that one and advances \p target.
 const QChar* copy_plain(char*& target, const QChar* source, const QChar* end, char16_t other)
 {
     char* out = target;
@@ -61,7 +61,7 @@ void delimited_row_writer::append(const QString& cell)
 {
     const QChar* const begin = cell.begin();
     const QChar* const end = cell.end();
-    // Behind plain text there is room for the separator.
+    // Reserve one byte more than the cell, for the separator.
     char* target = room(static_cast<std::size_t>(end - begin) + 1);
     const QChar* const plain_end = copy_plain(target, begin, end, m_separator);
     if (plain_end != end) {
@@ -72,19 +72,21 @@ void delimited_row_writer::append(const QString& cell)
     m_size = static_cast<std::size_t>(target - m_bytes.data());
 }
 
-/// Appends a cell that isn't plain text alone, as the unit at \p other shows.
+/// Appends a cell that has a unit, at \p other, that isn't plain text.
 void delimited_row_writer::append_quoted(const QString& cell, const QChar* other)
 {
     const QChar* const end = cell.end();
-    // Wanted: nothing but the separator makes a cell quoted, and a quote within isn't doubled.
+    // By contract: only the separator makes a cell quoted, and a quote in the cell isn't doubled.
+    // Editors and spreadsheets take the text as it is.
     const bool quoted = std::find(other, end, QChar(m_separator)) != end;
-    // Room for the quotes and the separator as well.
+    // Reserve three bytes more, for the quotes and the separator.
     char* target = room(static_cast<std::size_t>(cell.size()) + 3);
     if (quoted)
         *target++ = '"';
     const QChar* const plain_end = copy_plain(target, cell.begin(), end, u'\0');
     m_size = static_cast<std::size_t>(target - m_bytes.data());
-    // Wanted: a NUL cuts off what would come behind the text as well.
+    // By contract: a NUL in a cell also cuts off the closing quote and the separator. Each cell is
+    // appended up to its first NUL.
     if (plain_end != end
         && !append_until_nul(cell.midRef(static_cast<int>(plain_end - cell.begin()))))
         return;
@@ -103,7 +105,7 @@ const char* delimited_row_writer::text(char last)
     return m_bytes.data();
 }
 
-/// The place for as many bytes behind the text.
+/// Returns the end of the text, with room for \p size more bytes.
 char* delimited_row_writer::room(std::size_t size)
 {
     if (m_bytes.size() - m_size < size)
@@ -116,7 +118,7 @@ void delimited_row_writer::grow(std::size_t size)
     m_bytes.resize(2 * (m_size + size));
 }
 
-/// Appends any text up to its first NUL; tells whether that is all.
+/// Appends any text up to its first NUL; returns whether that was all of it.
 bool delimited_row_writer::append_until_nul(const QStringRef& text)
 {
     const QByteArray bytes = text.toUtf8();

@@ -6,7 +6,7 @@
 
 namespace zvutil::impl {
 
-/// The name of a format on a `QMimeData`; "unknown" for a value that is none.
+/// The name of a format in a `QMimeData`; "unknown" for a value outside the enumeration.
 QString mime_type_text(mime_type type);
 
 } // namespace zvutil::impl

@@ -12,7 +12,7 @@
 
 namespace zvutil::impl {
 
-/// How many units `copy_ascii_step` looks at.
+/// The number of units that `copy_ascii_step` reads.
 constexpr std::ptrdiff_t ascii_step = 16;
 
 /// Whether \p unit, of any width, is below 0x80.
@@ -24,11 +24,12 @@ bool is_ascii(Source unit)
 
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
-/// 16 units as bytes; those that aren't ASCII are bits in \p others, and their bytes are anything.
+/// Loads 16 units as bytes. A unit that isn't ASCII sets its bit in \p others, and its byte is
+/// undefined.
 template <typename Source>
 __m128i load_step(const Source* source, unsigned& others)
 {
-    // How units lie in a register is all that their width decides here.
+    // Only the width of the units decides how they lie in a register.
     static_assert(sizeof(Source) == 1 || sizeof(Source) == 2 || sizeof(Source) == 4);
     const auto load = [source](std::size_t index) {
         const void* const at = source + index * (sizeof(__m128i) / sizeof(Source));
@@ -45,8 +46,9 @@ __m128i load_step(const Source* source, unsigned& others)
             low = _mm_packs_epi32(low, high);
             high = _mm_packs_epi32(load(2), load(3));
         }
-        // Saturation keeps what is out of range: above 0x7F the one pack sets the highest bit,
-        // above 0x7FFF, which is negative here, the other.
+        // Saturation marks units that aren't ASCII: the unsigned pack gives a byte above 0x7F for
+        // units up to 0x7FFF, the signed pack a negative one for units above, which are negative
+        // here.
         const __m128i bytes = _mm_packus_epi16(low, high);
         const __m128i negative = _mm_packs_epi16(low, high);
         others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(bytes, negative)));
@@ -92,8 +94,8 @@ inline std::ptrdiff_t lowest_bit(unsigned bits)
 #endif
 }
 
-/// Copies units up to the first that isn't ASCII, at most 16, and returns how many. There must be
-/// 16 to read and space for 16; what lies behind the copied ones may be overwritten.
+/// Copies up to 16 units, up to the first that isn't ASCII, and returns their number. There must be
+/// 16 to read and space for 16; units after the copied ones may be overwritten.
 template <typename Target, typename Source>
 std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 {
@@ -104,7 +106,7 @@ std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 
 #else
 
-/// The same, where there is no quick way.
+/// The same without vector instructions.
 template <typename Target, typename Source>
 std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 {

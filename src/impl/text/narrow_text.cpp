@@ -16,7 +16,7 @@ namespace {
 
 void check_size(std::string_view bytes)
 {
-    // What the decoder of Windows can't count is refused everywhere.
+    // Refuse such sizes on every platform, since the decoder of Windows counts in an int.
     if (bytes.size() >= 0x80000000U)
         throw std::system_error(EINVAL, std::generic_category());
 }

@@ -6,7 +6,7 @@
 
 namespace zvutil::impl {
 
-/// The same as `QString::toStdString`, without the texts between that this makes.
+/// Equals `QString::toStdString`, without its intermediate texts.
 std::string utf8_text(const QStringRef& text);
 
 } // namespace zvutil::impl

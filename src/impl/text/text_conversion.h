@@ -14,12 +14,13 @@ namespace zvutil::impl {
 /// Throws `std::range_error` with the text "bad conversion".
 [[noreturn]] void throw_bad_conversion();
 
-/// What a unit stands for by itself. Throws as above if that is no code.
+/// The code of a unit by itself. Throws as above if it is no code.
 template <typename Source>
 char32_t code_of(Source unit)
 {
     char32_t code = static_cast<char32_t>(unit);
-    // Wanted: a byte's sign is kept, so that every byte at or above 0x80 is out of range.
+    // By contract: a byte keeps its sign, so every byte from 0x80 on is out of range. The encoding
+    // of narrow text is unknown.
     if constexpr (std::is_same_v<Source, char>)
         code = static_cast<char32_t>(static_cast<signed char>(unit));
     if (code > 0x10FFFF)
@@ -27,7 +28,7 @@ char32_t code_of(Source unit)
     return code;
 }
 
-/// Writes \p code in UTF-8, also if it is a surrogate; returns the end.
+/// Writes \p code in UTF-8, even if it is a surrogate; returns the end.
 inline char* write_code(char* target, char32_t code)
 {
     if (code < 0x80) {
@@ -56,14 +57,15 @@ Target* write_code(Target* target, char32_t code)
     if (code < 0x10000) {
         *target++ = static_cast<Target>(code);
     } else {
-        // Wanted: two units, also where one would hold the code.
+        // By contract: a code above 0xFFFF becomes two units even for char32_t, which could hold
+        // it. Conversion to any wider type is conversion to UTF-16.
         *target++ = static_cast<Target>(high_surrogate(code));
         *target++ = static_cast<Target>(low_surrogate(code));
     }
     return target;
 }
 
-/// Converts the units up to \p end; returns the end of what it has written.
+/// Converts the units up to \p end; returns the end of the output.
 template <typename Target, typename Source>
 Target* write_converted(Target* target, const Source* source, const Source* end)
 {
@@ -82,15 +84,15 @@ Target* write_converted(Target* target, const Source* source, const Source* end)
     return target;
 }
 
-/// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16.
-/// That is the joint result of writing the source as UTF-8 and reading that again. Throws
-/// `std::range_error` with "bad conversion" for a byte above 0x7F and for a value above 0x10FFFF;
-/// \p target then holds some of the text.
+/// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16. The
+/// result equals writing the source as UTF-8 and reading that again. Throws `std::range_error` with
+/// "bad conversion" for a byte above 0x7F and for a value above 0x10FFFF; \p target then holds a
+/// part of the text.
 template <typename Target, typename Traits, typename Source>
 void append_converted(std::basic_string<Target, Traits>& target,
                       std::basic_string_view<Source> source)
 {
-    // Blocks, as the space for a whole text would first have to be filled with zeros.
+    // Convert in blocks: the space for a whole text would first have to be filled with zeros.
     constexpr std::size_t block_size = 512;
     constexpr std::size_t max_code_length = std::is_same_v<Target, char> ? 4 : 2;
     std::array<Target, max_code_length * block_size> buffer;

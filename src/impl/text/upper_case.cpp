@@ -11,8 +11,9 @@ namespace {
 
 #if defined(__MINGW32__)
 
-/// MinGW knows the locale "C" alone, but its facet asks the C library, whose locale is another one:
-/// the letters of that would fold, and a `setlocale` later on would change what is equal.
+/// Whether \p facet asks the C library. MinGW has only the locale "C", but its facet asks the C
+/// library for another one: letters of that would fold, and a later `setlocale` would change which
+/// texts are equal.
 bool asks_cLibrary(const std::ctype<wchar_t>& facet)
 {
     return typeid(facet) == typeid(std::ctype<wchar_t>)

@@ -8,17 +8,17 @@
 
 namespace zvutil::impl {
 
-/// Upper case of 16-bit units, each by itself, as a locale has it. A unit whose upper case is no
-/// 16-bit unit is kept.
+/// Upper case of 16-bit units, each by itself, in a locale. A unit whose upper case isn't a 16-bit
+/// unit is kept.
 class upper_case
 {
 public:
-    /// Asks the locale for all units once.
+    /// Asks \p locale for all units, once.
     explicit upper_case(const std::locale& locale);
 
     char16_t operator()(char16_t unit) const { return m_table[unit]; }
 
-    /// Sets \p target, whose memory is used again, to the upper case of \p text.
+    /// Sets \p target to the upper case of \p text; its memory is used again.
     template <typename Unit>
     void assign(std::basic_string<Unit>& target, std::basic_string_view<Unit> text) const
     {

@@ -96,7 +96,7 @@ std::basic_string<Unit> decode_utf8(std::string_view bytes)
 
 QString any_utf8_text(std::string_view bytes)
 {
-    // Qt drops one byte order mark, so it is given one.
+    // Add a byte order mark, since Qt drops one.
     QByteArray marked("\xEF\xBB\xBF");
     marked.append(bytes.data(), static_cast<int>(bytes.size()));
     return QString::fromUtf8(marked);

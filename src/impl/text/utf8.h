@@ -13,15 +13,15 @@ namespace zvutil::impl {
 template <typename Unit>
 std::basic_string<Unit> decode_utf8(std::string_view bytes);
 
-/// The same as `QString::fromUtf8`, which puts U+FFFD for what isn't UTF-8, but a byte order mark in
-/// front is a character like any other.
+/// Equals `QString::fromUtf8`, which puts U+FFFD for bytes that aren't UTF-8, except that a byte
+/// order mark at the start is a character like any other.
 QString any_utf8_text(std::string_view bytes);
 
 template <typename Unit>
 std::basic_string<Unit> decode_any_utf8(std::string_view bytes);
 
 /// Appends each 16-bit unit by itself, in one to three bytes. A surrogate is written like any other
-/// unit, so that the result of paired ones isn't proper UTF-8. That is wanted wherever it is called.
+/// unit, so paired ones don't give proper UTF-8, as all callers require.
 template <typename Unit>
 void append_units_as_utf8(std::string& target, std::basic_string_view<Unit> units);
 

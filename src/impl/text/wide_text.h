@@ -9,10 +9,10 @@
 
 namespace zvutil::impl {
 
-/// Wide text is UTF-16 everywhere: one `wchar_t` holds one 16-bit unit, also where it has 32 bits.
-/// All wide text that comes in passes here; nothing else asks how wide `wchar_t` is.
+/// Wide text is UTF-16 everywhere: one `wchar_t` holds one 16-bit unit, even where it has 32 bits.
+/// All wide input passes through this header; no other code depends on the width of `wchar_t`.
 
-/// Whether no value of \p text is above 0xFFFF, so that it can be taken as it is.
+/// Whether all values of \p text are at most 0xFFFF, so that it needs no conversion.
 inline bool is_in_wide_units(std::wstring_view text)
 {
     return std::all_of(text.begin(), text.end(),

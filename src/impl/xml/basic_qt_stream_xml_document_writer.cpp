@@ -23,7 +23,8 @@ std::shared_ptr<QXmlStreamWriter> stream_on(std::shared_ptr<QIODevice>&& device)
         stream.setCodec(zvutil::impl::xml_codec<C>);
     stream.writeStartDocument();
     if constexpr (std::is_same_v<C, char32_t>) {
-        // The declaration is free of what Qt's encoder fails on; the rest goes another way.
+        // Switch after the declaration, which has no character that Qt's UTF-32 encoder fails on;
+        // `utf32_device` encodes the rest.
         parts->device = std::make_shared<zvutil::impl::utf32_device>(std::move(parts->device));
         stream.setDevice(parts->device.get());
         stream.setCodec("UTF-16");

@@ -10,25 +10,24 @@ class QIODevice;
 
 namespace zvutil::experimental::xml {
 
-/// A document on a stream, which all its element writers share with it.
+/// A document on a stream that all its element writers share.
 template <typename C>
 class basic_qt_stream_xml_document_writer : public basic_abstract_xml_document_writer<C>
 {
 public:
-    /// Writes the XML declaration. \p device has to live as long as this object and all element
-    /// writers.
+    /// Writes the XML declaration. \p device must outlive this object and all element writers.
     explicit basic_qt_stream_xml_document_writer(QIODevice* device);
-    /// Writes all end tags that are missing and a line break, unless the device has been closed.
+    /// Writes all missing end tags and a line break, unless the device has been closed.
     ~basic_qt_stream_xml_document_writer() override;
 
     unique_destroyable_ptr<basic_abstract_xml_element_writer<C>>
     root_element(const C* name) override;
 
-    /// Does nothing: what has been written to a device stays.
+    /// Does nothing: a device keeps what was written.
     void cancel_writing() override;
 
 protected:
-    /// The stream shares \p device.
+    /// Shares \p device with the stream.
     explicit basic_qt_stream_xml_document_writer(std::shared_ptr<QIODevice> device);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace zvutil::experimental::xml {
 
-/// An element on a stream, which knows by itself what is open and whose end tag comes next.
+/// An element on a stream, which keeps track of the open elements and the next end tag.
 template <typename C>
 class basic_qt_stream_xml_element_writer final : public basic_abstract_xml_element_writer<C>
 {

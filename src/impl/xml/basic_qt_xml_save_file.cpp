@@ -11,7 +11,7 @@ namespace {
 
 std::shared_ptr<QIODevice> opened(const std::shared_ptr<QSaveFile>& file)
 {
-    // Without a text flag: the bytes are the writer's. If this fails, commit tells.
+    // Open without the text flag: the bytes are the writer's. A failure shows in commit().
     file->open(QIODevice::WriteOnly);
     return std::make_shared<zvutil::impl::save_device>(file);
 }
@@ -37,7 +37,7 @@ basic_qt_xml_save_file<C>::~basic_qt_xml_save_file() = default;
 template <typename C>
 bool basic_qt_xml_save_file<C>::commit()
 {
-    // Qt complains of a file that isn't open, and a target that can't be written fails silently.
+    // Check first: Qt warns when a file is committed that isn't open.
     return m_file->isOpen() && m_file->commit();
 }
 

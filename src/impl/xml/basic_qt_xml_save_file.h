@@ -9,20 +9,20 @@
 
 namespace zvutil::experimental::xml {
 
-/// A document in a file that takes its target's place when it is committed.
+/// A document in a temporary file that replaces its target when it is committed.
 template <typename C>
 class basic_qt_xml_save_file : public basic_qt_stream_xml_document_writer<C>
 {
 public:
     /// Opens \p file, shares it with its element writers and writes the XML declaration.
     explicit basic_qt_xml_save_file(std::shared_ptr<QSaveFile> file);
-    /// Takes the text of a path. The event loop closes the file, and removes it if it has not been
-    /// committed, when the last element has gone.
+    /// Saves to the path \p path. When the last element was destroyed, the event loop closes the
+    /// file and removes it if it wasn't committed.
     explicit basic_qt_xml_save_file(const std::wstring& path);
     ~basic_qt_xml_save_file() override;
 
-    /// Puts the file in its target's place. Returns false after any error since it was opened; the
-    /// target is as it was then.
+    /// Replaces the target. Returns false after any error since the file was opened; the target is
+    /// unchanged then.
     bool commit();
     void cancel_writing() override;
 

@@ -16,7 +16,7 @@ std::shared_ptr<QXmlStreamReader> stream_on(std::shared_ptr<QIODevice>&& device)
     return {parts, &parts->stream};
 }
 
-/// Whether there is nothing to read from the beginning. Qt would find that out as well, but complain.
+/// Whether reading can't even begin. Qt would notice as well, but warn.
 bool is_closed(const QXmlStreamReader& stream)
 {
     const QIODevice* const device = stream.device();

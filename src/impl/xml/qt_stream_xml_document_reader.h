@@ -10,11 +10,11 @@ class QIODevice;
 
 namespace zvutil::experimental::xml {
 
-/// A document on a stream, which all its element readers share with it.
+/// A document on a stream that all its element readers share.
 class qt_stream_xml_document_reader : public abstract_xml_document_reader
 {
 public:
-    /// \p device has to live as long as this object and all element readers.
+    /// Reads from \p device, which must outlive this object and all element readers.
     explicit qt_stream_xml_document_reader(QIODevice* device);
     ~qt_stream_xml_document_reader() override;
 
@@ -22,7 +22,7 @@ public:
     unique_destroyable_ptr<abstract_xml_element_reader> root_element() override;
 
 protected:
-    /// The stream shares \p device.
+    /// Shares \p device with the stream.
     explicit qt_stream_xml_document_reader(std::shared_ptr<QIODevice> device);
 
 private:

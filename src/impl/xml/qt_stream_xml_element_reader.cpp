@@ -33,10 +33,12 @@ std::vector<Attribute> by_local_name(const QXmlStreamAttributes& source)
     for (const QXmlStreamAttribute& attribute : source) {
         std::string name = zvutil::impl::utf8_text(attribute.name());
         std::string value = zvutil::impl::utf8_text(attribute.value());
-        // Without a prefix all names differ, or the document were malformed.
+        // Search only after a prefix was seen: names without prefixes differ, or the document is
+        // malformed.
         may_meet = may_meet || !attribute.prefix().isEmpty();
         const auto same = may_meet ? find(attributes, name) : attributes.end();
-        // Wanted: the first one's place and the last one's value.
+        // By contract: attributes with the same local name are one, in the place of the first and
+        // with the value of the last. The application's formats use no namespaces.
         if (same != attributes.end())
             same->second = std::move(value);
         else
@@ -45,10 +47,10 @@ std::vector<Attribute> by_local_name(const QXmlStreamAttributes& source)
     return attributes;
 }
 
-/// Reads up to the end tags of \p depth elements that lie within each other.
+/// Reads up to the end tags of \p depth nested elements.
 ///
-/// Where a document breaks off each of them tries once more to read on, as it would if it were read
-/// by itself.
+/// Where a document breaks off, each of them tries once more to read on, as if it were read by
+/// itself.
 void skip(QXmlStreamReader& stream, std::size_t depth)
 {
     while (depth > 0) {
@@ -77,8 +79,8 @@ struct qt_stream_xml_element_reader::impl
             throw null_element_xml_exception();
     }
 
-    /// Reads what is left of the children that are still held, each the child of the one before,
-    /// and makes them null. However many there are, the stack doesn't grow.
+    /// Reads the rest of the children that still have readers, each the child of the one before,
+    /// and makes these null. The stack doesn't grow with their number.
     void finish_active_child()
     {
         const auto live = [](const impl& parent) {
@@ -97,7 +99,7 @@ struct qt_stream_xml_element_reader::impl
     std::string name;
     std::string text;
     std::vector<Attribute> attributes;
-    std::weak_ptr<impl> active_child; ///< the child handed out last
+    std::weak_ptr<impl> active_child; ///< the child returned last
 };
 
 qt_stream_xml_element_reader::qt_stream_xml_element_reader(std::shared_ptr<QXmlStreamReader> stream)
@@ -138,7 +140,8 @@ const char* qt_stream_xml_element_reader::text()
 {
     m_d->require_stream();
     m_d->finish_active_child();
-    // Wanted: behind a child the stream stands off the start tag, so that nothing is read.
+    // By contract: text() after a child returns an empty text. The stream no longer stands on the
+    // start tag, so readElementText() reads nothing.
     const QString text = m_d->stream->readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
     m_d->text = zvutil::impl::utf8_text(QStringRef(&text));
     m_d->stream.reset();

@@ -8,12 +8,12 @@
 
 namespace zvutil::experimental::xml {
 
-/// An element on a stream that it shares with its document and all other elements of it.
+/// An element on a stream that its document and all other elements share.
 class qt_stream_xml_element_reader final : public abstract_xml_element_reader
 {
 public:
-    /// \p stream stands on the element's start tag, which isn't tested; throws `xml_exception` if it
-    /// is null.
+    /// Reads the element whose start tag \p stream stands on, which isn't checked; throws
+    /// `xml_exception` if \p stream is null.
     explicit qt_stream_xml_element_reader(std::shared_ptr<QXmlStreamReader> stream);
     ~qt_stream_xml_element_reader() override;
 
@@ -26,7 +26,7 @@ public:
 private:
     struct impl;
 
-    // Shared so that a parent can refer weakly to its child.
+    // A shared pointer, so that a parent can refer weakly to its child.
     std::shared_ptr<impl> m_d;
 };
 

@@ -10,7 +10,8 @@ namespace {
 
 std::shared_ptr<QFile> opened(std::shared_ptr<QFile>&& file)
 {
-    // Without a text flag: the bytes are the parser's. If this fails there is nothing to read.
+    // Open without the text flag: the bytes are the parser's. After a failure there is nothing to
+    // read.
     file->open(QIODevice::ReadOnly);
     return std::move(file);
 }

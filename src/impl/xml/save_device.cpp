@@ -6,7 +6,7 @@ namespace zvutil::impl {
 
 namespace {
 
-// More than the file's own buffer takes, so that no block is copied into that as well.
+// A size above that of the file's own buffer, so that no block is copied into that as well.
 constexpr int block_size = 32'768;
 
 } // namespace
@@ -23,7 +23,7 @@ save_device::save_device(std::shared_ptr<QSaveFile> file)
 save_device::~save_device()
 {
     hand_over();
-    // The file's own thread may delete it as soon as it is released here.
+    // Disconnect first: the file's own thread may delete it as soon as it is released here.
     m_file->disconnect(this);
 }
 

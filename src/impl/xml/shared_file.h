@@ -9,8 +9,8 @@
 
 namespace zvutil::impl {
 
-/// A Qt file for the text of a path. The event loop of the thread that has made it deletes it, when
-/// its last owner has gone; the owner may be on another thread.
+/// Makes a Qt file for the path \p path. After its last owner released it, on any thread, the event
+/// loop of the thread that made it deletes it.
 template <typename File>
 std::shared_ptr<File> shared_file(const std::wstring& path)
 {

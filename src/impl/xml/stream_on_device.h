@@ -8,8 +8,8 @@
 
 namespace zvutil::impl {
 
-/// A stream and the device that it leads to, which lives as long as the stream does: until the last
-/// element that uses it has gone.
+/// A stream and its device, which lives as long as the stream: until the last element that uses it
+/// is destroyed.
 template <typename Stream>
 struct stream_on_device
 {
@@ -23,14 +23,14 @@ struct stream_on_device
     Stream stream;
 };
 
-/// Whether the stream's device is open. What is written to a closed one is lost, and Qt complains.
+/// Whether the stream's device is open. Writing to a closed one loses the data, and Qt warns.
 inline bool takes_output(const QXmlStreamWriter& stream)
 {
     const QIODevice* const device = stream.device();
     return device && device->isOpen();
 }
 
-/// A device that somebody else owns.
+/// A shared pointer to a device that another object owns.
 inline std::shared_ptr<QIODevice> borrowed(QIODevice* device)
 {
     return {std::shared_ptr<void>(), device};

@@ -14,14 +14,16 @@ utf32_device::utf32_device(std::shared_ptr<QIODevice> target)
     if (!m_target || !m_target->isOpen())
         return;
     open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    // At once, also if another thread closes the target.
+    // A direct connection, so that this device closes at once even if another thread closes the
+    // target.
     connect(m_target.get(), &QIODevice::aboutToClose, this, &QIODevice::close,
             Qt::DirectConnection);
 }
 
 utf32_device::~utf32_device()
 {
-    // Once released the target may be deleted by its thread before the base looks at it.
+    // Disconnect first: once released, the target may be deleted by its thread before the base
+    // class disconnects.
     if (m_target)
         m_target->disconnect(this);
 }

@@ -6,15 +6,14 @@
 
 namespace zvutil::impl {
 
-/// Writes to another device in UTF-32 what is written to it in UTF-16, both in the machine's byte
-/// order and without a byte order mark.
+/// Converts UTF-16 that is written to it to UTF-32 and writes that to another device, both in the
+/// machine's byte order and without a byte order mark.
 ///
-/// It is there because Qt's own encoder leaves four bytes of garbage behind each character above
-/// U+FFFF.
+/// Qt's own encoder writes four bytes of garbage after each character above U+FFFF.
 class utf32_device final : public QIODevice
 {
 public:
-    /// Is open as long as \p target is.
+    /// Writes to \p target, and is open as long as that is.
     explicit utf32_device(std::shared_ptr<QIODevice> target);
     ~utf32_device() override;
 
@@ -22,7 +21,7 @@ public:
 
 protected:
     qint64 readData(char* data, qint64 size) override;
-    /// Takes whole characters. Returns -1 if the target didn't take all.
+    /// Takes whole characters. Returns -1 if the target didn't take all of them.
     qint64 writeData(const char* data, qint64 size) override;
 
 private:

@@ -26,7 +26,8 @@ QString xml_name(const std::wstring& name)
 
 QString xml_text(const char* text, int length)
 {
-    // Qt takes -1 alone for a text that ends in a NUL here, and any negative length below.
+    // Pass -1 for any negative length: here only -1 means a text that ends in a NUL, below any
+    // negative length does.
     return QString::fromUtf8(text, std::max(length, -1));
 }
 

@@ -4,10 +4,10 @@
 
 #include <string>
 
-/// What the XML writers make of their callers' text, by type of character.
+/// Conversion of callers' text for the XML writers, by type of character.
 namespace zvutil::impl {
 
-/// The codec of the file, null for Qt's own choice, UTF-8.
+/// The codec of the file; null for Qt's default, UTF-8.
 template <typename C>
 constexpr const char* xml_codec = nullptr;
 template <>
@@ -17,13 +17,13 @@ inline constexpr const char* xml_codec<char32_t> = "UTF-32";
 template <>
 inline constexpr const char* xml_codec<wchar_t> = "UTF-16";
 
-/// All of a name.
+/// Converts all of a name.
 QString xml_name(const std::string& name);
 QString xml_name(const std::u16string& name);
 QString xml_name(const std::u32string& name);
 QString xml_name(const std::wstring& name);
 
-/// \p length units, or up to the NUL if it is negative. Null gives a null text.
+/// Converts \p length units, or up to the NUL if it is negative. Null gives a null text.
 QString xml_text(const char* text, int length = -1);
 QString xml_text(const char16_t* text, int length = -1);
 QString xml_text(const char32_t* text, int length = -1);

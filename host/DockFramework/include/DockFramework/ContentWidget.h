@@ -11,25 +11,28 @@ class DOCKFRAMEWORK_EXPORT ContentWidget : public DockableWidgetContents
     Q_OBJECT
 
 public:
-    /// \p deleteOnClose has the object deleted once it has been closed.
+    /// A document named \p name; \p parent, which may be null, owns it. \p deleteOnClose has the
+    /// object deleted once it has been closed.
     ContentWidget(const QString& name, QWidget* parent, bool deleteOnClose);
+    /// Ends the file watcher.
     ~ContentWidget() override;
 
-    /// The short title, or the name of the kind where there is none.
+    /// The short title, or `getViewContextName` if that is empty.
     QString getShortName() const override;
-    /// True.
+    /// Always true.
     bool isContentWidget() const override;
-    /// False.
+    /// Always false.
     bool isSystemWidget() const override;
 
-    /// Writes what a crash would lose into \p folder, under \p name. Nothing here.
+    /// Called to write what a crash would lose into \p folder, under \p name. The base class does
+    /// nothing.
     virtual void saveSessionBackup(const QString& folder, const QString& name);
-    /// The window has become the one that the user works in. Nothing here.
+    /// Called when the user begins to work in this window. The base class does nothing.
     virtual void widgetHighlightedEvent();
-    /// The user works in another window from now on. Nothing here.
+    /// Called when the user begins to work in another window. The base class does nothing.
     virtual void widgetUnhighlightedEvent();
 
 protected:
-    /// Tells of the modified mark, whoever sets it.
+    /// Emits `modifiedChanged` for each change of the modified mark.
     bool event(QEvent* event) override;
 };

@@ -1,11 +1,11 @@
 #pragma once
 
-/// Where a window would like to stand when it is first shown.
+/// The place of a window when it is first shown.
 enum class DockLocationPreference {
     Documents, ///< as a tab among the documents
-    Left,
-    Right,
-    Top,
-    Bottom,
+    Left, ///< at the left side
+    Right, ///< at the right side
+    Top, ///< above the documents
+    Bottom, ///< below the documents
     Floating ///< as a window of its own
 };

@@ -17,10 +17,10 @@ class QContextMenuEvent;
 class QDragEnterEvent;
 class QDropEvent;
 
-/// What stands inside a window of the docking frame: titles, a modified mark, a watcher of the file
-/// behind it, and the questions that the frame asks.
+/// The contents of a window of the docking frame: titles, a modified mark, a watcher of the file that
+/// it shows, and the questions that the frame asks.
 ///
-/// It works without a frame, too: as a window of its own, or inside another. GUI thread only.
+/// Works without a frame, too: as a window of its own, or inside another. GUI thread only.
 class DOCKFRAMEWORK_EXPORT DockableWidgetContents : public QWidget
 {
     Q_OBJECT
@@ -29,107 +29,116 @@ public:
     /// \p name tells the window from all others, in a saved layout for example; it is the short and
     /// the long title until there are others.
     DockableWidgetContents(const QString& name, QWidget* parent);
+    /// Ends the file watcher.
     ~DockableWidgetContents() override;
 
-    /// Whether there are changes that a close would lose. It is `QWidget::isWindowModified`.
+    /// Whether there are changes that a close would lose: `QWidget::isWindowModified`.
     bool isModified() const;
+    /// Sets or clears the modified mark.
     void setModified(bool modified);
 
-    /// Shown where there is room, a whole path for example.
+    /// The title where there is room, for example a whole path.
     QString longTitle() const;
+    /// Sets the long title.
     void setLongTitle(const QString& title);
 
-    /// Shown on tabs and title bars. It is `QWidget::windowTitle`, with the place for the mark.
+    /// The title on tabs and title bars: `QWidget::windowTitle` without the place for the mark.
     QString shortTitle() const;
+    /// Sets the short title.
     void setShortTitle(const QString& title);
 
-    /// Starts or stops watching the file that `getFilename` names at this moment. A file that isn't
-    /// there, or goes, is watched for as long as its folder is there.
+    /// Starts or stops watching the file that `getFilename` names at this moment. A file that doesn't
+    /// exist, or is removed, is watched as long as its folder exists.
     void enableFileWatcher(bool enable);
+    /// Whether a file is being watched.
     bool isFileWatcherEnabled() const;
 
-    /// While \p ignore is true, changes of the file aren't reported, and those that have come by
-    /// its end never are. Not counted: one call with false ends all.
+    /// Suppresses reports of changes of the file while \p ignore is true; changes until a call with
+    /// false are never reported. Calls aren't counted: one with false ends all.
     void fileWatcherIgnoreChanges(bool ignore);
 
-    /// What kind of document it is, for menus and tool bars that depend on it. The name here.
+    /// The kind of document, for menus and tool bars that depend on it; by default the name.
     virtual QString getViewContextName() const;
-    /// For the list of windows in a menu. The short title here.
+    /// The text for the list of windows in a menu; by default the short title.
     virtual QString getMenuTitle() const;
-    /// For tabs and title bars. The short title here.
+    /// The text for tabs and title bars; by default the short title.
     virtual QString getShortName() const;
-    /// The first line of the context menu. `getMenuTitle` here.
+    /// The first line of the context menu; by default `getMenuTitle`.
     virtual QString getRightClickMenuTitle() const;
-    /// Which tool bars belong to it. `getViewContextName` here.
+    /// The name of the tool bars that belong to the window; by default `getViewContextName`.
     virtual QString getToolBarContext() const;
-    /// Whether each key may enable or disable entries of menus. False here.
+    /// Whether each key may enable or disable entries of menus; by default false.
     virtual bool updateEnabledMenusOnKeyPress() const;
-    /// The script command that opens the window in the next session. Empty here.
+    /// The script command that opens the window in the next session; by default empty.
     virtual QString getRestoreCommand() const;
-    /// The file behind the window, or nothing, as here.
+    /// The path of the file that the window shows; by default empty.
     virtual QString getFilename() const;
-    /// Has the next context menu not open.
+    /// Suppresses the next context menu.
     virtual void disableContextMenuOnce();
-    /// Asked when the window is added to a frame. Among the documents here.
+    /// The place when the window is added to a frame; by default among the documents.
     virtual DockLocationPreference getPreferredDockLocation() const;
-    /// Asked when the window floats for the first time. An invalid size, as here, leaves it to Qt.
+    /// The size when the window floats for the first time; an invalid size, the default, leaves it
+    /// to Qt.
     virtual QSize getPreferredNewWindowSize() const;
-    /// Name, file and command.
+    /// The name, file and command that a session keeps of the window.
     virtual RestoreWidgetInfo getRestoreWidgetInfo() const;
-    /// `QWidget::windowIcon` here.
+    /// The icon of tabs and menus; by default `QWidget::windowIcon`.
     virtual QIcon getIcon() const;
-    /// The window has become the one that the user works in. Nothing here.
+    /// Called when the user begins to work in this window. The base class does nothing.
     virtual void notifyHighlighted();
-    /// The mouse was pressed on the title bar. Nothing here.
+    /// Called when the mouse is pressed on the title bar. The base class does nothing.
     virtual void notifyTitleBarPressed();
-    /// Whether it is a document. False here.
+    /// Whether the window is a document; by default false.
     virtual bool isContentWidget() const;
-    /// Whether it belongs to the application itself, as a panel does. True here.
+    /// Whether the window belongs to the application itself, as a panel does; by default true.
     virtual bool isSystemWidget() const;
-    /// Reads the file again, as the user has asked for. Nothing here.
+    /// Reads the file again on the user's request. The base class does nothing.
     virtual void reloadFile();
-    /// Whether `reloadFile` does anything. False here.
+    /// Whether `reloadFile` does anything; by default false.
     virtual bool canReloadFile() const;
-    /// Whether the frame's own context menu opens. True here.
+    /// Whether the frame's own context menu opens; by default true.
     virtual bool requireDefaultMenu() const;
-    /// The window has been docked, or floats from now on. Nothing here.
+    /// Called when the window was docked or begins to float. The base class does nothing.
     virtual void windowChanged();
 
 Q_SIGNALS:
-    /// Of a document.
+    /// The modified mark of a document has changed to \p modified.
     void modifiedChanged(bool modified);
+    /// The long or the short title has changed.
     void titlesChanged();
-    /// Somebody else has changed the file, or removed it.
+    /// Another program has changed the file, or removed it if \p exists is false.
     void fileChangedOutside(bool exists);
     /// The user wants unsaved changes to be saved before the window closes; if it is still modified
-    /// when this returns, it stays open. The question offers it where this is connected.
+    /// when this returns, it stays open. The question offers to save only where this signal is
+    /// connected.
     void saveRequested();
-    /// Files were dropped on the window.
+    /// Files were dropped on the window; \p filenames are their paths.
     void filesDropped(const QStringList& filenames);
-    /// `enableFileWatcher` was called.
+    /// `enableFileWatcher` was called with \p enabled.
     void fileWatcherEnabled(bool enabled);
-    /// `fileWatcherIgnoreChanges` was called.
+    /// `fileWatcherIgnoreChanges` was called with \p ignores.
     void fileWatcherIgnores(bool ignores);
 
 protected:
-    /// A menu with what can be done to the window, where `requireDefaultMenu` agrees.
+    /// Opens a menu with the operations on the window, unless `requireDefaultMenu` returns false.
     void contextMenuEvent(QContextMenuEvent* event) override;
-    /// Files are welcome where `filesDropped` is connected.
+    /// Accepts files where `filesDropped` is connected.
     void dragEnterEvent(QDragEnterEvent* event) override;
+    /// Emits `filesDropped` with the local files of the drop.
     void dropEvent(QDropEvent* event) override;
 
     using QWidget::closeEvent;
-    /// Lets the window close, or, where there are unsaved changes, as the user decides: the box says
-    /// \p question, below it \p details. When it closes, `onClosing` and `callOnCloseScript` are
-    /// called and the watcher ends.
+    /// Lets the window close, or, where there are unsaved changes, lets the user decide: the box
+    /// shows \p question and below it \p details. When the window closes, `onClosing` and
+    /// `callOnCloseScript` are called and the watcher ends.
     virtual void closeEvent(QCloseEvent* event, const QString& details, const QString& question);
-    /// The place for a script that runs when the window closes. Nothing here.
+    /// Called when the window closes, to run a script. The base class does nothing.
     virtual void callOnCloseScript();
-    /// The window closes. Nothing here.
+    /// Called when the window closes. The base class does nothing.
     virtual void onClosing();
 
 public:
-    /// The frame has moved the window to another side. Nothing here.
+    /// Called when the frame has moved the window to \p area. The base class does nothing.
     virtual void notifyLocationChanged(Qt::DockWidgetArea area);
 
 private:

@@ -2,10 +2,10 @@
 
 #include <QString>
 
-/// What a session has to remember of a window to open it again.
+/// The data that a session keeps of a window to open it again.
 struct RestoreWidgetInfo
 {
-    QString name; ///< the window's own, as its constructor got it
-    QString filename; ///< empty for what has no file
+    QString name; ///< the window's name, as given to its constructor
+    QString filename; ///< path of its file, or empty
     QString command; ///< the script command that opens it, or empty
 };

@@ -4,24 +4,27 @@
 #include <HostSupport/MessageHandler.h>
 #include <HostSupport/YRef.h>
 
-/// What a script command reports; 0 is success.
+/// The result of a script command: success or failure.
 enum COMERROR { COM_OK = 0, COM_FAILED = 1 };
 
-/// Where in a script a command stands.
+/// The place of a command in a script.
 struct ScpParseContext
 {
     const char* source; ///< name of the script, NUL-ended UTF-8
     int line; ///< counted from 1; 0 if not known
 };
 
+/// Runs a command. The \p wordCount words, the first of them the command's name, are NUL-ended
+/// UTF-8 and valid during the call.
 using ComHandler = COMERROR (*)(int wordCount, char** words, YRef<MessageHandler> messages,
                                 const ScpParseContext& context);
 
-/// Registers a script command. It is never taken back: a library that registered one must not be
-/// called through it once it has been unloaded.
+/// Registers a script command for good: after the library that registered it was unloaded, the
+/// command must not be called any more.
 class HOSTSUPPORT_EXPORT ComConstruct
 {
 public:
-    /// \p flags is kept and has no meaning here. A name that is registered already is taken over.
+    /// Registers \p handler as \p name. \p flags is kept and has no meaning here. A name that is
+    /// registered already is replaced.
     ComConstruct(const char* name, ComHandler handler, int flags);
 };

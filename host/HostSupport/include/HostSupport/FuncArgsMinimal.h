@@ -9,6 +9,6 @@ public:
     virtual const void* value(int index) const = 0;
 
 protected:
-    // Not virtual: the operation above has the first slot of the table.
+    // A virtual destructor would take slots of the table, whose first one the operation above has.
     ~FuncArgsMinimal() = default;
 };

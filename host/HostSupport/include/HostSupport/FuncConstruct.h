@@ -9,9 +9,11 @@
 /// The type of a script function's argument.
 enum argType { ARG_NUMBER = 0, ARG_STRING = 1 };
 
-/// What a script function reports; 0 is success.
+/// The result of a script function: success or failure.
 enum FUNC_ERROR { FUNC_OK = 0, FUNC_FAILED = 1 };
 
+/// Runs a function: reads \p args, fills \p result and reports to \p messages; all are valid during
+/// the call.
 using FuncHandler = FUNC_ERROR (*)(const FuncArgsMinimal& args, FuncResultMinimal* result,
                                    YRef<MessageHandler> messages);
 
@@ -19,13 +21,15 @@ using FuncHandler = FUNC_ERROR (*)(const FuncArgsMinimal& args, FuncResultMinima
 class HOSTSUPPORT_EXPORT FuncConstruct
 {
 public:
-    /// \p arguments is a table of \p argumentCount entries; the function gives \p resultCount
-    /// strings. A name that is registered already is taken over.
+    /// \p arguments is a table of \p argumentCount entries, which is copied; the function returns
+    /// \p resultCount strings. A name that is registered already is replaced.
     FuncConstruct(const char* name, const argType* arguments, int argumentCount, int resultCount,
                   FuncHandler handler);
+    /// A registration has one owner.
     FuncConstruct(const FuncConstruct&) = delete;
+    /// A registration has one owner.
     FuncConstruct& operator=(const FuncConstruct&) = delete;
 
-    /// Takes the function back.
+    /// Unregisters the function.
     ~FuncConstruct();
 };

@@ -2,15 +2,19 @@
 
 #include <HostSupport/HostSupport_export.h>
 
-/// Receives what a script function or command has to tell the user while it runs.
+/// Receives the messages for the user of a script function or command while it runs.
 class HOSTSUPPORT_EXPORT MessageHandler
 {
 public:
+    /// Makes a handler; only subclasses can call this.
     MessageHandler() = default;
+    /// Handlers are shared, not copied.
     MessageHandler(const MessageHandler&) = delete;
+    /// Handlers are shared, not copied.
     MessageHandler& operator=(const MessageHandler&) = delete;
+    /// Called when the last reference is released.
     virtual ~MessageHandler();
 
-    /// \p text is NUL-ended UTF-8 and is valid during the call.
+    /// Takes one message; \p text is NUL-ended UTF-8 and valid during the call.
     virtual void message(const char* text) = 0;
 };

@@ -12,34 +12,36 @@ namespace host {
 struct ScriptOutcome
 {
     std::string
-        value; ///< what `evaluate` has computed, empty for nothing; always empty after `run`
-    std::string error; ///< empty, or why it has failed
+        value; ///< the result of `evaluate`, empty if there is none; always empty after `run`
+    std::string error; ///< why the script has failed, or empty
     int line = 0; ///< where it has failed, counted from 1; 0 if not known
     bool isStopped = false; ///< whether `stop` has ended it; then there is an error, too
 };
 
-/// Who hears of a session. Both are called on the thread that has made the session, by its event
-/// loop.
+/// The callbacks of a session, called by the event loop of the thread that made the session.
 struct ScriptListener
 {
-    /// One or more lines without the last line feed: what the script prints and what functions and
-    /// commands tell.
+    /// Called with one or more lines, without the last line feed: output of the script and messages
+    /// of functions and commands.
     std::function<void(const std::string& lines)> printed;
-    /// Once for each `run` and `evaluate`, behind all that was printed.
+    /// Called once for each `run` and `evaluate`, after all its output.
     std::function<void(const ScriptOutcome& outcome)> finished;
 };
 
-/// A script interpreter of its own, for windows of the host: what one text defines as global is there
-/// for the next. Scripts run on a thread of the session's own, so that windows stay alive; the functions and
-/// commands that they call run on the thread that has made the session.
+/// A script interpreter of its own, for windows of the host: the globals of one text are visible to
+/// the next. Scripts run on the session's own thread, so that windows stay responsive; the
+/// functions and commands that they call run on the thread that made the session.
 ///
-/// All operations belong on that thread. One text at a time: `run` and `evaluate` throw
+/// Call all operations on that thread. One text runs at a time: `run` and `evaluate` throw
 /// `std::logic_error` until the one before has `finished`.
 class HOSTSUPPORT_EXPORT ScriptSession
 {
 public:
+    /// Makes a session; only subclasses can call this.
     ScriptSession() = default;
+    /// A session has one owner.
     ScriptSession(const ScriptSession&) = delete;
+    /// A session has one owner.
     ScriptSession& operator=(const ScriptSession&) = delete;
     /// Stops the text that runs. The listener isn't called any more.
     virtual ~ScriptSession();
@@ -47,17 +49,18 @@ public:
     /// Runs a script. \p source is its name in messages.
     virtual void run(const std::string& text, const std::string& source) = 0;
 
-    /// Runs a text and tells its value, as a console does.
+    /// Runs a text and reports its value, as a console does.
     virtual void evaluate(const std::string& text) = 0;
 
-    /// Has the text that runs, if one does, end soon. A function or command that it has called is
+    /// Ends the text that runs, if any, soon. A function or command that the text has called is
     /// waited for.
     virtual void stop() = 0;
 };
 
+/// Makes a session that reports to the given listener.
 using ScriptSessionMaker = std::function<std::unique_ptr<ScriptSession>(ScriptListener)>;
 
-/// Sets how sessions are made; an empty one for none.
+/// Sets how sessions are made; with an empty \p maker there are none.
 HOSTSUPPORT_EXPORT void setScriptSessionMaker(ScriptSessionMaker maker);
 
 /// A session that knows the functions and commands that are registered now. Throws `CallError` if

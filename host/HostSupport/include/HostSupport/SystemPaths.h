@@ -3,7 +3,7 @@
 #include <HostSupport/HostSupport_export.h>
 #include <HostSupport/YString.h>
 
-/// Writes the path behind a symbol into \p value, in UTF-8.
+/// Writes the path of a symbol into \p value, in UTF-8.
 ///
 /// Known are "ZVAPPDATAPATH", "ZVDOCSPATH", "COMMON_APPDATAPATH" and what `host::setPathSymbol` has
 /// set. Returns 0, or 1 for an unknown symbol, which makes \p value empty. \p create has no meaning

@@ -3,12 +3,13 @@
 #include <memory>
 #include <utility>
 
-/// A counted reference to an object of the host. The last one deletes the object through its
-/// virtual destructor. Copies may live on different threads.
+/// A counted reference to an object of the host. The last reference deletes the object through
+/// its virtual destructor. Copies may live on different threads.
 template <typename T>
 class YRef
 {
 public:
+    /// A null reference.
     YRef() noexcept = default;
 
     /// Takes ownership of \p object.
@@ -17,9 +18,13 @@ public:
     {
     }
 
+    /// The object, which stays owned, or null.
     T* get() const noexcept { return m_object.get(); }
+    /// The object; the reference must not be null.
     T& operator*() const noexcept { return *m_object; }
+    /// The object; the reference must not be null.
     T* operator->() const noexcept { return m_object.get(); }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
     /// The number of references to the object; 0 for a null reference.

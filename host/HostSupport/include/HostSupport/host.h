@@ -11,55 +11,62 @@
 #include <variant>
 #include <vector>
 
-/// The host's side of the registries: what has been registered, and how to call it.
+/// The host's side of the registries: lists of what is registered, and calls to it.
 ///
-/// All texts are UTF-8. Everything here is for one thread, the one that runs scripts.
+/// Call these functions only on the thread that runs scripts. All texts are UTF-8.
 namespace host {
 
 /// An argument of a script function.
 using Value = std::variant<double, std::string>;
 
+/// A registered script function.
 struct FunctionInfo
 {
-    std::string name;
-    std::vector<argType> arguments;
-    int resultCount;
-    FuncHandler handler;
+    std::string name; ///< as scripts call it
+    std::vector<argType> arguments; ///< their types, in order
+    int resultCount; ///< number of strings that it returns
+    FuncHandler handler; ///< what runs it
 };
 
+/// A registered script command.
 struct CommandInfo
 {
-    std::string name;
-    int flags;
-    ComHandler handler;
+    std::string name; ///< as scripts call it
+    int flags; ///< as registered
+    ComHandler handler; ///< what runs it
 };
 
+/// A declared option.
 struct OptionInfo
 {
-    std::string name;
-    std::string defaultValue;
-    std::string source;
-    int line;
-    OptionCacheStatus cacheStatus;
-    bool flag;
+    std::string name; ///< key in the options file
+    std::string defaultValue; ///< value until it is set
+    std::string source; ///< source file of the declaration
+    int line; ///< line of the declaration
+    OptionCacheStatus cacheStatus; ///< as declared
+    bool flag; ///< as declared
 };
 
-/// A call that didn't come about, or a function or command that reported an error.
+/// A call that couldn't be made, or a function or command that reported an error.
 class HOSTSUPPORT_EXPORT CallError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
+    /// A copy with the same message.
     CallError(const CallError&) = default;
+    /// Frees the message unless a copy holds it.
     ~CallError() override;
 };
 
-/// What is registered at the moment, in the order of registration.
+/// The functions that are registered now, in the order of registration.
 HOSTSUPPORT_EXPORT std::vector<FunctionInfo> functions();
+/// The commands, in the order of registration.
 HOSTSUPPORT_EXPORT std::vector<CommandInfo> commands();
+/// The options, in the order of declaration.
 HOSTSUPPORT_EXPORT std::vector<OptionInfo> options();
 
 /// Called after each registration with "function NAME", "command NAME" or "option NAME", and after
-/// a function was taken back with "~function NAME".
+/// a function was unregistered with "~function NAME".
 using RegistrationObserver = std::function<void(const std::string& what)>;
 
 /// Sets the one observer; an empty one switches it off.
@@ -68,33 +75,34 @@ HOSTSUPPORT_EXPORT void setRegistrationObserver(RegistrationObserver observer);
 /// Calls a script function and returns its result.
 ///
 /// Throws `CallError` for an unknown function, a wrong number or type of arguments (the message
-/// names the function and what it expects) and a function that reports an error. What the handler
-/// throws passes through.
+/// names the function and what it expects) and a function that reports an error. Exceptions of the
+/// handler are passed on.
 HOSTSUPPORT_EXPORT std::vector<std::string> callFunction(const std::string& name,
                                                          const std::vector<Value>& arguments,
                                                          const YRef<MessageHandler>& messages);
 
-/// Calls a script command with \p words behind its name. Failures as for `callFunction`.
+/// Calls a script command with \p words after its name. Fails as `callFunction` does.
 HOSTSUPPORT_EXPORT void callCommand(const std::string& name, const std::vector<std::string>& words,
                                     const YRef<MessageHandler>& messages,
                                     const ScpParseContext& context);
 
-/// The INI file that holds the options; it need not exist. By default it lies in the user's
-/// configuration directory.
+/// Sets the path of the INI file that holds the options; the file need not exist. By default it
+/// lies in the user's configuration directory.
 HOSTSUPPORT_EXPORT void setOptionsFile(const std::string& path);
+/// The path of the options file.
 HOSTSUPPORT_EXPORT std::string optionsFile();
 
 /// Sets an option and writes the options file. Throws `std::runtime_error` if that fails.
 HOSTSUPPORT_EXPORT void writeOption(const std::string& name, const std::string& value);
 
-/// Makes an option as if it had never been set. Throws `std::runtime_error` if that can't be
-/// written.
+/// Removes the value of an option, so that its default counts again. Throws `std::runtime_error` if
+/// that can't be written.
 HOSTSUPPORT_EXPORT void resetOption(const std::string& name);
 
-/// Sets what `sp_GetSystemPathSymbolValue` answers for \p symbol.
+/// Sets the path that `sp_GetSystemPathSymbolValue` returns for \p symbol.
 HOSTSUPPORT_EXPORT void setPathSymbol(const std::string& symbol, const std::string& value);
 
-/// Sets what `sp_GetProductFolderName` answers; "zvhost" to begin with.
+/// Sets the name that `sp_GetProductFolderName` returns; "zvhost" at first.
 HOSTSUPPORT_EXPORT void setProductFolderName(const std::string& name);
 
 } // namespace host

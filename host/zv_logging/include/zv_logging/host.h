@@ -7,42 +7,45 @@
 #include <string>
 #include <vector>
 
-/// The host's side of the log: what has been logged, and where it goes. Any thread.
+/// The host's side of the log: its lines and its sinks. Any thread.
 namespace zvutil::logging::host {
 
+/// A line of the log.
 struct Record
 {
-    int level;
-    std::string category;
-    std::string text;
+    int level; ///< from 0 to 5, see `set_log_level`
+    std::string category; ///< in UTF-8
+    std::string text; ///< in UTF-8
 };
 
 /// The last lines that the memory sink has kept, oldest first; empty if it doesn't run.
 ZV_LOGGING_EXPORT std::vector<Record> records();
 
-/// What the memory sink has taken since somebody has looked before.
+/// The lines that the memory sink has received since an earlier look.
 struct NewRecords
 {
-    std::uint64_t count; ///< of all that it has ever taken, for the next look
-    std::vector<Record> records; ///< oldest first; those that it hasn't kept are missing
+    std::uint64_t count; ///< number of all lines ever received, for the next look
+    std::vector<Record> records; ///< oldest first; without lines that were dropped meanwhile
 };
 
-/// Those behind the first \p seen. With the count of the look before, that costs what is new, and next
-/// to nothing if there isn't anything.
+/// The lines after the first \p seen ones. With the count of the previous call the cost is that of
+/// the new lines.
 ZV_LOGGING_EXPORT NewRecords recordsSince(std::uint64_t seen);
 
 /// The running sinks, in the order in which they were added.
 ZV_LOGGING_EXPORT std::vector<int> sinks();
 
-/// Where sink 1 writes when it is added next. By default a file in the user's data directory.
+/// Sets the file that sink 1 writes to when it is added next. By default a file in the user's data
+/// directory.
 ZV_LOGGING_EXPORT void setLogFile(const std::string& path);
+/// The path of that file.
 ZV_LOGGING_EXPORT std::string logFile();
 
-/// Ends all sinks and forgets their levels and records.
+/// Ends all sinks and drops their levels and records.
 ZV_LOGGING_EXPORT void reset();
 
 /// Called before each call of the log takes effect, with "add_sink SINK", "set_log_level SINK
-/// LEVEL" or "write LEVEL CATEGORY: TEXT", one call at a time. It must not call the log.
+/// LEVEL" or "write LEVEL CATEGORY: TEXT", one call at a time. The observer must not call the log.
 using Observer = std::function<void(const std::string& call)>;
 
 /// Sets the one observer; an empty one switches it off.

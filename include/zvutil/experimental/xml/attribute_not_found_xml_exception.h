@@ -5,13 +5,15 @@
 
 namespace zvutil::experimental::xml {
 
-/// Somebody asked for an attribute that the element doesn't have.
+/// Thrown for an attribute that the element doesn't have.
 class ZVUTIL_EXPORT attribute_not_found_xml_exception : public xml_exception
 {
 public:
-    /// The message is \p name, the name that was asked for, and nothing else.
+    /// The message is \p name, the name of the missing attribute, and nothing else.
     explicit attribute_not_found_xml_exception(const char* name);
+    /// A copy of \p other; allocates nothing.
     attribute_not_found_xml_exception(const attribute_not_found_xml_exception& other) noexcept;
+    /// Frees the message unless a copy holds it.
     ~attribute_not_found_xml_exception() override;
 };
 

@@ -6,27 +6,31 @@
 
 namespace zvutil::experimental::xml {
 
-/// Writes a document from its beginning to its end. There are four of them: for `char` (UTF-8),
+/// Writes a document from its beginning to its end. The library has writers for `char` (UTF-8),
 /// `char16_t`, `char32_t` and `wchar_t` (UTF-16).
 ///
-/// Nothing tells whether writing has worked; that is for the owner of the medium to say. Its
-/// destructor closes what is still open. A document and its elements belong to one thread at a time.
+/// Failures aren't reported here but by the owner of the medium. A document and its elements belong
+/// to one thread at a time.
 template <typename C>
 class basic_abstract_xml_document_writer
 {
 public:
+    /// Makes a writer; only subclasses can call this.
     basic_abstract_xml_document_writer();
+    /// A document is written once, by one writer.
     basic_abstract_xml_document_writer(const basic_abstract_xml_document_writer&) = delete;
+    /// A document is written once, by one writer.
     basic_abstract_xml_document_writer&
     operator=(const basic_abstract_xml_document_writer&) = delete;
+    /// Writes the end tags of elements that are still open.
     virtual ~basic_abstract_xml_document_writer();
 
-    /// Opens an element at the top level; \p name ends in a NUL. Throws `std::logic_error`, and writes
-    /// nothing, if it is null.
+    /// Opens an element at the top level; \p name ends in a NUL. Throws `std::logic_error`, and
+    /// writes nothing, if it is null.
     virtual unique_destroyable_ptr<basic_abstract_xml_element_writer<C>>
     root_element(const C* name) = 0;
 
-    /// Gives the document up, where the medium can do that. More can be written, and is lost.
+    /// Gives the document up, where the medium supports that. More can be written, and is lost.
     virtual void cancel_writing() = 0;
 };
 

@@ -5,13 +5,15 @@
 
 namespace zvutil::experimental::xml {
 
-/// Somebody wanted to read on in an element that has been read to its end.
+/// Thrown for reading on in an element that has been read to its end.
 class ZVUTIL_EXPORT null_element_xml_exception : public xml_exception
 {
 public:
     /// The message is always "null element xml exception".
     null_element_xml_exception();
+    /// A copy of \p other; allocates nothing.
     null_element_xml_exception(const null_element_xml_exception& other) noexcept;
+    /// Frees the message unless a copy holds it.
     ~null_element_xml_exception() override;
 };
 

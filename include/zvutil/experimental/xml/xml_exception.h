@@ -5,14 +5,16 @@
 
 namespace zvutil::experimental::xml {
 
-/// The base of what reading XML throws. A malformed document isn't among it: that ends early, and
-/// nothing is thrown.
+/// The base of the exceptions that reading XML throws. A malformed document throws none: that
+/// document ends early.
 class ZVUTIL_EXPORT xml_exception : public exception
 {
 public:
     /// The message is \p text.
     explicit xml_exception(const char* text);
+    /// A copy of \p other; allocates nothing.
     xml_exception(const xml_exception& other) noexcept;
+    /// Frees the message unless a copy holds it.
     ~xml_exception() override;
 };
 
