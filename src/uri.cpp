@@ -145,13 +145,4 @@ std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
     return parse_uri(file_uri_text(path_text(path)));
 }
 
-std::string file_uri_text(std::wstring_view path)
-{
-    // By contract: file_uri_text() writes one slash, whatever the path begins with. Modules depend
-    // on that.
-    std::string text = "file:/";
-    append_units_as_utf8(text, path);
-    return text;
-}
-
 } // namespace zvutil::impl

@@ -1,8 +1,8 @@
 #include "CommandLine.h"
 #include "ConsoleScriptHost.h"
-#include "LibraryLoader.h"
 #include "ScriptEngine.h"
 #include "ThreadScriptSession.h"
+#include "load_library.h"
 
 #include <HostSupport/ScriptSession.h>
 #include <HostSupport/host.h>

@@ -1,6 +1,6 @@
 #include "documents/UndoDocument.h"
 
-#include "common/EditIcons.h"
+#include "common/edit_icons.h"
 
 #include <QVBoxLayout>
 

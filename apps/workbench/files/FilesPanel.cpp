@@ -2,9 +2,9 @@
 
 #include "common/DimPlaceholder.h"
 #include "common/Failure.h"
-#include "common/NumberText.h"
 #include "common/StatusLine.h"
 #include "common/file_uri.h"
+#include "common/number_text.h"
 #include "common/path_names.h"
 #include "common/tool_tip.h"
 #include "documents/DocumentType.h"

@@ -1,9 +1,9 @@
 #include "schematic/SchematicDocument.h"
 
-#include "common/EditIcons.h"
-#include "common/LineIcon.h"
+#include "common/edit_icons.h"
+#include "common/line_icon.h"
 #include "common/path_names.h"
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
 #include "schematic/SchematicView.h"

@@ -1,6 +1,6 @@
 #include "schematic/SchematicReadFile.h"
 
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 
 namespace workbench {
 

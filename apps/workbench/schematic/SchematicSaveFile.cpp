@@ -1,6 +1,6 @@
 #include "schematic/SchematicSaveFile.h"
 
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 
 namespace workbench {
 

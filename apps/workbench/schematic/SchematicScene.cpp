@@ -1,10 +1,10 @@
 #include "schematic/SchematicScene.h"
 
-#include "common/NumberText.h"
+#include "common/number_text.h"
 #include "common/style_options.h"
-#include "schematic/SchematicClipboard.h"
 #include "schematic/SymbolItem.h"
 #include "schematic/WireItem.h"
+#include "schematic/schematic_clipboard.h"
 
 #include <zvutil/ZvStyleManager.h>
 

@@ -1,7 +1,7 @@
 #include "script/ScriptDocument.h"
 
-#include "common/EditIcons.h"
-#include "common/NumberText.h"
+#include "common/edit_icons.h"
+#include "common/number_text.h"
 #include "common/path_names.h"
 #include "documents/FileError.h"
 #include "script/CodeEditor.h"

@@ -1,7 +1,7 @@
 #include "search/FindInFilesDialog.h"
 
-#include "common/NumberText.h"
 #include "common/StatusLine.h"
+#include "common/number_text.h"
 #include "common/tool_tip.h"
 #include "files/FileItemDelegate.h"
 #include "files/TypesBox.h"

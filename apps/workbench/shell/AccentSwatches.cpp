@@ -1,7 +1,7 @@
 #include "shell/AccentSwatches.h"
 
 #include "common/style_options.h"
-#include "shell/Accents.h"
+#include "shell/accents.h"
 
 #include <QAbstractButton>
 #include <QGridLayout>

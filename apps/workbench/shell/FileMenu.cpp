@@ -1,6 +1,6 @@
 #include "shell/FileMenu.h"
 
-#include "common/EditIcons.h"
+#include "common/edit_icons.h"
 #include "documents/DocumentType.h"
 #include "shell/RecentFiles.h"
 

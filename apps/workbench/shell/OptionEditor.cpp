@@ -1,7 +1,7 @@
 #include "shell/OptionEditor.h"
 
 #include "common/DimPlaceholder.h"
-#include "shell/Accents.h"
+#include "shell/accents.h"
 
 #include <zvutil/ZvStyleManager.h>
 

@@ -1,8 +1,8 @@
 #include "testplan/TestPlanDocument.h"
 
-#include "common/EditIcons.h"
+#include "common/edit_icons.h"
 #include "common/path_names.h"
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
 #include "testplan/TestPlanView.h"

@@ -1,6 +1,6 @@
 #include "testplan/TestPlanReadFile.h"
 
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "schematic/SchematicClipboard.h"
+#include "schematic/schematic_clipboard.h"
 
 #include <QClipboard>
 #include <QDataStream>

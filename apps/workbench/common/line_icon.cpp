@@ -1,4 +1,4 @@
-#include "common/LineIcon.h"
+#include "common/line_icon.h"
 
 #include "common/style_options.h"
 

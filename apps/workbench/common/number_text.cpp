@@ -1,4 +1,4 @@
-#include "common/NumberText.h"
+#include "common/number_text.h"
 
 #include <QLocale>
 

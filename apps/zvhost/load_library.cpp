@@ -1,4 +1,4 @@
-#include "LibraryLoader.h"
+#include "load_library.h"
 
 #include <QCoreApplication>
 #include <QDir>

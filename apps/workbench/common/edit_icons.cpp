@@ -1,6 +1,6 @@
-#include "common/EditIcons.h"
+#include "common/edit_icons.h"
 
-#include "common/LineIcon.h"
+#include "common/line_icon.h"
 
 #include <initializer_list>
 

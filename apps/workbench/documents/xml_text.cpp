@@ -1,4 +1,4 @@
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 
 #include "common/path_names.h"
 

@@ -1,4 +1,4 @@
-#include "shell/Accents.h"
+#include "shell/accents.h"
 
 #include <zvutil/ZvXMLReadFile.h>
 
