@@ -6,11 +6,12 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 
 namespace {
 
-constexpr int defaultInterval = 50;
+constexpr std::chrono::milliseconds defaultInterval{50};
 constexpr std::size_t batchSize = 1000;
 
 // The signal names its argument type so; a static initialiser registers that name while the library
@@ -33,7 +34,7 @@ AbstractBackgroundListFilter::AbstractBackgroundListFilter(int interval, QObject
 }
 
 AbstractBackgroundListFilter::AbstractBackgroundListFilter(QObject* parent)
-    : AbstractBackgroundListFilter(defaultInterval, parent)
+    : AbstractBackgroundListFilter(static_cast<int>(defaultInterval.count()), parent)
 {
 }
 
