@@ -6,7 +6,7 @@
 #include "support/Quick.h"
 #include "support/memory.h"
 
-#include "impl/csv_matrix.h"
+#include "impl/tables/csv_matrix.h"
 
 #include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvVariant.h>

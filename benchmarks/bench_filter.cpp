@@ -4,7 +4,7 @@
 
 #include "support/Quick.h"
 
-#include "impl/TextBackgroundListFilter.h"
+#include "impl/models/TextBackgroundListFilter.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

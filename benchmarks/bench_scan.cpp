@@ -8,9 +8,9 @@
 
 #include <zvutil/ZvMultiDirectoryListModel.h>
 
-#include "impl/ZvMultiDirectoryListModelProcess.h"
-#include "impl/directory_walk.h"
-#include "impl/found_files.h"
+#include "impl/models/ZvMultiDirectoryListModelProcess.h"
+#include "impl/models/directory_walk.h"
+#include "impl/models/found_files.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>

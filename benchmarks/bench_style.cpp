@@ -2,7 +2,7 @@
 // the built-in library against walking its XML, and a refresh of a window of 500 widgets against setting the
 // same text.
 
-#include "impl/variable_substitution.h"
+#include "impl/styles/variable_substitution.h"
 #include "support/StyleVariables.h"
 
 #include <zvutil/ZvStyleLibrary.h>

@@ -1,7 +1,7 @@
 // Any bytes as a document that is read by a caller whom other bytes drive: it is given the same as by
 // the plain rules, which read what they skip.
 
-#include "impl/qt_stream_xml_document_reader.h"
+#include "impl/xml/qt_stream_xml_document_reader.h"
 
 #include "support/RecursiveXmlReader.h"
 #include "support/XmlCaller.h"

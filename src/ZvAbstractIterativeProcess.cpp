@@ -1,6 +1,6 @@
 #include <zvutil/ZvAbstractIterativeProcess.h>
 
-#include "impl/handle_events.h"
+#include "impl/background/handle_events.h"
 
 #include <QTimerEvent>
 

@@ -2,8 +2,8 @@
 
 #include <zvutil/experimental/string/case_insensitive_char_traits.h>
 
-#include "impl/text_conversion.h"
-#include "impl/wide_text.h"
+#include "impl/text/text_conversion.h"
+#include "impl/text/wide_text.h"
 
 #include <memory>
 #include <string_view>

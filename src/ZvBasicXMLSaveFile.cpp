@@ -1,6 +1,6 @@
 #include <zvutil/ZvBasicXMLSaveFile.h>
 
-#include "impl/basic_qt_xml_save_file.h"
+#include "impl/xml/basic_qt_xml_save_file.h"
 
 #include <memory>
 #include <string>

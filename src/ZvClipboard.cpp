@@ -1,7 +1,7 @@
 #include <zvutil/ZvClipboard.h>
 
-#include "impl/ZvTableClipboardData.h"
-#include "impl/mime_type_text.h"
+#include "impl/tables/ZvTableClipboardData.h"
+#include "impl/tables/mime_type_text.h"
 
 #include <QByteArray>
 #include <QClipboard>

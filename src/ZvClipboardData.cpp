@@ -1,9 +1,9 @@
 #include <zvutil/ZvClipboardData.h>
 
 #include "impl/ZvClipboardDataImpl.h"
-#include "impl/ZvClipboardInternalData.h"
-#include "impl/csv_matrix.h"
-#include "impl/mime_type_text.h"
+#include "impl/tables/ZvClipboardInternalData.h"
+#include "impl/tables/csv_matrix.h"
+#include "impl/tables/mime_type_text.h"
 
 #include <zv_logging/zv_logging.h>
 

@@ -3,7 +3,7 @@
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
 
-#include "impl/path_text.h"
+#include "impl/paths/path_text.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -3,7 +3,7 @@
 #include <zvutil/experimental/xml/basic_abstract_xml_element_writer.h>
 
 #include "impl/ZvEditorStyleImpl.h"
-#include "impl/style_xml.h"
+#include "impl/styles/style_xml.h"
 
 #include <QColor>
 

@@ -1,6 +1,6 @@
 #include <zvutil/ZvFileException.h>
 
-#include "impl/path_text.h"
+#include "impl/paths/path_text.h"
 
 namespace zvutil {
 

@@ -1,10 +1,10 @@
 #include <zvutil/ZvFilePath.h>
 
-#include "impl/narrow_text.h"
-#include "impl/path_rules.h"
-#include "impl/path_text.h"
-#include "impl/text_conversion.h"
-#include "impl/wide_text.h"
+#include "impl/paths/path_rules.h"
+#include "impl/paths/path_text.h"
+#include "impl/text/narrow_text.h"
+#include "impl/text/text_conversion.h"
+#include "impl/text/wide_text.h"
 
 #include <HostSupport/SystemPaths.h>
 #include <HostSupport/YString.h>

@@ -2,11 +2,11 @@
 
 #include <zvutil/ZvFilePath.h>
 
-#include "impl/ZvMultiDirectoryListModelProcess.h"
-#include "impl/narrow_text.h"
-#include "impl/path_text.h"
-#include "impl/row_batches.h"
-#include "impl/wide_text.h"
+#include "impl/models/ZvMultiDirectoryListModelProcess.h"
+#include "impl/models/row_batches.h"
+#include "impl/paths/path_text.h"
+#include "impl/text/narrow_text.h"
+#include "impl/text/wide_text.h"
 
 #include <QThread>
 

@@ -1,6 +1,6 @@
 #include <zvutil/ZvResponsiveImage.h>
 
-#include "impl/utf8.h"
+#include "impl/text/utf8.h"
 
 #include <QPainter>
 #include <QResizeEvent>

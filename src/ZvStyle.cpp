@@ -5,10 +5,10 @@
 #include <zvutil/experimental/xml/basic_abstract_xml_element_writer.h>
 
 #include "impl/ZvStyleImpl.h"
-#include "impl/icon_formats.h"
-#include "impl/path_text.h"
-#include "impl/style_xml.h"
-#include "impl/text_file.h"
+#include "impl/paths/path_text.h"
+#include "impl/styles/icon_formats.h"
+#include "impl/styles/style_xml.h"
+#include "impl/styles/text_file.h"
 
 #include <QApplication>
 #include <QColor>

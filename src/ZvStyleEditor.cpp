@@ -3,9 +3,9 @@
 #include <zvutil/ZvStyleManager.h>
 #include <zvutil/ZvStyleModel.h>
 
-#include "impl/ZvBasicUIPreviewWidget.h"
 #include "impl/ZvStyleEditorImpl.h"
-#include "impl/command_window.h"
+#include "impl/styles/ZvBasicUIPreviewWidget.h"
+#include "impl/styles/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 

@@ -5,12 +5,12 @@
 #include <zvutil/experimental/xml/null_element_xml_exception.h>
 
 #include "impl/ZvStyleImpl.h"
-#include "impl/basic_qt_xml_save_file.h"
-#include "impl/path_text.h"
-#include "impl/qt_xml_read_file.h"
-#include "impl/style_names.h"
-#include "impl/style_xml.h"
-#include "impl/utf8.h"
+#include "impl/paths/path_text.h"
+#include "impl/styles/style_names.h"
+#include "impl/styles/style_xml.h"
+#include "impl/text/utf8.h"
+#include "impl/xml/basic_qt_xml_save_file.h"
+#include "impl/xml/qt_xml_read_file.h"
 
 #include <QColor>
 #include <QFile>

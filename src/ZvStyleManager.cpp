@@ -2,8 +2,8 @@
 
 #include <zvutil/ZvStyleLibrary.h>
 
-#include "impl/StyleModifier.h"
-#include "impl/command_window.h"
+#include "impl/styles/StyleModifier.h"
+#include "impl/styles/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 #include <HostSupport/MakeOption.h>

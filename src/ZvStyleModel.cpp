@@ -1,7 +1,7 @@
 #include <zvutil/ZvStyleModel.h>
 
 #include "impl/ZvStyleModelImpl.h"
-#include "impl/command_window.h"
+#include "impl/styles/command_window.h"
 
 #include <HostSupport/ComConstruct.h>
 

@@ -1,6 +1,6 @@
 #include <zvutil/ZvTable.h>
 
-#include "impl/row_text.h"
+#include "impl/tables/row_text.h"
 
 #include <QString>
 #include <QVariant>

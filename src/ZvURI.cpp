@@ -2,7 +2,7 @@
 
 #include <zvutil/ZvFilePath.h>
 
-#include "impl/file_uri.h"
+#include "impl/paths/file_uri.h"
 
 #include <memory>
 #include <utility>

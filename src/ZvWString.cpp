@@ -1,7 +1,7 @@
 #include <zvutil/ZvWString.h>
 
 #include "impl/ZvBasicString.h"
-#include "impl/wide_text.h"
+#include "impl/text/wide_text.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include <zvutil/ZvXMLReadFile.h>
 
-#include "impl/qt_xml_read_file.h"
+#include "impl/xml/qt_xml_read_file.h"
 
 #include <memory>
 #include <string>

@@ -1,8 +1,7 @@
 #include <zvutil/uri.h>
 
-#include "impl/file_uri.h"
-#include "impl/path_text.h"
-#include "impl/utf8.h"
+#include "impl/paths/file_uri.h"
+#include "impl/paths/path_text.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -144,15 +143,6 @@ std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 {
     return parse_uri(file_uri_text(path_text(path)));
-}
-
-std::string file_uri_text(std::wstring_view path)
-{
-    // By contract: file_uri_text() writes one slash, whatever the path begins with. Modules depend
-    // on that.
-    std::string text = "file:/";
-    append_units_as_utf8(text, path);
-    return text;
 }
 
 } // namespace zvutil::impl

@@ -1,6 +1,6 @@
 #include <zvutil/uuid.h>
 
-#include "impl/guid.h"
+#include "impl/ids/guid.h"
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
 #include "support/FilterResult.h"
 #include "support/Warnings.h"
 
-#include "impl/TextBackgroundListFilter.h"
+#include "impl/models/TextBackgroundListFilter.h"
 
 #include <QMetaMethod>
 #include <QRegExp>

@@ -2,7 +2,7 @@
 
 #include <zvutil/ZvClipboard.h>
 
-#include "impl/ZvClipboardInternalData.h"
+#include "impl/tables/ZvClipboardInternalData.h"
 
 #include "support/StdString.h"
 #include "support/Tables.h"

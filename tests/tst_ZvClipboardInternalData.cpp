@@ -1,8 +1,8 @@
 // The hidden classes of what the library puts on the clipboard.
 
-#include "impl/ZvClipboardInternalData.h"
-#include "impl/ZvTableClipboardData.h"
-#include "impl/mime_type_text.h"
+#include "impl/tables/ZvClipboardInternalData.h"
+#include "impl/tables/ZvTableClipboardData.h"
+#include "impl/tables/mime_type_text.h"
 
 #include "support/Tables.h"
 

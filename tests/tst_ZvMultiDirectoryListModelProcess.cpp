@@ -2,7 +2,7 @@
 #include "support/Process.h"
 #include "support/WalkModel.h"
 
-#include "impl/ZvMultiDirectoryListModelProcess.h"
+#include "impl/models/ZvMultiDirectoryListModelProcess.h"
 
 #include <zvutil/ZvFilePath.h>
 

@@ -1,7 +1,7 @@
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleLibrary.h>
 
-#include "impl/style_names.h"
+#include "impl/styles/style_names.h"
 #include "support/StdString.h"
 #include "support/StyleHost.h"
 #include "support/XmlRecorder.h"

@@ -3,7 +3,7 @@
 
 #include "support/FileTree.h"
 
-#include "impl/ZvMultiDirectoryListModelProcess.h"
+#include "impl/models/ZvMultiDirectoryListModelProcess.h"
 
 #include <QTest>
 

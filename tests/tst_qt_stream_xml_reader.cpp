@@ -1,6 +1,6 @@
-#include "impl/qt_stream_xml_document_reader.h"
-#include "impl/qt_stream_xml_element_reader.h"
-#include "impl/qt_text.h"
+#include "impl/text/qt_text.h"
+#include "impl/xml/qt_stream_xml_document_reader.h"
+#include "impl/xml/qt_stream_xml_element_reader.h"
 
 #include <zvutil/experimental/xml/attribute_not_found_xml_exception.h>
 #include <zvutil/experimental/xml/null_element_xml_exception.h>

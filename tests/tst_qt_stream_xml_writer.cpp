@@ -1,8 +1,8 @@
-#include "impl/basic_qt_stream_xml_document_writer.h"
-#include "impl/basic_qt_stream_xml_element_writer.h"
-#include "impl/basic_qt_xml_save_file.h"
-#include "impl/qt_stream_xml_document_reader.h"
-#include "impl/qt_xml_read_file.h"
+#include "impl/xml/basic_qt_stream_xml_document_writer.h"
+#include "impl/xml/basic_qt_stream_xml_element_writer.h"
+#include "impl/xml/basic_qt_xml_save_file.h"
+#include "impl/xml/qt_stream_xml_document_reader.h"
+#include "impl/xml/qt_xml_read_file.h"
 
 #include "support/EventLoop.h"
 #include "support/HeldFiles.h"

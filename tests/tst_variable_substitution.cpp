@@ -1,4 +1,4 @@
-#include "impl/variable_substitution.h"
+#include "impl/styles/variable_substitution.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // One pass against one replacement after the other, on texts that are rich in what could tell them
 // apart.
 
-#include "impl/variable_substitution.h"
+#include "impl/styles/variable_substitution.h"
 
 #include "support/StyleVariables.h"
 #include "support/rapidcheck.h"

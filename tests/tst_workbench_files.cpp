@@ -1,16 +1,17 @@
 // The panel with the files of the user's folders, and what it is made of.
 
-#include "FileItemDelegate.h"
-#include "FilesPanel.h"
-#include "FilteredFilesModel.h"
-#include "NamePattern.h"
-#include "RowFilter.h"
-#include "StatusLine.h"
-#include "TypesBox.h"
+#include "common/StatusLine.h"
+#include "files/FileItemDelegate.h"
+#include "files/FilesPanel.h"
+#include "files/FilteredFilesModel.h"
+#include "files/NamePattern.h"
+#include "files/RowFilter.h"
+#include "files/TypesBox.h"
 
 #include <zvutil/ZvMultiDirectoryListModel.h>
 #include <zvutil/ZvSearchBar.h>
 
+#include "shell/document_types.h"
 #include "support/Answer.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
@@ -188,6 +189,8 @@ class tst_workbench_files : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { addOwnDocumentTypes(); }
+
     void patterns_data()
     {
         QTest::addColumn<QString>("pattern");

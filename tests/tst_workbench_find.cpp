@@ -1,12 +1,13 @@
 // The dialog that finds a text in files, and what it is made of.
 
-#include "FindInFilesDialog.h"
-#include "HitsModel.h"
-#include "SearchRequest.h"
-#include "StatusLine.h"
-#include "TextSearch.h"
-#include "TypesBox.h"
+#include "common/StatusLine.h"
+#include "files/TypesBox.h"
+#include "search/FindInFilesDialog.h"
+#include "search/HitsModel.h"
+#include "search/SearchRequest.h"
+#include "search/TextSearch.h"
 
+#include "shell/document_types.h"
 #include "support/Answer.h"
 #include "support/Background.h"
 #include "support/FileTree.h"
@@ -183,6 +184,8 @@ class tst_workbench_find : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { addOwnDocumentTypes(); }
+
     void lines_data()
     {
         QTest::addColumn<QByteArray>("content");

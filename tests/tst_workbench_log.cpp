@@ -1,7 +1,7 @@
 // The panel with the log.
 
-#include "LogModel.h"
-#include "LogPanel.h"
+#include "log/LogModel.h"
+#include "log/LogPanel.h"
 
 #include <zv_logging/host.h>
 #include <zv_logging/zv_logging.h>

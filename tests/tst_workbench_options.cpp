@@ -1,10 +1,10 @@
 // Options, accents and names of files, as the user chooses them.
 
-#include "AccentSwatches.h"
-#include "Accents.h"
-#include "FileNameDialog.h"
-#include "OptionEditor.h"
-#include "OptionsDialog.h"
+#include "documents/FileNameDialog.h"
+#include "shell/AccentSwatches.h"
+#include "shell/Accents.h"
+#include "shell/OptionEditor.h"
+#include "shell/OptionsDialog.h"
 
 #include <HostSupport/MakeOption.h>
 #include <HostSupport/Options.h>

@@ -4,15 +4,16 @@
 #include <zvutil/ZvClipboard.h>
 #include <zvutil/ZvStyleManager.h>
 
-#include "TestPlanClipboard.h"
-#include "TestPlanDocument.h"
-#include "TestPlanReadFile.h"
-#include "TestPlanSaveFile.h"
-#include "TestPlanView.h"
-#include "XmlText.h"
+#include "common/path_names.h"
+#include "documents/XmlText.h"
 #include "support/Answer.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
+#include "testplan/TestPlanClipboard.h"
+#include "testplan/TestPlanDocument.h"
+#include "testplan/TestPlanReadFile.h"
+#include "testplan/TestPlanSaveFile.h"
+#include "testplan/TestPlanView.h"
 
 #include <QAbstractButton>
 #include <QApplication>

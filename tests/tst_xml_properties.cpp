@@ -1,5 +1,5 @@
-#include "impl/basic_qt_stream_xml_document_writer.h"
-#include "impl/qt_stream_xml_document_reader.h"
+#include "impl/xml/basic_qt_stream_xml_document_writer.h"
+#include "impl/xml/qt_stream_xml_document_reader.h"
 
 #include <zvutil/experimental/xml/attribute_not_found_xml_exception.h>
 #include <zvutil/experimental/xml/null_element_xml_exception.h>

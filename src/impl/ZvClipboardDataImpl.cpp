@@ -1,6 +1,6 @@
 #include "impl/ZvClipboardDataImpl.h"
 
-#include "impl/ZvClipboardInternalData.h"
+#include "impl/tables/ZvClipboardInternalData.h"
 
 #include <QMimeData>
 

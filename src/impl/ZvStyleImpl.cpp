@@ -1,7 +1,7 @@
 #include "impl/ZvStyleImpl.h"
 
-#include "impl/style_names.h"
-#include "impl/variable_substitution.h"
+#include "impl/styles/style_names.h"
+#include "impl/styles/variable_substitution.h"
 
 #include <HostSupport/MakeOption.h>
 #include <HostSupport/Options.h>

@@ -2,7 +2,7 @@
 
 #include "impl/ZvEditorStyleImpl.h"
 #include "impl/ZvStyleImpl.h"
-#include "impl/utf8.h"
+#include "impl/text/utf8.h"
 
 #include <QColor>
 #include <QIcon>

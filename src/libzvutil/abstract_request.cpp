@@ -1,7 +1,7 @@
 #include <zvutil/libzvutil/abstract_request.h>
 
-#include "impl/departures.h"
-#include "impl/string_metatype.h"
+#include "impl/background/departures.h"
+#include "impl/background/string_metatype.h"
 
 namespace zvutil::libzvutil {
 

@@ -2,9 +2,9 @@
 
 #include <zvutil/libzvutil/abstract_request.h>
 
-#include "impl/handle_events.h"
-#include "impl/qt_stop_token.h"
-#include "impl/string_metatype.h"
+#include "impl/background/handle_events.h"
+#include "impl/background/qt_stop_token.h"
+#include "impl/background/string_metatype.h"
 
 #include <QPointer>
 #include <QtAlgorithms>

@@ -1,7 +1,7 @@
 #include <zvutil/libzvutil/background_impl.h>
 
-#include "impl/departures.h"
-#include "impl/handle_events.h"
+#include "impl/background/departures.h"
+#include "impl/background/handle_events.h"
 
 #include <QPointer>
 #include <QScopeGuard>

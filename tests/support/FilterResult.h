@@ -1,6 +1,6 @@
 #pragma once
 
-#include "impl/AbstractBackgroundListFilter.h"
+#include "impl/models/AbstractBackgroundListFilter.h"
 
 #include <QList>
 #include <QObject>

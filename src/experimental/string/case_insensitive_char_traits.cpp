@@ -1,6 +1,6 @@
 #include <zvutil/experimental/string/case_insensitive_char_traits.h>
 
-#include "impl/upper_case.h"
+#include "impl/text/upper_case.h"
 
 #include <locale>
 #include <new>

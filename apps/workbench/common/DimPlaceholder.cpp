@@ -1,0 +1,36 @@
+#include "common/DimPlaceholder.h"
+
+#include <zvutil/ZvStyle.h>
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QPalette>
+
+namespace workbench {
+
+DimPlaceholder::DimPlaceholder(QLineEdit* edit)
+    : QObject(edit)
+    , m_edit(*edit)
+{
+    edit->installEventFilter(this);
+    dim();
+}
+
+bool DimPlaceholder::eventFilter(QObject* watched, QEvent* event)
+{
+    // Both come when the sheet has been at the palette.
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::Show)
+        dim();
+    return QObject::eventFilter(watched, event);
+}
+
+void DimPlaceholder::dim() const
+{
+    QPalette palette = m_edit.palette();
+    palette.setColor(
+        QPalette::PlaceholderText,
+        libzvutil::ZvStyle::Current().colour(libzvutil::ZvStyleBrush::TextDisabled).qColour());
+    m_edit.setPalette(palette);
+}
+
+} // namespace workbench

@@ -1,0 +1,134 @@
+#include "documents/Document.h"
+
+#include "common/path_names.h"
+#include "documents/FileError.h"
+#include "documents/ProgressBox.h"
+#include "documents/save_file_name.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <new>
+
+namespace workbench {
+
+namespace {
+
+/// Why \p work has failed, also if it's the user who has stopped it, or an empty text. What it needs
+/// grows with the file.
+template <typename Work>
+QString reasonOf(Work work)
+{
+    try {
+        work();
+        return {};
+    } catch (const FileError& error) {
+        return error.reason();
+    } catch (const Stopped&) {
+        return Document::tr("You have stopped it.");
+    } catch (const std::bad_alloc&) {
+        return Document::tr("There isn't enough memory for it.");
+    }
+}
+
+} // namespace
+
+Document::Document(const DocumentType& type, const QString& title, QWidget* parent)
+    : ZvContentWidget(title, parent)
+    , m_type(type)
+{
+    // The base class has stopped watching if the name is another one now.
+    connect(this, &ZvContentWidget::saved, this, [this] {
+        if (!isFileWatcherEnabled())
+            enableFileWatcher(true);
+    });
+    connect(this, &DockableWidgetContents::saveRequested, this, [this] { save(); });
+}
+
+const DocumentType& Document::type() const
+{
+    return m_type;
+}
+
+bool Document::load(const zvutil::ZvFilePath& path)
+{
+    const QFileInfo file(qtFileName(path));
+    QString reason;
+    if (!file.exists())
+        reason = tr("There is no such file.");
+    else if (!file.isFile() || !file.isReadable())
+        reason = tr("You have no right to read it, or it isn't a file.");
+    else
+        reason = reasonOf([&] { read(path); });
+    if (!reason.isEmpty()) {
+        Q_EMIT failed({tr("%1 “%2” can't be opened.").arg(m_type.name, path.toQString()), reason,
+                       tr("Check the file, or open another one.")});
+        return false;
+    }
+    setFilename(path);
+    setModified(false);
+    enableFileWatcher(true);
+    return true;
+}
+
+QList<QAction*> Document::toolBarActions() const
+{
+    return {};
+}
+
+int Document::fileType() const
+{
+    return m_type.fileType;
+}
+
+QString Document::closeEventText(int index) const
+{
+    return index == 0 ? tr("Save the changes to “%1”?").arg(shortTitle())
+                      : tr("They are lost if you don't save them.");
+}
+
+QString Document::documentTypeName() const
+{
+    return m_type.name;
+}
+
+void Document::writeFile(const zvutil::ZvFilePath& path) const
+{
+    Q_EMIT beginSave(path, QProtectedSignal());
+    const QString reason = reasonOf([&] { write(path); });
+    Q_EMIT endSave(reason.isEmpty(), path, QProtectedSignal());
+    if (!reason.isEmpty())
+        Q_EMIT failed({tr("%1 “%2” was not saved.").arg(m_type.name, path.toQString()), reason,
+                       tr("Your changes are still here. Save them under another name, or mend the "
+                          "cause and save again.")});
+}
+
+bool Document::canReloadFile() const
+{
+    return !filename().isEmpty();
+}
+
+void Document::reloadFile()
+{
+    load(filename());
+}
+
+zvutil::ZvFilePath Document::requestSavePath() const
+{
+    const QString folder =
+        filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
+    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
+                                      tr("%1s").arg(m_type.name), m_type.extension);
+    return file.isEmpty() ? zvutil::ZvFilePath() : filePath(QDir::toNativeSeparators(file));
+}
+
+QAction* Document::addEditAction(const QString& text, const QKeySequence& shortcut)
+{
+    auto* const action = new QAction(text, this);
+    action->setShortcut(shortcut);
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(action);
+    return action;
+}
+
+} // namespace workbench

@@ -1,0 +1,15 @@
+#include "documents/FileError.h"
+
+namespace workbench {
+
+FileError::FileError(const QString& reason)
+    : m_reason(reason)
+{
+}
+
+const QString& FileError::reason() const
+{
+    return m_reason;
+}
+
+} // namespace workbench

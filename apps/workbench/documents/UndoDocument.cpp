@@ -1,0 +1,107 @@
+#include "documents/UndoDocument.h"
+
+#include "common/EditIcons.h"
+
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace workbench {
+
+UndoDocument::UndoDocument(const DocumentType& type, const QString& title, QWidget* parent)
+    : Document(type, title, parent)
+{
+    connect(this, &ZvContentWidget::saved, this, [this] { m_stack->setClean(); });
+}
+
+void UndoDocument::setView(QWidget& view, QUndoStack& stack)
+{
+    m_view = &view;
+    m_stack = &stack;
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+    setFocusProxy(m_view);
+    connect(m_stack, &QUndoStack::cleanChanged, this,
+            [this](bool isClean) { setModified(!isClean); });
+}
+
+void UndoDocument::endView()
+{
+    m_stack->disconnect(this);
+    delete m_view;
+}
+
+QList<QAction*> UndoDocument::toolBarActions() const
+{
+    return m_toolBarActions;
+}
+
+QAction* UndoDocument::addNamedAction(const QString& name, const QString& text,
+                                      const QList<QKeySequence>& shortcuts,
+                                      std::function<void()> work)
+{
+    QAction* const action = addEditAction(text, shortcuts.value(0));
+    action->setShortcuts(shortcuts);
+    action->setObjectName(name);
+    connect(action, &QAction::triggered, this, std::move(work));
+    m_view->addAction(action);
+    return action;
+}
+
+QAction* UndoDocument::addSeparatorAction()
+{
+    auto* const separator = new QAction(this);
+    separator->setSeparator(true);
+    addAction(separator);
+    m_view->addAction(separator);
+    return separator;
+}
+
+void UndoDocument::addUndoActions()
+{
+    QAction* const undo =
+        addNamedAction(QStringLiteral("undo"), tr("&Undo"), keys({"Ctrl+Z"}), [this] {
+            finishTyping();
+            m_stack->undo();
+        });
+    QAction* const redo =
+        addNamedAction(QStringLiteral("redo"), tr("&Redo"), keys({"Ctrl+Y", "Ctrl+Shift+Z"}),
+                       [this] { m_stack->redo(); });
+    undo->setIcon(undoIcon());
+    redo->setIcon(redoIcon());
+    undo->setEnabled(false);
+    redo->setEnabled(false);
+    connect(m_stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(m_stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    addToToolBar({undo, redo});
+}
+
+void UndoDocument::addToToolBar(const QList<QAction*>& actions)
+{
+    m_toolBarActions += actions;
+}
+
+ProgressBox UndoDocument::readingBox(const zvutil::ZvFilePath& file) const
+{
+    return {tr("Reading “%1”…").arg(file.filename().toQString()), window()};
+}
+
+ProgressBox UndoDocument::savingBox(const zvutil::ZvFilePath& file) const
+{
+    return {tr("Saving “%1”…").arg(file.filename().toQString()), window()};
+}
+
+void UndoDocument::finishTyping() const
+{
+}
+
+QList<QKeySequence> keys(std::initializer_list<const char*> texts)
+{
+    QList<QKeySequence> sequences;
+    for (const char* const text : texts)
+        sequences.append(QKeySequence(QString::fromLatin1(text)));
+    return sequences;
+}
+
+} // namespace workbench

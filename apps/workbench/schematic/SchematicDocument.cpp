@@ -1,0 +1,209 @@
+#include "schematic/SchematicDocument.h"
+
+#include "common/EditIcons.h"
+#include "common/LineIcon.h"
+#include "common/path_names.h"
+#include "documents/XmlText.h"
+#include "schematic/SchematicReadFile.h"
+#include "schematic/SchematicSaveFile.h"
+#include "schematic/SchematicView.h"
+#include "schematic/SymbolDialog.h"
+
+#include <QActionGroup>
+#include <QFileInfo>
+#include <QTransform>
+
+#include <algorithm>
+#include <array>
+
+namespace workbench {
+
+namespace {
+
+/// The symbol itself.
+QIcon kindIcon(SymbolKind kind)
+{
+    const SymbolShape& shape = shapeOf(kind);
+    QPainterPath lines = shape.body;
+    lines.addPath(shape.lines);
+    const QRectF all = lines.boundingRect();
+    const double scale = 20 / std::max(all.width(), all.height());
+    const QPointF middle = all.center();
+    return lineIcon((QTransform::fromTranslate(-middle.x(), -middle.y())
+                     * QTransform::fromScale(scale, scale) * QTransform::fromTranslate(12, 12))
+                        .map(lines));
+}
+
+QIcon wireIcon()
+{
+    QPainterPath path(QPointF(3, 18));
+    path.lineTo(12, 18);
+    path.lineTo(12, 6);
+    path.lineTo(21, 6);
+    path.addEllipse(QPointF(12, 12), 0.8, 0.8);
+    return lineIcon(path);
+}
+
+struct KindAction
+{
+    SymbolKind kind;
+    const char* key;
+};
+
+constexpr std::array<KindAction, symbolKinds.size()> kindActions = {{
+    {SymbolKind::Resistor, "R"},
+    {SymbolKind::Capacitor, "C"},
+    {SymbolKind::Diode, "D"},
+    {SymbolKind::Source, "S"},
+    {SymbolKind::Ground, "G"},
+    {SymbolKind::Chip, "U"},
+}};
+
+} // namespace
+
+const DocumentType& schematicType()
+{
+    static const DocumentType type = {QStringLiteral("schematic"), QStringLiteral("Schematic"),
+                                      QStringLiteral(".zvsch"), 1,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new SchematicDocument(title, parent);
+                                      }};
+    return type;
+}
+
+SchematicDocument::SchematicDocument(const QString& title, QWidget* parent)
+    : UndoDocument(schematicType(), title, parent)
+    , m_view(new SchematicView(m_scene, this))
+    , m_tools(new QActionGroup(this))
+{
+    setView(*m_view, m_scene.undoStack());
+    connect(&m_scene, &SchematicScene::failed, this, &Document::failed);
+    connect(&m_scene, &SchematicScene::editRequested, this, &SchematicDocument::editSymbol);
+    connect(&m_scene, &SchematicScene::toolChanged, this, &SchematicDocument::checkTool);
+    addToolActions();
+    addUndoActions();
+    addEditActions();
+    addZoomActions();
+    checkTool();
+}
+
+SchematicDocument::~SchematicDocument()
+{
+    endView();
+}
+
+SchematicScene& SchematicDocument::scene()
+{
+    return m_scene;
+}
+
+SchematicView& SchematicDocument::view()
+{
+    return *m_view;
+}
+
+void SchematicDocument::read(const zvutil::ZvFilePath& file)
+{
+    ProgressBox box = readingBox(file);
+    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    m_scene.setSchematic(isEmpty ? Schematic() : SchematicReadFile(file).read(box.progress()));
+    m_view->fit();
+}
+
+void SchematicDocument::write(const zvutil::ZvFilePath& file) const
+{
+    ProgressBox box = savingBox(file);
+    requireWritten(SchematicSaveFile(file).save(m_scene.schematic(), box.progress()), file);
+}
+
+void SchematicDocument::addToolActions()
+{
+    QAction* const select = addNamedAction(QStringLiteral("select"), tr("&Select"), keys({"Esc"}),
+                                           [this] { m_scene.escape(); });
+    select->setIcon(pointerIcon());
+    QAction* const wire = addNamedAction(QStringLiteral("wire"), tr("&Wire"), keys({"W"}),
+                                         [this] { m_scene.setTool(SchematicScene::Tool::Wire); });
+    wire->setIcon(wireIcon());
+    wire->setToolTip(tr("Draws a wire from click to click, until a double click, Esc or the right "
+                        "button ends it."));
+    addToToolBar({select, wire});
+    for (const KindAction& kind : kindActions) {
+        QAction* const place =
+            addNamedAction(QStringLiteral("place") + kindName(kind.kind), kindName(kind.kind),
+                           keys({kind.key}), [this, kind] { m_scene.setPlacing(kind.kind); });
+        place->setIcon(kindIcon(kind.kind));
+        addToToolBar({place});
+    }
+    for (QAction* const action : toolBarActions()) {
+        action->setCheckable(true);
+        m_tools->addAction(action);
+    }
+}
+
+void SchematicDocument::addEditActions()
+{
+    addSeparatorAction();
+    addNamedAction(QStringLiteral("cut"), tr("Cu&t"), keys({"Ctrl+X"}), [this] { m_scene.cut(); });
+    addNamedAction(QStringLiteral("copy"), tr("&Copy"), keys({"Ctrl+C"}),
+                   [this] { m_scene.copy(); });
+    addNamedAction(QStringLiteral("paste"), tr("&Paste"), keys({"Ctrl+V"}),
+                   [this] { m_scene.paste(); });
+    addNamedAction(QStringLiteral("selectAll"), tr("Select &all"), keys({"Ctrl+A"}),
+                   [this] { m_scene.selectAll(); });
+    addToToolBar({addSeparatorAction()});
+    QAction* const rotate = addNamedAction(QStringLiteral("rotate"), tr("R&otate"),
+                                           keys({"Ctrl+R", "Space"}), [this] { m_scene.rotate(); });
+    QAction* const remove = addNamedAction(QStringLiteral("delete"), tr("&Delete"), keys({"Del"}),
+                                           [this] { m_scene.removeSelected(); });
+    rotate->setIcon(rotateIcon());
+    remove->setIcon(removeIcon());
+    addToToolBar({rotate, remove});
+    QAction* const edit = addNamedAction(QStringLiteral("editSymbol"), tr("&Edit symbol…"),
+                                         keys({"F2"}), [this] { editSymbol(); });
+    const auto follow = [this, edit] { edit->setEnabled(m_scene.selectedSymbol()); };
+    connect(&m_scene, &QGraphicsScene::selectionChanged, edit, follow);
+    follow();
+}
+
+void SchematicDocument::addZoomActions()
+{
+    addToToolBar({addSeparatorAction()});
+    addNamedAction(QStringLiteral("zoomIn"), tr("Zoom &in"),
+                   keys({"Ctrl++", "Ctrl+=", "Ctrl+Shift+="}), [this] { m_view->zoomIn(); });
+    addNamedAction(QStringLiteral("zoomOut"), tr("Zoom ou&t"), keys({"Ctrl+-"}),
+                   [this] { m_view->zoomOut(); });
+    QAction* const fit = addNamedAction(QStringLiteral("fit"), tr("&Fit"), keys({"Ctrl+0"}),
+                                        [this] { m_view->fit(); });
+    fit->setIcon(fitIcon());
+    fit->setToolTip(tr("Shows the whole schematic."));
+    addToToolBar({fit});
+}
+
+void SchematicDocument::checkTool()
+{
+    QString name = QStringLiteral("select");
+    if (m_scene.tool() == SchematicScene::Tool::Wire)
+        name = QStringLiteral("wire");
+    else if (m_scene.tool() == SchematicScene::Tool::Place)
+        name = QStringLiteral("place") + kindName(m_scene.placing());
+    for (QAction* const action : m_tools->actions())
+        action->setChecked(action->objectName() == name);
+}
+
+void SchematicDocument::editSymbol()
+{
+    const Symbol* const selected = m_scene.selectedSymbol();
+    if (!selected)
+        return;
+    const Symbol symbol = *selected;
+    QSet<QString> taken;
+    for (const Symbol& other : m_scene.schematic().symbols) {
+        if (other.id != symbol.id)
+            taken.insert(other.reference);
+    }
+    SymbolDialog dialog(symbol, taken, this);
+    if (dialog.exec() == QDialog::Accepted)
+        m_scene.setTexts(symbol.id, dialog.reference(), dialog.value());
+}
+
+} // namespace workbench

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "documents/UndoDocument.h"
+#include "schematic/SchematicScene.h"
+
+class QActionGroup;
+
+namespace workbench {
+
+class SchematicView;
+
+/// A schematic in its window.
+class SchematicDocument : public UndoDocument
+{
+    Q_OBJECT
+
+public:
+    SchematicDocument(const QString& title, QWidget* parent);
+    ~SchematicDocument() override;
+
+    SchematicScene& scene();
+    SchematicView& view();
+
+protected:
+    void read(const zvutil::ZvFilePath& file) override;
+    void write(const zvutil::ZvFilePath& file) const override;
+
+private:
+    void addEditActions();
+    void addToolActions();
+    void addZoomActions();
+    void checkTool();
+    void editSymbol();
+
+    SchematicScene m_scene;
+    SchematicView* m_view;
+    QActionGroup* m_tools;
+};
+
+/// The type of schematics, to be added by `addDocumentType`.
+const DocumentType& schematicType();
+
+} // namespace workbench

@@ -1,0 +1,563 @@
+#include "schematic/SchematicScene.h"
+
+#include "common/NumberText.h"
+#include "common/styles.h"
+#include "schematic/SchematicClipboard.h"
+#include "schematic/SymbolItem.h"
+#include "schematic/WireItem.h"
+
+#include <zvutil/ZvStyleManager.h>
+
+#include <QGraphicsSceneMouseEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace workbench {
+
+namespace {
+
+using libzvutil::ZvStyleBrush;
+
+constexpr double junctionRadius = 3.5;
+constexpr double roomAround = 400;
+constexpr double ghostOpacity = 0.5;
+constexpr double faintness = 0.8;
+constexpr int pasteOffset = 2;
+
+/// Removes the items whose ids aren't among those that are left, in the order in which they came: so
+/// the scene finds each at once.
+template <typename Item>
+void removeOthers(std::map<int, Item*>& items, const QSet<int>& ids)
+{
+    for (auto it = items.begin(); it != items.end();) {
+        if (ids.contains(it->first)) {
+            ++it;
+        } else {
+            delete it->second;
+            it = items.erase(it);
+        }
+    }
+}
+
+/// A multiple of the grid that stands far enough apart to be seen as dots.
+double dotDistance(double scale)
+{
+    double distance = gridStep;
+    while (distance * scale < 7)
+        distance *= 5;
+    return distance;
+}
+
+} // namespace
+
+SchematicScene::SchematicScene(QObject* parent)
+    : QGraphicsScene(parent)
+{
+    setItemIndexMethod(BspTreeIndex);
+    show(m_schematic);
+    connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
+            [this] { update(); });
+}
+
+SchematicScene::~SchematicScene()
+{
+    // The items go one by one now, and nobody needs to hear of it.
+    const QSignalBlocker blocker(this);
+    clear();
+}
+
+const Schematic& SchematicScene::schematic() const
+{
+    return m_schematic;
+}
+
+void SchematicScene::setSchematic(Schematic schematic)
+{
+    m_wire.finish();
+    m_undoStack.clear();
+    for (Symbol& symbol : schematic.symbols)
+        symbol.id = m_nextId++;
+    for (Wire& wire : schematic.wires)
+        wire.id = m_nextId++;
+    show(schematic);
+}
+
+QUndoStack& SchematicScene::undoStack()
+{
+    return m_undoStack;
+}
+
+QRectF SchematicScene::contents() const
+{
+    QRectF all;
+    for (const auto& [id, item] : m_symbols)
+        all |= item->sceneBoundingRect();
+    for (const auto& [id, item] : m_wires)
+        all |= item->sceneBoundingRect();
+    return all;
+}
+
+void SchematicScene::setTool(Tool tool)
+{
+    endWire();
+    m_tool = tool;
+    useTool();
+}
+
+void SchematicScene::setPlacing(SymbolKind kind)
+{
+    endWire();
+    delete std::exchange(m_ghost, nullptr);
+    Symbol symbol;
+    symbol.kind = kind;
+    m_ghost = new SymbolItem(symbol);
+    m_ghost->setFlag(QGraphicsItem::ItemIsSelectable, false);
+    m_ghost->setAcceptedMouseButtons(Qt::NoButton);
+    m_ghost->setOpacity(ghostOpacity);
+    m_ghost->setVisible(false); // until the mouse tells where
+    addItem(m_ghost);
+    m_tool = Tool::Place;
+    useTool();
+}
+
+SchematicScene::Tool SchematicScene::tool() const
+{
+    return m_tool;
+}
+
+SymbolKind SchematicScene::placing() const
+{
+    return m_ghost ? m_ghost->symbol().kind : SymbolKind::Resistor;
+}
+
+bool SchematicScene::isDrawing() const
+{
+    return m_wire.isDrawing();
+}
+
+void SchematicScene::escape()
+{
+    if (isDrawing())
+        endWire();
+    else if (m_tool != Tool::Select)
+        setTool(Tool::Select);
+    else
+        clearSelection();
+}
+
+void SchematicScene::rotate()
+{
+    if (m_tool == Tool::Place) {
+        Symbol symbol = m_ghost->symbol();
+        symbol.rotation = (symbol.rotation + 90) % 360;
+        m_ghost->setSymbol(symbol);
+        return;
+    }
+    const Schematic part = selectedPart();
+    // A middle would have to be rounded, and four turns would lead elsewhere.
+    const QPoint middle = !part.symbols.isEmpty() ? part.symbols.first().position
+        : !part.wires.isEmpty()                   ? part.wires.first().points.first()
+                                                  : QPoint();
+    changeSelected(
+        tr("Rotate"), [](Symbol& symbol) { symbol.rotation = (symbol.rotation + 90) % 360; },
+        [middle](const QPoint& point) { return middle + rotated(point - middle, 90); });
+}
+
+void SchematicScene::removeSelected()
+{
+    const QSet<int> ids = selectedIds();
+    const auto isSelected = [&ids](const auto& element) { return ids.contains(element.id); };
+    Schematic after = m_schematic;
+    after.symbols.erase(std::remove_if(after.symbols.begin(), after.symbols.end(), isSelected),
+                        after.symbols.end());
+    after.wires.erase(std::remove_if(after.wires.begin(), after.wires.end(), isSelected),
+                      after.wires.end());
+    push(tr("Delete"), after);
+}
+
+void SchematicScene::moveSelected(const QPoint& steps)
+{
+    changeSelected(
+        tr("Move"), [](Symbol& /*symbol*/) {},
+        [steps](const QPoint& point) { return point + steps; }, SchematicEdit::Merging::WithMoves);
+}
+
+void SchematicScene::selectAll()
+{
+    selectItems([](int /*id*/) { return true; });
+}
+
+void SchematicScene::copy()
+{
+    const Schematic part = selectedPart();
+    if (!part.symbols.isEmpty() || !part.wires.isEmpty())
+        copyToClipboard(part);
+}
+
+void SchematicScene::cut()
+{
+    copy();
+    removeSelected();
+}
+
+void SchematicScene::paste()
+{
+    Schematic part;
+    if (readFromClipboard(part))
+        insert(part);
+    else
+        Q_EMIT failed({tr("Nothing was pasted."),
+                       tr("There is no part of a schematic on the clipboard."),
+                       tr("Select symbols and wires of a schematic, copy them, and paste again.")});
+}
+
+const Symbol* SchematicScene::selectedSymbol() const
+{
+    const QSet<int> ids = selectedIds();
+    const auto found =
+        std::find_if(m_schematic.symbols.begin(), m_schematic.symbols.end(),
+                     [&ids](const Symbol& symbol) { return ids.contains(symbol.id); });
+    return ids.size() == 1 && found != m_schematic.symbols.end() ? &*found : nullptr;
+}
+
+void SchematicScene::setTexts(int id, const QString& reference, const QString& value)
+{
+    Schematic after = m_schematic;
+    for (Symbol& symbol : after.symbols) {
+        if (symbol.id == id) {
+            symbol.reference = reference;
+            symbol.value = value;
+        }
+    }
+    push(tr("Edit symbol"), after);
+}
+
+void SchematicScene::drawBackground(QPainter* painter, const QRectF& rect)
+{
+    painter->fillRect(rect, styleColour(ZvStyleBrush::EditorEnabled));
+    QColor faint = styleColour(ZvStyleBrush::BorderEditorEnabled);
+    faint.setAlphaF(faintness);
+    QPen pen(faint, 2, Qt::SolidLine, Qt::RoundCap);
+    pen.setCosmetic(true);
+    painter->setPen(pen);
+    const double distance = dotDistance(std::sqrt(std::abs(painter->transform().determinant())));
+    QVector<QPointF> dots;
+    const auto first = [distance](double edge) {
+        return static_cast<int>(std::ceil(edge / distance));
+    };
+    for (int x = first(rect.left()); x * distance <= rect.right(); ++x) {
+        for (int y = first(rect.top()); y * distance <= rect.bottom(); ++y)
+            dots.append({x * distance, y * distance});
+    }
+    painter->drawPoints(dots.constData(), dots.size());
+}
+
+void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
+{
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(styleColour(ZvStyleBrush::TextEnabled));
+    for (const QPoint& junction : std::as_const(m_junctions)) {
+        const QPointF place = junction * gridStep;
+        if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(place))
+            painter->drawEllipse(place, junctionRadius, junctionRadius);
+    }
+    if (!m_wire.isDrawing())
+        return;
+    QPolygonF line;
+    for (const QPoint& point : m_wire.shownPoints())
+        line.append(point * gridStep);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(QPen(styleColour(ZvStyleBrush::Accent), 2));
+    painter->drawPolyline(line);
+}
+
+void SchematicScene::mousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    const QPoint place = nearestStep(event->scenePos());
+    if (m_tool == Tool::Select) {
+        QGraphicsScene::mousePressEvent(event);
+        // Only the left button draws a rubber band.
+        event->setAccepted(event->isAccepted() || event->button() != Qt::LeftButton);
+        return;
+    }
+    event->accept();
+    if (event->button() == Qt::RightButton)
+        escape();
+    else if (event->button() == Qt::LeftButton && m_tool == Tool::Place)
+        placeSymbol(place);
+    else if (event->button() == Qt::LeftButton)
+        addWirePoint(place);
+}
+
+void SchematicScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    const QPoint place = nearestStep(event->scenePos());
+    if (m_tool == Tool::Place) {
+        m_ghost->setPos(place * gridStep);
+        m_ghost->setVisible(true);
+    } else if (m_tool == Tool::Wire && m_wire.isDrawing()) {
+        m_wire.setPointer(place);
+        update();
+    }
+    QGraphicsScene::mouseMoveEvent(event);
+}
+
+void SchematicScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
+{
+    QGraphicsScene::mouseReleaseEvent(event);
+    // All that was moved has been moved by the same way.
+    for (const QGraphicsItem* const item : selectedItems()) {
+        const QPoint place = static_cast<const GridItem*>(item)->place();
+        const QPoint steps = nearestStep(item->pos()) - place;
+        if (!steps.isNull()) {
+            moveSelected(steps);
+            break;
+        }
+    }
+}
+
+void SchematicScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
+{
+    event->accept();
+    if (m_tool == Tool::Wire)
+        endWire();
+    else if (m_tool == Tool::Select && selectedSymbol())
+        Q_EMIT editRequested();
+}
+
+void SchematicScene::push(const QString& text, const Schematic& after,
+                          SchematicEdit::Merging merging)
+{
+    auto edit = std::make_unique<SchematicEdit>(
+        text, m_schematic, after, merging, [this](const std::function<void(Schematic&)>& change) {
+            Schematic changed = m_schematic;
+            change(changed);
+            show(changed);
+        });
+    if (!edit->isEmpty())
+        m_undoStack.push(edit.release());
+}
+
+void SchematicScene::show(const Schematic& schematic)
+{
+    m_schematic = schematic;
+    {
+        // Else each selected item that goes tells of a new selection.
+        const QSignalBlocker blocker(this);
+        showSymbols();
+        showWires();
+    }
+    Q_EMIT selectionChanged();
+    m_junctions = junctionsOf(m_schematic);
+    setSceneRect(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
+    update();
+}
+
+void SchematicScene::showSymbols()
+{
+    QSet<int> ids;
+    for (const Symbol& symbol : std::as_const(m_schematic.symbols)) {
+        ids.insert(symbol.id);
+        SymbolItem*& item = m_symbols[symbol.id];
+        if (item) {
+            item->setSymbol(symbol);
+            continue;
+        }
+        item = new SymbolItem(symbol);
+        item->setFlag(QGraphicsItem::ItemIsMovable);
+        addItem(item);
+    }
+    removeOthers(m_symbols, ids);
+}
+
+void SchematicScene::showWires()
+{
+    QSet<int> ids;
+    for (const Wire& wire : std::as_const(m_schematic.wires)) {
+        ids.insert(wire.id);
+        WireItem*& item = m_wires[wire.id];
+        if (item) {
+            item->setWire(wire);
+            continue;
+        }
+        item = new WireItem(wire);
+        item->setFlag(QGraphicsItem::ItemIsMovable);
+        addItem(item);
+    }
+    removeOthers(m_wires, ids);
+}
+
+void SchematicScene::useTool()
+{
+    if (m_tool != Tool::Place)
+        delete std::exchange(m_ghost, nullptr);
+    if (m_tool != Tool::Select)
+        clearSelection();
+    Q_EMIT toolChanged();
+}
+
+void SchematicScene::placeSymbol(const QPoint& place)
+{
+    Symbol symbol = m_ghost->symbol();
+    const bool isThere =
+        std::any_of(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(),
+                    [&](const Symbol& s) { return s.position == place && s.kind == symbol.kind; });
+    if (isThere || !hasRoom(tr("The symbol was not placed."), 1, 0))
+        return;
+    symbol.id = m_nextId++;
+    symbol.position = place;
+    symbol.reference = nextReference(m_schematic, symbol.kind);
+    Schematic after = m_schematic;
+    after.symbols.append(symbol);
+    push(tr("Place %1").arg(symbol.reference), after);
+}
+
+void SchematicScene::addWirePoint(const QPoint& place)
+{
+    if (!m_wire.isDrawing()) {
+        if (!hasRoom(tr("The wire was not drawn."), 0, 1))
+            return;
+        m_wire.begin(place);
+    } else if (m_wire.end() == place) {
+        endWire();
+    } else if (m_wire.pointsTo(place).size() > maximumWirePoints) {
+        Q_EMIT failed({tr("The wire was not drawn any further."),
+                       tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
+                       tr("End it, and begin another one where it ends.")});
+        return;
+    } else {
+        m_wire.extend(place);
+    }
+    update();
+}
+
+void SchematicScene::endWire()
+{
+    const QVector<QPoint> points = m_wire.finish();
+    update();
+    if (points.size() < 2 || !hasRoom(tr("The wire was not drawn."), 0, 1))
+        return;
+    Schematic after = m_schematic;
+    after.wires.append({m_nextId++, points});
+    push(tr("Draw wire"), after);
+}
+
+void SchematicScene::selectItems(const std::function<bool(int id)>& isSelected)
+{
+    {
+        // Else each of them would tell of a new selection.
+        const QSignalBlocker blocker(this);
+        for (QGraphicsItem* const item : items())
+            item->setSelected(isSelected(static_cast<const GridItem*>(item)->id()));
+    }
+    Q_EMIT selectionChanged();
+}
+
+QSet<int> SchematicScene::selectedIds() const
+{
+    QSet<int> ids;
+    for (const QGraphicsItem* const item : selectedItems())
+        ids.insert(static_cast<const GridItem*>(item)->id());
+    return ids;
+}
+
+Schematic SchematicScene::selectedPart() const
+{
+    const QSet<int> ids = selectedIds();
+    Schematic part;
+    for (const Symbol& symbol : m_schematic.symbols) {
+        if (ids.contains(symbol.id))
+            part.symbols.append(symbol);
+    }
+    for (const Wire& wire : m_schematic.wires) {
+        if (ids.contains(wire.id))
+            part.wires.append(wire);
+    }
+    return part;
+}
+
+void SchematicScene::changeSelected(const QString& text,
+                                    const std::function<void(Symbol&)>& changeSymbol,
+                                    const std::function<QPoint(const QPoint&)>& changePoint,
+                                    SchematicEdit::Merging merging)
+{
+    const QSet<int> ids = selectedIds();
+    bool isInReach = true;
+    const auto changed = [&](const QPoint& point) {
+        isInReach = isInReach && isWithinReach(changePoint(point));
+        return changePoint(point);
+    };
+    Schematic after = m_schematic;
+    for (Symbol& symbol : after.symbols) {
+        if (!ids.contains(symbol.id))
+            continue;
+        symbol.position = changed(symbol.position);
+        changeSymbol(symbol);
+    }
+    for (Wire& wire : after.wires) {
+        if (ids.contains(wire.id))
+            std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), changed);
+    }
+    if (isInReach)
+        push(text, after, merging);
+    else
+        show(m_schematic);
+}
+
+void SchematicScene::insert(const Schematic& part)
+{
+    const QString what = tr("Nothing was pasted.");
+    // A wire that is being drawn ends, and is one more.
+    setTool(Tool::Select);
+    if (!hasRoom(what, part.symbols.size(), part.wires.size()))
+        return;
+    const QPoint offset(pasteOffset, pasteOffset);
+    Schematic after = m_schematic;
+    std::map<SymbolKind, qint64> highest;
+    for (const SymbolKind kind : symbolKinds)
+        highest[kind] = highestNumber(m_schematic, kind);
+    const int firstId = m_nextId;
+    bool isInReach = true;
+    const auto moved = [&isInReach, offset](const QPoint& point) {
+        isInReach = isInReach && isWithinReach(point + offset);
+        return point + offset;
+    };
+    for (Symbol symbol : part.symbols) {
+        symbol.id = m_nextId++;
+        symbol.position = moved(symbol.position);
+        symbol.reference = referenceOf(symbol.kind, ++highest[symbol.kind]);
+        after.symbols.append(symbol);
+    }
+    for (Wire wire : part.wires) {
+        wire.id = m_nextId++;
+        std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), moved);
+        after.wires.append(wire);
+    }
+    if (!isInReach) {
+        Q_EMIT failed({what, tr("It would lie beyond the edge of the sheet."),
+                       tr("Copy it from a place that is nearer to the middle.")});
+        return;
+    }
+    push(tr("Paste"), after);
+    selectItems([firstId](int id) { return id >= firstId; });
+}
+
+bool SchematicScene::hasRoom(const QString& what, int symbols, int wires)
+{
+    if (symbols <= maximumSymbols - m_schematic.symbols.size()
+        && wires <= maximumWires - m_schematic.wires.size())
+        return true;
+    Q_EMIT failed({what,
+                   tr("A schematic has at most %1 symbols and %2 wires.")
+                       .arg(numberText(maximumSymbols), numberText(maximumWires)),
+                   tr("Go on in another schematic.")});
+    return false;
+}
+
+} // namespace workbench

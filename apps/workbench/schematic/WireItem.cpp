@@ -1,0 +1,70 @@
+#include "schematic/WireItem.h"
+
+#include <QPainter>
+#include <QPainterPathStroker>
+
+namespace workbench {
+
+namespace {
+
+constexpr double lineWidth = 2; // sharp on the grid at full size
+constexpr double grabWidth = 8;
+
+} // namespace
+
+WireItem::WireItem(const Wire& wire)
+    : GridItem(wire.id)
+    , m_wire(wire)
+{
+}
+
+const Wire& WireItem::wire() const
+{
+    return m_wire;
+}
+
+void WireItem::setWire(const Wire& wire)
+{
+    // The mouse may have moved it.
+    setPos(0, 0);
+    if (wire.points == m_wire.points)
+        return;
+    prepareGeometryChange();
+    m_wire = wire;
+    update();
+}
+
+QPoint WireItem::place() const
+{
+    return {};
+}
+
+QRectF WireItem::boundingRect() const
+{
+    const double margin = grabWidth / 2;
+    return line().boundingRect().adjusted(-margin, -margin, margin, margin);
+}
+
+QPainterPath WireItem::shape() const
+{
+    QPainterPathStroker stroker;
+    stroker.setWidth(grabWidth);
+    return stroker.createStroke(line());
+}
+
+void WireItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
+                     QWidget* /*widget*/)
+{
+    painter->setPen(pen(lineWidth));
+    painter->drawPath(line());
+}
+
+QPainterPath WireItem::line() const
+{
+    QPainterPath path(m_wire.points.first() * gridStep);
+    for (const QPoint& point : m_wire.points)
+        path.lineTo(point * gridStep);
+    return path;
+}
+
+} // namespace workbench

@@ -1,0 +1,243 @@
+#include "script/CodeEditor.h"
+
+#include "common/page.h"
+#include "common/styles.h"
+#include "script/ScriptHighlighter.h"
+
+#include <zvutil/ZvStyle.h>
+
+#include <QColor>
+#include <QEvent>
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace {
+
+constexpr int indentation = 4;
+constexpr int numberMargin = 8;
+
+/// A shade between the page and its text.
+QColor currentLineColour()
+{
+    constexpr double share = 0.07;
+    const QColor page = styleColour(libzvutil::ZvStyleBrush::EditorEnabled);
+    const QColor text = styleColour(libzvutil::ZvStyleBrush::TextEnabled);
+    const auto between = [](double from, double to) { return from + share * (to - from); };
+    return QColor::fromRgbF(between(page.redF(), text.redF()),
+                            between(page.greenF(), text.greenF()),
+                            between(page.blueF(), text.blueF()));
+}
+
+QString leadingBlanks(const QString& line)
+{
+    const auto end =
+        std::find_if_not(line.begin(), line.end(), [](QChar c) { return c.isSpace(); });
+    return line.left(static_cast<int>(end - line.begin()));
+}
+
+} // namespace
+
+/// The strip at the editor's left.
+class CodeEditor::LineNumbers : public QWidget
+{
+public:
+    explicit LineNumbers(CodeEditor& editor)
+        : QWidget(&editor)
+        , m_editor(editor)
+    {
+    }
+
+    QSize sizeHint() const override { return {m_editor.lineNumberWidth(), 0}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override { m_editor.paintLineNumbers(event); }
+
+private:
+    CodeEditor& m_editor;
+};
+
+CodeEditor::CodeEditor(QWidget* parent)
+    : QPlainTextEdit(parent)
+    , m_lineNumbers(new LineNumbers(*this))
+{
+    makePage(*this);
+    setLineWrapMode(NoWrap);
+    new ScriptHighlighter(document());
+    connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { layOut(); });
+    connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& area, int scrolledBy) {
+        if (scrolledBy != 0)
+            m_lineNumbers->scroll(0, scrolledBy);
+        else
+            m_lineNumbers->update(0, area.y(), m_lineNumbers->width(), area.height());
+    });
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { emphasiseLines(); });
+    connect(document(), &QTextDocument::contentsChange, this,
+            [this](int /*position*/, int removed, int added) {
+                // The highlighter tells of its colours in the same way: as much comes as goes.
+                if (removed != added && m_errorLine != 0)
+                    markError(0);
+            });
+    layOut();
+    emphasiseLines();
+}
+
+void CodeEditor::markError(int line)
+{
+    m_errorLine = line;
+    if (line > 0)
+        goToLine(line);
+    emphasiseLines();
+}
+
+void CodeEditor::goToLine(int line)
+{
+    const QTextBlock block =
+        document()->findBlockByNumber(std::clamp(line, 1, document()->blockCount()) - 1);
+    setTextCursor(QTextCursor(block));
+    ensureCursorVisible();
+}
+
+void CodeEditor::changeEvent(QEvent* event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() != QEvent::StyleChange && event->type() != QEvent::FontChange)
+        return;
+    setTabStopDistance(indentation * fontMetrics().horizontalAdvance(QLatin1Char(' ')));
+    layOut();
+    emphasiseLines();
+}
+
+void CodeEditor::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+        const QString blanks =
+            leadingBlanks(textCursor().block().text().left(textCursor().positionInBlock()));
+        QTextCursor cursor = textCursor();
+        cursor.beginEditBlock();
+        cursor.insertBlock();
+        cursor.insertText(blanks);
+        cursor.endEditBlock();
+        setTextCursor(cursor);
+        ensureCursorVisible();
+        return;
+    }
+    case Qt::Key_Tab:
+        if (!indentSelection(true))
+            textCursor().insertText(QString(indentation, QLatin1Char(' ')));
+        return;
+    case Qt::Key_Backtab:
+        indentSelection(false);
+        return;
+    default:
+        QPlainTextEdit::keyPressEvent(event);
+    }
+}
+
+void CodeEditor::resizeEvent(QResizeEvent* event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    layOut();
+}
+
+int CodeEditor::lineNumberWidth() const
+{
+    const int digits = std::max(3, QString::number(blockCount()).size());
+    return digits * fontMetrics().horizontalAdvance(QLatin1Char('9')) + 2 * numberMargin;
+}
+
+void CodeEditor::paintLineNumbers(QPaintEvent* event)
+{
+    using libzvutil::ZvStyleBrush;
+    QPainter painter(m_lineNumbers);
+    painter.fillRect(event->rect(), styleColour(ZvStyleBrush::Panel));
+    painter.setFont(font());
+    const int current = textCursor().blockNumber();
+    QTextBlock block = firstVisibleBlock();
+    qreal top = blockBoundingGeometry(block).translated(contentOffset()).top();
+    while (block.isValid() && top <= event->rect().bottom()) {
+        const qreal height = blockBoundingRect(block).height();
+        painter.setPen(styleColour(block.blockNumber() == current ? ZvStyleBrush::TextEnabled
+                                                                  : ZvStyleBrush::TextDisabled));
+        painter.drawText(
+            QRectF(0, top, m_lineNumbers->width() - numberMargin, fontMetrics().height()),
+            Qt::AlignRight, QString::number(block.blockNumber() + 1));
+        top += height;
+        block = block.next();
+    }
+}
+
+void CodeEditor::layOut()
+{
+    const int width = lineNumberWidth();
+    if (layoutDirection() == Qt::RightToLeft)
+        setViewportMargins(0, 0, width, 0);
+    else
+        setViewportMargins(width, 0, 0, 0);
+    QRect strip = contentsRect();
+    if (layoutDirection() == Qt::RightToLeft)
+        strip.setLeft(strip.right() - width + 1);
+    else
+        strip.setWidth(width);
+    m_lineNumbers->setGeometry(strip);
+    m_lineNumbers->update();
+}
+
+void CodeEditor::emphasiseLines()
+{
+    const auto line = [](const QTextCursor& cursor, const QColor& background) {
+        QTextEdit::ExtraSelection selection;
+        selection.format.setBackground(background);
+        selection.format.setProperty(QTextFormat::FullWidthSelection, true);
+        selection.cursor = cursor;
+        selection.cursor.clearSelection();
+        return selection;
+    };
+    QList<QTextEdit::ExtraSelection> selections;
+    selections.append(line(textCursor(), currentLineColour()));
+    if (m_errorLine > 0) {
+        QColor colour = libzvutil::ZvStyle::Current().editorColour("Testplan", "ErrorBackground");
+        colour.setAlphaF(0.3);
+        selections.append(
+            line(QTextCursor(document()->findBlockByNumber(m_errorLine - 1)), colour));
+    }
+    setExtraSelections(selections);
+    m_lineNumbers->update();
+}
+
+/// The lines of the selection, if it has several. Returns whether it has.
+bool CodeEditor::indentSelection(bool deeper)
+{
+    QTextCursor cursor = textCursor();
+    QTextBlock block = document()->findBlock(cursor.selectionStart());
+    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    if (deeper && block == last)
+        return false;
+    cursor.beginEditBlock();
+    for (;; block = block.next()) {
+        QTextCursor lineStart(block);
+        if (deeper) {
+            lineStart.insertText(QString(indentation, QLatin1Char(' ')));
+        } else {
+            const int blanks = std::min(leadingBlanks(block.text()).size(), indentation);
+            lineStart.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor, blanks);
+            lineStart.removeSelectedText();
+        }
+        if (block == last)
+            break;
+    }
+    cursor.endEditBlock();
+    return true;
+}
+
+} // namespace workbench

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "documents/Document.h"
+
+#include <HostSupport/ScriptSession.h>
+
+#include <QElapsedTimer>
+#include <QString>
+
+#include <memory>
+
+class QLabel;
+class ZvProcessingIndicator;
+
+namespace workbench {
+
+class CodeEditor;
+class OutputView;
+
+/// A script: its text, Run and Stop, and what it prints.
+///
+/// Files are UTF-8. Those whose lines all end in CR LF are saved so, all others with LF.
+class ScriptDocument : public Document
+{
+    Q_OBJECT
+
+public:
+    ScriptDocument(const QString& title, QWidget* parent);
+    ~ScriptDocument() override;
+
+    CodeEditor& editor();
+
+    /// Runs the text as it stands, saved or not; nothing while it runs.
+    void run();
+    void stop();
+    bool isRunning() const;
+
+    QList<QAction*> toolBarActions() const override;
+
+Q_SIGNALS:
+    void runningChanged(bool running);
+
+protected:
+    void read(const zvutil::ZvFilePath& file) override;
+    void write(const zvutil::ZvFilePath& file) const override;
+
+private:
+    void makeActions();
+    QWidget* makeOutput();
+    void finish(const host::ScriptOutcome& outcome);
+    void showState(const QString& text, bool isRunning);
+
+    CodeEditor* m_editor; // this and the next are children
+    OutputView* m_output;
+    ZvProcessingIndicator* m_spinner;
+    QLabel* m_state;
+    QAction* m_run;
+    QAction* m_stop;
+    std::unique_ptr<host::ScriptSession> m_session;
+    QElapsedTimer m_sinceStart;
+    bool m_isRunning = false;
+    bool m_hasWindowsLines = false;
+};
+
+/// The type of scripts, to be added by `addDocumentType`.
+const DocumentType& scriptType();
+
+} // namespace workbench

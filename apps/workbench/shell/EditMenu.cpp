@@ -1,0 +1,34 @@
+#include "shell/EditMenu.h"
+
+#include "documents/Document.h"
+
+namespace workbench {
+
+EditMenu::EditMenu(QWidget& window)
+    : QMenu(tr("&Edit"), &window)
+    , m_find(new QAction(tr("&Find in Files…"), this))
+{
+    m_find->setObjectName(QStringLiteral("findInFiles"));
+    m_find->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+F")));
+    connect(m_find, &QAction::triggered, this, &EditMenu::findInFilesRequested);
+    // QMenu::clear() takes the action out of the menu, so the window keeps its shortcut alive.
+    window.addAction(m_find);
+    connect(this, &QMenu::aboutToShow, this, &EditMenu::fill);
+    fill();
+}
+
+void EditMenu::setDocument(Document* document)
+{
+    m_document = document;
+}
+
+void EditMenu::fill()
+{
+    clear();
+    if (m_document)
+        addActions(m_document->actions());
+    addSeparator();
+    addAction(m_find);
+}
+
+} // namespace workbench

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QList>
+#include <QMenu>
+
+namespace workbench {
+
+struct DocumentType;
+class RecentFiles;
+
+/// The menu "File". The window carries out what the signals ask for.
+class FileMenu : public QMenu
+{
+    Q_OBJECT
+
+public:
+    /// \p recentFiles is shown as a menu of its own.
+    FileMenu(RecentFiles& recentFiles, QWidget* parent);
+
+    /// What is used most.
+    QList<QAction*> toolBarActions() const;
+
+    /// Enables what needs a document.
+    void setHasDocument(bool hasDocument);
+
+Q_SIGNALS:
+    void newRequested(const workbench::DocumentType& type);
+    void openRequested();
+    void saveRequested();
+    void saveAsRequested();
+    void saveAllRequested();
+    void renameRequested();
+    void importRequested();
+    void exportRequested();
+    void copyAsUriRequested();
+    void closeRequested();
+    void quitRequested();
+
+private:
+    QAction* add(const QString& name, const QString& text, const QKeySequence& shortcut,
+                 void (FileMenu::*requested)());
+    void addNewDocuments();
+
+    QAction* m_open;
+    QAction* m_save;
+    QList<QAction*> m_forDocuments;
+};
+
+} // namespace workbench

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "documents/DocumentType.h"
+
+#include <DockFramework/ContentWidget.h>
+
+#include <QStringList>
+
+class QVBoxLayout;
+
+namespace workbench {
+
+/// What stands in the place of documents while there are none: what can be begun, and what was open
+/// last.
+class StartPage : public ContentWidget
+{
+    Q_OBJECT
+
+public:
+    explicit StartPage(QWidget* parent = nullptr);
+
+    void showRecentFiles(const QStringList& files);
+
+Q_SIGNALS:
+    void newRequested(const workbench::DocumentType& type);
+    void openRequested();
+    void fileRequested(const QString& file);
+
+private:
+    QVBoxLayout* m_recentFiles; // of a child
+};
+
+} // namespace workbench

@@ -1,0 +1,548 @@
+#include "shell/Workbench.h"
+
+#include "common/NumberText.h"
+#include "common/file_uri.h"
+#include "common/path_names.h"
+#include "common/requests.h"
+#include "common/styles.h"
+#include "documents/Document.h"
+#include "documents/FileNameDialog.h"
+#include "files/FilesPanel.h"
+#include "log/LogPanel.h"
+#include "script/CodeEditor.h"
+#include "script/ConsolePanel.h"
+#include "script/ScriptDocument.h"
+#include "search/FindInFilesDialog.h"
+#include "shell/DocumentTransfer.h"
+#include "shell/EditMenu.h"
+#include "shell/FileMenu.h"
+#include "shell/OptionsDialog.h"
+#include "shell/RecentFiles.h"
+#include "shell/Session.h"
+#include "shell/StartPage.h"
+#include "shell/ViewMenu.h"
+#include "shell/WindowMenu.h"
+#include "shell/document_types.h"
+
+#include <DockFramework/DockableWidget.h>
+
+#include <HostSupport/saving.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr int messageTime = 5'000;
+
+/// The one name of a file that may be reached by several.
+QString canonical(const QString& file)
+{
+    const QString path = QFileInfo(file).canonicalFilePath();
+    return path.isEmpty() ? QDir::cleanPath(file) : path;
+}
+
+QString dialogFilter()
+{
+    QStringList all;
+    QStringList filters;
+    for (const DocumentType* const type : documentTypes()) {
+        const QString pattern = QLatin1Char('*') + type->extension;
+        all.append(pattern);
+        filters.append(QStringLiteral("%1s (%2)").arg(type->name, pattern));
+    }
+    filters.prepend(QStringLiteral("Documents (%1)").arg(all.join(QLatin1Char(' '))));
+    return filters.join(QStringLiteral(";;"));
+}
+
+/// One failure that tells of all of them.
+Failure joined(const QList<Failure>& failures)
+{
+    constexpr int mostTold = 10;
+    if (failures.size() == 1)
+        return failures.constFirst();
+    QStringList reasons;
+    for (const Failure& failure : failures.mid(0, mostTold))
+        reasons.append(failure.what + QLatin1Char(' ') + failure.reason);
+    if (failures.size() > mostTold)
+        reasons.append(QStringLiteral("…"));
+    return {Workbench::tr("%1 of the files can't be opened.").arg(failures.size()),
+            reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
+}
+
+} // namespace
+
+Workbench::Workbench()
+    : m_recentFiles(new RecentFiles(this))
+    , m_transfer(new DocumentTransfer(*this))
+    , m_toolBar(new QToolBar(tr("Tools"), this))
+    , m_separator(new QAction(this))
+{
+    addOwnDocumentTypes();
+    m_separator->setSeparator(true);
+    setObjectName(QStringLiteral("workbench"));
+    setWindowTitle(QStringLiteral("Workbench"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    resize(1'200, 800);
+    m_toolBar->setObjectName(QStringLiteral("toolBar"));
+    m_toolBar->setMovable(false);
+    addToolBar(m_toolBar);
+    makePanels();
+    makeMenus();
+    connectTransfer();
+    statusBar()->setSizeGripEnabled(false);
+    keepEditedStyles(*this, [this](const Failure& failure) { showFailure(failure); });
+    connect(this, &DockFrame::highlightedChanged, this, &Workbench::followHighlighted);
+    connect(m_recentFiles, &RecentFiles::openRequested, this, &Workbench::openFile);
+    showStartPage();
+    fillToolBar();
+}
+
+Workbench::~Workbench()
+{
+    // Their windows go along, and nobody is there to be told.
+    m_isClosing = true;
+    for (Document* const document : documents())
+        document->disconnect(this);
+}
+
+void Workbench::makePanels()
+{
+    m_files = new FilesPanel(this);
+    m_console = new ConsolePanel(this);
+    m_log = new LogPanel(this);
+    addContents(m_files);
+    DockableWidget* const console = addContents(m_console);
+    tabifyDockWidget(console, addContents(m_log));
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    console->raise();
+    connect(m_files, &FilesPanel::openRequested, this, &Workbench::openFiles);
+}
+
+void Workbench::makeMenus()
+{
+    m_fileMenu = new FileMenu(*m_recentFiles, this);
+    auto* const edit = new EditMenu(*this);
+    auto* const view = new ViewMenu(panels(), this);
+    auto* const windows = new WindowMenu(*this);
+    for (QMenu* const menu : std::initializer_list<QMenu*>{m_fileMenu, edit, view, windows})
+        menuBar()->addMenu(menu);
+    connectFileMenu();
+    connect(edit, &EditMenu::findInFilesRequested, this, &Workbench::findInFiles);
+    connect(view, &ViewMenu::optionsRequested, this, &Workbench::showOptions);
+    connect(view, &ViewMenu::failed, this, &Workbench::showFailure);
+    connect(this, &Workbench::currentDocumentChanged, edit, &EditMenu::setDocument);
+    connect(this, &Workbench::currentDocumentChanged, windows, &WindowMenu::setDocument);
+}
+
+void Workbench::connectFileMenu()
+{
+    connect(m_fileMenu, &FileMenu::newRequested, this, &Workbench::newDocument);
+    connect(m_fileMenu, &FileMenu::openRequested, this, &Workbench::askForFiles);
+    connect(m_fileMenu, &FileMenu::saveRequested, this, &Workbench::saveCurrent);
+    connect(m_fileMenu, &FileMenu::saveAsRequested, this, &Workbench::saveCurrentAs);
+    connect(m_fileMenu, &FileMenu::saveAllRequested, this, &Workbench::saveAll);
+    connect(m_fileMenu, &FileMenu::renameRequested, this, &Workbench::renameCurrent);
+    connect(m_fileMenu, &FileMenu::importRequested, m_transfer, &DocumentTransfer::importFile);
+    connect(m_fileMenu, &FileMenu::exportRequested, this, &Workbench::exportCurrent);
+    connect(m_fileMenu, &FileMenu::copyAsUriRequested, this, &Workbench::copyCurrentAsUri);
+    connect(m_fileMenu, &FileMenu::closeRequested, this, &Workbench::closeCurrent);
+    connect(m_fileMenu, &FileMenu::quitRequested, this, &QWidget::close);
+    connect(this, &Workbench::currentDocumentChanged, m_fileMenu,
+            [this](const Document* document) { m_fileMenu->setHasDocument(document); });
+}
+
+void Workbench::connectTransfer()
+{
+    connect(m_transfer, &DocumentTransfer::exported, this, [this](const zvutil::ZvFilePath& path) {
+        showMessage(tr("Exported to “%1”").arg(path.toQString()));
+    });
+    connect(m_transfer, &DocumentTransfer::imported, this,
+            [this](const zvutil::ZvFilePath& path) { openFile(qtFileName(path)); });
+    connect(m_transfer, &DocumentTransfer::failed, this, &Workbench::showFailure);
+    connect(m_transfer, &DocumentTransfer::finished, this, &QWidget::close);
+}
+
+void Workbench::restoreSession()
+{
+    QSettings settings(sessionFile(), host::settingsFormat());
+    m_recentFiles->restoreState(settings);
+    m_files->restoreState(settings);
+    m_console->restoreState(settings);
+    const Session session = Session::restored(settings);
+    // Files that no longer exist are skipped without a message; the recent files still name them.
+    for (const QString& file : session.files) {
+        if (QFileInfo::exists(file))
+            openFile(file);
+    }
+    restoreGeometry(session.geometry);
+    restoreLayout(session.layout);
+    if (!session.current.isEmpty() && QFileInfo::exists(session.current))
+        openFile(session.current);
+}
+
+Document* Workbench::newDocument(const DocumentType& type)
+{
+    const QString title = QStringLiteral("%1 %2").arg(type.name).arg(++m_newDocuments);
+    Document* const document = type.make(title, this);
+    addDocument(document);
+    return document;
+}
+
+Document* Workbench::openFile(const QString& file)
+{
+    const QString path = canonical(file);
+    for (DockableWidget* const window : dockableWidgets()) {
+        auto* const document = qobject_cast<Document*>(window->contents());
+        if (document && !document->filename().isEmpty()
+            && canonical(qtFileName(document->filename())) == path) {
+            activate(window);
+            return document;
+        }
+    }
+    const DocumentType* const type = documentTypeOfFile(path);
+    if (!type) {
+        showFailure({tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
+                     tr("It is no test plan, schematic or script."),
+                     tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
+        return nullptr;
+    }
+    Document* const document = type->make(path, this);
+    connect(document, &Document::failed, this, &Workbench::showFailure);
+    if (!document->load(filePath(QDir::toNativeSeparators(path)))) {
+        document->deleteLater();
+        return nullptr;
+    }
+    addDocument(document);
+    m_recentFiles->add(path);
+    return document;
+}
+
+void Workbench::openFiles(const QStringList& files)
+{
+    if (files.size() > mostFilesToOpen) {
+        showFailure({tr("%1 files are too many to open at once.").arg(numberText(files.size())),
+                     tr("At most %1 are opened in one go.").arg(mostFilesToOpen),
+                     tr("Choose fewer.")});
+        return;
+    }
+    // One box for all of them. A script may open files while these are read.
+    std::optional<QList<Failure>> outer = std::exchange(m_failures, QList<Failure>());
+    for (const QString& file : files)
+        openFile(file);
+    const QList<Failure> failures = *std::exchange(m_failures, std::move(outer));
+    if (!failures.isEmpty())
+        showFailure(joined(failures));
+}
+
+QList<Document*> Workbench::documents() const
+{
+    QList<Document*> documents;
+    for (const DockableWidget* const window : dockableWidgets()) {
+        auto* const document = qobject_cast<Document*>(window->contents());
+        // One that has been closed is hidden until it is deleted.
+        if (document && !window->isHidden())
+            documents.append(document);
+    }
+    return documents;
+}
+
+Document* Workbench::currentDocument() const
+{
+    return m_current;
+}
+
+RecentFiles& Workbench::recentFiles()
+{
+    return *m_recentFiles;
+}
+
+FilesPanel& Workbench::filesPanel()
+{
+    return *m_files;
+}
+
+QList<DockableWidget*> Workbench::panels() const
+{
+    QList<DockableWidget*> panels;
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (!window->contents()->isContentWidget())
+            panels.append(window);
+    }
+    return panels;
+}
+
+bool Workbench::isBusy() const
+{
+    return m_files->isWorking();
+}
+
+void Workbench::addDocument(Document* document)
+{
+    connect(document, &Document::failed, this, &Workbench::showFailure, Qt::UniqueConnection);
+    connect(document, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
+        m_recentFiles->add(canonical(qtFileName(path)));
+        showMessage(tr("Saved “%1”").arg(path.toQString()));
+    });
+    connect(document, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
+    addContents(document);
+    // Behind what the frame connects, so that it has forgotten the document by then.
+    connect(document, &QObject::destroyed, this, [this, document] { forgetDocument(document); });
+    if (m_startPage)
+        m_startPage->close();
+}
+
+/// It is being destroyed.
+void Workbench::forgetDocument(const Document* document)
+{
+    const bool wasCurrent = m_current == document;
+    if (wasCurrent)
+        m_current = nullptr;
+    if (m_isClosing)
+        return;
+    if (documents().isEmpty())
+        showStartPage();
+    if (wasCurrent)
+        followHighlighted(highlighted());
+}
+
+void Workbench::showStartPage()
+{
+    m_startPage = new StartPage(this);
+    connect(m_startPage, &StartPage::newRequested, this, &Workbench::newDocument);
+    connect(m_startPage, &StartPage::openRequested, this, &Workbench::askForFiles);
+    connect(m_startPage, &StartPage::fileRequested, this, &Workbench::openFile);
+    connect(m_recentFiles, &RecentFiles::changed, m_startPage,
+            [this, page = m_startPage] { page->showRecentFiles(m_recentFiles->files()); });
+    connect(m_startPage, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
+    m_startPage->showRecentFiles(m_recentFiles->files());
+    addContents(m_startPage);
+}
+
+void Workbench::followHighlighted(DockableWidget* window)
+{
+    auto* const document = window ? qobject_cast<Document*>(window->contents()) : nullptr;
+    // In a panel the user goes on working on the document.
+    if (!document && m_current)
+        return;
+    m_current = document;
+    fillToolBar();
+    Q_EMIT currentDocumentChanged(document);
+}
+
+void Workbench::fillToolBar()
+{
+    m_toolBar->clear();
+    for (QAction* const action : m_fileMenu->toolBarActions())
+        m_toolBar->addAction(action);
+    if (!m_current)
+        return;
+    m_toolBar->addAction(m_separator);
+    for (QAction* const action : m_current->toolBarActions())
+        m_toolBar->addAction(action);
+}
+
+void Workbench::askForFiles()
+{
+    openFiles(QFileDialog::getOpenFileNames(this, tr("Open"), QString(), dialogFilter()));
+}
+
+void Workbench::saveCurrent()
+{
+    if (m_current)
+        m_current->save();
+}
+
+void Workbench::saveCurrentAs()
+{
+    if (m_current)
+        m_current->saveAs();
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): documents are part of the window.
+void Workbench::saveAll()
+{
+    for (Document* const document : documents()) {
+        if (document->isModified())
+            document->save();
+    }
+}
+
+void Workbench::renameCurrent()
+{
+    // Another may be the current one, or this one be gone, when the user has answered.
+    const QPointer<Document> document = m_current;
+    if (!document || !hasFile(*document))
+        return;
+    const QFileInfo file(qtFileName(document->filename()));
+    const QString renamed = FileNameDialog::ask(this, tr("Rename"), file.absolutePath(),
+                                                file.fileName(), document->type().extension);
+    if (!document || renamed.isEmpty() || renamed == file.absoluteFilePath())
+        return;
+    document->enableFileWatcher(false);
+    QFile renaming(file.absoluteFilePath());
+    if (renaming.rename(renamed)) {
+        document->setFilename(filePath(QDir::toNativeSeparators(renamed)));
+        m_recentFiles->add(canonical(renamed));
+    } else {
+        showFailure({tr("“%1” was not renamed.").arg(file.absoluteFilePath()),
+                     renaming.errorString(), tr("Choose another name.")});
+    }
+    document->enableFileWatcher(true);
+}
+
+/// Tells the user if it has none.
+bool Workbench::hasFile(const Document& document)
+{
+    if (!document.filename().isEmpty())
+        return true;
+    showMessage(tr("“%1” has no file yet. Save it first.").arg(document.shortTitle()));
+    return false;
+}
+
+void Workbench::exportCurrent()
+{
+    const QPointer<Document> document = m_current;
+    if (!document)
+        return;
+    // What is exported is the file.
+    if (document->filename().isEmpty() || document->isModified())
+        document->save();
+    if (!document || document->filename().isEmpty() || document->isModified())
+        return;
+    m_transfer->exportFile(document->filename());
+}
+
+void Workbench::copyCurrentAsUri()
+{
+    if (!m_current || !hasFile(*m_current))
+        return;
+    const QString uri = fileUri(qtFileName(m_current->filename()));
+    QGuiApplication::clipboard()->setText(uri);
+    showMessage(tr("Copied “%1”").arg(uri));
+}
+
+void Workbench::closeCurrent()
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (m_current && window->contents() == m_current) {
+            window->close();
+            return;
+        }
+    }
+}
+
+void Workbench::findInFiles()
+{
+    if (!m_find) {
+        m_find = new FindInFilesDialog(requests(), this);
+        connect(m_find, &FindInFilesDialog::openRequested, this, &Workbench::openAtLine);
+    }
+    m_find->setFolders(m_files->folders());
+    m_find->show();
+    m_find->raise();
+    m_find->activateWindow();
+}
+
+void Workbench::openAtLine(const QString& file, int line)
+{
+    if (auto* const script = qobject_cast<ScriptDocument*>(openFile(file)))
+        script->editor().goToLine(line);
+}
+
+void Workbench::showOptions()
+{
+    auto* const dialog = new OptionsDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &OptionsDialog::applied, this, [] { applyStyleOptions(); });
+    dialog->open();
+}
+
+void Workbench::showMessage(const QString& text)
+{
+    statusBar()->showMessage(text, messageTime);
+}
+
+void Workbench::showFailure(const Failure& failure)
+{
+    if (m_failures)
+        m_failures->append(failure);
+    else
+        tell(this, failure);
+}
+
+void Workbench::closeEvent(QCloseEvent* event)
+{
+    // Asked once more, it is about to close or has done so.
+    if (m_isClosing || m_transfer->awaitRunning()) {
+        event->ignore();
+        return;
+    }
+    QList<QPointer<const Document>> open;
+    for (const Document* const document : documents())
+        open.append(document);
+    const QPointer<const Document> current = open.contains(m_current) ? m_current : nullptr;
+    nameWindows();
+    const QByteArray layout = saveLayout();
+    m_isClosing = true;
+    if (!closeDocuments()) {
+        m_isClosing = false;
+        event->ignore();
+        return;
+    }
+    // The event loop deletes the documents later, and a document may have got its name just now.
+    Session session{{}, {}, saveGeometry(), layout};
+    for (const QPointer<const Document>& document : open) {
+        if (document && !document->filename().isEmpty())
+            session.files.append(canonical(qtFileName(document->filename())));
+    }
+    if (current)
+        session.current = canonical(qtFileName(current->filename()));
+    const bool isKept = saveSession(session);
+    DockFrame::closeEvent(event);
+    // The style editor and its like go along.
+    QApplication::closeAllWindows();
+    if (!isKept)
+        tell(nullptr,
+             {tr("What is open won't be opened again at the next start."),
+              tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
+              tr("Check your rights to that file, and that the disk isn't full.")});
+}
+
+/// A layout finds a window by its object name: that of a document is its file's from now on.
+void Workbench::nameWindows()
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        const auto* const document = qobject_cast<Document*>(window->contents());
+        if (document && !document->filename().isEmpty())
+            window->setObjectName(QStringLiteral("dock:")
+                                  + canonical(qtFileName(document->filename())));
+    }
+}
+
+bool Workbench::saveSession(const Session& session)
+{
+    QSettings settings(sessionFile(), host::settingsFormat());
+    m_recentFiles->saveState(settings);
+    m_files->saveState(settings);
+    m_console->saveState(settings);
+    session.saveTo(settings);
+    settings.sync();
+    return settings.status() == QSettings::NoError;
+}
+
+} // namespace workbench

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "common/Failure.h"
+#include "documents/DocumentType.h"
+
+#include <DockFramework/DockFrame.h>
+
+#include <zvutil/ZvFilePath.h>
+
+#include <QList>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+class QAction;
+class QCloseEvent;
+class QToolBar;
+
+namespace workbench {
+
+class ConsolePanel;
+class Document;
+class DocumentTransfer;
+class FileMenu;
+class FilesPanel;
+class FindInFilesDialog;
+class LogPanel;
+class RecentFiles;
+struct Session;
+class StartPage;
+
+/// The window of the workbench: documents in the middle, panels at the sides, and the menus.
+///
+/// What is open, the panels and the recent files are kept in a file from one session to the next.
+class Workbench : public DockFrame
+{
+    Q_OBJECT
+
+public:
+    Workbench();
+    ~Workbench() override;
+
+    /// Opens what was open when the window was closed last.
+    void restoreSession();
+
+    Document* newDocument(const DocumentType& type);
+    /// Opens a file, or activates the window that has it already. Returns nullptr, and tells the user
+    /// why, if that doesn't work.
+    Document* openFile(const QString& file);
+    void openFiles(const QStringList& files);
+
+    QList<Document*> documents() const;
+    /// The one that the user works in, or has worked in last; nullptr if there is none.
+    Document* currentDocument() const;
+
+    RecentFiles& recentFiles();
+    FilesPanel& filesPanel();
+    QList<DockableWidget*> panels() const;
+
+    /// Whether files are being listed.
+    bool isBusy() const;
+
+    // What menus offer. Those for a document do nothing without one.
+    void askForFiles();
+    void saveCurrent();
+    void saveCurrentAs();
+    void saveAll();
+    void renameCurrent();
+    void exportCurrent();
+    void copyCurrentAsUri();
+    void closeCurrent();
+    void findInFiles();
+    void showOptions();
+
+    void showMessage(const QString& text);
+    void showFailure(const Failure& failure);
+
+Q_SIGNALS:
+    void currentDocumentChanged(workbench::Document* document);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void makePanels();
+    void makeMenus();
+    void connectFileMenu();
+    void connectTransfer();
+    void addDocument(Document* document);
+    void forgetDocument(const Document* document);
+    void showStartPage();
+    void followHighlighted(DockableWidget* window);
+    void fillToolBar();
+    bool hasFile(const Document& document);
+    void openAtLine(const QString& file, int line);
+    void nameWindows();
+    bool saveSession(const Session& session);
+
+    // The window owns these as its children.
+    RecentFiles* m_recentFiles;
+    DocumentTransfer* m_transfer;
+    QToolBar* m_toolBar;
+    FileMenu* m_fileMenu;
+    QAction* m_separator; // of the tool bar
+    FilesPanel* m_files;
+    ConsolePanel* m_console;
+    LogPanel* m_log;
+    FindInFilesDialog* m_find = nullptr;
+    QPointer<StartPage> m_startPage;
+    Document* m_current = nullptr; // forgotten while it is destroyed
+    std::optional<QList<Failure>> m_failures; // collected while several files are opened
+    int m_newDocuments = 0;
+    bool m_isClosing = false;
+};
+
+} // namespace workbench

@@ -1,0 +1,144 @@
+#include "testplan/TestPlanDocument.h"
+
+#include "common/EditIcons.h"
+#include "common/path_names.h"
+#include "documents/XmlText.h"
+#include "testplan/TestPlanReadFile.h"
+#include "testplan/TestPlanSaveFile.h"
+#include "testplan/TestPlanView.h"
+
+#include <QEvent>
+#include <QFileInfo>
+#include <QHeaderView>
+
+namespace workbench {
+
+const DocumentType& testPlanType()
+{
+    static const DocumentType type = {QStringLiteral("testplan"), QStringLiteral("Test plan"),
+                                      QStringLiteral(".testplan"), 2,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new TestPlanDocument(title, parent);
+                                      }};
+    return type;
+}
+
+TestPlanDocument::TestPlanDocument(const QString& title, QWidget* parent)
+    : UndoDocument(testPlanType(), title, parent)
+    , m_view(new TestPlanView(m_model, this))
+{
+    setView(*m_view, m_model.undoStack());
+    connect(m_view, &TestPlanView::failed, this, &Document::failed);
+    addUndoActions();
+    addClipboardActions();
+    addRowActions();
+    addColumnActions();
+    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+TestPlanDocument::~TestPlanDocument()
+{
+    endView();
+}
+
+TestPlanModel& TestPlanDocument::model()
+{
+    return m_model;
+}
+
+TestPlanView& TestPlanDocument::view()
+{
+    return *m_view;
+}
+
+bool TestPlanDocument::event(QEvent* event)
+{
+    // What is being typed would be lost without a question.
+    if (event->type() == QEvent::Close)
+        m_view->finishTyping();
+    return Document::event(event);
+}
+
+void TestPlanDocument::read(const zvutil::ZvFilePath& file)
+{
+    ProgressBox box = readingBox(file);
+    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    m_model.setPlan(isEmpty ? TestPlan::fresh() : TestPlanReadFile(file).read(box.progress()));
+    m_view->selectionModel()->setCurrentIndex(m_model.index(0, 0),
+                                              QItemSelectionModel::ClearAndSelect);
+    m_view->fitColumns();
+}
+
+void TestPlanDocument::write(const zvutil::ZvFilePath& file) const
+{
+    finishTyping();
+    ProgressBox box = savingBox(file);
+    requireWritten(TestPlanSaveFile(file).save(m_model.plan(), box.progress()), file);
+}
+
+void TestPlanDocument::finishTyping() const
+{
+    m_view->finishTyping();
+}
+
+void TestPlanDocument::addClipboardActions()
+{
+    addSeparatorAction();
+    addNamedAction(QStringLiteral("cut"), tr("Cu&t"), keys({"Ctrl+X"}), [this] { m_view->cut(); });
+    addNamedAction(QStringLiteral("copy"), tr("&Copy"), keys({"Ctrl+C"}),
+                   [this] { m_view->copy(); });
+    addNamedAction(QStringLiteral("paste"), tr("&Paste"), keys({"Ctrl+V"}),
+                   [this] { m_view->paste(); });
+    addNamedAction(QStringLiteral("clear"), tr("C&lear cells"), keys({"Del"}),
+                   [this] { m_view->clearCells(); });
+    addNamedAction(QStringLiteral("fillDown"), tr("&Fill down"), keys({"Ctrl+D"}),
+                   [this] { m_view->fillDown(); });
+    addNamedAction(QStringLiteral("selectAll"), tr("Select &all"), keys({"Ctrl+A"}),
+                   [this] { m_view->selectAll(); });
+}
+
+void TestPlanDocument::addRowActions()
+{
+    addSeparatorAction();
+    // On many keyboards the plus sign needs Shift.
+    QAction* const insert = addNamedAction(QStringLiteral("insertRow"), tr("&Insert row"),
+                                           keys({"Ctrl++", "Ctrl+=", "Ctrl+Shift+="}),
+                                           [this] { m_view->insertRowsAbove(); });
+    QAction* const remove =
+        addNamedAction(QStringLiteral("removeRow"), tr("R&emove row"), keys({"Ctrl+-"}),
+                       [this] { m_view->removeSelectedRows(); });
+    insert->setIcon(insertRowIcon());
+    remove->setIcon(removeRowIcon());
+    addToToolBar({insert, remove});
+    addNamedAction(QStringLiteral("moveUp"), tr("Move row up"), keys({"Alt+Up"}),
+                   [this] { m_view->moveSelectedRows(-1); });
+    addNamedAction(QStringLiteral("moveDown"), tr("Move row down"), keys({"Alt+Down"}),
+                   [this] { m_view->moveSelectedRows(1); });
+    QAction* const disable = addNamedAction(
+        QStringLiteral("disableRows"), tr("&Disable rows"), keys({"Ctrl+/"}),
+        [this] { m_view->setSelectedRowsDisabled(!m_view->isCurrentRowDisabled()); });
+    disable->setCheckable(true);
+    disable->setToolTip(tr("Rows that are disabled are left out of a test."));
+    const auto follow = [this, disable] { disable->setChecked(m_view->isCurrentRowDisabled()); };
+    connect(m_view, &TestPlanView::selectionMoved, disable, follow);
+    connect(&m_model, &TestPlanModel::dataChanged, disable, follow);
+}
+
+void TestPlanDocument::addColumnActions()
+{
+    addSeparatorAction();
+    addNamedAction(QStringLiteral("insertColumn"), tr("Insert colu&mn"), {},
+                   [this] { m_view->insertColumnsBefore(); });
+    addNamedAction(QStringLiteral("removeColumn"), tr("Rem&ove column"), {},
+                   [this] { m_view->removeSelectedColumns(); });
+    addNamedAction(QStringLiteral("moveLeft"), tr("Move column left"), keys({"Alt+Left"}),
+                   [this] { m_view->moveSelectedColumns(-1); });
+    addNamedAction(QStringLiteral("moveRight"), tr("Move column right"), keys({"Alt+Right"}),
+                   [this] { m_view->moveSelectedColumns(1); });
+    addNamedAction(QStringLiteral("renameColumn"), tr("Re&name column"), {}, [this] {
+        if (m_view->currentIndex().isValid())
+            m_view->renameHeading(m_view->currentIndex().column());
+    });
+}
+
+} // namespace workbench
