@@ -8,7 +8,7 @@
 namespace zvutil {
 
 /// A text that crosses module boundaries: a handle of fixed size, for `char`, `char16_t`,
-/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an
+/// `char32_t` and `wchar_t`. A `wchar_t` holds one 16-bit unit, even where it has 32 bits: an
 /// input value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// Equality ignores case. There is no order and no hash, and `operator!=` is left out on purpose.
@@ -55,8 +55,8 @@ public:
     /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvBasicString();
 
-    /// Whether the texts have the same number of units and are the same but for case, as
-    /// `case_insensitive_char_traits<C>::compare` has it. Texts that differ in length are unequal
+    /// Whether the texts have the same number of units and are equal except for case, by
+    /// `case_insensitive_char_traits<C>::compare`. Texts that differ in length are unequal
     /// without a look at their units. The other text ends at its first NUL.
     bool operator==(const ZvBasicString& other) const;
     /// The same for a standard string, up to its first NUL.

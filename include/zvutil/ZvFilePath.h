@@ -123,7 +123,7 @@ public:
     /// from `a\b`. A separator is less than any other unit, units are compared as numbers, and a
     /// path without root directory is less than one with.
     bool operator==(const ZvFilePath& other) const;
-    /// The contrary of `==`.
+    /// The negation of `==`.
     bool operator!=(const ZvFilePath& other) const;
     /// A strict weak order, for containers; its equivalence is `==`.
     bool operator<(const ZvFilePath& other) const;

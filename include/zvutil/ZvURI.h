@@ -73,7 +73,7 @@ public:
     /// Compares the texts byte for byte: case counts, and spellings that mean the same, such as
     /// `file:/x` and `file:///x`, differ.
     bool operator==(const ZvURI& other) const;
-    /// The contrary of `==`.
+    /// The negation of `==`.
     bool operator!=(const ZvURI& other) const;
 
     /// The normalised text; valid until the URI is set, assigned to or destroyed.

@@ -49,7 +49,7 @@ public:
 
     /// Whether the texts are the same, byte for byte; case counts.
     bool operator==(const ZvUUID& other) const;
-    /// The contrary of `==`.
+    /// The negation of `==`.
     bool operator!=(const ZvUUID& other) const;
     /// The order of the bytes as unsigned values; a text comes before a longer one that begins with
     /// it, so the empty one before all others.

@@ -8,7 +8,7 @@ class QString;
 
 namespace libzvutil {
 
-/// A wide text. A `wchar_t` holds one 16-bit unit, also where it has 32 bits: an input
+/// A wide text. A `wchar_t` holds one 16-bit unit, even where it has 32 bits: an input
 /// value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// `ZvWString` has no comparison and no assignment, on purpose: a text is made, appended to and read.

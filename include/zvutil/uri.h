@@ -7,7 +7,7 @@
 
 namespace zvutil {
 
-/// A text, normalised and split into the components of a URI. Immutable but for moves.
+/// A text, normalised and split into the components of a URI. Immutable except for moves.
 ///
 /// Two characters are normalised: each `\` becomes `/`, each blank `%20`. Nothing else is escaped,
 /// and nothing is ever unescaped, so that parsing a result again changes nothing. The schemes

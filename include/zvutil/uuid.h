@@ -34,7 +34,7 @@ public:
 
     /// Compares the texts byte for byte, so case counts.
     friend bool operator==(const uuid& a, const uuid& b) noexcept { return a.m_text == b.m_text; }
-    /// The contrary of `==`.
+    /// The negation of `==`.
     friend bool operator!=(const uuid& a, const uuid& b) noexcept { return !(a == b); }
 
 private:
