@@ -4,7 +4,7 @@
 # test can compile and run them. Each block from "/// @code{.cpp}" to "/// @endcode" goes into one of two
 # files in the current binary directory:
 #
-#   header_examples.h    for the test program to include, before any other header
+#   header_examples.inc  for the test program to include, before any other header
 #   program.cpp          the one example that is a whole program
 #
 # A block is one of three things:
@@ -15,7 +15,7 @@
 #   path below include/zvutil without ".h", with "_" for what can't be in an identifier.
 # - Statements otherwise. They become the function NAME_example::run, and must assert something.
 #
-# Lines with #include stand at the beginning of a block. In header_examples.h the header itself is
+# Lines with #include stand at the beginning of a block. In header_examples.inc the header itself is
 # included before them. Messages of the compiler name the line in the header, and a function that the
 # test doesn't call is an unused one, of which GCC warns.
 #
@@ -106,14 +106,14 @@ function(zv_header_examples target)
     set(script "${PROJECT_SOURCE_DIR}/cmake/ZvHeaderExamples.cmake")
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/include/*.h")
     add_custom_command(
-        OUTPUT "${output}/header_examples.h" "${output}/program.cpp"
+        OUTPUT "${output}/header_examples.inc" "${output}/program.cpp"
         COMMAND "${CMAKE_COMMAND}" "-DROOT=${PROJECT_SOURCE_DIR}/include" "-DOUTPUT=${output}"
             -P "${script}"
         DEPENDS "${script}" ${headers}
         COMMENT "Taking the examples out of the public headers"
         VERBATIM
     )
-    add_custom_target(${target} DEPENDS "${output}/header_examples.h" "${output}/program.cpp")
+    add_custom_target(${target} DEPENDS "${output}/header_examples.inc" "${output}/program.cpp")
 endfunction()
 
 if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
@@ -124,6 +124,6 @@ if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
     get_property(examples GLOBAL PROPERTY zv_examples)
     get_property(program GLOBAL PROPERTY zv_program)
     # Release builds define NDEBUG, with which the examples would assert nothing.
-    file(WRITE "${OUTPUT}/header_examples.h" "#undef NDEBUG\n${examples}")
+    file(WRITE "${OUTPUT}/header_examples.inc" "#undef NDEBUG\n${examples}")
     file(WRITE "${OUTPUT}/program.cpp" "${program}")
 endif()

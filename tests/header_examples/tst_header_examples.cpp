@@ -1,6 +1,6 @@
 // The examples in the comments of the public headers do what they say.
 
-#include <header_examples.h>
+#include <header_examples.inc>
 
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvProcessingIndicator.h>
