@@ -2,7 +2,6 @@
 
 #include "impl/paths/file_uri.h"
 #include "impl/paths/path_text.h"
-#include "impl/text/utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -142,14 +141,6 @@ std::unique_ptr<uri_impl> parse_uri(std::string_view text)
 std::unique_ptr<uri_impl> parse_file_uri(const std::filesystem::path& path)
 {
     return parse_uri(file_uri_text(path_text(path)));
-}
-
-std::string file_uri_text(std::wstring_view path)
-{
-    // Wanted: one slash, whatever the path begins with.
-    std::string text = "file:/";
-    append_units_as_utf8(text, path);
-    return text;
 }
 
 } // namespace zvutil::impl

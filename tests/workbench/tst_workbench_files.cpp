@@ -11,6 +11,7 @@
 #include <zvutil/ZvMultiDirectoryListModel.h>
 #include <zvutil/ZvSearchBar.h>
 
+#include "shell/document_types.h"
 #include "support/Answer.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
@@ -188,6 +189,8 @@ class tst_workbench_files : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { addOwnDocumentTypes(); }
+
     void patterns_data()
     {
         QTest::addColumn<QString>("pattern");

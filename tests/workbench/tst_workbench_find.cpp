@@ -7,6 +7,7 @@
 #include "search/SearchRequest.h"
 #include "search/TextSearch.h"
 
+#include "shell/document_types.h"
 #include "support/Answer.h"
 #include "support/Background.h"
 #include "support/FileTree.h"
@@ -183,6 +184,8 @@ class tst_workbench_find : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { addOwnDocumentTypes(); }
+
     void lines_data()
     {
         QTest::addColumn<QByteArray>("content");

@@ -3,6 +3,7 @@
 
 #include <zvutil/ZvStyle.h>
 
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "schematic/SchematicClipboard.h"
 #include "schematic/SchematicDocument.h"

@@ -1,9 +1,10 @@
 // Scripts in the workbench: their documents, the editor, the console.
 
-#include <CodeEditor.h>
-#include <ConsolePanel.h>
-#include <OutputView.h>
-#include <ScriptDocument.h>
+#include "common/path_names.h"
+#include "script/CodeEditor.h"
+#include "script/ConsolePanel.h"
+#include "script/OutputView.h"
+#include "script/ScriptDocument.h"
 #include <ThreadScriptSession.h>
 
 #include <zvutil/ZvProcessingIndicator.h>

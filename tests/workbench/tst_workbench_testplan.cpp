@@ -4,6 +4,7 @@
 #include <zvutil/ZvClipboard.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "support/Answer.h"
 #include "support/StyleHost.h"

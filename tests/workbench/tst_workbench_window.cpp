@@ -1,22 +1,25 @@
 // The workbench's window: documents, sessions, menus, exchange.
 
-#include <AccentSwatches.h>
-#include <Arguments.h>
-#include <CodeEditor.h>
-#include <CompressionTask.h>
-#include <Document.h>
-#include <FileNameDialog.h>
-#include <FilesPanel.h>
-#include <FindInFilesDialog.h>
-#include <OptionsDialog.h>
-#include <RecentFiles.h>
-#include <ScriptDocument.h>
-#include <StartPage.h>
-#include <Workbench.h>
-#include <file_uri.h>
-#include <open.h>
-#include <requests.h>
-#include <styles.h>
+#include "common/file_uri.h"
+#include "common/path_names.h"
+#include "common/requests.h"
+#include "common/styles.h"
+#include "documents/CompressionTask.h"
+#include "documents/Document.h"
+#include "documents/FileNameDialog.h"
+#include "files/FilesPanel.h"
+#include "script/CodeEditor.h"
+#include "script/ScriptDocument.h"
+#include "search/FindInFilesDialog.h"
+#include "shell/AccentSwatches.h"
+#include "shell/Arguments.h"
+#include "shell/OptionsDialog.h"
+#include "shell/RecentFiles.h"
+#include "shell/Session.h"
+#include "shell/StartPage.h"
+#include "shell/Workbench.h"
+#include "shell/document_types.h"
+#include "shell/open.h"
 
 #include <DockFramework/DockableWidget.h>
 
@@ -187,6 +190,8 @@ class tst_workbench_window : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { addOwnDocumentTypes(); }
+
     void init()
     {
         m_host.emplace();
@@ -207,7 +212,7 @@ private Q_SLOTS:
         QVERIFY(window->findChild<StartPage*>());
         QVERIFY(!window->currentDocument());
         QVERIFY(!actionOf(*window, "save")->isEnabled());
-        window->newDocument(documentTypes().at(0));
+        window->newDocument(*documentTypes().at(0));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!window->findChild<StartPage*>());
         QVERIFY(actionOf(*window, "save")->isEnabled());
@@ -249,8 +254,8 @@ private Q_SLOTS:
     void newDocumentsAreCounted()
     {
         const Window window;
-        for (const DocumentType& type : documentTypes())
-            actionOf(*window, qPrintable(QStringLiteral("new:") + type.id))->trigger();
+        for (const DocumentType* const type : documentTypes())
+            actionOf(*window, qPrintable(QStringLiteral("new:") + type->id))->trigger();
         QCOMPARE(namesOf(*window),
                  (QStringList{QStringLiteral("Test plan 1"), QStringLiteral("Schematic 2"),
                               QStringLiteral("Script 3")}));
@@ -335,12 +340,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("type");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("saved");
-        for (const DocumentType& type : documentTypes()) {
-            QTest::addRow("%s, none", qPrintable(type.id))
-                << type.id << "typed" << QStringLiteral("typed") + type.extension;
-            QTest::addRow("%s, its own", qPrintable(type.id))
-                << type.id << QStringLiteral("typed") + type.extension
-                << QStringLiteral("typed") + type.extension;
+        for (const DocumentType* const type : documentTypes()) {
+            QTest::addRow("%s, none", qPrintable(type->id))
+                << type->id << "typed" << QStringLiteral("typed") + type->extension;
+            QTest::addRow("%s, its own", qPrintable(type->id))
+                << type->id << QStringLiteral("typed") + type->extension
+                << QStringLiteral("typed") + type->extension;
         }
     }
 
@@ -383,7 +388,7 @@ private Q_SLOTS:
             const Window window;
             window->resize(900, 650);
             window->openFiles(files);
-            window->newDocument(documentTypes().at(0));
+            window->newDocument(*documentTypes().at(0));
             window->openFile(files.at(0));
             window->filesPanel().addFolders({m_folder->path()});
             window->panels().at(2)->close();
@@ -1056,7 +1061,7 @@ private Q_SLOTS:
     void extensionIsAddedToNamesWithADot()
     {
         const Window window;
-        const Document* const document = window->newDocument(documentTypes().at(0));
+        const Document* const document = window->newDocument(*documentTypes().at(0));
         const QString dotted = m_folder->filePath(QStringLiteral("bridge v1.2"));
         {
             const zvtest::Answer<QFileDialog> answer = chooseFile(dotted);
@@ -1107,7 +1112,7 @@ private Q_SLOTS:
     void documentsWithoutAFileTellSo()
     {
         const Window window;
-        window->newDocument(documentTypes().at(2));
+        window->newDocument(*documentTypes().at(2));
         window->renameCurrent();
         QCOMPARE(window->statusBar()->currentMessage(),
                  QStringLiteral("“Script 1” has no file yet. Save it first."));

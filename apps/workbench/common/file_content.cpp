@@ -1,6 +1,6 @@
 #include "common/file_content.h"
 
-#include "documents/Document.h"
+#include "common/path_names.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 #include "common/styles.h"
 
 #include "common/file_content.h"
-#include "documents/Document.h"
+#include "common/path_names.h"
 
 #include <HostSupport/Options.h>
 #include <HostSupport/host.h>

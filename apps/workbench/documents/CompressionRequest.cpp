@@ -1,7 +1,7 @@
 #include "documents/CompressionRequest.h"
 
 #include "common/file_content.h"
-#include "documents/Document.h"
+#include "common/path_names.h"
 
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFileException.h>

@@ -1,5 +1,6 @@
 #include "documents/Document.h"
 
+#include "common/path_names.h"
 #include "documents/FileError.h"
 #include "documents/ProgressBox.h"
 #include "documents/save_file_name.h"
@@ -128,16 +129,6 @@ QAction* Document::addEditAction(const QString& text, const QKeySequence& shortc
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     addAction(action);
     return action;
-}
-
-QString qtFileName(const zvutil::ZvFilePath& path)
-{
-    return QString::fromStdString(path.toStdFilePath().u8string());
-}
-
-zvutil::ZvFilePath filePath(const QString& qtFileName)
-{
-    return zvutil::ZvFilePath(qtFileName.toStdWString());
 }
 
 } // namespace workbench

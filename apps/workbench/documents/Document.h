@@ -66,10 +66,4 @@ private:
     const DocumentType& m_type;
 };
 
-/// The path as Qt's file classes take it.
-QString qtFileName(const zvutil::ZvFilePath& path);
-
-/// The other way round.
-zvutil::ZvFilePath filePath(const QString& qtFileName);
-
 } // namespace workbench

@@ -4,7 +4,11 @@
 
 #include <vector>
 
+class QWidget;
+
 namespace workbench {
+
+class Document;
 
 /// A type of document that the workbench opens.
 struct DocumentType
@@ -13,10 +17,15 @@ struct DocumentType
     QString name; ///< what one is called: "Test plan", "Schematic", "Script"
     QString extension; ///< of its files, with the dot
     int fileType; ///< as `ZvContentWidget::fileType` wants it; 0 where that knows none
+    /// Makes a new document, which \p title names until it has a file. \p parent owns it.
+    Document* (*make)(const QString& title, QWidget* parent);
 };
 
-/// All types, in the order of the menu "New". Valid for good, as are references to its elements.
-const std::vector<DocumentType>& documentTypes();
+/// Adds a type, which must live as long as the application. Does nothing if it is there already.
+void addDocumentType(const DocumentType& type);
+
+/// All types that have been added, in the order of the menu "New".
+const std::vector<const DocumentType*>& documentTypes();
 
 /// The type of that id, or nullptr.
 const DocumentType* documentTypeOf(const QString& id);

@@ -1,6 +1,6 @@
 #include "documents/XmlText.h"
 
-#include "documents/Document.h"
+#include "common/path_names.h"
 
 #include <zvutil/experimental/xml/attribute_not_found_xml_exception.h>
 

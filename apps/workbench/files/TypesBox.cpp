@@ -14,8 +14,8 @@ namespace {
 QStringList documentExtensions()
 {
     QStringList extensions;
-    for (const DocumentType& type : documentTypes())
-        extensions.append(type.extension);
+    for (const DocumentType* const type : documentTypes())
+        extensions.append(type->extension);
     return extensions;
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/EditIcons.h"
 #include "common/LineIcon.h"
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
@@ -60,8 +61,18 @@ constexpr std::array<KindAction, symbolKinds.size()> kindActions = {{
 
 } // namespace
 
+const DocumentType& schematicType()
+{
+    static const DocumentType type = {QStringLiteral("schematic"), QStringLiteral("Schematic"),
+                                      QStringLiteral(".zvsch"), 1,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new SchematicDocument(title, parent);
+                                      }};
+    return type;
+}
+
 SchematicDocument::SchematicDocument(const QString& title, QWidget* parent)
-    : UndoDocument(*documentTypeOf(QStringLiteral("schematic")), title, parent)
+    : UndoDocument(schematicType(), title, parent)
     , m_view(new SchematicView(m_scene, this))
     , m_tools(new QActionGroup(this))
 {

@@ -37,4 +37,7 @@ private:
     QActionGroup* m_tools;
 };
 
+/// The type of schematics, to be added by `addDocumentType`.
+const DocumentType& schematicType();
+
 } // namespace workbench

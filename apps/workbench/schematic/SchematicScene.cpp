@@ -11,7 +11,6 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
-#include <QUndoCommand>
 
 #include <algorithm>
 #include <cmath>
@@ -46,90 +45,6 @@ void removeOthers(std::map<int, Item*>& items, const QSet<int>& ids)
     }
 }
 
-/// What an edit does to the symbols or the wires: elements go and come, and those that it changes do
-/// both. It holds no others.
-template <typename Element>
-class ListChange
-{
-public:
-    ListChange(const QVector<Element>& before, const QVector<Element>& after)
-    {
-        int b = 0;
-        int a = 0;
-        while (b < before.size() || a < after.size()) {
-            const bool isEnd = b == before.size() || a == after.size();
-            const bool isSame = !isEnd && before[b].id == after[a].id;
-            // The others keep their order, and new ones come at the end.
-            const bool goes = b < before.size() && !(isSame && before[b] == after[a]);
-            const bool comes = b == before.size() || (isSame && goes);
-            if (goes)
-                m_gone.push_back({b, before[b]});
-            if (comes)
-                m_come.push_back({a, after[a]});
-            b += goes || isSame ? 1 : 0;
-            a += comes || isSame ? 1 : 0;
-        }
-    }
-
-    bool isEmpty() const { return m_gone.empty() && m_come.empty(); }
-    void redo(QVector<Element>& list) const { exchange(list, m_gone, m_come); }
-    void undo(QVector<Element>& list) const { exchange(list, m_come, m_gone); }
-
-    /// Whether \p next does nothing but change once more what this has changed.
-    bool isFollowedBy(const ListChange& next) const
-    {
-        return areSame(m_come, next.m_gone) && areSame(m_come, next.m_come);
-    }
-
-    void append(const ListChange& next) { m_come = next.m_come; }
-
-    bool leadsBack() const
-    {
-        return std::equal(m_gone.begin(), m_gone.end(), m_come.begin(), m_come.end(),
-                          [](const Item& a, const Item& b) { return a.element == b.element; });
-    }
-
-private:
-    struct Item
-    {
-        int place;
-        Element element;
-    };
-    using Items = std::vector<Item>;
-
-    static bool areSame(const Items& a, const Items& b)
-    {
-        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Item& x, const Item& y) {
-            return x.place == y.place && x.element.id == y.element.id;
-        });
-    }
-
-    static void exchange(QVector<Element>& list, const Items& gone, const Items& come)
-    {
-        if (gone.empty() && come.empty())
-            return;
-        QVector<Element> result;
-        result.reserve(list.size() + static_cast<int>(come.size()) - static_cast<int>(gone.size()));
-        auto out = gone.begin();
-        auto in = come.begin();
-        for (int place = 0; place < list.size() || in != come.end();) {
-            if (in != come.end() && in->place == result.size()) {
-                result.append((in++)->element);
-                continue;
-            }
-            if (out != gone.end() && out->place == place)
-                ++out;
-            else
-                result.append(list.at(place));
-            ++place;
-        }
-        list = result;
-    }
-
-    Items m_gone;
-    Items m_come;
-};
-
 /// A multiple of the grid that stands far enough apart to be seen as dots.
 double dotDistance(double scale)
 {
@@ -140,57 +55,6 @@ double dotDistance(double scale)
 }
 
 } // namespace
-
-/// An edit, which holds what it has changed and nothing else.
-class SchematicScene::Change : public QUndoCommand
-{
-public:
-    Change(const QString& text, SchematicScene& scene, const Schematic& after, Merging merging)
-        : QUndoCommand(text)
-        , m_scene(scene)
-        , m_symbols(scene.m_schematic.symbols, after.symbols)
-        , m_wires(scene.m_schematic.wires, after.wires)
-        , m_id(merging == Merging::WithMoves ? 1 : -1)
-    {
-    }
-
-    bool isEmpty() const { return m_symbols.isEmpty() && m_wires.isEmpty(); }
-
-    int id() const override { return m_id; }
-
-    bool mergeWith(const QUndoCommand* next) override
-    {
-        const auto& change = static_cast<const Change&>(*next);
-        if (!m_symbols.isFollowedBy(change.m_symbols) || !m_wires.isFollowedBy(change.m_wires))
-            return false;
-        m_symbols.append(change.m_symbols);
-        m_wires.append(change.m_wires);
-        setObsolete(m_symbols.leadsBack() && m_wires.leadsBack());
-        return true;
-    }
-
-    void redo() override
-    {
-        Schematic schematic = m_scene.m_schematic;
-        m_symbols.redo(schematic.symbols);
-        m_wires.redo(schematic.wires);
-        m_scene.show(schematic);
-    }
-
-    void undo() override
-    {
-        Schematic schematic = m_scene.m_schematic;
-        m_symbols.undo(schematic.symbols);
-        m_wires.undo(schematic.wires);
-        m_scene.show(schematic);
-    }
-
-private:
-    SchematicScene& m_scene;
-    ListChange<Symbol> m_symbols;
-    ListChange<Wire> m_wires;
-    int m_id;
-};
 
 SchematicScene::SchematicScene(QObject* parent)
     : QGraphicsScene(parent)
@@ -215,7 +79,7 @@ const Schematic& SchematicScene::schematic() const
 
 void SchematicScene::setSchematic(Schematic schematic)
 {
-    m_wire.clear();
+    m_wire.finish();
     m_undoStack.clear();
     for (Symbol& symbol : schematic.symbols)
         symbol.id = m_nextId++;
@@ -274,7 +138,7 @@ SymbolKind SchematicScene::placing() const
 
 bool SchematicScene::isDrawing() const
 {
-    return !m_wire.isEmpty();
+    return m_wire.isDrawing();
 }
 
 void SchematicScene::escape()
@@ -321,7 +185,7 @@ void SchematicScene::moveSelected(const QPoint& steps)
 {
     changeSelected(
         tr("Move"), [](Symbol& /*symbol*/) {},
-        [steps](const QPoint& point) { return point + steps; }, Merging::WithMoves);
+        [steps](const QPoint& point) { return point + steps; }, SchematicEdit::Merging::WithMoves);
 }
 
 void SchematicScene::selectAll()
@@ -403,10 +267,10 @@ void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
         if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(place))
             painter->drawEllipse(place, junctionRadius, junctionRadius);
     }
-    if (m_wire.isEmpty())
+    if (!m_wire.isDrawing())
         return;
     QPolygonF line;
-    for (const QPoint& point : wireTo(m_wireEnd))
+    for (const QPoint& point : m_wire.shownPoints())
         line.append(point * gridStep);
     painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(styleColour(ZvStyleBrush::Accent), 2));
@@ -437,8 +301,8 @@ void SchematicScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
     if (m_tool == Tool::Place) {
         m_ghost->setPos(place * gridStep);
         m_ghost->setVisible(true);
-    } else if (m_tool == Tool::Wire && !m_wire.isEmpty()) {
-        m_wireEnd = place;
+    } else if (m_tool == Tool::Wire && m_wire.isDrawing()) {
+        m_wire.setPointer(place);
         update();
     }
     QGraphicsScene::mouseMoveEvent(event);
@@ -467,11 +331,17 @@ void SchematicScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
         Q_EMIT editRequested();
 }
 
-void SchematicScene::push(const QString& text, const Schematic& after, Merging merging)
+void SchematicScene::push(const QString& text, const Schematic& after,
+                          SchematicEdit::Merging merging)
 {
-    auto change = std::make_unique<Change>(text, *this, after, merging);
-    if (!change->isEmpty())
-        m_undoStack.push(change.release());
+    auto edit = std::make_unique<SchematicEdit>(
+        text, m_schematic, after, merging, [this](const std::function<void(Schematic&)>& change) {
+            Schematic changed = m_schematic;
+            change(changed);
+            show(changed);
+        });
+    if (!edit->isEmpty())
+        m_undoStack.push(edit.release());
 }
 
 void SchematicScene::show(const Schematic& schematic)
@@ -550,37 +420,26 @@ void SchematicScene::placeSymbol(const QPoint& place)
 
 void SchematicScene::addWirePoint(const QPoint& place)
 {
-    if (m_wire.isEmpty()) {
+    if (!m_wire.isDrawing()) {
         if (!hasRoom(tr("The wire was not drawn."), 0, 1))
             return;
-        m_wire.append(place);
-    } else if (m_wire.last() == place) {
+        m_wire.begin(place);
+    } else if (m_wire.end() == place) {
         endWire();
-    } else if (wireTo(place).size() > maximumWirePoints) {
+    } else if (m_wire.pointsTo(place).size() > maximumWirePoints) {
         Q_EMIT failed({tr("The wire was not drawn any further."),
                        tr("A wire has at most %1 points.").arg(numberText(maximumWirePoints)),
                        tr("End it, and begin another one where it ends.")});
         return;
     } else {
-        m_wire = wireTo(place);
+        m_wire.extend(place);
     }
-    m_wireEnd = place;
     update();
-}
-
-/// The wire so far, and from its end on first across and then up or down to \p place.
-QVector<QPoint> SchematicScene::wireTo(const QPoint& place) const
-{
-    QVector<QPoint> points = m_wire;
-    points.append({place.x(), points.last().y()});
-    points.append(place);
-    points.erase(std::unique(points.begin(), points.end()), points.end());
-    return points;
 }
 
 void SchematicScene::endWire()
 {
-    const QVector<QPoint> points = simplified(std::exchange(m_wire, {}));
+    const QVector<QPoint> points = m_wire.finish();
     update();
     if (points.size() < 2 || !hasRoom(tr("The wire was not drawn."), 0, 1))
         return;
@@ -626,7 +485,7 @@ Schematic SchematicScene::selectedPart() const
 void SchematicScene::changeSelected(const QString& text,
                                     const std::function<void(Symbol&)>& changeSymbol,
                                     const std::function<QPoint(const QPoint&)>& changePoint,
-                                    Merging merging)
+                                    SchematicEdit::Merging merging)
 {
     const QSet<int> ids = selectedIds();
     bool isInReach = true;

@@ -2,6 +2,8 @@
 
 #include "common/Failure.h"
 #include "schematic/Schematic.h"
+#include "schematic/SchematicEdit.h"
+#include "schematic/WireTool.h"
 
 #include <QGraphicsScene>
 #include <QSet>
@@ -78,17 +80,14 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) override;
 
 private:
-    class Change;
-    enum class Merging { None, WithMoves };
-
-    void push(const QString& text, const Schematic& after, Merging merging = Merging::None);
+    void push(const QString& text, const Schematic& after,
+              SchematicEdit::Merging merging = SchematicEdit::Merging::None);
     void show(const Schematic& schematic);
     void showSymbols();
     void showWires();
     void useTool();
     void placeSymbol(const QPoint& place);
     void addWirePoint(const QPoint& place);
-    QVector<QPoint> wireTo(const QPoint& place) const;
     void endWire();
     void selectItems(const std::function<bool(int id)>& isSelected);
     QSet<int> selectedIds() const;
@@ -96,7 +95,7 @@ private:
     /// Changes what is selected in a copy, and pushes that; refuses what would lie out of reach.
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
                         const std::function<QPoint(const QPoint&)>& changePoint,
-                        Merging merging = Merging::None);
+                        SchematicEdit::Merging merging = SchematicEdit::Merging::None);
     void insert(const Schematic& part);
     /// Whether so many more symbols and wires may come. If not, the failure \p what is told.
     bool hasRoom(const QString& what, int symbols, int wires);
@@ -109,8 +108,7 @@ private:
     int m_nextId = 1;
     Tool m_tool = Tool::Select;
     SymbolItem* m_ghost = nullptr; ///< the symbol that is about to be placed
-    QVector<QPoint> m_wire; ///< the corners so far of the wire that is being drawn
-    QPoint m_wireEnd;
+    WireTool m_wire;
 };
 
 } // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "common/EditIcons.h"
 #include "common/NumberText.h"
+#include "common/path_names.h"
 #include "documents/FileError.h"
 #include "script/CodeEditor.h"
 #include "script/OutputView.h"
@@ -56,8 +57,18 @@ QString textOf(const QTextDocument& document)
 
 } // namespace
 
+const DocumentType& scriptType()
+{
+    static const DocumentType type = {QStringLiteral("script"), QStringLiteral("Script"),
+                                      QStringLiteral(".zvscr"), 0,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new ScriptDocument(title, parent);
+                                      }};
+    return type;
+}
+
 ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
-    : Document(*documentTypeOf(QStringLiteral("script")), title, parent)
+    : Document(scriptType(), title, parent)
     , m_editor(new CodeEditor(this))
     , m_output(new OutputView(this))
     , m_spinner(new ZvProcessingIndicator(this))

@@ -62,4 +62,7 @@ private:
     bool m_hasWindowsLines = false;
 };
 
+/// The type of scripts, to be added by `addDocumentType`.
+const DocumentType& scriptType();
+
 } // namespace workbench

@@ -28,8 +28,8 @@ void setStyle(Arguments& arguments, const QString& name)
 void addNewDocument(Arguments& arguments, const QString& id)
 {
     QStringList ids;
-    for (const DocumentType& type : documentTypes())
-        ids.append(type.id);
+    for (const DocumentType* const type : documentTypes())
+        ids.append(type->id);
     if (const DocumentType* const type = documentTypeOf(id))
         arguments.newDocuments.push_back(type);
     else

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QMenu>
+#include <QPointer>
 
 namespace workbench {
 
-class Workbench;
+class Document;
 
 /// The menu "Edit": what can be done with the current document, and the search in files.
 class EditMenu : public QMenu
@@ -12,12 +13,19 @@ class EditMenu : public QMenu
     Q_OBJECT
 
 public:
-    explicit EditMenu(Workbench& workbench);
+    /// \p window, the parent, gets the actions whose shortcuts work at any time.
+    explicit EditMenu(QWidget& window);
+
+    /// Offers the actions of \p document, which may be nullptr, from now on.
+    void setDocument(Document* document);
+
+Q_SIGNALS:
+    void findInFilesRequested();
 
 private:
     void fill();
 
-    Workbench& m_workbench;
+    QPointer<const Document> m_document;
     QAction* m_find;
 };
 

@@ -1,52 +1,48 @@
 #include "shell/FileMenu.h"
 
 #include "common/EditIcons.h"
-#include "documents/Document.h"
+#include "documents/DocumentType.h"
 #include "shell/RecentFiles.h"
-#include "shell/Workbench.h"
 
 #include <QKeySequence>
 
 namespace workbench {
 
-FileMenu::FileMenu(Workbench& workbench)
-    : QMenu(tr("&File"), &workbench)
-    , m_workbench(workbench)
+FileMenu::FileMenu(RecentFiles& recentFiles, QWidget* parent)
+    : QMenu(tr("&File"), parent)
 {
     addNewDocuments();
-    m_open = add(QStringLiteral("open"), tr("&Open…"), QKeySequence::Open, &Workbench::askForFiles);
-    addMenu(&workbench.recentFiles());
+    m_open =
+        add(QStringLiteral("open"), tr("&Open…"), QKeySequence::Open, &FileMenu::openRequested);
+    addMenu(&recentFiles);
     addSeparator();
-    m_save = add(QStringLiteral("save"), tr("&Save"), QKeySequence::Save, &Workbench::saveCurrent);
+    m_save = add(QStringLiteral("save"), tr("&Save"), QKeySequence::Save, &FileMenu::saveRequested);
     QAction* const saveAs =
         add(QStringLiteral("saveAs"), tr("Save &As…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
-            &Workbench::saveCurrentAs);
+            &FileMenu::saveAsRequested);
     QAction* const saveAll =
-        add(QStringLiteral("saveAll"), tr("Save A&ll"), {}, &Workbench::saveAll);
+        add(QStringLiteral("saveAll"), tr("Save A&ll"), {}, &FileMenu::saveAllRequested);
     QAction* const rename =
         add(QStringLiteral("rename"), tr("Rena&me…"), QKeySequence(QStringLiteral("Shift+F2")),
-            &Workbench::renameCurrent);
+            &FileMenu::renameRequested);
     addSeparator();
-    add(QStringLiteral("import"), tr("&Import…"), {}, &Workbench::importDocument);
+    add(QStringLiteral("import"), tr("&Import…"), {}, &FileMenu::importRequested);
     QAction* const exporting =
-        add(QStringLiteral("export"), tr("&Export…"), {}, &Workbench::exportCurrent);
+        add(QStringLiteral("export"), tr("&Export…"), {}, &FileMenu::exportRequested);
     QAction* const copyUri =
         add(QStringLiteral("copyUri"), tr("Copy as &URI"),
-            QKeySequence(QStringLiteral("Ctrl+Alt+C")), &Workbench::copyCurrentAsUri);
+            QKeySequence(QStringLiteral("Ctrl+Alt+C")), &FileMenu::copyAsUriRequested);
     addSeparator();
     QAction* const closing = add(QStringLiteral("close"), tr("&Close"),
-                                 QKeySequence(QStringLiteral("Ctrl+W")), &Workbench::closeCurrent);
+                                 QKeySequence(QStringLiteral("Ctrl+W")), &FileMenu::closeRequested);
     QAction* const quit = addAction(tr("&Quit"));
     quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
-    connect(quit, &QAction::triggered, &workbench, &QWidget::close);
+    connect(quit, &QAction::triggered, this, &FileMenu::quitRequested);
 
     m_open->setIcon(openIcon());
     m_save->setIcon(saveIcon());
-    m_forDocuments = {m_save, saveAs, saveAll, exporting, closing};
-    m_forFiles = {rename, copyUri};
-    connect(&workbench, &Workbench::currentDocumentChanged, this, &FileMenu::enableActions);
-    connect(this, &QMenu::aboutToShow, this, &FileMenu::enableActions);
-    enableActions();
+    m_forDocuments = {m_save, saveAs, saveAll, rename, exporting, copyUri, closing};
+    setHasDocument(false);
 }
 
 QList<QAction*> FileMenu::toolBarActions() const
@@ -55,36 +51,32 @@ QList<QAction*> FileMenu::toolBarActions() const
 }
 
 QAction* FileMenu::add(const QString& name, const QString& text, const QKeySequence& shortcut,
-                       void (Workbench::*operation)())
+                       void (FileMenu::*requested)())
 {
     QAction* const action = addAction(text);
     action->setObjectName(name);
     action->setShortcut(shortcut);
-    connect(action, &QAction::triggered, &m_workbench, operation);
+    connect(action, &QAction::triggered, this, requested);
     return action;
 }
 
 void FileMenu::addNewDocuments()
 {
     QMenu* const menu = addMenu(tr("&New"));
-    for (const DocumentType& type : documentTypes()) {
-        QAction* const action = menu->addAction(type.name);
-        action->setObjectName(QStringLiteral("new:") + type.id);
-        connect(action, &QAction::triggered, &m_workbench,
-                [this, &type] { m_workbench.newDocument(type); });
+    for (const DocumentType* const type : documentTypes()) {
+        QAction* const action = menu->addAction(type->name);
+        action->setObjectName(QStringLiteral("new:") + type->id);
+        connect(action, &QAction::triggered, this, [this, type] { Q_EMIT newRequested(*type); });
     }
     menu->actions().constFirst()->setShortcut(QKeySequence::New);
 }
 
-/// A shortcut of a disabled action does nothing; so those that may work at any time stay enabled while
-/// there is a document.
-void FileMenu::enableActions()
+void FileMenu::setHasDocument(bool hasDocument)
 {
-    const Document* const document = m_workbench.currentDocument();
+    // An action that also needs a file or a change stays enabled while there is a document: a disabled
+    // one would swallow its shortcut and tell the user nothing.
     for (QAction* const action : m_forDocuments)
-        action->setEnabled(document);
-    for (QAction* const action : m_forFiles)
-        action->setEnabled(document);
+        action->setEnabled(hasDocument);
 }
 
 } // namespace workbench

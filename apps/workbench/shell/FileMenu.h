@@ -3,35 +3,47 @@
 #include <QList>
 #include <QMenu>
 
-#include <functional>
-
 namespace workbench {
 
-class Document;
-class Workbench;
+struct DocumentType;
+class RecentFiles;
 
-/// The menu "File".
+/// The menu "File". The window carries out what the signals ask for.
 class FileMenu : public QMenu
 {
     Q_OBJECT
 
 public:
-    explicit FileMenu(Workbench& workbench);
+    /// \p recentFiles is shown as a menu of its own.
+    FileMenu(RecentFiles& recentFiles, QWidget* parent);
 
     /// What is used most.
     QList<QAction*> toolBarActions() const;
 
+    /// Enables what needs a document.
+    void setHasDocument(bool hasDocument);
+
+Q_SIGNALS:
+    void newRequested(const workbench::DocumentType& type);
+    void openRequested();
+    void saveRequested();
+    void saveAsRequested();
+    void saveAllRequested();
+    void renameRequested();
+    void importRequested();
+    void exportRequested();
+    void copyAsUriRequested();
+    void closeRequested();
+    void quitRequested();
+
 private:
     QAction* add(const QString& name, const QString& text, const QKeySequence& shortcut,
-                 void (Workbench::*operation)());
+                 void (FileMenu::*requested)());
     void addNewDocuments();
-    void enableActions();
 
-    Workbench& m_workbench;
     QAction* m_open;
     QAction* m_save;
     QList<QAction*> m_forDocuments;
-    QList<QAction*> m_forFiles; ///< need a document that has a file
 };
 
 } // namespace workbench

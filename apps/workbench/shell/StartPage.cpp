@@ -46,10 +46,10 @@ StartPage::StartPage(QWidget* parent)
     auto* const rows = new QVBoxLayout(column);
     rows->setSpacing(6);
     rows->addWidget(makeHeading(tr("Begin"), column));
-    for (const DocumentType& type : documentTypes()) {
-        auto* const button = new QPushButton(tr("New %1").arg(type.name.toLower()), column);
-        button->setObjectName(QStringLiteral("new:") + type.id);
-        connect(button, &QPushButton::clicked, this, [this, &type] { Q_EMIT newRequested(type); });
+    for (const DocumentType* const type : documentTypes()) {
+        auto* const button = new QPushButton(tr("New %1").arg(type->name.toLower()), column);
+        button->setObjectName(QStringLiteral("new:") + type->id);
+        connect(button, &QPushButton::clicked, this, [this, type] { Q_EMIT newRequested(*type); });
         rows->addWidget(button);
     }
     auto* const open = new QPushButton(tr("Open…"), column);

@@ -2,7 +2,6 @@
 
 #include "common/styles.h"
 #include "shell/AccentSwatches.h"
-#include "shell/Workbench.h"
 
 #include <DockFramework/DockableWidget.h>
 
@@ -36,11 +35,10 @@ constexpr std::array commands = {
 
 } // namespace
 
-ViewMenu::ViewMenu(Workbench& workbench)
-    : QMenu(tr("&View"), &workbench)
-    , m_workbench(workbench)
+ViewMenu::ViewMenu(const QList<DockableWidget*>& panels, QWidget* parent)
+    : QMenu(tr("&View"), parent)
 {
-    for (const DockableWidget* const panel : workbench.panels())
+    for (const DockableWidget* const panel : panels)
         addAction(panel->toggleViewAction());
     addSeparator();
     m_styles = addMenu(tr("&Style"));
@@ -53,7 +51,7 @@ ViewMenu::ViewMenu(Workbench& workbench)
     addSeparator();
     QAction* const options = addAction(tr("&Options…"));
     options->setObjectName(QStringLiteral("options"));
-    connect(options, &QAction::triggered, &workbench, &Workbench::showOptions);
+    connect(options, &QAction::triggered, this, &ViewMenu::optionsRequested);
 }
 
 ViewMenu::~ViewMenu() = default;
@@ -106,9 +104,9 @@ void ViewMenu::call(const char* command)
     try {
         host::callCommand(command, {}, {}, {"Workbench", 0});
     } catch (const std::exception& error) {
-        m_workbench.showFailure({tr("The command “%1” didn't work.").arg(QLatin1String(command)),
-                                 QString::fromUtf8(error.what()),
-                                 tr("Try it once more, or restart the program.")});
+        Q_EMIT failed({tr("The command “%1” didn't work.").arg(QLatin1String(command)),
+                       QString::fromUtf8(error.what()),
+                       tr("Try it once more, or restart the program.")});
     }
 }
 
@@ -117,10 +115,10 @@ void ViewMenu::keep(const std::function<void()>& choice)
     try {
         choice();
     } catch (const std::exception& error) {
-        m_workbench.showFailure({tr("Your choice isn't kept for the next start."),
-                                 QString::fromUtf8(error.what()),
-                                 tr("Check that “%1” can be written.")
-                                     .arg(QString::fromStdString(host::optionsFile()))});
+        Q_EMIT failed({tr("Your choice isn't kept for the next start."),
+                       QString::fromUtf8(error.what()),
+                       tr("Check that “%1” can be written.")
+                           .arg(QString::fromStdString(host::optionsFile()))});
     }
 }
 

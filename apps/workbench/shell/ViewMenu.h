@@ -1,15 +1,17 @@
 #pragma once
 
+#include "common/Failure.h"
+
+#include <QList>
 #include <QMenu>
 
 #include <functional>
 #include <memory>
 
+class DockableWidget;
 class QActionGroup;
 
 namespace workbench {
-
-class Workbench;
 
 /// The menu "View": the panels, the styles with their accent, the library's commands, the options.
 class ViewMenu : public QMenu
@@ -17,8 +19,14 @@ class ViewMenu : public QMenu
     Q_OBJECT
 
 public:
-    explicit ViewMenu(Workbench& workbench);
+    /// \p panels are those that can be shown and hidden.
+    ViewMenu(const QList<DockableWidget*>& panels, QWidget* parent);
     ~ViewMenu() override;
+
+Q_SIGNALS:
+    void optionsRequested();
+    /// Something that the user has asked for didn't work.
+    void failed(const workbench::Failure& failure);
 
 private:
     void fillStyles();
@@ -27,7 +35,6 @@ private:
     void call(const char* command);
     void keep(const std::function<void()>& choice);
 
-    Workbench& m_workbench;
     QMenu* m_styles;
     std::unique_ptr<QActionGroup> m_styleChoice;
 };

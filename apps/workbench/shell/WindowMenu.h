@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QMenu>
+#include <QPointer>
+
+class DockFrame;
 
 namespace workbench {
 
-class Workbench;
+class Document;
 
 /// The menu "Window": the documents that are open.
 class WindowMenu : public QMenu
@@ -12,13 +15,18 @@ class WindowMenu : public QMenu
     Q_OBJECT
 
 public:
-    explicit WindowMenu(Workbench& workbench);
+    /// \p frame, the parent, has the documents' windows.
+    explicit WindowMenu(DockFrame& frame);
+
+    /// Marks the window of \p document, which may be nullptr, as the current one.
+    void setDocument(Document* document);
 
 private:
     void fill();
     void activateNeighbour(int step);
 
-    Workbench& m_workbench;
+    DockFrame& m_frame;
+    QPointer<const Document> m_document;
     QAction* m_next;
     QAction* m_previous;
 };

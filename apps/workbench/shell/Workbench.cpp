@@ -2,31 +2,30 @@
 
 #include "common/NumberText.h"
 #include "common/file_uri.h"
+#include "common/path_names.h"
 #include "common/requests.h"
 #include "common/styles.h"
-#include "documents/CompressionTask.h"
 #include "documents/Document.h"
 #include "documents/FileNameDialog.h"
-#include "documents/save_file_name.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
-#include "schematic/SchematicDocument.h"
 #include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
 #include "script/ScriptDocument.h"
 #include "search/FindInFilesDialog.h"
+#include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
 #include "shell/FileMenu.h"
 #include "shell/OptionsDialog.h"
 #include "shell/RecentFiles.h"
+#include "shell/Session.h"
 #include "shell/StartPage.h"
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
-#include "testplan/TestPlanDocument.h"
+#include "shell/document_types.h"
 
 #include <DockFramework/DockableWidget.h>
 
-#include <HostSupport/host.h>
 #include <HostSupport/saving.h>
 
 #include <QAction>
@@ -50,15 +49,6 @@ namespace {
 
 constexpr int messageTime = 5'000;
 
-Document* makeDocument(const DocumentType& type, const QString& title, QWidget* parent)
-{
-    if (type.id == QLatin1String("testplan"))
-        return new TestPlanDocument(title, parent);
-    if (type.id == QLatin1String("schematic"))
-        return new SchematicDocument(title, parent);
-    return new ScriptDocument(title, parent);
-}
-
 /// The one name of a file that may be reached by several.
 QString canonical(const QString& file)
 {
@@ -70,10 +60,10 @@ QString dialogFilter()
 {
     QStringList all;
     QStringList filters;
-    for (const DocumentType& type : documentTypes()) {
-        const QString pattern = QLatin1Char('*') + type.extension;
+    for (const DocumentType* const type : documentTypes()) {
+        const QString pattern = QLatin1Char('*') + type->extension;
         all.append(pattern);
-        filters.append(QStringLiteral("%1s (%2)").arg(type.name, pattern));
+        filters.append(QStringLiteral("%1s (%2)").arg(type->name, pattern));
     }
     filters.prepend(QStringLiteral("Documents (%1)").arg(all.join(QLatin1Char(' '))));
     return filters.join(QStringLiteral(";;"));
@@ -94,18 +84,15 @@ Failure joined(const QList<Failure>& failures)
             reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
 }
 
-QString compressedExtension()
-{
-    return QStringLiteral(".z");
-}
-
 } // namespace
 
 Workbench::Workbench()
     : m_recentFiles(new RecentFiles(this))
+    , m_transfer(new DocumentTransfer(*this))
     , m_toolBar(new QToolBar(tr("Tools"), this))
     , m_separator(new QAction(this))
 {
+    addOwnDocumentTypes();
     m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
     setWindowTitle(QStringLiteral("Workbench"));
@@ -116,6 +103,7 @@ Workbench::Workbench()
     addToolBar(m_toolBar);
     makePanels();
     makeMenus();
+    connectTransfer();
     statusBar()->setSizeGripEnabled(false);
     keepEditedStyles(*this, [this](const Failure& failure) { showFailure(failure); });
     connect(this, &DockFrame::highlightedChanged, this, &Workbench::followHighlighted);
@@ -147,10 +135,46 @@ void Workbench::makePanels()
 
 void Workbench::makeMenus()
 {
-    menuBar()->addMenu(new FileMenu(*this));
-    menuBar()->addMenu(new EditMenu(*this));
-    menuBar()->addMenu(new ViewMenu(*this));
-    menuBar()->addMenu(new WindowMenu(*this));
+    m_fileMenu = new FileMenu(*m_recentFiles, this);
+    auto* const edit = new EditMenu(*this);
+    auto* const view = new ViewMenu(panels(), this);
+    auto* const windows = new WindowMenu(*this);
+    for (QMenu* const menu : std::initializer_list<QMenu*>{m_fileMenu, edit, view, windows})
+        menuBar()->addMenu(menu);
+    connectFileMenu();
+    connect(edit, &EditMenu::findInFilesRequested, this, &Workbench::findInFiles);
+    connect(view, &ViewMenu::optionsRequested, this, &Workbench::showOptions);
+    connect(view, &ViewMenu::failed, this, &Workbench::showFailure);
+    connect(this, &Workbench::currentDocumentChanged, edit, &EditMenu::setDocument);
+    connect(this, &Workbench::currentDocumentChanged, windows, &WindowMenu::setDocument);
+}
+
+void Workbench::connectFileMenu()
+{
+    connect(m_fileMenu, &FileMenu::newRequested, this, &Workbench::newDocument);
+    connect(m_fileMenu, &FileMenu::openRequested, this, &Workbench::askForFiles);
+    connect(m_fileMenu, &FileMenu::saveRequested, this, &Workbench::saveCurrent);
+    connect(m_fileMenu, &FileMenu::saveAsRequested, this, &Workbench::saveCurrentAs);
+    connect(m_fileMenu, &FileMenu::saveAllRequested, this, &Workbench::saveAll);
+    connect(m_fileMenu, &FileMenu::renameRequested, this, &Workbench::renameCurrent);
+    connect(m_fileMenu, &FileMenu::importRequested, m_transfer, &DocumentTransfer::importFile);
+    connect(m_fileMenu, &FileMenu::exportRequested, this, &Workbench::exportCurrent);
+    connect(m_fileMenu, &FileMenu::copyAsUriRequested, this, &Workbench::copyCurrentAsUri);
+    connect(m_fileMenu, &FileMenu::closeRequested, this, &Workbench::closeCurrent);
+    connect(m_fileMenu, &FileMenu::quitRequested, this, &QWidget::close);
+    connect(this, &Workbench::currentDocumentChanged, m_fileMenu,
+            [this](const Document* document) { m_fileMenu->setHasDocument(document); });
+}
+
+void Workbench::connectTransfer()
+{
+    connect(m_transfer, &DocumentTransfer::exported, this, [this](const zvutil::ZvFilePath& path) {
+        showMessage(tr("Exported to “%1”").arg(path.toQString()));
+    });
+    connect(m_transfer, &DocumentTransfer::imported, this,
+            [this](const zvutil::ZvFilePath& path) { openFile(qtFileName(path)); });
+    connect(m_transfer, &DocumentTransfer::failed, this, &Workbench::showFailure);
+    connect(m_transfer, &DocumentTransfer::finished, this, &QWidget::close);
 }
 
 void Workbench::restoreSession()
@@ -159,22 +183,22 @@ void Workbench::restoreSession()
     m_recentFiles->restoreState(settings);
     m_files->restoreState(settings);
     m_console->restoreState(settings);
-    // Those that have gone since are left out; the recent files still name them.
-    for (const QString& file : settings.value(QStringLiteral("Session/files")).toStringList()) {
+    const Session session = Session::restored(settings);
+    // Files that no longer exist are skipped without a message; the recent files still name them.
+    for (const QString& file : session.files) {
         if (QFileInfo::exists(file))
             openFile(file);
     }
-    restoreGeometry(settings.value(QStringLiteral("Session/geometry")).toByteArray());
-    restoreLayout(settings.value(QStringLiteral("Session/layout")).toByteArray());
-    const QString current = settings.value(QStringLiteral("Session/current")).toString();
-    if (!current.isEmpty() && QFileInfo::exists(current))
-        openFile(current);
+    restoreGeometry(session.geometry);
+    restoreLayout(session.layout);
+    if (!session.current.isEmpty() && QFileInfo::exists(session.current))
+        openFile(session.current);
 }
 
 Document* Workbench::newDocument(const DocumentType& type)
 {
     const QString title = QStringLiteral("%1 %2").arg(type.name).arg(++m_newDocuments);
-    Document* const document = makeDocument(type, title, this);
+    Document* const document = type.make(title, this);
     addDocument(document);
     return document;
 }
@@ -197,7 +221,7 @@ Document* Workbench::openFile(const QString& file)
                      tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
         return nullptr;
     }
-    Document* const document = makeDocument(*type, path, this);
+    Document* const document = type->make(path, this);
     connect(document, &Document::failed, this, &Workbench::showFailure);
     if (!document->load(filePath(QDir::toNativeSeparators(path)))) {
         document->deleteLater();
@@ -323,7 +347,7 @@ void Workbench::followHighlighted(DockableWidget* window)
 void Workbench::fillToolBar()
 {
     m_toolBar->clear();
-    for (QAction* const action : findChild<FileMenu*>()->toolBarActions())
+    for (QAction* const action : m_fileMenu->toolBarActions())
         m_toolBar->addAction(action);
     if (!m_current)
         return;
@@ -400,38 +424,7 @@ void Workbench::exportCurrent()
         document->save();
     if (!document || document->filename().isEmpty() || document->isModified())
         return;
-    const zvutil::ZvFilePath source = document->filename();
-    const QString target =
-        saveFileName(this, tr("Export"), qtFileName(source) + compressedExtension(),
-                     tr("Compressed documents"), compressedExtension());
-    if (target.isEmpty())
-        return;
-    auto* const task = new CompressionTask(CompressionRequest::Direction::Compress, source,
-                                           filePath(target), this);
-    connect(task, &CompressionTask::completed, this, [this](const zvutil::ZvFilePath& path) {
-        showMessage(tr("Exported to “%1”").arg(path.toQString()));
-    });
-    connect(task, &CompressionTask::failed, this, &Workbench::showFailure);
-}
-
-void Workbench::importDocument()
-{
-    const QString source = QFileDialog::getOpenFileName(
-        this, tr("Import"), QString(), tr("Compressed documents (*%1)").arg(compressedExtension()));
-    if (source.isEmpty())
-        return;
-    const QFileInfo file(source);
-    const DocumentType* const type = documentTypeOfFile(file.completeBaseName());
-    const QString target =
-        FileNameDialog::ask(this, tr("Import As"), file.absolutePath(), file.completeBaseName(),
-                            type ? type->extension : QString());
-    if (target.isEmpty())
-        return;
-    auto* const task = new CompressionTask(CompressionRequest::Direction::Decompress,
-                                           filePath(source), filePath(target), this);
-    connect(task, &CompressionTask::completed, this,
-            [this](const zvutil::ZvFilePath& path) { openFile(qtFileName(path)); });
-    connect(task, &CompressionTask::failed, this, &Workbench::showFailure);
+    m_transfer->exportFile(document->filename());
 }
 
 void Workbench::copyCurrentAsUri()
@@ -495,7 +488,7 @@ void Workbench::showFailure(const Failure& failure)
 void Workbench::closeEvent(QCloseEvent* event)
 {
     // Asked once more, it is about to close or has done so.
-    if (m_isClosing || isCompressing()) {
+    if (m_isClosing || m_transfer->awaitRunning()) {
         event->ignore();
         return;
     }
@@ -511,14 +504,15 @@ void Workbench::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    // They are deleted by the event loop, later, and may have got a name just now.
-    QStringList files;
+    // The event loop deletes the documents later, and a document may have got its name just now.
+    Session session{{}, {}, saveGeometry(), layout};
     for (const QPointer<const Document>& document : open) {
         if (document && !document->filename().isEmpty())
-            files.append(canonical(qtFileName(document->filename())));
+            session.files.append(canonical(qtFileName(document->filename())));
     }
-    const bool isKept = saveSession(
-        files, current ? canonical(qtFileName(current->filename())) : QString(), layout);
+    if (current)
+        session.current = canonical(qtFileName(current->filename()));
+    const bool isKept = saveSession(session);
     DockFrame::closeEvent(event);
     // The style editor and its like go along.
     QApplication::closeAllWindows();
@@ -527,18 +521,6 @@ void Workbench::closeEvent(QCloseEvent* event)
              {tr("What is open won't be opened again at the next start."),
               tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
               tr("Check your rights to that file, and that the disk isn't full.")});
-}
-
-/// Shows what is being exported or imported, and closes the window when that is done.
-bool Workbench::isCompressing()
-{
-    const QList<CompressionTask*> tasks = findChildren<CompressionTask*>();
-    for (CompressionTask* const task : tasks) {
-        task->showProgress();
-        connect(task, &QObject::destroyed, this, &QWidget::close,
-                Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
-    }
-    return !tasks.isEmpty();
 }
 
 /// A layout finds a window by its object name: that of a document is its file's from now on.
@@ -552,25 +534,15 @@ void Workbench::nameWindows()
     }
 }
 
-bool Workbench::saveSession(const QStringList& files, const QString& current,
-                            const QByteArray& layout)
+bool Workbench::saveSession(const Session& session)
 {
     QSettings settings(sessionFile(), host::settingsFormat());
     m_recentFiles->saveState(settings);
     m_files->saveState(settings);
     m_console->saveState(settings);
-    settings.setValue(QStringLiteral("Session/files"), files);
-    settings.setValue(QStringLiteral("Session/current"), current);
-    settings.setValue(QStringLiteral("Session/geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("Session/layout"), layout);
+    session.saveTo(settings);
     settings.sync();
     return settings.status() == QSettings::NoError;
-}
-
-QString sessionFile()
-{
-    const QFileInfo options(QString::fromStdString(host::optionsFile()));
-    return options.dir().filePath(QStringLiteral("workbench.ini"));
 }
 
 } // namespace workbench

@@ -7,7 +7,6 @@
 
 #include <zvutil/ZvFilePath.h>
 
-#include <QByteArray>
 #include <QList>
 #include <QPointer>
 #include <QString>
@@ -17,17 +16,19 @@
 
 class QAction;
 class QCloseEvent;
-class QSettings;
 class QToolBar;
 
 namespace workbench {
 
 class ConsolePanel;
 class Document;
+class DocumentTransfer;
+class FileMenu;
 class FilesPanel;
 class FindInFilesDialog;
 class LogPanel;
 class RecentFiles;
+struct Session;
 class StartPage;
 
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
@@ -68,7 +69,6 @@ public:
     void saveAll();
     void renameCurrent();
     void exportCurrent();
-    void importDocument();
     void copyCurrentAsUri();
     void closeCurrent();
     void findInFiles();
@@ -86,19 +86,23 @@ protected:
 private:
     void makePanels();
     void makeMenus();
+    void connectFileMenu();
+    void connectTransfer();
     void addDocument(Document* document);
     void forgetDocument(const Document* document);
     void showStartPage();
     void followHighlighted(DockableWidget* window);
     void fillToolBar();
     bool hasFile(const Document& document);
-    bool isCompressing();
     void openAtLine(const QString& file, int line);
     void nameWindows();
-    bool saveSession(const QStringList& files, const QString& current, const QByteArray& layout);
+    bool saveSession(const Session& session);
 
-    RecentFiles* m_recentFiles; // this and the next are children
+    // The window owns these as its children.
+    RecentFiles* m_recentFiles;
+    DocumentTransfer* m_transfer;
     QToolBar* m_toolBar;
+    FileMenu* m_fileMenu;
     QAction* m_separator; // of the tool bar
     FilesPanel* m_files;
     ConsolePanel* m_console;
@@ -110,8 +114,5 @@ private:
     int m_newDocuments = 0;
     bool m_isClosing = false;
 };
-
-/// Where sessions are kept, beside the host's options.
-QString sessionFile();
 
 } // namespace workbench

@@ -3,6 +3,7 @@
 #include "common/styles.h"
 #include "shell/Arguments.h"
 #include "shell/Workbench.h"
+#include "shell/document_types.h"
 
 #include <zvutil/ZvStyleManager.h>
 
@@ -66,6 +67,7 @@ void takePicture(Workbench& window, const QString& file, bool exits)
 QString open(const QStringList& words)
 {
     static QPointer<Workbench> window;
+    addOwnDocumentTypes();
     const Arguments arguments = Arguments::of(words);
     if (!arguments.error.isEmpty())
         return arguments.error;

@@ -1,6 +1,7 @@
 #include "testplan/TestPlanDocument.h"
 
 #include "common/EditIcons.h"
+#include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
@@ -12,8 +13,18 @@
 
 namespace workbench {
 
+const DocumentType& testPlanType()
+{
+    static const DocumentType type = {QStringLiteral("testplan"), QStringLiteral("Test plan"),
+                                      QStringLiteral(".testplan"), 2,
+                                      [](const QString& title, QWidget* parent) -> Document* {
+                                          return new TestPlanDocument(title, parent);
+                                      }};
+    return type;
+}
+
 TestPlanDocument::TestPlanDocument(const QString& title, QWidget* parent)
-    : UndoDocument(*documentTypeOf(QStringLiteral("testplan")), title, parent)
+    : UndoDocument(testPlanType(), title, parent)
     , m_view(new TestPlanView(m_model, this))
 {
     setView(*m_view, m_model.undoStack());

@@ -34,4 +34,7 @@ private:
     TestPlanView* m_view;
 };
 
+/// The type of test plans, to be added by `addDocumentType`.
+const DocumentType& testPlanType();
+
 } // namespace workbench

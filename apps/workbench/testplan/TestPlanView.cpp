@@ -1,6 +1,7 @@
 #include "testplan/TestPlanView.h"
 
 #include "documents/ProgressBox.h"
+#include "testplan/HeadingEditor.h"
 #include "testplan/TestPlanClipboard.h"
 #include "testplan/TestPlanDelegate.h"
 #include "testplan/TestPlanModel.h"
@@ -12,13 +13,11 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPainter>
 #include <QScopeGuard>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QStyle>
 
 #include <algorithm>
@@ -31,35 +30,12 @@ namespace workbench {
 namespace {
 
 constexpr qint64 manyCells = 1'000'000;
-constexpr int narrowestColumn = 64;
-constexpr int widestColumn = 340;
+constexpr int minColumnWidth = 64;
+constexpr int maxColumnWidth = 340;
 constexpr int rowMargin = 10;
 constexpr int columnMargin = 18;
 constexpr int measuredColumns = 100;
 constexpr int measuredRows = 200;
-
-/// Where a part goes that moves by one.
-template <typename Span>
-int destinationOf(const Span& span, int step)
-{
-    return step < 0 ? span.first - 1 : span.first + span.count + 1;
-}
-
-template <typename Spans>
-bool mayMove(const Spans& spans, int step, int all)
-{
-    return !spans.empty()
-        && (step < 0 ? spans.front().first > 0 : spans.back().first + spans.back().count < all);
-}
-
-template <typename Spans>
-int countOf(const Spans& spans)
-{
-    int count = 0;
-    for (const auto& span : spans)
-        count += span.count;
-    return count;
-}
 
 bool isModifiedBy(const QKeyEvent& event, Qt::KeyboardModifiers modifiers)
 {
@@ -72,6 +48,7 @@ bool isModifiedBy(const QKeyEvent& event, Qt::KeyboardModifiers modifiers)
 TestPlanView::TestPlanView(TestPlanModel& model, QWidget* parent)
     : QTableView(parent)
     , m_model(model)
+    , m_headings(std::make_unique<HeadingEditor>(*horizontalHeader()))
 {
     setObjectName(QStringLiteral("testPlanView"));
     setModel(&model);
@@ -90,17 +67,26 @@ TestPlanView::TestPlanView(TestPlanModel& model, QWidget* parent)
     horizontalHeader()->setHighlightSections(false);
     connect(horizontalHeader(), &QHeaderView::sectionDoubleClicked, this,
             &TestPlanView::renameHeading);
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { endRenaming(true); });
-    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { endRenaming(false); });
+    connect(m_headings.get(), &HeadingEditor::ended, this, [this] { setFocus(); });
+    connect(m_headings.get(), &HeadingEditor::renamed, this,
+            [this](int section, const QString& name) {
+                m_model.setHeaderData(section, Qt::Horizontal, name, Qt::EditRole);
+            });
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this,
+            [this] { m_headings->end(true); });
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this,
+            [this] { m_headings->end(false); });
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
             [this] { viewport()->update(); });
     setCurrentIndex(model.index(0, 0));
     fitColumns();
 }
 
+TestPlanView::~TestPlanView() = default;
+
 void TestPlanView::finishTyping()
 {
-    endRenaming(true);
+    m_headings->end(true);
     QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
     if (!editor)
         return;
@@ -121,7 +107,7 @@ void TestPlanView::fitColumns()
                 width = std::max(width,
                                  metrics.horizontalAdvance(cellText(m_model.value(row, column))));
         }
-        setColumnWidth(column, qBound(narrowestColumn, width + columnMargin, widestColumn));
+        setColumnWidth(column, qBound(minColumnWidth, width + columnMargin, maxColumnWidth));
     }
 }
 
@@ -238,7 +224,7 @@ void TestPlanView::moveSelectedRows(int step)
 {
     finishTyping();
     const Spans spans = selectedSpans(Qt::Vertical);
-    if (mayMove(spans, step, m_model.rowCount()))
+    if (canMove(spans, step, m_model.rowCount()))
         change(tr("Move rows"), spans, [this, step](const Span& span) {
             m_model.moveRows(QModelIndex(), span.first, span.count, QModelIndex(),
                              destinationOf(span, step));
@@ -283,7 +269,7 @@ void TestPlanView::moveSelectedColumns(int step)
 {
     finishTyping();
     const Spans spans = selectedSpans(Qt::Horizontal);
-    if (mayMove(spans, step, m_model.columnCount()))
+    if (canMove(spans, step, m_model.columnCount()))
         change(tr("Move columns"), spans, [this, step](const Span& span) {
             m_model.moveColumns(QModelIndex(), span.first, span.count, QModelIndex(),
                                 destinationOf(span, step));
@@ -324,22 +310,7 @@ void TestPlanView::selectCurrentColumns()
 void TestPlanView::renameHeading(int section)
 {
     finishTyping();
-    QHeaderView* const header = horizontalHeader();
-    m_headingField = new QLineEdit(header->viewport());
-    m_headingSection = section;
-    m_headingField->setObjectName(QStringLiteral("headingField"));
-    m_headingField->setStyleSheet(QStringLiteral("padding: 0 2px; font-size: 9pt;"));
-    m_headingField->setText(m_model.headerData(section, Qt::Horizontal, Qt::EditRole).toString());
-    m_headingField->selectAll();
-    m_headingField->setGeometry(header->sectionViewportPosition(section), 0,
-                                std::max(header->sectionSize(section), narrowestColumn),
-                                header->height());
-    connect(m_headingField, &QLineEdit::editingFinished, this, [this] { endRenaming(true); });
-    auto* const cancel = new QShortcut(Qt::Key_Escape, m_headingField);
-    cancel->setContext(Qt::WidgetShortcut);
-    connect(cancel, &QShortcut::activated, this, [this] { endRenaming(false); });
-    m_headingField->show();
-    m_headingField->setFocus();
+    m_headings->edit(section, m_model.headerData(section, Qt::Horizontal, Qt::EditRole).toString());
 }
 
 void TestPlanView::keyPressEvent(QKeyEvent* event)
@@ -398,7 +369,7 @@ QRect TestPlanView::selectedRectangle() const
     return all;
 }
 
-TestPlanView::Spans TestPlanView::selectedSpans(Qt::Orientation orientation) const
+Spans TestPlanView::selectedSpans(Qt::Orientation orientation) const
 {
     std::vector<QRect> blocks = selectedBlocks();
     if (blocks.empty())
@@ -410,17 +381,7 @@ TestPlanView::Spans TestPlanView::selectedSpans(Qt::Orientation orientation) con
             spans.push_back(
                 {isRows ? block.top() : block.left(), isRows ? block.height() : block.width()});
     }
-    std::sort(spans.begin(), spans.end(),
-              [](const Span& a, const Span& b) { return a.first < b.first; });
-    Spans united;
-    for (const Span& span : spans) {
-        const int end = united.empty() ? -1 : united.back().first + united.back().count;
-        if (span.first > end)
-            united.push_back(span);
-        else
-            united.back().count += std::max(span.first + span.count - end, 0);
-    }
-    return united;
+    return united(std::move(spans));
 }
 
 CellGrid TestPlanView::selectedCells() const
@@ -604,19 +565,6 @@ void TestPlanView::paintComment(QPainter& painter, int row)
         QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
     painter.drawText(room.adjusted(margin, 0, -margin, 0), int(leading | Qt::AlignAbsolute),
                      metrics.elidedText(text, Qt::ElideRight, room.width() - 2 * margin));
-}
-
-void TestPlanView::endRenaming(bool isKept)
-{
-    // The field tells of its end once more when it loses the focus.
-    QLineEdit* const field = std::exchange(m_headingField, nullptr);
-    if (!field)
-        return;
-    field->hide();
-    field->deleteLater();
-    setFocus();
-    if (isKept)
-        m_model.setHeaderData(m_headingSection, Qt::Horizontal, field->text(), Qt::EditRole);
 }
 
 } // namespace workbench

@@ -1,19 +1,20 @@
 #pragma once
 
 #include "common/Failure.h"
+#include "testplan/Span.h"
 #include "testplan/TestPlanModel.h"
 
 #include <QRect>
 #include <QTableView>
 
 #include <functional>
+#include <memory>
 #include <vector>
-
-class QLineEdit;
 
 namespace workbench {
 
 class ClipboardCells;
+class HeadingEditor;
 struct CellGrid;
 
 /// A test plan as a table, with the keys that people know from spreadsheets and what they lead to.
@@ -24,6 +25,7 @@ class TestPlanView : public QTableView
 public:
     /// The model has to stay for as long as the view.
     TestPlanView(TestPlanModel& model, QWidget* parent);
+    ~TestPlanView() override;
 
     /// Takes what is being typed over into the model.
     void finishTyping();
@@ -75,15 +77,6 @@ private:
         std::vector<CellValue> values;
     };
 
-    /// Rows or columns that follow each other.
-    struct Span
-    {
-        int first;
-        int count;
-    };
-    /// In the order of the table, with others between them.
-    using Spans = std::vector<Span>;
-
     /// In columns and rows, as all of the rectangles here.
     std::vector<QRect> selectedBlocks() const;
     /// With all that lies between the blocks.
@@ -106,11 +99,9 @@ private:
     bool mayPaste(const ClipboardCells& cells);
     /// Over the empty cells behind it, if its own is too narrow.
     void paintComment(QPainter& painter, int row);
-    void endRenaming(bool isKept);
 
     TestPlanModel& m_model;
-    QLineEdit* m_headingField = nullptr; ///< while a heading is being typed
-    int m_headingSection = 0;
+    std::unique_ptr<HeadingEditor> m_headings;
 };
 
 } // namespace workbench
