@@ -55,18 +55,18 @@ elseif(ZV_SANITIZE STREQUAL "thread")
     )
 endif()
 
-# zv_add_test(NAME [GUI] [XVFB] [THREADS FUNCTION...] [LIBRARIES TARGET...] [DEFINITIONS DEFINITION...]
-#     [DEPENDS TARGET...])
+# zv_add_test(NAME [GUI] [XVFB] [THREADS] [FIXTURE HEADER] [LIBRARIES TARGET...]
+#     [DEFINITIONS DEFINITION...] [DEPENDS TARGET...])
 #
-# Adds the Qt Test program tst_NAME from tst_NAME.cpp as the test NAME. THREADS names the test functions
-# that are run under the thread sanitizer. GUI tells that it makes a QGuiApplication, XVFB that it needs a
-# display, which is one of its own.
+# Adds the Qt Test program tst_NAME from tst_NAME.cpp as the test NAME. GUI tells that it makes a
+# QGuiApplication, XVFB that it needs a display, which is one of its own, THREADS that it is also run under the
+# thread sanitizer. FIXTURE names the header with the class that its test class is derived from.
 function(zv_add_test name)
-    cmake_parse_arguments(arg "GUI;XVFB" "" "THREADS;LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
+    cmake_parse_arguments(arg "GUI;XVFB;THREADS" "FIXTURE" "LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
     if(ZV_TESTS STREQUAL "package" OR (ZV_TESTS STREQUAL "threads" AND NOT arg_THREADS))
         return()
     endif()
-    add_executable(tst_${name} tst_${name}.cpp)
+    add_executable(tst_${name} tst_${name}.cpp ${arg_FIXTURE})
     set_target_properties(tst_${name} PROPERTIES AUTOMOC ON)
     target_compile_definitions(tst_${name}
         PRIVATE $<$<BOOL:${ZV_SANITIZE}>:ZV_SANITIZED> ${arg_DEFINITIONS}
@@ -77,17 +77,13 @@ function(zv_add_test name)
     if(arg_DEPENDS)
         add_dependencies(tst_${name} ${arg_DEPENDS})
     endif()
-    set(functions)
-    if(ZV_TESTS STREQUAL "threads")
-        set(functions ${arg_THREADS})
-    endif()
     set(program tst_${name})
     set(environment "${ZV_TEST_ENVIRONMENT}")
     if(arg_XVFB)
         set(program "${ZV_XVFB_RUN}" -a -s "-screen 0 1280x900x24" $<TARGET_FILE:tst_${name}>)
         list(APPEND environment ${ZV_DISPLAY_ENVIRONMENT})
     endif()
-    add_test(NAME ${name} COMMAND ${program} ${functions})
+    add_test(NAME ${name} COMMAND ${program})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${environment}")
     if(arg_GUI AND ZV_SANITIZE MATCHES "address")
         # The platform plugin's leaks are known by a frame that only the slow unwinder finds.

@@ -1,3 +1,5 @@
+#include "CompressionFiles.h"
+
 #include <zvutil/ZvCompression.h>
 
 #include <zvutil/ZvFileException.h>
@@ -7,18 +9,13 @@
 #include "support/StdString.h"
 #include "support/Threads.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QScopeGuard>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
 
-#include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <string>
 #include <type_traits>
@@ -31,44 +28,22 @@
 #include <csignal>
 #endif
 
+using zvtest::content;
+using zvtest::path;
+using zvtest::randomBytes;
+using zvtest::write;
+using zvtest::Zlib;
 using zvutil::ZvFileException;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
 
 namespace {
 
-constexpr ZvCompressionType Zlib = ZvCompressionType::Zlib;
-
 static_assert(sizeof(ZvCompression) == 2 * sizeof(void*));
 static_assert(!std::is_polymorphic_v<ZvCompression>);
 static_assert(std::is_enum_v<ZvCompressionType> && int(Zlib) == 0);
 static_assert(std::is_nothrow_move_constructible_v<ZvCompression>);
 static_assert(std::is_nothrow_move_assignable_v<ZvCompression>);
-
-ZvFilePath path(const QString& name)
-{
-    return {name.toStdWString()};
-}
-
-QByteArray content(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
-
-bool write(const QString& name, const QByteArray& bytes)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray randomBytes(int count)
-{
-    QByteArray bytes(count, Qt::Uninitialized);
-    QRandomGenerator generator(20261121);
-    std::generate(bytes.begin(), bytes.end(), [&] { return char(generator.generate()); });
-    return bytes;
-}
 
 /// The message and the path that \p work throws, or "nothing" if it throws nothing.
 template <typename Work>
@@ -116,17 +91,11 @@ bool makeSparse(const QString& name, qint64 size)
 
 } // namespace
 
-class tst_ZvCompression : public QObject
+class tst_ZvCompression : public zvtest::CompressionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_dir->isValid());
-    }
-
     void objectsHaveNoState()
     {
         ZvCompression source;
@@ -543,27 +512,7 @@ private Q_SLOTS:
         QCOMPARE(content(file("target")), qCompress(QByteArray("text")));
     }
 
-    void severalThreadsShareNothing()
-    {
-        QVERIFY(write(file("source"), randomBytes(100'000)));
-        std::atomic<int> thread{0};
-        zvtest::onTwoThreads([&] {
-            const QString name = file("target") + QString::number(++thread);
-            for (int i = 0; i < 10; ++i) {
-                ZvCompression::compress(path(file("source")), path(name), Zlib, 1);
-                ZvCompression::decompress(path(name), path(name + QLatin1Char('x')), Zlib);
-            }
-        });
-        QVERIFY(content(file("target1x")) == randomBytes(100'000));
-        QVERIFY(content(file("target2x")) == randomBytes(100'000));
-    }
-
 private:
-    QString file(const char* name) const
-    {
-        return m_dir->filePath(QString::fromUtf8(name));
-    }
-
     static QByteArray flipped(QByteArray bytes, int position)
     {
         bytes[position] = char(bytes[position] ^ 1);
@@ -578,8 +527,6 @@ private:
         peer.start(QStringLiteral(PEER_FILE), {what});
         return peer.waitForFinished() ? peer.exitCode() : -1;
     }
-
-    std::unique_ptr<QTemporaryDir> m_dir;
 };
 
 QTEST_GUILESS_MAIN(tst_ZvCompression)

@@ -1,10 +1,11 @@
+#include "UuidTexts.h"
+
 #include <zvutil/ZvUUID.h>
 
 #include "support/Module.h"
 #include "support/StdString.h"
 #include "support/Threads.h"
 
-#include <QLibrary>
 #include <QTest>
 
 #include <algorithm>
@@ -23,6 +24,7 @@
 #include <cerrno>
 #endif
 
+using zvtest::textOf;
 using zvutil::uuid;
 using zvutil::ZvBasicString;
 using zvutil::ZvUUID;
@@ -37,11 +39,6 @@ static_assert(std::is_nothrow_move_constructible_v<ZvUUID>);
 static_assert(std::is_nothrow_move_assignable_v<ZvUUID>);
 
 constexpr char sample[] = "3F2504E0-4F89-41D3-9A0C-0305E82C3301";
-
-std::string textOf(const ZvUUID& id)
-{
-    return id.c_str();
-}
 
 bool isUpperDigit(char c)
 {
@@ -305,18 +302,6 @@ private Q_SLOTS:
         QVERIFY(empty.c_str() == place);
         target = uuid("x"); // NOLINT(bugprone-use-after-move)
         QCOMPARE(textOf(target), "x"s);
-    }
-
-    void severalThreadsRepeatNothing()
-    {
-        constexpr int count = 20'000;
-        std::vector<std::string> made(2 * std::size_t(count));
-        std::atomic<std::size_t> next{0};
-        zvtest::onTwoThreads([&] {
-            for (int i = 0; i < count; ++i)
-                made[next++] = textOf(ZvUUID());
-        });
-        QCOMPARE(std::set<std::string>(made.begin(), made.end()).size(), made.size());
     }
 
     void oneSystemCallServesManyIdentifiers()

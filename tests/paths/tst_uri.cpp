@@ -7,9 +7,7 @@
 #include <QTest>
 #include <QThread>
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <string>
@@ -68,6 +66,7 @@ static_assert(!std::is_move_constructible_v<zvutil::impl::uri_impl>);
 static_assert(std::is_constructible_v<uri, const char*> && std::is_constructible_v<uri, char[5]>);
 static_assert(std::is_constructible_v<uri, std::string>);
 static_assert(std::is_constructible_v<uri, const std::filesystem::path&>);
+
 // It would mean a path, as wide text does.
 static_assert(!std::is_constructible_v<uri, std::string_view>);
 static_assert(std::is_constructible_v<uri, const wchar_t*>);
@@ -332,20 +331,6 @@ private Q_SLOTS:
         QCOMPARE(splitOf(source), split);
         target = uri("file:x");
         QCOMPARE(target.kind(), UriKind::File);
-    }
-
-    void objectsOnSeveralThreadsShareNothing()
-    {
-        std::atomic<int> wrong{0};
-        const auto work = [&wrong] {
-            const Split expected = splitByExpression("http://me@srv:8080/p q");
-            for (int i = 0; i < 2'000; ++i) {
-                if (!(splitOf(uri("http://me@srv:8080/p q")) == expected))
-                    ++wrong;
-            }
-        };
-        zvtest::onTwoThreads(work);
-        QCOMPARE(wrong.load(), 0);
     }
 };
 

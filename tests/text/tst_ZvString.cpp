@@ -315,19 +315,6 @@ private Q_SLOTS:
             std::make_unique<ZvString>("a text that is too long to lie in the string itself");
         QCOMPARE(base->size(), std::size_t(51));
     }
-
-    void severalThreadsShareNothing()
-    {
-        const ZvString source("abc");
-        zvtest::onTwoThreads([&source] {
-            for (int i = 0; i < 1000; ++i) {
-                ZvString copy(source);
-                copy += source;
-                if (copy.compare("ABCabc") != 0)
-                    qFatal("a copy has changed on the way");
-            }
-        });
-    }
 };
 
 QTEST_APPLESS_MAIN(tst_ZvString)
