@@ -1,7 +1,8 @@
+#include "RecordingProcess.h"
+
 #include <zvutil/ZvAbstractIterativeProcess.h>
 
 #include <QAbstractEventDispatcher>
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaMethod>
 #include <QTest>
@@ -9,7 +10,6 @@
 #include <QTimerEvent>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -18,73 +18,11 @@
 #include <utility>
 #include <vector>
 
+using zvtest::deliver;
+using zvtest::Events;
+using zvtest::Process;
+
 namespace {
-
-using Events = std::vector<std::string>;
-
-/// Records all that happens to a process of a number of steps. What is set runs within.
-class Process : public ZvAbstractIterativeProcess
-{
-public:
-    explicit Process(int steps)
-        : m_left(steps)
-    {
-        record();
-    }
-
-    Process(int steps, int interval)
-        : ZvAbstractIterativeProcess(interval, nullptr)
-        , m_left(steps)
-    {
-        record();
-    }
-
-    bool hasMoreWork() override
-    {
-        if (onQuestion)
-            onQuestion();
-        return m_left > 0;
-    }
-
-    void processStep() override
-    {
-        --m_left;
-        events.push_back("step");
-        if (onStep)
-            onStep();
-    }
-
-    void reportStatus() override
-    {
-        events.push_back(running() ? "report" : "last report");
-        if (onReport)
-            onReport();
-    }
-
-    void setSteps(int steps) { m_left = steps; }
-
-    Events events;
-    std::function<void()> onQuestion;
-    std::function<void()> onStep;
-    std::function<void()> onReport;
-
-private:
-    void record()
-    {
-        const auto with = [this](const char* name) {
-            return [this, name] {
-                events.push_back(std::string(name) + (running() ? ", running" : ""));
-            };
-        };
-        connect(this, &ZvAbstractIterativeProcess::finished, this, with("finished"));
-        connect(this, &ZvAbstractIterativeProcess::restarted, this, with("restarted"));
-        connect(this, &ZvAbstractIterativeProcess::started, this, with("started"));
-        connect(this, &ZvAbstractIterativeProcess::startRequested, this, with("startRequested"));
-        connect(this, &ZvAbstractIterativeProcess::stopRequested, this, with("stopRequested"));
-    }
-
-    int m_left;
-};
 
 /// Without what `start` emits itself.
 Events withoutRequests(const Events& events)
@@ -95,12 +33,6 @@ Events withoutRequests(const Events& events)
             result.push_back(event);
     }
     return result;
-}
-
-/// Has the event loop deliver what is queued.
-void deliver()
-{
-    QCoreApplication::processEvents();
 }
 
 } // namespace
@@ -546,44 +478,6 @@ private Q_SLOTS:
         process->start();
         process.reset();
         deliver();
-    }
-
-    void otherThreadsStartStopAndRestart()
-    {
-        Process process(1'000'000'000);
-        process.events.reserve(1'000);
-        const std::thread::id own = std::this_thread::get_id();
-        std::thread::id steppedOn;
-        process.onStep = [&] {
-            steppedOn = std::this_thread::get_id();
-            process.events.pop_back();
-        };
-        for (int round = 0; round < 20; ++round) {
-            std::thread starting([&] { process.start(); });
-            starting.join();
-            QVERIFY(!process.running());
-            std::thread stopping;
-            const auto began =
-                connect(&process, &ZvAbstractIterativeProcess::started, &process, [&] {
-                    // A restart's start that came behind the end of the run.
-                    if (stopping.joinable())
-                        return process.stop();
-                    stopping = std::thread([&] {
-                        if (round % 2 == 0)
-                            process.stop();
-                        else
-                            process.restart();
-                    });
-                });
-            deliver();
-            stopping.join();
-            disconnect(began);
-            QVERIFY(!process.running());
-            process.setSteps(0);
-            deliver();
-            process.setSteps(1'000'000'000);
-        }
-        QCOMPARE(steppedOn, own);
     }
 };
 

@@ -1,175 +1,37 @@
+#include "RequestPair.h"
+
 #include "support/Background.h"
 
 #include <zvutil/signalling/basic_receiver.h>
 #include <zvutil/stop_source.h>
 
-#include <QChildEvent>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QSemaphore>
 #include <QTest>
 #include <QTimer>
 
-#include <algorithm>
-#include <atomic>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-using namespace zvutil::libzvutil;
+using zvtest::abortsIn;
+using zvtest::failing;
+using zvtest::InterruptedResponse;
 using zvtest::Journal;
+using zvtest::leaveOpen;
 using zvtest::Lines;
+using zvtest::Pair;
 using zvtest::Request;
+using zvtest::signaturesOf;
 using zvutil::stop_source;
 using zvutil::stop_token;
-
-namespace {
-
-/// A request and its response, on two threads or on one.
-class Pair
-{
-public:
-    explicit Pair(bool onTwoThreads, Request::Work work = &Request::complete)
-        : m_request(std::make_shared<Request>(std::move(work)))
-        , m_response(m_request.get())
-    {
-        zvtest::record(*m_request, m_onRequest);
-        zvtest::record(m_response, m_onResponse);
-        if (onTwoThreads) {
-            m_worker.emplace();
-            m_request->moveToThread(m_worker->thread());
-        }
-    }
-
-    ~Pair() { destroyRequest(); }
-
-    Request& request() { return *m_request; }
-    abstract_response& response() { return m_response; }
-
-    void start()
-    {
-        onRequestsThread([this] { m_request->start(); });
-    }
-
-    void abort()
-    {
-        onRequestsThread([this] { m_request->abort(); });
-    }
-
-    void emitCompleted()
-    {
-        onRequestsThread([this] { Q_EMIT m_request->completed(); });
-    }
-
-    void emitFailed(const std::string& message)
-    {
-        onRequestsThread([this, message] { Q_EMIT m_request->failed(message); });
-    }
-
-    void destroyRequest()
-    {
-        onRequestsThread([this] { m_request.reset(); });
-    }
-
-    template <typename Work>
-    void onRequestsThread(Work work)
-    {
-        if (m_worker)
-            m_worker->run(work);
-        else
-            work();
-    }
-
-    /// What happened on the request's side.
-    Lines requestLines()
-    {
-        settle();
-        return m_onRequest.lines();
-    }
-
-    /// What happened on the response's side, all of it delivered.
-    Lines responseLines()
-    {
-        settle();
-        return m_onResponse.lines();
-    }
-
-    /// Has both sides handle what was sent to them.
-    void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            if (m_worker)
-                m_worker->settle();
-        }
-        QCoreApplication::processEvents();
-    }
-
-private:
-    Journal m_onRequest;
-    Journal m_onResponse;
-    std::optional<zvtest::Worker> m_worker;
-    std::shared_ptr<Request> m_request;
-    abstract_response m_response;
-};
-
-void leaveOpen(Request& /*request*/)
-{
-}
-
-Request::Work failing(std::string message)
-{
-    return [message = std::move(message)](Request& request) { Q_EMIT request.failed(message); };
-}
-
-/// Work that handles events until it is aborted.
-void runUntilAborted(Request& request)
-{
-    while (!request.abort_requested())
-        QCoreApplication::processEvents();
-    Q_EMIT request.failed("ended early");
-}
-
-int abortsIn(const Lines& lines)
-{
-    return static_cast<int>(std::count(lines.begin(), lines.end(), "aborted 1"));
-}
-
-QByteArrayList signaturesOf(const QMetaObject& meta, QMetaMethod::MethodType type)
-{
-    QByteArrayList result;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == type)
-            result += meta.method(i).methodSignature();
-    }
-    return result;
-}
-
-/// Does something when it gets a child, which is when a token is being attached.
-class InterruptedResponse : public abstract_response
-{
-public:
-    using abstract_response::abstract_response;
-
-    std::function<void()> onChild;
-
-protected:
-    void childEvent(QChildEvent* event) override
-    {
-        if (event->added() && onChild)
-            onChild();
-    }
-};
-
-} // namespace
+using namespace zvutil::libzvutil;
 
 class tst_abstract_request : public QObject
 {
@@ -246,29 +108,6 @@ private Q_SLOTS:
         QVERIFY(QMetaType::type("std::string") != int(QMetaType::UnknownType));
     }
 
-    void onOneAndTwoThreads_data()
-    {
-        QTest::addColumn<bool>("onTwoThreads");
-        QTest::newRow("two threads") << true;
-        QTest::newRow("one thread") << false;
-    }
-
-    void normal_data() { onOneAndTwoThreads_data(); }
-
-    void normal()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads);
-        pair.start();
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "completed 2"}));
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", "completed 2"}));
-        QCOMPARE(pair.response().status(), request_completed);
-        QVERIFY(!pair.request().has_failed());
-        pair.destroyRequest();
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "completed 2", "finished 2"}));
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", "completed 2", "finished 2"}));
-    }
-
     void workRunsBetweenItsSignals()
     {
         Journal journal;
@@ -281,95 +120,12 @@ private Q_SLOTS:
         QCOMPARE(journal.lines(), (Lines{"started 1", "work 1", "completed 2"}));
     }
 
-    void workFails_data() { onOneAndTwoThreads_data(); }
-
-    void workFails()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads, failing("no luck"));
-        pair.start();
-        QVERIFY(pair.request().has_failed());
-        pair.destroyRequest();
-        const Lines expected{"started 1", "failed (no luck) 3", "finished 3"};
-        QCOMPARE(pair.requestLines(), expected);
-        QCOMPARE(pair.responseLines(), expected);
-        QCOMPARE(pair.response().status(), request_failed);
-    }
-
     void messageCrossesAsItIs()
     {
         const std::string message("a\0b\xFF\xC3\xA4", 6);
         Pair pair(true, failing(message));
         pair.start();
         QCOMPARE(pair.responseLines().back(), "failed (" + message + ") 3");
-    }
-
-    void workEndsLater_data() { onOneAndTwoThreads_data(); }
-
-    void workEndsLater()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads, &leaveOpen);
-        pair.start();
-        QCOMPARE(pair.requestLines(), Lines{"started 1"});
-        QCOMPARE(pair.responseLines(), Lines{"started 1"});
-        pair.emitCompleted();
-        pair.destroyRequest();
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "completed 2", "finished 2"}));
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", "completed 2", "finished 2"}));
-    }
-
-    void abortWhilePending_data() { onOneAndTwoThreads_data(); }
-
-    void abortWhilePending()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads);
-        pair.abort();
-        QVERIFY(!pair.request().abort_requested());
-        pair.abort();
-        pair.start();
-        pair.destroyRequest();
-        const Lines expected{"failed (abort requested) 3", "finished 3"};
-        QCOMPARE(pair.requestLines(), expected);
-        QCOMPARE(pair.responseLines(), expected);
-    }
-
-    void abortWhileStarted_data()
-    {
-        QTest::addColumn<bool>("onTwoThreads");
-        QTest::addColumn<bool>("completes");
-        for (const bool onTwoThreads : {true, false}) {
-            QTest::addRow("on %s, completes", onTwoThreads ? "two threads" : "one thread")
-                << onTwoThreads << true;
-            QTest::addRow("on %s, fails", onTwoThreads ? "two threads" : "one thread")
-                << onTwoThreads << false;
-        }
-    }
-
-    void abortWhileStarted()
-    {
-        QFETCH(bool, onTwoThreads);
-        QFETCH(bool, completes);
-        Pair pair(onTwoThreads, &leaveOpen);
-        pair.start();
-        QVERIFY(!pair.request().abort_requested());
-        pair.abort();
-        QVERIFY(pair.request().abort_requested());
-        QCOMPARE(pair.request().status(), request_started);
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "aborted 1"}));
-        QCOMPARE(pair.responseLines(), (Lines{"started 1"}));
-        std::string end = "completed 2";
-        if (completes) {
-            pair.emitCompleted();
-        } else {
-            pair.emitFailed("was asked to");
-            end = "failed (was asked to) 3";
-        }
-        pair.destroyRequest();
-        const std::string finished = "finished " + end.substr(end.size() - 1);
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "aborted 1", end, finished}));
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", end, finished}));
     }
 
     void abortTwiceWhileStarted()
@@ -480,19 +236,6 @@ private Q_SLOTS:
         QCOMPARE(runs, 1);
     }
 
-    void destroyedWhilePending_data() { onOneAndTwoThreads_data(); }
-
-    void destroyedWhilePending()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads);
-        pair.destroyRequest();
-        const Lines expected{"failed (request terminated before starting) 3", "finished 3"};
-        QCOMPARE(pair.requestLines(), expected);
-        QCOMPARE(pair.responseLines(), expected);
-        QCOMPARE(pair.response().status(), request_failed);
-    }
-
     void whatTheDestructorEmitsComesBehindTheSubclass_data()
     {
         QTest::addColumn<bool>("letsGo");
@@ -539,20 +282,6 @@ private Q_SLOTS:
         QVERIFY(isHeard);
     }
 
-    void destroyedWhileStarted_data() { onOneAndTwoThreads_data(); }
-
-    void destroyedWhileStarted()
-    {
-        QFETCH(bool, onTwoThreads);
-        Pair pair(onTwoThreads, &leaveOpen);
-        pair.start();
-        pair.destroyRequest();
-        const Lines expected{"started 1", "failed (request terminated before completing) 3",
-                             "finished 3"};
-        QCOMPARE(pair.requestLines(), expected);
-        QCOMPARE(pair.responseLines(), expected);
-    }
-
     void responseWithoutARequest()
     {
         abstract_response response(nullptr);
@@ -590,106 +319,6 @@ private Q_SLOTS:
         request.start();
         QCOMPARE(first.status(), request_completed);
         QCOMPARE(second.status(), request_completed);
-    }
-
-    void responseMayGoFirst()
-    {
-        zvtest::Worker worker;
-        Journal journal;
-        auto request = std::make_shared<Request>(&leaveOpen);
-        zvtest::record(*request, journal);
-        auto response = std::make_unique<abstract_response>(request.get());
-        request->moveToThread(worker.thread());
-        worker.run([&] { request->start(); });
-        response.reset();
-        QCoreApplication::processEvents();
-        worker.run([&] {
-            Q_EMIT request->completed();
-            request.reset();
-        });
-        QCOMPARE(journal.lines(), (Lines{"started 1", "completed 2", "finished 2"}));
-    }
-
-    void responseWithEventsOnTheirWayMayGo()
-    {
-        Pair pair(true);
-        auto response = std::make_unique<abstract_response>(&pair.request());
-        pair.start();
-        response.reset();
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", "completed 2"}));
-    }
-
-    void requestMayGoFirst()
-    {
-        Pair pair(true);
-        pair.destroyRequest();
-        pair.response().abort();
-        stop_source source;
-        pair.response().attachStopToken(source.get_token());
-        source.request_stop();
-        QCOMPARE(pair.responseLines().back(), std::string("finished 3"));
-    }
-
-    void abortThroughTheResponseRunsOnTheRequestsThread()
-    {
-        Pair pair(true, &leaveOpen);
-        pair.start();
-        pair.response().abort();
-        QCOMPARE(pair.requestLines(), (Lines{"started 1", "aborted 1"}));
-        QVERIFY(pair.request().abort_requested());
-    }
-
-    void abortReachesWorkThatHandlesEvents()
-    {
-        zvtest::Worker worker;
-        Journal journal;
-        auto request = std::make_shared<Request>(&runUntilAborted);
-        zvtest::record(*request, journal);
-        abstract_response response(request.get());
-        connect(&response, &abstract_response::started, &response, &abstract_response::abort);
-        request->moveToThread(worker.thread());
-        QMetaObject::invokeMethod(request.get(), &abstract_request::start);
-        response.wait();
-        QCOMPARE(response.status(), request_failed);
-        worker.run([&] { request.reset(); });
-        QCOMPARE(journal.lines(),
-                 (Lines{"started 1", "aborted 1", "failed (ended early) 3", "finished 3"}));
-    }
-
-    void abortComesBehindWorkThatBlocks()
-    {
-        zvtest::Worker worker;
-        Journal journal;
-        QSemaphore mayEnd;
-        bool requested = true;
-        auto request = std::make_shared<Request>([&](Request& self) {
-            mayEnd.acquire();
-            requested = self.abort_requested();
-            Q_EMIT self.completed();
-        });
-        zvtest::record(*request, journal);
-        abstract_response response(request.get());
-        request->moveToThread(worker.thread());
-        QMetaObject::invokeMethod(request.get(), &abstract_request::start);
-        response.abort();
-        mayEnd.release();
-        response.wait();
-        worker.run([&] { request.reset(); });
-        QVERIFY(!requested);
-        QCOMPARE(response.status(), request_completed);
-        QCOMPARE(journal.lines(), (Lines{"started 1", "completed 2", "finished 2"}));
-    }
-
-    void waitNeedsNoFinished()
-    {
-        Pair pair(true, failing("x"));
-        pair.onRequestsThread([&] {
-            QMetaObject::invokeMethod(
-                &pair.request(), [&] { pair.request().start(); }, Qt::QueuedConnection);
-        });
-        pair.response().wait();
-        QCOMPARE(pair.response().status(), request_failed);
-        QCOMPARE(pair.responseLines(), (Lines{"started 1", "failed (x) 3"}));
     }
 
     void responseMayBeDeletedByTheSignalThatEndsItsWait_data()
@@ -782,48 +411,6 @@ private Q_SLOTS:
         QCOMPARE(response.waits, 1);
     }
 
-    void stopTravelsTheWholeRoad()
-    {
-        zvtest::Worker worker;
-        Journal journal;
-        auto request = std::make_shared<Request>(&runUntilAborted);
-        zvtest::record(*request, journal);
-        InterruptedResponse response(request.get());
-        stop_source source;
-        response.attachStopToken(source.get_token());
-
-        // Each stage tells the thread on which it runs.
-        std::thread::id stopping;
-        std::thread::id triggered;
-        QObject* const attached = response.children().value(0);
-        QCOMPARE(attached->metaObject()->className(), "zvutil::libzvutil::qt_stop_token");
-        QCOMPARE(signaturesOf(*attached->metaObject(), QMetaMethod::Signal),
-                 QByteArrayList{"triggered()"});
-        GenericTrigger onTriggered;
-        connect(attached, SIGNAL(triggered()), &onTriggered, SLOT(trigger()), Qt::DirectConnection);
-        connect(&onTriggered, &GenericTrigger::signal,
-                [&] { triggered = std::this_thread::get_id(); });
-
-        QSemaphore started;
-        connect(request.get(), &abstract_request::started, [&] { started.release(); });
-        request->moveToThread(worker.thread());
-        QMetaObject::invokeMethod(request.get(), &abstract_request::start);
-        started.acquire();
-        std::thread thread([&] {
-            stopping = std::this_thread::get_id();
-            source.request_stop();
-        });
-        thread.join();
-        QCOMPARE(triggered, stopping);
-        // It is on its way through this thread, which hasn't handled it yet.
-        QVERIFY(!request->abort_requested());
-        response.wait();
-        QVERIFY(request->abort_requested());
-        worker.run([&] { request.reset(); });
-        QCOMPARE(journal.lines(),
-                 (Lines{"started 1", "aborted 1", "failed (ended early) 3", "finished 3"}));
-    }
-
     void stopIsNeverLost_data()
     {
         QTest::addColumn<QString>("when");
@@ -861,31 +448,6 @@ private Q_SLOTS:
                 source.request_stop();
         }
         QCOMPARE(journal.lines(), (Lines{"started 1", "aborted 1"}));
-    }
-
-    void stopBeforeTheStartFailsTheRequest()
-    {
-        Pair pair(true);
-        stop_source source;
-        source.request_stop();
-        pair.response().attachStopToken(source.get_token());
-        pair.settle();
-        pair.start();
-        QCOMPARE(pair.requestLines(), Lines{"failed (abort requested) 3"});
-    }
-
-    void severalTokensOfOneResponse()
-    {
-        Pair pair(true, &leaveOpen);
-        pair.start();
-        const stop_source sources[3];
-        for (const stop_source& source : sources)
-            pair.response().attachStopToken(source.get_token());
-        QCOMPARE(pair.response().children().size(), 3);
-        sources[1].request_stop();
-        QCOMPARE(abortsIn(pair.requestLines()), 1);
-        sources[0].request_stop();
-        QCOMPARE(abortsIn(pair.requestLines()), 2);
     }
 
     void oneTokenForSeveralResponses()
@@ -948,45 +510,6 @@ private Q_SLOTS:
         connect(response, &abstract_response::failed, [response] { delete response; });
         QVERIFY(source.request_stop());
         QVERIFY(request.has_failed());
-    }
-
-    void responsesGoWhileAnotherThreadStops()
-    {
-        zvtest::Worker worker;
-        for (int round = 0; round < 500; ++round) {
-            auto request = std::make_shared<Request>(&leaveOpen);
-            auto response = std::make_unique<abstract_response>(request.get());
-            request->moveToThread(worker.thread());
-            const stop_source source;
-            response->attachStopToken(source.get_token());
-            std::atomic<bool> go{false};
-            std::thread stopping([&] {
-                while (!go)
-                    std::this_thread::yield();
-                source.request_stop();
-            });
-            go = true;
-            response.reset();
-            stopping.join();
-            worker.run([&] { request.reset(); });
-        }
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
-    void requestsGoWhileTheirResponsesAbort()
-    {
-        zvtest::Worker worker;
-        for (int round = 0; round < 500; ++round) {
-            auto request = std::make_shared<Request>(&leaveOpen);
-            abstract_response response(request.get());
-            request->moveToThread(worker.thread());
-            worker.post([&request] { request.reset(); });
-            response.abort();
-            response.wait();
-            QCOMPARE(response.status(), request_failed);
-            worker.settle();
-        }
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 };
 

@@ -1,3 +1,5 @@
+#include "ManagedStyles.h"
+
 #include <zvutil/ZvStyleManager.h>
 
 #include <zvutil/ZvException.h>
@@ -14,21 +16,22 @@
 #include <QPointer>
 #include <QProcess>
 #include <QTest>
-#include <QThread>
 #include <QWidget>
 
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <type_traits>
 
-using libzvutil::styleManager;
 using libzvutil::ZvStyle;
-using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
+using zvtest::builtIn;
+using zvtest::Listener;
 using zvtest::Messages;
+using zvtest::panel;
+using zvtest::panelInSheet;
+using zvtest::userStyle;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
 
@@ -37,28 +40,9 @@ namespace {
 static_assert(sizeof(ZvStyleManager) == sizeof(QObject) + sizeof(void*));
 static_assert(!std::is_default_constructible_v<ZvStyleManager>);
 
-const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
-
 QString current()
 {
     return ZvStyleManager::CurrentStyle().name().toQString();
-}
-
-ZvStyle userStyle(const char* name, const QColor& panel)
-{
-    ZvStyle style(name);
-    style.setColour(ZvStyleBrush::Panel, panel);
-    return style;
-}
-
-QColor panel(const ZvStyle& style)
-{
-    return style.colour(ZvStyleBrush::Panel).qColour();
-}
-
-QString panelInSheet(const QColor& panel)
-{
-    return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
 
 /// As long as it lives, if at all, no window can be shown and no style be found.
@@ -100,57 +84,13 @@ private:
     const ZvStyleLibrary m_kept;
 };
 
-/// The signals of the manager, in the order in which they come.
-class Listener
-{
-public:
-    Listener()
-    {
-        QObject::connect(&styleManager(), &ZvStyleManager::currentStyleChanged, &m_context,
-                         [this](const ZvStyle& style) {
-                             events += QStringLiteral("style ") + style.name().toQString();
-                             sheets += qApp->styleSheet();
-                             onManagersThread &= QThread::currentThread() == qApp->thread()
-                                 && &style == &ZvStyleManager::CurrentStyle();
-                         });
-        QObject::connect(&styleManager(), &ZvStyleManager::styleLibraryChanged, &m_context,
-                         [this] { events += QStringLiteral("library"); });
-    }
-
-    QStringList events;
-    QStringList sheets; ///< the application's sheet at each change of style
-    bool onManagersThread = true;
-
-private:
-    QObject m_context;
-};
-
 } // namespace
 
-/// One manager serves all these tests, each of which brings it back to the built-in styles. How it
-/// starts is tested in processes of its own.
-class tst_ZvStyleManager : public QObject
+class tst_ZvStyleManager : public zvtest::StyleManagerTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_host.isValid());
-        QVERIFY(qApp->styleSheet().isEmpty());
-        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn);
-    }
-
-    void init()
-    {
-        QFile::remove(m_host.modificationsFile());
-        ZvStyleManager::SetLibrary(ZvStyleLibrary());
-        ZvStyleManager::SetStyle(ZvStyleManager::Library().light());
-        qApp->setStyleSheet(QString());
-    }
-
-    void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
     void metaObject()
     {
         const QMetaObject& meta = ZvStyleManager::staticMetaObject;
@@ -354,33 +294,6 @@ private Q_SLOTS:
         ZvStyleManager::Update(userStyle("Mine", Qt::red));
         QVERIFY(QDir(m_host.path()).rename(QStringLiteral("gone"), QStringLiteral("ui")));
         QVERIFY(ZvStyleManager::AvailableStyleNames().contains(QStringLiteral("Mine")));
-    }
-
-    void callsFromAnotherThreadComeInTheirOrder()
-    {
-        Listener listener;
-        ZvStyleLibrary library;
-        library.update(userStyle("Other", Qt::red));
-        std::thread other([&library] {
-            for (int i = 0; i < 50; ++i) {
-                ZvStyleManager::SetStyle(userStyle(std::to_string(i).c_str(), QColor(i, 0, 0)));
-                ZvStyleManager::SetLibrary(library);
-                ZvStyleManager::SetStyle(userStyle("Other", QColor(i, 0, 0)));
-                ZvStyleManager::Refresh();
-            }
-        });
-        other.join();
-        // Nothing has been waited for.
-        QVERIFY(listener.events.isEmpty());
-        QCoreApplication::sendPostedEvents(&styleManager(), QEvent::MetaCall);
-        QStringList expected;
-        for (int i = 0; i < 50; ++i)
-            expected += {QStringLiteral("style %1").arg(i), QStringLiteral("library"),
-                         QStringLiteral("style Light"), QStringLiteral("style Other"),
-                         QStringLiteral("style Other")};
-        QCOMPARE(listener.events, expected);
-        QVERIFY(listener.onManagersThread);
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(49, 0, 0))));
     }
 
     void commands()
@@ -589,8 +502,6 @@ private:
             return QStringLiteral("failed: ") + QString::fromUtf8(process.readAllStandardError());
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
-
-    const zvtest::StyleHost m_host;
 };
 
 QTEST_MAIN(tst_ZvStyleManager)

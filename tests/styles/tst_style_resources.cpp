@@ -4,6 +4,7 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
 #include "support/TemplateRules.h"
 
@@ -390,12 +391,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder).entryList().size(), 2 + 8 + 13);
     }
 
-    void qtAcceptsTheSheet_data()
-    {
-        QTest::addColumn<QString>("style");
-        QTest::newRow("Light") << QStringLiteral("Light");
-        QTest::newRow("Dark") << QStringLiteral("Dark");
-    }
+    void qtAcceptsTheSheet_data() { zvtest::addStyleRows(); }
 
     void qtAcceptsTheSheet()
     {

@@ -45,14 +45,6 @@ inline void closeFiles()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-/// One row for each built-in style, of which the column "style" has the name.
-inline void addStyleRows()
-{
-    QTest::addColumn<QString>("style");
-    for (const char* const name : {"Light", "Dark"})
-        QTest::newRow(name) << QString::fromLatin1(name);
-}
-
 /// Puts a style on the application.
 inline void showStyle(const QString& name)
 {
