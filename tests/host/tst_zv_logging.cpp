@@ -1,32 +1,23 @@
+#include "LogTest.h"
+
 #include <zv_logging/host.h>
 #include <zv_logging/zv_logging.h>
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace logging = zvutil::logging;
 
-class tst_zv_logging : public QObject
+class tst_zv_logging : public zvtest::LogTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QVERIFY(m_directory.isValid());
-        logging::host::reset();
-        logging::host::setLogFile(file().toStdString());
-    }
-
-    void cleanupTestCase() { logging::host::reset(); }
-
     void withoutASinkNothingIsKept()
     {
         logging::write(4, "test", "lost");
@@ -157,31 +148,6 @@ private Q_SLOTS:
         QCOMPARE(records.front().text, std::string("50"));
         QCOMPARE(records.back().text, std::string("10049"));
     }
-
-    void severalThreadsLoseNothing()
-    {
-        add_sink(2);
-        const int lines = 2'000;
-        const auto work = [](int begin) {
-            for (int i = begin; i < begin + lines; ++i)
-                logging::write(2, "test", std::to_string(i).c_str());
-        };
-        std::thread first(work, 0);
-        std::thread second(work, lines);
-        add_sink(1);
-        set_log_level(1, 5);
-        first.join();
-        second.join();
-        std::vector<int> seen(2 * lines, 0);
-        for (const auto& record : logging::host::records())
-            ++seen[static_cast<std::size_t>(std::stoi(record.text))];
-        QCOMPARE(seen, std::vector<int>(2 * lines, 1));
-    }
-
-private:
-    QString file() const { return m_directory.filePath(QStringLiteral("zv.log")); }
-
-    QTemporaryDir m_directory;
 };
 
 QTEST_GUILESS_MAIN(tst_zv_logging)

@@ -1,165 +1,30 @@
 // Documents that write real files, in windows of the docking frame's base classes.
 
+#include "ContentDocument.h"
+
 #include <zvutil/ZvContentWidget.h>
 
 #include "support/Answer.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QFile>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
 
-#include <atomic>
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <string>
-#include <thread>
 #include <type_traits>
 #include <vector>
 
+using zvtest::Document;
+using zvtest::pathOf;
+using zvtest::writeTo;
 using zvutil::ZvFilePath;
 
 namespace {
-
-ZvFilePath pathOf(const QString& text)
-{
-    return ZvFilePath(text.toStdWString());
-}
-
-QString textOf(const ZvFilePath& path)
-{
-    return path.toQString();
-}
-
-QByteArray contentsOf(const QString& filename)
-{
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
-
-bool writeTo(const QString& filename, const QByteArray& bytes)
-{
-    QFile file(filename);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-/// A document whose text is written to its file, and which notes all that happens to it.
-class Document : public ZvContentWidget
-{
-    Q_OBJECT
-
-public:
-    explicit Document(int type = 1, QWidget* parent = nullptr)
-        : ZvContentWidget(QStringLiteral("document"), parent)
-        , m_type(type)
-    {
-        setAttribute(Qt::WA_DeleteOnClose, false);
-        record();
-    }
-
-    int fileType() const override { return m_type; }
-    QString documentTypeName() const override { return typeName; }
-
-    QString closeEventText(int index) const override
-    {
-        note(QStringLiteral("text %1").arg(index));
-        return QStringLiteral("text of index %1").arg(index);
-    }
-
-    void writeFile(const ZvFilePath& path) const override
-    {
-        note(QStringLiteral("write ") + textOf(path));
-        write(*this, path);
-    }
-
-    /// What `writeFile` does.
-    std::function<void(const Document&, const ZvFilePath&)> write = &Document::writeWell;
-
-    void writeWell(const ZvFilePath& path) const
-    {
-        Q_EMIT beginSave(path, QProtectedSignal());
-        const bool isWritten = writeTo(textOf(path), text);
-        note(QStringLiteral("written"));
-        Q_EMIT endSave(isWritten, path, QProtectedSignal());
-    }
-
-    void begin(const ZvFilePath& path) const { Q_EMIT beginSave(path, QProtectedSignal()); }
-    void end(bool success, const ZvFilePath& path) const
-    {
-        Q_EMIT endSave(success, path, QProtectedSignal());
-    }
-    void tellSaved(const ZvFilePath& path) const { Q_EMIT saved(path, QProtectedSignal()); }
-
-    bool canReloadFile() const override { return true; }
-    void reloadFile() override { text = contentsOf(getFilename()); }
-
-    using ZvContentWidget::requestSavePath;
-
-    QStringList takeNotes() { return std::exchange(*m_notes, QStringList()); }
-    void note(const QString& line) const { m_notes->append(line); }
-
-    QByteArray text = "contents";
-    QString typeName = QStringLiteral("Schematic");
-
-private:
-    void record()
-    {
-        connect(this, &ZvContentWidget::beginSave, this,
-                [this](const ZvFilePath& path) { note(QStringLiteral("begin ") + textOf(path)); });
-        connect(this, &ZvContentWidget::endSave, this,
-                [this](bool success, const ZvFilePath& path) {
-                    note(QStringLiteral("end %1 %2").arg(success).arg(textOf(path)));
-                });
-        connect(this, &ZvContentWidget::saved, this,
-                [this](const ZvFilePath& path) { note(QStringLiteral("saved ") + textOf(path)); });
-        connect(this, &DockableWidgetContents::fileWatcherIgnores, this,
-                [this](bool ignores) { note(QStringLiteral("ignore %1").arg(ignores)); });
-        connect(this, &DockableWidgetContents::fileWatcherEnabled, this,
-                [this](bool enabled) { note(QStringLiteral("watch %1").arg(enabled)); });
-        connect(this, &DockableWidgetContents::modifiedChanged, this,
-                [this](bool modified) { note(QStringLiteral("modified %1").arg(modified)); });
-    }
-
-    int m_type;
-    // For const operations, which is what all writing is.
-    std::shared_ptr<QStringList> m_notes = std::make_shared<QStringList>();
-};
-
-/// Answers the file dialog that opens next, by a file or, without one, by Cancel, and keeps what it
-/// showed.
-struct DialogAnswer
-{
-    explicit DialogAnswer(const QString& file)
-        : answer([this, file](QFileDialog& dialog) {
-            title = dialog.windowTitle();
-            filters = dialog.nameFilters();
-            parent = dialog.parentWidget();
-            if (file.isEmpty()) {
-                dialog.reject();
-                return;
-            }
-            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
-            QMetaObject::invokeMethod(&dialog, "accept");
-        })
-    {
-    }
-
-    QString title;
-    QStringList filters;
-    QWidget* parent = nullptr;
-    zvtest::Answer<QFileDialog> answer;
-};
 
 /// Answers the message box that opens next, and keeps what it said.
 struct BoxAnswer
@@ -314,13 +179,11 @@ public:
 
 } // namespace
 
-class tst_ZvContentWidget : public QObject
+class tst_ZvContentWidget : public zvtest::ContentWidgetTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_dir.isValid()); }
-
     void shape()
     {
         static_assert(std::is_base_of_v<ContentWidget, ZvContentWidget>);
@@ -491,288 +354,6 @@ private Q_SLOTS:
         QCOMPARE(document.longTitle(), QStringLiteral("document"));
     }
 
-    void goodSave()
-    {
-        Document document;
-        const QString file = m_dir.filePath(QStringLiteral("good.zvsch"));
-        document.setModified(true);
-        document.takeNotes();
-        document.saveAs(pathOf(file));
-        // Those of the document come behind what the library does in the same place.
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("written"), QStringLiteral("ignore 0"),
-                              QStringLiteral("watch 0"), QStringLiteral("modified 0"),
-                              QStringLiteral("saved ") + file, QStringLiteral("end 1 ") + file,
-                              QStringLiteral("ignore 0")}));
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
-        QCOMPARE(document.getFilename(), file);
-        QVERIFY(!document.isModified());
-        // Now without asking.
-        document.text = "more";
-        document.setModified(true);
-        document.takeNotes();
-        QCOMPARE(document.save(), pathOf(file));
-        QVERIFY(!document.takeNotes().contains(QStringLiteral("watch 0")));
-        QCOMPARE(contentsOf(file), QByteArray("more"));
-        QVERIFY(!document.isModified());
-    }
-
-    void failingWrite()
-    {
-        Document document;
-        const QString before = m_dir.filePath(QStringLiteral("before.zvsch"));
-        document.saveAs(pathOf(before));
-        document.setModified(true);
-        document.takeNotes();
-        const QString file = m_dir.filePath(QStringLiteral("no such folder/x.zvsch"));
-        document.saveAs(pathOf(file));
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("written"), QStringLiteral("ignore 0"),
-                              QStringLiteral("end 0 ") + file, QStringLiteral("ignore 0")}));
-        QCOMPARE(document.getFilename(), before);
-        QVERIFY(document.isModified());
-        // The result is the path that was tried.
-        document.setFilename(pathOf(file));
-        QCOMPARE(document.save(), pathOf(file));
-        QVERIFY(document.isModified());
-    }
-
-    void throwingWrite_data()
-    {
-        QTest::addColumn<bool>("begins");
-        QTest::newRow("at once") << false;
-        QTest::newRow("behind beginSave") << true;
-    }
-
-    void throwingWrite()
-    {
-        QFETCH(bool, begins);
-        Document document;
-        const QString file = m_dir.filePath(QStringLiteral("throwing.zvsch"));
-        document.write = [begins](const Document& self, const ZvFilePath& path) {
-            if (begins)
-                self.begin(path);
-            throw 42;
-        };
-        document.setModified(true);
-        document.takeNotes();
-        bool isCaught = false;
-        try {
-            document.saveAs(pathOf(file));
-        } catch (int number) {
-            isCaught = number == 42;
-        }
-        QVERIFY(isCaught);
-        QStringList expected{QStringLiteral("ignore 1"), QStringLiteral("write ") + file};
-        if (begins)
-            expected << QStringLiteral("ignore 1") << QStringLiteral("begin ") + file;
-        expected << QStringLiteral("ignore 0");
-        QCOMPARE(document.takeNotes(), expected);
-        QVERIFY(document.filename().isEmpty());
-        QVERIFY(document.isModified());
-        document.setFilename(pathOf(file));
-        QVERIFY_EXCEPTION_THROWN(document.save(), int);
-    }
-
-    void writeThatTellsNothing()
-    {
-        Document document;
-        document.write = [](const Document& /*self*/, const ZvFilePath& /*path*/) {};
-        document.setModified(true);
-        document.takeNotes();
-        document.saveAs(pathOf(QStringLiteral("/x")));
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write /x"),
-                              QStringLiteral("ignore 0")}));
-        QVERIFY(document.filename().isEmpty());
-        QVERIFY(document.isModified());
-    }
-
-    void savedClearsTheMarkAlsoForTheSameName()
-    {
-        Document document;
-        const ZvFilePath path = pathOf(QStringLiteral("/a/b"));
-        document.setFilename(path);
-        document.setModified(true);
-        document.takeNotes();
-        document.tellSaved(path);
-        QVERIFY(!document.isModified());
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("modified 0"), QStringLiteral("saved /a/b")}));
-    }
-
-    void saveFromAWorkerThread()
-    {
-        Document document;
-        const QString file = m_dir.filePath(QStringLiteral("worker.zvsch"));
-        std::thread worker;
-        std::atomic<bool> mayWrite{false};
-        document.write = [&](const Document& self, const ZvFilePath& path) {
-            worker = std::thread([&self, path, &mayWrite] {
-                while (!mayWrite)
-                    QThread::yieldCurrentThread();
-                self.begin(path);
-                self.end(writeTo(textOf(path), self.text), path);
-            });
-        };
-        document.setModified(true);
-        document.takeNotes();
-        document.saveAs(pathOf(file));
-        // It has returned before anything else has happened.
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 0")}));
-        mayWrite = true;
-        worker.join();
-        QVERIFY(document.takeNotes().isEmpty());
-        QTRY_VERIFY(!document.isModified());
-        QCoreApplication::processEvents();
-        QStringList notes = document.takeNotes();
-        // The document's own notes of the signals are delivered along with the library's.
-        QCOMPARE(notes,
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("ignore 0"), QStringLiteral("watch 0"),
-                              QStringLiteral("modified 0"), QStringLiteral("saved ") + file,
-                              QStringLiteral("end 1 ") + file}));
-        QCOMPARE(document.getFilename(), file);
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
-    }
-
-    void emptyPathDoesNothing()
-    {
-        Document document;
-        document.saveAs(ZvFilePath());
-        QVERIFY(document.takeNotes().isEmpty());
-    }
-
-    void dialogAsksForThePath_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("filter");
-        QTest::newRow("schematic")
-            << 1 << QStringLiteral("Schematic") << QStringLiteral("Save Schematic as...")
-            << QStringLiteral("Schematics (*.zvsch)");
-        QTest::newRow("test plan")
-            << 2 << QStringLiteral("Test plan") << QStringLiteral("Save Test plan as...")
-            << QStringLiteral("Test plans (*.testplan)");
-        QTest::newRow("plural by an s")
-            << 1 << QStringLiteral("Entry") << QStringLiteral("Save Entry as...")
-            << QStringLiteral("Entrys (*.zvsch)");
-        // Qt itself shows the filter without needless blanks.
-        QTest::newRow("blanks stay")
-            << 1 << QStringLiteral(" My  type ") << QStringLiteral("Save  My  type  as...")
-            << QStringLiteral("My type s (*.zvsch)");
-    }
-
-    void dialogAsksForThePath()
-    {
-        QFETCH(int, type);
-        QFETCH(QString, name);
-        QFETCH(QString, title);
-        QFETCH(QString, filter);
-        Document document(type);
-        document.typeName = name;
-        const QString file = m_dir.filePath(QStringLiteral("chosen \u00E4.x"));
-        const DialogAnswer answer(file);
-        QCOMPARE(textOf(document.requestSavePath()), file);
-        QCOMPARE(answer.answer.count, 1);
-        QCOMPARE(answer.title, title);
-        QCOMPARE(answer.filters, QStringList{filter});
-        QVERIFY(!answer.parent);
-    }
-
-    void firstSaveAsks()
-    {
-        Document document;
-        // Without an extension, which nobody adds.
-        const QString file = m_dir.filePath(QStringLiteral("first"));
-        {
-            const DialogAnswer answer(file);
-            QCOMPARE(textOf(document.save()), file);
-            QCOMPARE(answer.answer.count, 1);
-        }
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
-        QCOMPARE(document.getFilename(), file);
-        {
-            const DialogAnswer answer(file);
-            QCOMPARE(textOf(document.save()), file);
-            QCOMPARE(answer.answer.count, 0);
-        }
-        const QString other = m_dir.filePath(QStringLiteral("other.zvsch"));
-        const DialogAnswer answer(other);
-        QCOMPARE(textOf(document.saveAs()), other);
-        QCOMPARE(answer.answer.count, 1);
-        QCOMPARE(document.getFilename(), other);
-    }
-
-    void cancelledDialogChangesNothing()
-    {
-        Document document;
-        document.setModified(true);
-        document.takeNotes();
-        {
-            const DialogAnswer answer{QString()};
-            QVERIFY(document.save().isEmpty());
-            QCOMPARE(answer.answer.count, 1);
-        }
-        {
-            const DialogAnswer answer{QString()};
-            QVERIFY(document.saveAs().isEmpty());
-        }
-        QVERIFY(document.takeNotes().isEmpty());
-        QVERIFY(document.isModified());
-        QVERIFY(document.filename().isEmpty());
-    }
-
-    void documentWithoutAFile()
-    {
-        Document document(0);
-        const DialogAnswer answer(m_dir.filePath(QStringLiteral("x")));
-        QVERIFY(document.save().isEmpty());
-        QVERIFY(document.saveAs().isEmpty());
-        QCOMPARE(answer.answer.count, 0);
-        QVERIFY(document.takeNotes().isEmpty());
-        // One that has a name all the same is written.
-        const QString file = m_dir.filePath(QStringLiteral("type 0"));
-        document.setFilename(pathOf(file));
-        QCOMPARE(textOf(document.save()), file);
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
-        QVERIFY(document.saveAs().isEmpty());
-        QCOMPARE(answer.answer.count, 0);
-    }
-
-    void unknownTypeIsAnError()
-    {
-        const Document document(3);
-        QVERIFY_EXCEPTION_THROWN(document.requestSavePath(), std::out_of_range);
-        const Document negative(-1);
-        QVERIFY_EXCEPTION_THROWN(negative.requestSavePath(), std::out_of_range);
-    }
-
-    void subclassMayAskOtherwise()
-    {
-        class Asking : public Document
-        {
-        public:
-            QString answer;
-
-        protected:
-            ZvFilePath requestSavePath() const override { return pathOf(answer); }
-        };
-        Asking document;
-        QVERIFY(document.save().isEmpty());
-        document.answer = m_dir.filePath(QStringLiteral("asked"));
-        QCOMPARE(textOf(document.save()), document.answer);
-        document.answer = m_dir.filePath(QStringLiteral("asked again"));
-        QCOMPARE(textOf(document.saveAs()), document.answer);
-    }
-
     void names()
     {
         Document document;
@@ -868,38 +449,6 @@ private Q_SLOTS:
         QCOMPARE(changes.at(1).constFirst().toBool(), false);
     }
 
-    void ownWritingOnAWorkerIsNotReported()
-    {
-        Document document;
-        const QString file = m_dir.filePath(QStringLiteral("watched worker.zvsch"));
-        document.saveAs(pathOf(file));
-        document.enableFileWatcher(true);
-        const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
-        std::thread worker;
-        std::atomic<bool> isDone{false};
-        document.write = [&](const Document& self, const ZvFilePath& path) {
-            worker = std::thread([&self, path, &isDone] {
-                self.begin(path);
-                // In pieces, over a longer time than the watcher gathers changes.
-                QFile out(textOf(path));
-                bool isWritten = out.open(QIODevice::WriteOnly);
-                for (int i = 0; i < 6; ++i) {
-                    isWritten = isWritten && out.write("piece") == 5 && out.flush();
-                    QThread::msleep(50);
-                }
-                out.close();
-                self.end(isWritten, path);
-                isDone = true;
-            });
-        };
-        document.save();
-        QTRY_VERIFY(isDone);
-        worker.join();
-        QTest::qWait(300);
-        QCOMPARE(changes.count(), 0);
-        QCOMPARE(contentsOf(file), QByteArray("piece").repeated(6));
-    }
-
     void newNameEndsTheWatch()
     {
         Document document;
@@ -914,9 +463,6 @@ private Q_SLOTS:
         QTest::qWait(300);
         QCOMPARE(changes.count(), 0);
     }
-
-private:
-    QTemporaryDir m_dir;
 };
 
 QTEST_MAIN(tst_ZvContentWidget)

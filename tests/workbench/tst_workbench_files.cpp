@@ -1,149 +1,44 @@
 // The panel with the files of the user's folders, and what it is made of.
 
-#include "common/StatusLine.h"
-#include "files/FileItemDelegate.h"
+#include "FilesPanelTest.h"
+
 #include "files/FilesPanel.h"
 #include "files/FilteredFilesModel.h"
-#include "files/NamePattern.h"
-#include "files/RowFilter.h"
-#include "files/TypesBox.h"
 
-#include <zvutil/ZvMultiDirectoryListModel.h>
-#include <zvutil/ZvSearchBar.h>
-
-#include "shell/document_types.h"
 #include "support/Answer.h"
+#include "support/BuiltInStyles.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
 
-#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QListView>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRegExp>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStringListModel>
 #include <QTest>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
-#include <QToolButton>
 #include <QToolTip>
 #include <QUrl>
 
-#include <memory>
-#include <random>
-
+using zvtest::join;
+using zvtest::listed;
+using zvtest::longWait;
+using zvtest::manyFiles;
+using zvtest::matching;
+using zvtest::Panel;
 using namespace workbench;
 using namespace zvtest::literals;
-using zvtest::longWait;
 
 namespace {
-
-// Wine looks at all files of a folder whenever one is made.
-#if defined(ZV_SANITIZED) || defined(Q_OS_WIN)
-constexpr int manyFiles = 4'000;
-#else
-constexpr int manyFiles = 20'000;
-#endif
-
-/// What the library's list model finds, with repetitions of the row before left out.
-QStringList listed(const QStringList& folders, const QStringList& types = {})
-{
-    ZvMultiDirectoryListModel model;
-    QSignalSpy stopped(&model, &ZvMultiDirectoryListModel::backgroundProcessStopped);
-    model.setAllowedFileTypes(types);
-    for (const QString& folder : folders)
-        model.addDirectory(folder);
-    // One scan comes by itself, and one for each call.
-    const int scans = 2 + folders.size();
-    if (!QTest::qWaitFor([&] { return stopped.count() == scans; }, longWait))
-        qFatal("the scans don't end");
-    QStringList rows;
-    for (int row = 0; row < model.rowCount({}); ++row) {
-        const QString path = model.index(row).data().toString();
-        if (rows.isEmpty() || rows.last() != path)
-            rows.append(path);
-    }
-    return rows;
-}
-
-/// Said once more, in another way than the filter's own.
-QStringList matching(const QStringList& paths, const QString& text)
-{
-    QStringList result;
-    const bool isWildcard = text.contains(QLatin1Char('*')) || text.contains(QLatin1Char('?'));
-    const QRegExp wildcard(text, Qt::CaseInsensitive, QRegExp::WildcardUnix);
-    for (const QString& path : paths) {
-        const QString name = QFileInfo(path).fileName();
-        if (isWildcard ? wildcard.exactMatch(name) : name.toLower().contains(text.toLower()))
-            result.append(path);
-    }
-    return result;
-}
-
-/// The panel with names for what a user sees.
-class Panel
-{
-public:
-    Panel()
-    {
-        panel->resize(320, 600);
-        panel->show();
-        QApplication::setActiveWindow(panel.get());
-    }
-
-    template <typename Widget>
-    Widget* child(const QString& name) const
-    {
-        return panel->findChild<Widget*>(name);
-    }
-
-    /// Shortcuts need it.
-    bool activate() const { return zvtest::activate(*panel); }
-
-    ZvSearchBar* search() const { return child<ZvSearchBar>("search"_q); }
-    QListView* view() const { return child<QListView>("files"_q); }
-    QListWidget* folders() const { return child<QListWidget>("folders"_q); }
-    StatusLine* status() const { return child<StatusLine>("status"_q); }
-    QToolButton* stop() const { return child<QToolButton>("stop"_q); }
-    TypesBox* types() const { return child<TypesBox>("types"_q); }
-
-    QStringList shown() const
-    {
-        const auto* const model = qobject_cast<FilteredFilesModel*>(view()->model());
-        QStringList paths;
-        for (int row = 0; row < model->rowCount(); ++row)
-            paths.append(model->path(model->index(row)));
-        return paths;
-    }
-
-    QAction* action(const QString& text) const
-    {
-        for (QAction* const action : panel->findChildren<QAction*>()) {
-            if (action->text() == text)
-                return action;
-        }
-        qFatal("there is no such action");
-    }
-
-    /// Waits until all is as it has to be in the end.
-    bool comesToShow(const QStringList& paths) const
-    {
-        return QTest::qWaitFor([&] { return !panel->isWorking() && shown() == paths; }, longWait);
-    }
-
-    std::unique_ptr<FilesPanel> panel = std::make_unique<FilesPanel>();
-};
 
 /// Counts the events of one type that an object gets.
 class EventCounter : public QObject
@@ -167,277 +62,13 @@ private:
     QEvent::Type m_type;
 };
 
-QStringList rowsOf(const FilteredFilesModel& model)
-{
-    QStringList rows;
-    for (int row = 0; row < model.rowCount(); ++row)
-        rows.append(model.path(model.index(row)));
-    return rows;
-}
-
-/// Joins a filter and the model that shows its hits, as the panel does.
-void join(RowFilter& filter, FilteredFilesModel& model)
-{
-    QObject::connect(&filter, &RowFilter::begun, &model, &FilteredFilesModel::clear);
-    QObject::connect(&filter, &RowFilter::found, &model, &FilteredFilesModel::append);
-}
-
 } // namespace
 
-class tst_workbench_files : public QObject
+class tst_workbench_files : public zvtest::FilesPanelTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { addOwnDocumentTypes(); }
-
-    void patterns_data()
-    {
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("matches");
-        QTest::newRow("empty") << ""_q
-                               << "a.txt"_q << true;
-        QTest::newRow("empty name") << "a"_q
-                                    << ""_q << false;
-        QTest::newRow("contained") << "lan"_q
-                                   << "Plan.txt"_q << true;
-        QTest::newRow("other case") << "PLAN"_q
-                                    << "my plan.txt"_q << true;
-        QTest::newRow("other case, wildcard") << "*PLAN*"_q
-                                              << "my plan.txt"_q << true;
-        QTest::newRow("umlaut") << "ÄR"_q
-                                << "bär.txt"_q << true;
-        QTest::newRow("umlaut, wildcard") << "*ÄR.txt"_q
-                                          << "bär.txt"_q << true;
-        QTest::newRow("not contained") << "plane"_q
-                                       << "plan.txt"_q << false;
-        QTest::newRow("star at the end is the whole name") << "lan*"_q
-                                                           << "plan.txt"_q << false;
-        QTest::newRow("extension") << "*.txt"_q
-                                   << "plan.txt"_q << true;
-        QTest::newRow("not at the end") << "*.txt"_q
-                                        << "plan.txt.bak"_q << false;
-        QTest::newRow("one character") << "plan?.txt"_q
-                                       << "plan1.txt"_q << true;
-        QTest::newRow("no character") << "plan?.txt"_q
-                                      << "plan.txt"_q << false;
-        QTest::newRow("pair is one character") << "a?b"_q
-                                               << "a😀b"_q << true;
-        QTest::newRow("pair isn't two characters") << "a??b"_q
-                                                   << "a😀b"_q << false;
-        QTest::newRow("star takes nothing") << "a*b"_q
-                                            << "ab"_q << true;
-        QTest::newRow("star goes back") << "*ab*b"_q
-                                        << "aabab"_q << true;
-        QTest::newRow("stars alone") << "**"_q
-                                     << ""_q << true;
-        QTest::newRow("question mark at the end") << "ab?"_q
-                                                  << "ab"_q << false;
-        QTest::newRow("brackets are text") << "[a]"_q
-                                           << "x[a].txt"_q << true;
-        QTest::newRow("brackets are text, wildcard") << "*[a]*"_q
-                                                     << "a.txt"_q << false;
-        QTest::newRow("backslash is text") << R"(a\*)"_q
-                                           << "a*"_q << false;
-        QTest::newRow("blanks count") << "a b"_q
-                                      << "ab"_q << false;
-    }
-
-    void patterns()
-    {
-        QFETCH(QString, pattern);
-        QFETCH(QString, name);
-        QTEST(NamePattern(pattern).matches(name), "matches");
-    }
-
-    void longPatternsTakeNoTime()
-    {
-        const QString name(2'000, QLatin1Char('a'));
-        const QString stars = "*a"_q.repeated(500);
-        QVERIFY(NamePattern(stars).matches(name));
-        QVERIFY(!NamePattern(stars + QLatin1Char('b')).matches(name));
-    }
-
-    void namesAndFolders_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("usual") << "/a/b.txt"_q
-                               << "/a"_q
-                               << "b.txt"_q;
-        QTest::newRow("root") << "/b.txt"_q
-                              << "/"_q
-                              << "b.txt"_q;
-        QTest::newRow("name alone") << "b.txt"_q
-                                    << ""_q
-                                    << "b.txt"_q;
-        QTest::newRow("empty") << ""_q
-                               << ""_q
-                               << ""_q;
-    }
-
-    void namesAndFolders()
-    {
-        QFETCH(QString, path);
-        QTEST(folderOf(path).toString(), "folder");
-        QTEST(fileNameOf(path).toString(), "name");
-    }
-
-    void typedTypes_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("types");
-        QTest::newRow("none") << ""_q << QStringList();
-        QTest::newRow("dot") << ".txt"_q << QStringList{".txt"_q};
-        QTest::newRow("no dot") << "txt"_q << QStringList{".txt"_q};
-        QTest::newRow("star") << "*.txt"_q << QStringList{".txt"_q};
-        QTest::newRow("several") << " .a,b;  *.c "_q << QStringList{".a"_q, ".b"_q, ".c"_q};
-        QTest::newRow("twice") << "a a"_q << QStringList{".a"_q};
-        QTest::newRow("any") << "*.* * ."_q << QStringList();
-    }
-
-    void typedTypes()
-    {
-        QFETCH(QString, text);
-        QTEST(TypesBox::typesIn(text), "types");
-    }
-
-    void typesAreChosenOrTyped()
-    {
-        TypesBox box(nullptr);
-        QSignalSpy changed(&box, &TypesBox::typesChanged);
-        QVERIFY(box.types().isEmpty());
-        QCOMPARE(box.currentText(), "All files"_q);
-        const auto type = [&box](const QString& text) {
-            box.setEditText(text);
-            QTest::keyClick(box.lineEdit(), Qt::Key_Return);
-        };
-        type("documents"_q);
-        QCOMPARE(box.types(), (QStringList{".testplan"_q, ".zvsch"_q, ".zvscr"_q}));
-        QCOMPARE(box.currentText(), "Documents"_q);
-        QCOMPARE(changed.count(), 1);
-        type("txt"_q);
-        QCOMPARE(box.types(), QStringList{".txt"_q});
-        QCOMPARE(box.currentText(), ".txt"_q);
-        QCOMPARE(changed.count(), 2);
-        type(".txt "_q);
-        QCOMPARE(changed.count(), 2);
-        type(""_q);
-        QCOMPARE(box.currentText(), "All files"_q);
-        QCOMPARE(changed.count(), 3);
-        box.setTypes({".testplan"_q, ".zvsch"_q, ".zvscr"_q});
-        QCOMPARE(box.currentText(), "Documents"_q);
-        QCOMPARE(changed.count(), 3);
-    }
-
-    void filterFollowsItsList()
-    {
-        QStringListModel source({"/f/a.txt"_q, "/f/b.txt"_q, "/f/b.txt"_q});
-        const RowFilter::Owner filter = RowFilter::make();
-        FilteredFilesModel model(nullptr);
-        const QAbstractItemModelTester tester(
-            &model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        join(*filter, model);
-        model.setSource(&source);
-        filter->setSource(&source);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), (QStringList{"/f/a.txt"_q, "/f/b.txt"_q}),
-                                  longWait);
-        QCOMPARE(filter->different(), 2);
-        QCOMPARE(filter->lookedAt(), 3);
-
-        source.insertRow(3);
-        source.setData(source.index(3), "/f/c.txt"_q);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model).value(2), "/f/c.txt"_q, longWait);
-        filter->setPattern("C"_q);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/c.txt"_q}, longWait);
-        source.insertRow(0);
-        source.setData(source.index(0), "/c/x.txt"_q);
-        QTRY_VERIFY_WITH_TIMEOUT(filter->isDone(), longWait);
-        QCOMPARE(rowsOf(model), QStringList{"/f/c.txt"_q});
-        source.setStringList({"/f/1c"_q, "/c/2"_q});
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/1c"_q}, longWait);
-        source.removeRow(0);
-        QTRY_VERIFY_WITH_TIMEOUT(filter->isDone(), longWait);
-        QVERIFY(rowsOf(model).isEmpty());
-        filter->setSource(nullptr);
-        QVERIFY(filter->isDone());
-    }
-
-    void filteredFilesShowThemselves()
-    {
-        QStringListModel source({"/f/g/a.txt"_q});
-        FilteredFilesModel model(nullptr);
-        model.setSource(&source);
-        model.append({0});
-        const QModelIndex index = model.index(0);
-        QCOMPARE(index.data().toString(), "a.txt"_q);
-        QCOMPARE(index.data(Qt::ToolTipRole).toString(), "/f/g/a.txt"_q);
-        QCOMPARE(index.data(FilteredFilesModel::FolderRole).toString(), "/f/g"_q);
-        QCOMPARE(index.data(FilteredFilesModel::PathRole).toString(), "/f/g/a.txt"_q);
-        QVERIFY(!index.data(Qt::EditRole).isValid());
-        QVERIFY(model.path({}).isEmpty());
-        model.setSource(nullptr);
-        QCOMPARE(model.rowCount(), 0);
-    }
-
-    void filterEndsWithTheRightRowsWhateverHappens()
-    {
-        std::mt19937 random(20261121);
-        const auto number = [&random](int below) { return int(random() % unsigned(below)); };
-        for (int round = 0; round < 30; ++round) {
-            QStringList all;
-            QStringListModel source;
-            const RowFilter::Owner filter = RowFilter::make();
-            FilteredFilesModel model(nullptr);
-            join(*filter, model);
-            model.setSource(&source);
-            filter->setSource(&source);
-            QString pattern;
-            for (int change = 0; change < 12; ++change) {
-                if (number(3) == 0) {
-                    pattern = QString::number(number(20));
-                    filter->setPattern(pattern);
-                } else {
-                    const int first = source.rowCount();
-                    const int count = number(3'000);
-                    source.insertRows(first, count);
-                    for (int row = first; row < first + count; ++row)
-                        source.setData(source.index(row), "/f/%1.txt"_q.arg(row));
-                }
-                if (number(2) == 0)
-                    QTest::qWait(number(3));
-            }
-            QTRY_VERIFY_WITH_TIMEOUT(filter->isDone() && !filter->running(), longWait);
-            QCOMPARE(rowsOf(model), matching(source.stringList(), pattern));
-        }
-    }
-
-    void filterMayGoWhileItRuns()
-    {
-        QStringList rows;
-        for (int i = 0; i < 100'000; ++i)
-            rows.append("/f/%1.txt"_q.arg(i));
-        QStringListModel source(rows);
-        RowFilter::Owner filter = RowFilter::make();
-        const QPointer<RowFilter> seen(filter.get());
-        filter->setSource(&source);
-        bool wentWhileItRan = false;
-        connect(filter.get(), &ZvAbstractIterativeProcess::started, &source, [&] {
-            QMetaObject::invokeMethod(
-                &source,
-                [&] {
-                    wentWhileItRan = filter->running();
-                    filter.reset();
-                },
-                Qt::QueuedConnection);
-        });
-        QTRY_VERIFY_WITH_TIMEOUT(!filter, longWait);
-        QVERIFY(wentWhileItRan);
-        QTRY_VERIFY_WITH_TIMEOUT(!seen, longWait);
-    }
-
     void emptyPanelTellsWhatToDo()
     {
         const Panel panel;
@@ -448,44 +79,6 @@ private Q_SLOTS:
         QCOMPARE(panel.panel->getPreferredNewWindowSize().width(), 320);
         QVERIFY(panel.panel->isSystemWidget());
         QCOMPARE(panel.panel->shortTitle(), "Files"_q);
-    }
-
-    void listsAndFilters()
-    {
-        zvtest::FileTree tree;
-        tree.files(300, "plan %1.testplan"_q);
-        tree.files(200, "sub/sheet %1.zvsch"_q);
-        const Panel panel;
-        QSignalSpy foldersChanged(panel.panel.get(), &FilesPanel::foldersChanged);
-        panel.panel->addFolders({tree.path()});
-        QCOMPARE(foldersChanged.count(), 1);
-        QCOMPARE(panel.panel->folders(), QStringList{tree.path()});
-        QVERIFY(panel.panel->isWorking());
-        QVERIFY(panel.stop()->isVisible());
-        const QStringList all = listed({tree.path()});
-        QVERIFY(all.size() >= 499);
-        QVERIFY(panel.comesToShow(all));
-        QCOMPARE(panel.status()->text(), "%1 files"_q.arg(all.size()));
-        QVERIFY(!panel.stop()->isVisible());
-
-        QTest::keyClicks(panel.search(), "PLAN 1"_q);
-        const QStringList plans = matching(all, "plan 1"_q);
-        QVERIFY(plans.size() > 100);
-        QVERIFY(panel.comesToShow(plans));
-        QCOMPARE(panel.status()->text(), "%1 of %2 files"_q.arg(plans.size()).arg(all.size()));
-        QTest::keyClick(panel.search(), Qt::Key_Escape);
-        QVERIFY(panel.search()->text().isEmpty());
-        QVERIFY(panel.comesToShow(all));
-        panel.search()->setText("*9.zvsch"_q);
-        QVERIFY(panel.comesToShow(matching(all, "*9.zvsch"_q)));
-        panel.search()->setText("nothing of this kind"_q);
-        QVERIFY(panel.comesToShow({}));
-        panel.search()->clear();
-
-        panel.types()->setEditText("zvsch"_q);
-        QTest::keyClick(panel.types()->lineEdit(), Qt::Key_Return);
-        QCOMPARE(panel.panel->types(), QStringList{".zvsch"_q});
-        QVERIFY(panel.comesToShow(listed({tree.path()}, {".zvsch"_q})));
     }
 
     void emptyFolderHidesNoOther()
@@ -583,29 +176,6 @@ private Q_SLOTS:
         QCOMPARE(open.value(0).value(0).toStringList(), QStringList{tree.path("1.txt"_q)});
     }
 
-    void listingStops()
-    {
-        zvtest::FileTree tree;
-        tree.files(manyFiles, "d/%1.txt"_q);
-        tree.files(2);
-        const Panel panel;
-        panel.panel->addFolders({tree.path()});
-        QTest::mouseClick(panel.stop(), Qt::LeftButton);
-        QVERIFY(!panel.panel->isWorking());
-        QVERIFY(!panel.stop()->isVisible());
-        const QString stopped = "Listing stopped. Press Reload to list the folders again."_q;
-        QCOMPARE(panel.status()->text(), stopped);
-        QTest::qWait(100);
-        QVERIFY(panel.shown().isEmpty());
-        QCOMPARE(panel.status()->text(), stopped);
-        panel.panel->stop();
-        QCOMPARE(panel.status()->text(), stopped);
-        QVERIFY(panel.activate());
-        QTest::keyClick(panel.view(), Qt::Key_F5);
-        QVERIFY(panel.panel->isWorking());
-        QVERIFY(panel.comesToShow(listed({tree.path()})));
-    }
-
     void filteringStops()
     {
         zvtest::FileTree tree;
@@ -627,45 +197,6 @@ private Q_SLOTS:
         QCOMPARE(panel.shown(), hits);
         panel.search()->setText("77"_q);
         QVERIFY(panel.comesToShow(matching(all, "77"_q)));
-    }
-
-    void filterChangesWhileFilesAreListed()
-    {
-        zvtest::FileTree tree;
-        for (int folder = 0; folder < 20; ++folder)
-            tree.files(manyFiles / 20, "%1/%2.txt"_q.arg(folder).arg("%1"_q));
-        const QStringList all = listed({tree.path()});
-        QVERIFY(all.size() >= manyFiles - 1);
-        const QStringList texts = {""_q, "1"_q, "12"_q, "*3.txt"_q, "99"_q, "?.txt"_q, "x"_q};
-        for (int i = 0; i < texts.size() * 3; ++i) {
-            const Panel panel;
-            panel.panel->addFolders({tree.path()});
-            panel.search()->setText(texts[(i + 3) % texts.size()]);
-            QTest::qWait(i * 2);
-            const QString& text = texts[i % texts.size()];
-            panel.search()->setText(text);
-            QVERIFY2(panel.comesToShow(matching(all, text)),
-                     qPrintable(text + " "_q + panel.status()->text()));
-        }
-    }
-
-    void panelMayGoAtAnyMoment()
-    {
-        zvtest::FileTree tree;
-        tree.files(manyFiles / 4);
-        for (int i = 0; i < 60; ++i) {
-            Panel panel;
-            panel.panel->addFolders({tree.path()});
-            panel.search()->setText(QString::number(i % 3));
-            if (i % 2 == 0) {
-                QTest::qWait(i);
-                panel.panel.reset();
-                continue;
-            }
-            // From within the events between two steps of the filter.
-            QTimer::singleShot(i, panel.panel.get(), [&panel] { panel.panel.reset(); });
-            QTRY_VERIFY_WITH_TIMEOUT(!panel.panel, longWait);
-        }
     }
 
     void keysAndMouseOpen()
@@ -933,9 +464,6 @@ private Q_SLOTS:
         const QString tip = shown(panel.folders()->item(0)->toolTip());
         QVERIFY2(tip.startsWith("“"_q + folder + "” isn't there"_q), qPrintable(tip));
     }
-
-private:
-    const zvtest::StyleHost m_host;
 };
 
 QTEST_MAIN(tst_workbench_files)

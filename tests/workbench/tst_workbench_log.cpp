@@ -6,6 +6,7 @@
 #include <zv_logging/host.h>
 #include <zv_logging/zv_logging.h>
 
+#include "support/BuiltInStyles.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"

@@ -15,6 +15,7 @@
 
 #include <HostSupport/host.h>
 
+#include "support/BuiltInStyles.h"
 #include <support/Answer.h>
 #include <support/RefusedWrite.h>
 #include <support/Workbench.h>
