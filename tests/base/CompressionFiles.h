@@ -3,7 +3,6 @@
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFilePath.h>
 
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -17,18 +16,6 @@ inline constexpr ZvCompressionType Zlib = ZvCompressionType::Zlib;
 inline zvutil::ZvFilePath path(const QString& name)
 {
     return {name.toStdWString()};
-}
-
-inline QByteArray content(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
-
-inline bool write(const QString& name, const QByteArray& bytes)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 inline QByteArray randomBytes(int count)

@@ -5,6 +5,7 @@
 #include <zvutil/ZvFileException.h>
 #include <zvutil/ZvFilePath.h>
 
+#include "support/Files.h"
 #include "support/Process.h"
 #include "support/StdString.h"
 #include "support/Threads.h"
@@ -28,10 +29,10 @@
 #include <csignal>
 #endif
 
-using zvtest::content;
+using zvtest::contentOf;
 using zvtest::path;
 using zvtest::randomBytes;
-using zvtest::write;
+using zvtest::writeTo;
 using zvtest::Zlib;
 using zvutil::ZvFileException;
 using zvutil::ZvFilePath;
@@ -126,12 +127,12 @@ private Q_SLOTS:
         const QString marked = mark + QStringLiteral("\u00E4.txt");
         const QString packed = QStringLiteral("packed");
         const QString unpacked = QStringLiteral("unpacked");
-        QVERIFY(write(QStringLiteral("\u00E4.txt"), "other"));
-        QVERIFY(write(marked, "marked"));
+        QVERIFY(writeTo(QStringLiteral("\u00E4.txt"), "other"));
+        QVERIFY(writeTo(marked, "marked"));
         ZvCompression::compress(path(marked), path(mark + packed), Zlib, 9);
-        QCOMPARE(content(mark + packed), qCompress(QByteArray("marked"), 9));
+        QCOMPARE(contentOf(mark + packed), qCompress(QByteArray("marked"), 9));
         ZvCompression::decompress(path(mark + packed), path(mark + unpacked), Zlib);
-        QCOMPARE(content(mark + unpacked), QByteArray("marked"));
+        QCOMPARE(contentOf(mark + unpacked), QByteArray("marked"));
         QVERIFY(!QFile::exists(packed) && !QFile::exists(unpacked));
     }
 
@@ -164,12 +165,12 @@ private Q_SLOTS:
     {
         QFETCH(int, level);
         QFETCH(QByteArray, bytes);
-        QVERIFY(write(file("source"), bytes));
+        QVERIFY(writeTo(file("source"), bytes));
         ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, level);
-        QCOMPARE(content(file("packed")), qCompress(bytes, level));
+        QCOMPARE(contentOf(file("packed")), qCompress(bytes, level));
         ZvCompression::decompress(path(file("packed")), path(file("target")), Zlib);
-        QCOMPARE(content(file("target")), bytes);
-        QCOMPARE(content(file("source")), bytes);
+        QCOMPARE(contentOf(file("target")), bytes);
+        QCOMPARE(contentOf(file("source")), bytes);
     }
 
     void largeRoundTrip_data()
@@ -201,9 +202,9 @@ private Q_SLOTS:
 
     void format()
     {
-        QVERIFY(write(file("source"), QByteArray("hello hello hello")));
+        QVERIFY(writeTo(file("source"), QByteArray("hello hello hello")));
         ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, -1);
-        const QByteArray packed = content(file("packed"));
+        const QByteArray packed = contentOf(file("packed"));
         QCOMPARE(packed.left(4), QByteArray("\0\0\0\x11", 4));
         // A zlib stream: deflate with a window of 32 KB, and a header that is a multiple of 31.
         QCOMPARE(packed[4], '\x78');
@@ -211,18 +212,18 @@ private Q_SLOTS:
         // The checksum of the content ends it: Adler-32 of 17 bytes.
         QCOMPARE(packed.right(4).toHex(), QByteArray("3a2e067d"));
 
-        QVERIFY(write(file("source"), QByteArray()));
+        QVERIFY(writeTo(file("source"), QByteArray()));
         ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, -1);
-        QCOMPARE(content(file("packed")), QByteArray(4, '\0'));
+        QCOMPARE(contentOf(file("packed")), QByteArray(4, '\0'));
     }
 
     void levelsAreHandedOn()
     {
         const QByteArray bytes = QByteArray("some text, ").repeated(1000);
-        QVERIFY(write(file("source"), bytes));
+        QVERIFY(writeTo(file("source"), bytes));
         const auto packedSize = [&](int level) {
             ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, level);
-            return content(file("packed")).size();
+            return contentOf(file("packed")).size();
         };
         QVERIFY(packedSize(0) > bytes.size());
         QVERIFY(packedSize(1) > packedSize(9));
@@ -232,21 +233,21 @@ private Q_SLOTS:
     void exchangeWithAnotherProgram()
     {
         const QByteArray bytes = randomBytes(10'000) + QByteArray("text\r\n").repeated(10'000);
-        QVERIFY(write(file("source"), bytes));
+        QVERIFY(writeTo(file("source"), bytes));
         QCOMPARE(runPeer(QStringLiteral("pack"), file("source"), file("packed")), 0);
         ZvCompression::decompress(path(file("packed")), path(file("target")), Zlib);
-        QVERIFY(content(file("target")) == bytes);
+        QVERIFY(contentOf(file("target")) == bytes);
 
         ZvCompression::compress(path(file("source")), path(file("ours")), Zlib, 9);
         QCOMPARE(runPeer(QStringLiteral("unpack"), file("ours"), file("theirs")), 0);
-        QVERIFY(content(file("theirs")) == bytes);
+        QVERIFY(contentOf(file("theirs")) == bytes);
     }
 
     void otherTypesDoNothing()
     {
         for (const int value : {1, -1, 2'000'000'000}) {
             const auto other = static_cast<ZvCompressionType>(value);
-            QVERIFY(write(file("source"), QByteArray("text")));
+            QVERIFY(writeTo(file("source"), QByteArray("text")));
             ZvCompression::compress(path(file("source")), path(file("target")), other, -1);
             ZvCompression::decompress(path(file("source")), path(file("target")), other);
             QVERIFY(!QFile::exists(file("target")));
@@ -255,7 +256,7 @@ private Q_SLOTS:
             ZvCompression::decompress(path(file("none")), path(file("target")), other);
             // And a target that is there stays.
             ZvCompression::compress(path(file("none")), path(file("source")), other, -1);
-            QCOMPARE(content(file("source")), QByteArray("text"));
+            QCOMPARE(contentOf(file("source")), QByteArray("text"));
         }
     }
 
@@ -272,18 +273,18 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
-        QVERIFY(write(file("target"), QByteArray("old")));
+        QVERIFY(writeTo(file("target"), QByteArray("old")));
         const QString source = m_dir->filePath(name);
         QCOMPARE(compressFailure(source, file("target")), cannotRead(source));
         QCOMPARE(decompressFailure(source, file("target")), cannotRead(source));
-        QCOMPARE(content(file("target")), QByteArray("old"));
+        QCOMPARE(contentOf(file("target")), QByteArray("old"));
         QCOMPARE(compressFailure(source, file("new")), cannotRead(source));
         QVERIFY(!QFile::exists(file("new")));
     }
 
     void emptyPaths()
     {
-        QVERIFY(write(file("source"), QByteArray("text")));
+        QVERIFY(writeTo(file("source"), QByteArray("text")));
         QTest::ignoreMessage(QtWarningMsg, "QFSFileEngine::open: No file name specified");
         QCOMPARE(compressFailure(QString(), file("target")), cannotRead(QString()));
         QTest::ignoreMessage(QtWarningMsg, "QFSFileEngine::open: No file name specified");
@@ -302,19 +303,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
-        QVERIFY(write(file("source"), QByteArray("text")));
+        QVERIFY(writeTo(file("source"), QByteArray("text")));
         const QString target = m_dir->filePath(name);
         QCOMPARE(compressFailure(file("source"), target), cannotWrite(target));
         QCOMPARE(decompressFailure(file("source"), target), cannotWrite(target));
-        QCOMPARE(content(file("source")), QByteArray("text"));
+        QCOMPARE(contentOf(file("source")), QByteArray("text"));
     }
 
     void withoutPermission()
     {
 #if defined(Q_OS_UNIX)
-        QVERIFY(write(file("source"), QByteArray("text")));
-        QVERIFY(write(file("secret"), QByteArray("text")));
-        QVERIFY(write(file("kept"), QByteArray("old")));
+        QVERIFY(writeTo(file("source"), QByteArray("text")));
+        QVERIFY(writeTo(file("secret"), QByteArray("text")));
+        QVERIFY(writeTo(file("kept"), QByteArray("old")));
         QCOMPARE(chmod(qPrintable(m_dir->path()), 0755), 0);
         QCOMPARE(chmod(qPrintable(file("source")), 0444), 0);
         QCOMPARE(chmod(qPrintable(file("secret")), 0), 0);
@@ -325,7 +326,7 @@ private Q_SLOTS:
                 && compressFailure(file("source"), file("kept")) == cannotWrite(file("kept"))
                 && decompressFailure(file("source"), file("kept")) == cannotWrite(file("kept"));
         }));
-        QCOMPARE(content(file("kept")), QByteArray("old"));
+        QCOMPARE(contentOf(file("kept")), QByteArray("old"));
 #else
         QSKIP("Made with the permissions of POSIX");
 #endif
@@ -334,7 +335,7 @@ private Q_SLOTS:
     void fullDisk()
     {
 #if defined(Q_OS_LINUX)
-        QVERIFY(write(file("source"), randomBytes(1'000'000)));
+        QVERIFY(writeTo(file("source"), randomBytes(1'000'000)));
         QCOMPARE(compressFailure(file("source"), QStringLiteral("/dev/full")), "nothing"s);
         ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, -1);
         QCOMPARE(decompressFailure(file("packed"), QStringLiteral("/dev/full")), "nothing"s);
@@ -346,7 +347,7 @@ private Q_SLOTS:
     void limitedDisk()
     {
 #if defined(Q_OS_UNIX)
-        QVERIFY(write(file("source"), randomBytes(1'000'000)));
+        QVERIFY(writeTo(file("source"), randomBytes(1'000'000)));
         QVERIFY(zvtest::holdsInChild([this] {
             // As on a disk with so much room: what is beyond it can't be written.
             const rlimit limit = {100'000, 100'000};
@@ -355,9 +356,9 @@ private Q_SLOTS:
                 && compressFailure(file("source"), file("short")) == "nothing";
         }));
         const QByteArray all = qCompress(randomBytes(1'000'000));
-        QCOMPARE(content(file("short")), all.left(100'000));
+        QCOMPARE(contentOf(file("short")), all.left(100'000));
         QCOMPARE(decompressFailure(file("short"), file("target")), "nothing"s);
-        QCOMPARE(content(file("target")), QByteArray());
+        QCOMPARE(contentOf(file("target")), QByteArray());
 #else
         QSKIP("Made with a resource limit of POSIX");
 #endif
@@ -365,23 +366,23 @@ private Q_SLOTS:
 
     void targetIsTruncated()
     {
-        QVERIFY(write(file("source"), QByteArray("text")));
-        QVERIFY(write(file("target"), randomBytes(10'000)));
+        QVERIFY(writeTo(file("source"), QByteArray("text")));
+        QVERIFY(writeTo(file("target"), randomBytes(10'000)));
         ZvCompression::compress(path(file("source")), path(file("target")), Zlib, -1);
-        QCOMPARE(content(file("target")), qCompress(QByteArray("text")));
-        QVERIFY(write(file("restored"), randomBytes(10'000)));
+        QCOMPARE(contentOf(file("target")), qCompress(QByteArray("text")));
+        QVERIFY(writeTo(file("restored"), randomBytes(10'000)));
         ZvCompression::decompress(path(file("target")), path(file("restored")), Zlib);
-        QCOMPARE(content(file("restored")), QByteArray("text"));
+        QCOMPARE(contentOf(file("restored")), QByteArray("text"));
     }
 
     void sameFileLosesItsContent()
     {
-        QVERIFY(write(file("file"), QByteArray("text")));
+        QVERIFY(writeTo(file("file"), QByteArray("text")));
         QCOMPARE(compressFailure(file("file"), file("file")), "nothing"s);
-        QCOMPARE(content(file("file")), QByteArray(4, '\0'));
-        QVERIFY(write(file("file"), qCompress(QByteArray("text"))));
+        QCOMPARE(contentOf(file("file")), QByteArray(4, '\0'));
+        QVERIFY(writeTo(file("file"), qCompress(QByteArray("text"))));
         QCOMPARE(decompressFailure(file("file"), file("file")), "nothing"s);
-        QCOMPARE(content(file("file")), QByteArray());
+        QCOMPARE(contentOf(file("file")), QByteArray());
     }
 
     void foreignBytes_data()
@@ -408,10 +409,10 @@ private Q_SLOTS:
     void foreignBytes()
     {
         QFETCH(QByteArray, bytes);
-        QVERIFY(write(file("foreign"), bytes));
-        QVERIFY(write(file("target"), QByteArray("old")));
+        QVERIFY(writeTo(file("foreign"), bytes));
+        QVERIFY(writeTo(file("target"), QByteArray("old")));
         QCOMPARE(decompressFailure(file("foreign"), file("target")), "nothing"s);
-        QCOMPARE(content(file("target")), QByteArray());
+        QCOMPARE(contentOf(file("target")), QByteArray());
     }
 
     void claimsNeedNoMemory()
@@ -423,13 +424,13 @@ private Q_SLOTS:
         for (const quint32 length : {0x40000000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
             QByteArray claim = packed.left(30);
             qToBigEndian(length, claim.data());
-            QVERIFY(write(file("foreign"), claim));
+            QVERIFY(writeTo(file("foreign"), claim));
             QVERIFY(zvtest::holdsInChild([this] {
                 const rlimit limit = {400U << 20, 400U << 20};
                 return setrlimit(RLIMIT_AS, &limit) == 0
                     && decompressFailure(file("foreign"), file("target")) == "nothing";
             }));
-            QCOMPARE(content(file("target")), QByteArray());
+            QCOMPARE(contentOf(file("target")), QByteArray());
         }
 #else
         QSKIP("Made with a resource limit of Linux");
@@ -441,9 +442,9 @@ private Q_SLOTS:
         const QByteArray bytes = QByteArray("some content").repeated(20) + randomBytes(50);
         const QByteArray packed = qCompress(bytes);
         for (int size = 0; size < packed.size(); ++size) {
-            QVERIFY(write(file("foreign"), packed.left(size)));
+            QVERIFY(writeTo(file("foreign"), packed.left(size)));
             QCOMPARE(decompressFailure(file("foreign"), file("target")), "nothing"s);
-            QVERIFY2(content(file("target")).isEmpty(), qPrintable(QString::number(size)));
+            QVERIFY2(contentOf(file("target")).isEmpty(), qPrintable(QString::number(size)));
         }
     }
 
@@ -462,21 +463,21 @@ private Q_SLOTS:
         const QByteArray bytes = QByteArray("some content").repeated(10);
         QByteArray packed = qCompress(bytes);
         qToBigEndian(length, packed.data());
-        QVERIFY(write(file("packed"), packed));
+        QVERIFY(writeTo(file("packed"), packed));
         ZvCompression::decompress(path(file("packed")), path(file("target")), Zlib);
-        QCOMPARE(content(file("target")), bytes);
+        QCOMPARE(contentOf(file("target")), bytes);
     }
 
     void whatFollowsTheStreamIsIgnored()
     {
-        QVERIFY(write(file("packed"), qCompress(QByteArray("text")) + "more"));
+        QVERIFY(writeTo(file("packed"), qCompress(QByteArray("text")) + "more"));
         ZvCompression::decompress(path(file("packed")), path(file("target")), Zlib);
-        QCOMPARE(content(file("target")), QByteArray("text"));
+        QCOMPARE(contentOf(file("target")), QByteArray("text"));
     }
 
     void tooLargeSource()
     {
-        QVERIFY(write(file("target"), QByteArray("old")));
+        QVERIFY(writeTo(file("target"), QByteArray("old")));
         for (const qint64 size : {qint64(2126221301), qint64(1) << 31, qint64(5'000'000'000)}) {
             if (!makeSparse(file("source"), size))
                 QSKIP("There are no files of this size here");
@@ -486,30 +487,30 @@ private Q_SLOTS:
             QVERIFY(makeSparse(file("source"), size));
             QCOMPARE(decompressFailure(file("source"), file("target")), tooLarge(file("source")));
         }
-        QCOMPARE(content(file("target")), QByteArray("old"));
+        QCOMPARE(contentOf(file("target")), QByteArray("old"));
     }
 
     void pathsHaveTheRulesOfTheLibrary()
     {
         QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
-        QVERIFY(write(file("folder/\u00E4 source"), QByteArray("text")));
+        QVERIFY(writeTo(file("folder/\u00E4 source"), QByteArray("text")));
         ZvFilePath source = path(m_dir->path());
         source /= ZvFilePath(L"folder");
         source /= ZvFilePath(L"\u00E4 source");
         ZvFilePath target = path(m_dir->path());
         target /= ZvFilePath(L"folder\\packed");
         ZvCompression::compress(source, target, Zlib, -1);
-        QCOMPARE(content(file("folder/packed")), qCompress(QByteArray("text")));
+        QCOMPARE(contentOf(file("folder/packed")), qCompress(QByteArray("text")));
     }
 
     void pathsEndAtTheFirstNul()
     {
-        QVERIFY(write(file("source"), QByteArray("text")));
+        QVERIFY(writeTo(file("source"), QByteArray("text")));
         const std::wstring source = file("source").toStdWString() + L"\0x"s;
         const std::wstring target = file("target").toStdWString() + L"\0y"s;
         ZvCompression::compress(ZvFilePath(source.data(), source.size()),
                                 ZvFilePath(target.data(), target.size()), Zlib, -1);
-        QCOMPARE(content(file("target")), qCompress(QByteArray("text")));
+        QCOMPARE(contentOf(file("target")), qCompress(QByteArray("text")));
     }
 
 private:

@@ -4,16 +4,17 @@
 
 #include <zvutil/ZvCompression.h>
 
+#include "support/Files.h"
 #include "support/Threads.h"
 
 #include <QTest>
 
 #include <atomic>
 
-using zvtest::content;
+using zvtest::contentOf;
 using zvtest::path;
 using zvtest::randomBytes;
-using zvtest::write;
+using zvtest::writeTo;
 using zvtest::Zlib;
 
 class tst_ZvCompression_threads : public zvtest::CompressionTest
@@ -23,7 +24,7 @@ class tst_ZvCompression_threads : public zvtest::CompressionTest
 private Q_SLOTS:
     void severalThreadsShareNothing()
     {
-        QVERIFY(write(file("source"), randomBytes(100'000)));
+        QVERIFY(writeTo(file("source"), randomBytes(100'000)));
         std::atomic<int> thread{0};
         zvtest::onTwoThreads([&] {
             const QString name = file("target") + QString::number(++thread);
@@ -32,8 +33,8 @@ private Q_SLOTS:
                 ZvCompression::decompress(path(name), path(name + QLatin1Char('x')), Zlib);
             }
         });
-        QVERIFY(content(file("target1x")) == randomBytes(100'000));
-        QVERIFY(content(file("target2x")) == randomBytes(100'000));
+        QVERIFY(contentOf(file("target1x")) == randomBytes(100'000));
+        QVERIFY(contentOf(file("target2x")) == randomBytes(100'000));
     }
 };
 

@@ -6,6 +6,7 @@
 #include <DockFramework/DockableWidget.h>
 
 #include "support/Answer.h"
+#include "support/Files.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -25,16 +26,7 @@
 using zvtest::Answer;
 using zvtest::child;
 using zvtest::Document;
-
-namespace {
-
-bool writeTo(const QString& filename, const QByteArray& bytes)
-{
-    QFile file(filename);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-} // namespace
+using zvtest::writeTo;
 
 class tst_DockFramework_files : public zvtest::DockFrameworkTest
 {

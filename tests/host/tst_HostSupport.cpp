@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/RefusedWrite.h"
 #include "support/StdString.h"
 
@@ -99,8 +100,7 @@ std::string symbol(const char* name)
 
 QByteArray contentOf(const std::string& name)
 {
-    QFile file(QString::fromStdString(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+    return zvtest::contentOf(QString::fromStdString(name));
 }
 
 } // namespace
@@ -452,10 +452,8 @@ private Q_SLOTS:
 
     void damagedOptionsFileGivesDefaults()
     {
-        QFile file(QString::fromStdString(optionsFile()));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArrayLiteral("[[[\x00\xFF=\n%ZZ\ntst"));
-        file.close();
+        QVERIFY(zvtest::writeTo(QString::fromStdString(optionsFile()),
+                                QByteArrayLiteral("[[[\x00\xFF=\n%ZZ\ntst")));
         QCOMPARE(option("tst_damaged", "given"), "given"s);
     }
 

@@ -1,3 +1,5 @@
+#include "support/Files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -371,10 +373,8 @@ private Q_SLOTS:
 private:
     static QString write(const QTemporaryDir& directory, const QString& name, const char* text)
     {
-        QFile file(directory.filePath(name));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(text);
-        return file.fileName();
+        const QString path = directory.filePath(name);
+        return zvtest::writeTo(path, text) ? path : QString();
     }
 };
 

@@ -1,5 +1,6 @@
 #include <zvutil/uri.h>
 
+#include "support/SmallStack.h"
 #include "support/StdString.h"
 #include "support/Threads.h"
 #include "support/UriOracle.h"
@@ -32,28 +33,6 @@ bool liesIn(std::string_view part, const std::string& text)
 {
     return part.empty()
         || (part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size());
-}
-
-/// Runs \p work on a thread with a stack of 128 KB, so that anything recursive would crash.
-template <typename Work>
-void onSmallStack(Work work)
-{
-    class Thread : public QThread
-    {
-    public:
-        explicit Thread(Work& w)
-            : m_work(w)
-        {
-        }
-        void run() override { m_work(); }
-
-    private:
-        Work& m_work;
-    };
-    Thread thread(work);
-    thread.setStackSize(128 * 1024);
-    thread.start();
-    thread.wait();
 }
 
 static_assert(sizeof(uri) == 2 * sizeof(void*));
@@ -314,7 +293,7 @@ private Q_SLOTS:
         QFETCH(char, repeated);
         const std::size_t length = 64 * 1024 * 1024;
         const std::string text = "http://" + std::string(length, repeated);
-        onSmallStack([&] {
+        zvtest::onSmallStack([&] {
             const uri u(text);
             QCOMPARE(u.text().size(), 7 + (repeated == ' ' ? 3 : 1) * length);
             QCOMPARE(u.kind(), UriKind::Http);

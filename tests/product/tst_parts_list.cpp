@@ -1,7 +1,8 @@
 // Runs the example program that keeps a document format of its own.
 
+#include "support/Files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -105,18 +106,9 @@ private Q_SLOTS:
     }
 
 private:
-    void write(const QByteArray& bytes)
-    {
-        QFile file(m_file);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    void write(const QByteArray& bytes) { QVERIFY(zvtest::writeTo(m_file, bytes)); }
 
-    QByteArray content() const
-    {
-        QFile file(m_file);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
-    }
+    QByteArray content() const { return zvtest::contentOf(m_file); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_file;

@@ -1,3 +1,5 @@
+#include "support/Files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -199,9 +201,7 @@ private:
     void write(const char* name, const QByteArray& content)
     {
         QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
+        QVERIFY(zvtest::writeTo(path(name), content));
     }
 
     /// A file with one hit that takes minutes to read and no room on the disc.

@@ -3,6 +3,7 @@
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
+#include "support/Files.h"
 #include "support/RefusedWrite.h"
 #include "support/StyleHost.h"
 
@@ -167,7 +168,7 @@ private Q_SLOTS:
         const Window window = openWindow();
         QTest::keyClicks(window.editor, added);
         QTest::mouseClick(window.apply, Qt::LeftButton);
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), added.toUtf8());
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), added.toUtf8());
         QCOMPARE(qApp->styleSheet(), m_sheet + addedInSheet);
         QCOMPARE(m_changes, 1);
         QVERIFY(!window.apply->isEnabled());
@@ -176,7 +177,7 @@ private Q_SLOTS:
         QTest::keyClick(window.editor, Qt::Key_Return);
         QVERIFY(window.apply->isEnabled());
         QTest::mouseClick(window.apply, Qt::LeftButton);
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), added.toUtf8() + '\n');
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), added.toUtf8() + '\n');
         closeWithoutQuestion(window);
         QCOMPARE(m_changes, 2);
     }
@@ -188,7 +189,7 @@ private Q_SLOTS:
         const Answer answer(QMessageBox::Yes);
         window.widget->close();
         QVERIFY(!answer.question.isEmpty());
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), added.toUtf8());
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), added.toUtf8());
         QCOMPARE(qApp->styleSheet(), m_sheet + addedInSheet);
         QCOMPARE(m_changes, 1);
         expectGone(window);
@@ -229,12 +230,12 @@ private Q_SLOTS:
             const zvtest::RefusedWrite refused(m_host.modificationsFile());
             QTest::mouseClick(window.apply, Qt::LeftButton);
         }
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), QByteArray("a { }"));
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), QByteArray("a { }"));
         QVERIFY(window.apply->isEnabled());
         QCOMPARE(m_changes, 0);
         // The text is still there, and is written as soon as there is space.
         QTest::mouseClick(window.apply, Qt::LeftButton);
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()).size(),
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()).size(),
                  2 * zvtest::RefusedWrite::limit);
         closeWithoutQuestion(window);
     }
@@ -247,7 +248,7 @@ private Q_SLOTS:
         window.editor->setPlainText(QStringLiteral("\u00E4"));
         QTest::mouseClick(window.apply, Qt::LeftButton);
         QTextCodec::setCodecForLocale(codec);
-        QCOMPARE(zvtest::StyleHost::read(m_host.modificationsFile()), QByteArray("\xE4"));
+        QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), QByteArray("\xE4"));
         closeWithoutQuestion(window);
     }
 

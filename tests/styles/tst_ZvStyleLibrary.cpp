@@ -6,6 +6,7 @@
 #include <zvutil/experimental/xml/null_element_xml_exception.h>
 
 #include "support/BuiltInStyles.h"
+#include "support/Files.h"
 #include "support/StdString.h"
 #include "support/StyleHost.h"
 #include "support/XmlRecorder.h"
@@ -221,7 +222,7 @@ private Q_SLOTS:
         for (const auto& row : zvtest::builtInAccents)
             expected += utf8(row.name) + QLatin1Char(' ') + utf8(row.colour).toLower();
         QCOMPARE(expected.size(), 48);
-        QCOMPARE(accentsIn(zvtest::StyleHost::read(m_host->libraryFile())), expected);
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())), expected);
     }
 
     void builtInFile()
@@ -341,7 +342,7 @@ private Q_SLOTS:
         ZvStyleLibrary library = loaded;
         library.add(ZvStyleLibrary());
         library.save(libraryPath());
-        QCOMPARE(accentsIn(zvtest::StyleHost::read(m_host->libraryFile())),
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())),
                  QStringList{QStringLiteral("x #010203")});
     }
 
@@ -376,7 +377,7 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN((void)library.dark(), zvutil::ZvException);
         // The accents stay.
         library.save(libraryPath());
-        QCOMPARE(accentsIn(zvtest::StyleHost::read(m_host->libraryFile())).size(), 48);
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())).size(), 48);
     }
 
     void copiesShareNothing()
@@ -446,7 +447,7 @@ private Q_SLOTS:
         QCOMPARE(style.editorColour("E", "X"), QColor(8, 8, 8));
         QCOMPARE(std::string(style.editorStyle("f").name()), "F"s);
         library.save(libraryPath());
-        QCOMPARE(accentsIn(zvtest::StyleHost::read(m_host->libraryFile())),
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())),
                  QStringList{QStringLiteral("y #000000")});
     }
 
@@ -555,7 +556,7 @@ private Q_SLOTS:
         library.update(userStyle("user", Qt::red));
         QVERIFY_EXCEPTION_THROWN(library.add(libraryPath()), xml::xml_exception);
         QCOMPARE(library.names(), builtIn + QStringList{QStringLiteral("user")});
-        QCOMPARE(zvtest::StyleHost::read(m_host->libraryFile()), bytes);
+        QCOMPARE(zvtest::contentOf(m_host->libraryFile()), bytes);
     }
 
     void brokenFilesCountUpToTheirEnd()
@@ -577,7 +578,7 @@ private Q_SLOTS:
         library.clear(false);
         library.update(userStyle("user", Qt::red));
         library.save(libraryPath());
-        const QByteArray all = zvtest::StyleHost::read(m_host->libraryFile());
+        const QByteArray all = zvtest::contentOf(m_host->libraryFile());
         int loaded = 0;
         for (int size = 0; size < all.size(); size += 7) {
             QVERIFY(m_host->write(m_host->libraryFile(), all.left(size)));
@@ -599,7 +600,7 @@ private Q_SLOTS:
                      "<Accent name=\"Red\" colour=\"#E81123\"/>")));
         const ZvStyleLibrary library(libraryPath());
         library.save(libraryPath());
-        const QString text = QString::fromUtf8(zvtest::StyleHost::read(m_host->libraryFile()));
+        const QString text = QString::fromUtf8(zvtest::contentOf(m_host->libraryFile()));
         QVERIFY(text.startsWith(QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
                                                "<StyleLibrary><Styles><Style name=\"A &amp; B\">"
                                                "<Brushes>"

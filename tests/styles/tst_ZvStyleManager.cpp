@@ -5,6 +5,7 @@
 #include <zvutil/ZvException.h>
 #include <zvutil/ZvStyleLibrary.h>
 
+#include "support/Files.h"
 #include "support/Messages.h"
 #include "support/StdString.h"
 #include "support/StyleHost.h"
@@ -403,7 +404,7 @@ private Q_SLOTS:
         if (library.isEmpty())
             QVERIFY(!QFile::exists(user.libraryFile()));
         else
-            QCOMPARE(zvtest::StyleHost::read(user.libraryFile()), library);
+            QCOMPARE(zvtest::contentOf(user.libraryFile()), library);
         QVERIFY(!QFile::exists(user.modificationsFile()));
     }
 

@@ -5,6 +5,7 @@
 #include <zvutil/ZvStyleManager.h>
 
 #include "support/BuiltInStyles.h"
+#include "support/Files.h"
 #include "support/StyleHost.h"
 #include "support/TemplateRules.h"
 
@@ -12,7 +13,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QImage>
@@ -42,12 +42,12 @@ const QString folder = QStringLiteral(":/libzvutil/style/");
 
 QByteArray resource(const QString& name)
 {
-    return zvtest::StyleHost::read(folder + name);
+    return zvtest::contentOf(folder + name);
 }
 
 QString templateText()
 {
-    return QString::fromLatin1(zvtest::StyleHost::read(ZvStyle::TemplateResourcePath()));
+    return QString::fromLatin1(zvtest::contentOf(ZvStyle::TemplateResourcePath()));
 }
 
 struct ReadRule

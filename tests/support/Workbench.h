@@ -6,7 +6,6 @@
 #include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFile>
 #include <QImage>
 #include <QString>
 #include <QTest>
@@ -25,18 +24,6 @@ inline bool activate(QWidget& window)
         return false;
     window.activateWindow();
     return QTest::qWaitForWindowActive(&window, longWait);
-}
-
-inline QByteArray bytesOf(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
-
-inline bool writeTo(const QString& name, const QByteArray& bytes)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 /// Files that have been read as XML are closed by the event loop.

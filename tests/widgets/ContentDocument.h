@@ -3,8 +3,8 @@
 #include <zvutil/ZvContentWidget.h>
 
 #include "support/Answer.h"
+#include "support/Files.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -21,18 +21,6 @@ inline zvutil::ZvFilePath pathOf(const QString& text)
 inline QString textOf(const zvutil::ZvFilePath& path)
 {
     return path.toQString();
-}
-
-inline QByteArray contentsOf(const QString& filename)
-{
-    QFile file(filename);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
-
-inline bool writeTo(const QString& filename, const QByteArray& bytes)
-{
-    QFile file(filename);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 /// A document whose text is written to its file, and which notes all that happens to it.
@@ -83,7 +71,7 @@ public:
     void tellSaved(const zvutil::ZvFilePath& path) const { Q_EMIT saved(path, QProtectedSignal()); }
 
     bool canReloadFile() const override { return true; }
-    void reloadFile() override { text = contentsOf(getFilename()); }
+    void reloadFile() override { text = contentOf(getFilename()); }
 
     using ZvContentWidget::requestSavePath;
 

@@ -5,6 +5,7 @@
 #include <zvutil/ZvContentWidget.h>
 
 #include "support/Answer.h"
+#include "support/Files.h"
 
 #include <QAbstractButton>
 #include <QFile>

@@ -3,6 +3,7 @@
 #include "ContentDocument.h"
 
 #include "support/Answer.h"
+#include "support/Files.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -10,7 +11,7 @@
 
 #include <stdexcept>
 
-using zvtest::contentsOf;
+using zvtest::contentOf;
 using zvtest::Document;
 using zvtest::pathOf;
 using zvtest::textOf;
@@ -65,7 +66,7 @@ private Q_SLOTS:
                               QStringLiteral("watch 0"), QStringLiteral("modified 0"),
                               QStringLiteral("saved ") + file, QStringLiteral("end 1 ") + file,
                               QStringLiteral("ignore 0")}));
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(contentOf(file), QByteArray("contents"));
         QCOMPARE(document.getFilename(), file);
         QVERIFY(!document.isModified());
         // Now without asking.
@@ -74,7 +75,7 @@ private Q_SLOTS:
         document.takeNotes();
         QCOMPARE(document.save(), pathOf(file));
         QVERIFY(!document.takeNotes().contains(QStringLiteral("watch 0")));
-        QCOMPARE(contentsOf(file), QByteArray("more"));
+        QCOMPARE(contentOf(file), QByteArray("more"));
         QVERIFY(!document.isModified());
     }
 
@@ -219,7 +220,7 @@ private Q_SLOTS:
             QCOMPARE(textOf(document.save()), file);
             QCOMPARE(answer.answer.count, 1);
         }
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(contentOf(file), QByteArray("contents"));
         QCOMPARE(document.getFilename(), file);
         {
             const DialogAnswer answer(file);
@@ -264,7 +265,7 @@ private Q_SLOTS:
         const QString file = m_dir.filePath(QStringLiteral("type 0"));
         document.setFilename(pathOf(file));
         QCOMPARE(textOf(document.save()), file);
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(contentOf(file), QByteArray("contents"));
         QVERIFY(document.saveAs().isEmpty());
         QCOMPARE(answer.answer.count, 0);
     }

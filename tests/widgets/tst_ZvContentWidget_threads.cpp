@@ -3,6 +3,7 @@
 #include "ContentDocument.h"
 
 #include "support/Answer.h"
+#include "support/Files.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -12,7 +13,7 @@
 #include <atomic>
 #include <thread>
 
-using zvtest::contentsOf;
+using zvtest::contentOf;
 using zvtest::Document;
 using zvtest::pathOf;
 using zvtest::textOf;
@@ -58,7 +59,7 @@ private Q_SLOTS:
                               QStringLiteral("modified 0"), QStringLiteral("saved ") + file,
                               QStringLiteral("end 1 ") + file}));
         QCOMPARE(document.getFilename(), file);
-        QCOMPARE(contentsOf(file), QByteArray("contents"));
+        QCOMPARE(contentOf(file), QByteArray("contents"));
     }
 
     void ownWritingOnAWorkerIsNotReported()
@@ -90,7 +91,7 @@ private Q_SLOTS:
         worker.join();
         QTest::qWait(300);
         QCOMPARE(changes.count(), 0);
-        QCOMPARE(contentsOf(file), QByteArray("piece").repeated(6));
+        QCOMPARE(contentOf(file), QByteArray("piece").repeated(6));
     }
 };
 

@@ -4,6 +4,7 @@
 #include "search/FindInFilesDialog.h"
 #include "search/HitsModel.h"
 #include "search/SearchRequest.h"
+#include "support/Files.h"
 
 #include "shell/document_types.h"
 #include "support/Answer.h"
@@ -26,8 +27,7 @@ namespace zvtest {
 inline void write(const QString& name, const QByteArray& content)
 {
     QDir().mkpath(QFileInfo(name).path());
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+    if (!writeTo(name, content))
         qFatal("there is no room for the files");
 }
 

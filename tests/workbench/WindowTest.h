@@ -5,6 +5,7 @@
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
 #include "shell/open.h"
+#include "support/Files.h"
 
 #include <support/Answer.h>
 #include <support/Background.h>
@@ -14,7 +15,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -126,15 +126,13 @@ class WindowTest : public QObject
 protected:
     static QByteArray optionsOf(const StyleHost& host)
     {
-        return bytesOf(host.path() + QStringLiteral("/options.ini"));
+        return contentOf(host.path() + QStringLiteral("/options.ini"));
     }
 
     QString script(const char* name, const QByteArray& content = "print(1)") const
     {
-        QFile file(m_folder->filePath(QString::fromUtf8(name)));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(content);
-        return file.fileName();
+        const QString path = m_folder->filePath(QString::fromUtf8(name));
+        return writeTo(path, content) ? path : QString();
     }
 
     std::optional<StyleHost> m_host;

@@ -38,6 +38,8 @@
 #include <support/WalkModel.h>
 #include <support/Workbench.h>
 
+#include "support/Files.h"
+
 #include <algorithm>
 #include <memory>
 
@@ -303,13 +305,13 @@ private Q_SLOTS:
     {
         QTest::keyClick(&plan(), Qt::Key_S, Qt::ControlModifier);
         QVERIFY(!isModified());
-        QVERIFY(zvtest::bytesOf(planFile()).contains("Check the fuse"));
-        QVERIFY(zvtest::bytesOf(planFile()).contains("Measure the noise"));
+        QVERIFY(zvtest::contentOf(planFile()).contains("Check the fuse"));
+        QVERIFY(zvtest::contentOf(planFile()).contains("Measure the noise"));
     }
 
     void noticesAChangeOutside()
     {
-        QByteArray changed = zvtest::bytesOf(planFile());
+        QByteArray changed = zvtest::contentOf(planFile());
         changed.replace("Check the fuse", "Replace the fuse");
         QVERIFY(zvtest::writeTo(planFile(), changed));
         auto* const bar = plan().window()->findChild<QWidget*>(QStringLiteral("reloadBar"));

@@ -7,6 +7,7 @@
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
 #include "support/Answer.h"
+#include "support/Files.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
 
@@ -64,7 +65,7 @@ private Q_SLOTS:
         const QString file = m_dir.filePath(QStringLiteral("whole.zvsch"));
         QVERIFY(workbench::SchematicSaveFile(workbench::filePath(file)).save(small(), goOn));
         zvtest::closeFiles();
-        const QByteArray whole = zvtest::bytesOf(file);
+        const QByteArray whole = zvtest::contentOf(file);
         const QString cut = m_dir.filePath(QStringLiteral("cut.zvsch"));
         int refused = 0;
         for (int size = 1; size < whole.size(); ++size) {
@@ -244,7 +245,7 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(
             workbench::SchematicSaveFile(workbench::filePath(file)).save(schematic, stop),
             workbench::Stopped);
-        QCOMPARE(zvtest::bytesOf(file), QByteArray("as it was"));
+        QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
         QVERIFY(workbench::SchematicSaveFile(workbench::filePath(file)).save(schematic, goOn));
         QVERIFY_EXCEPTION_THROWN(workbench::SchematicReadFile(workbench::filePath(file)).read(stop),
                                  workbench::Stopped);

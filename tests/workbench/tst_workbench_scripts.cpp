@@ -5,6 +5,7 @@
 #include "script/ConsolePanel.h"
 #include "script/OutputView.h"
 #include "script/ScriptDocument.h"
+#include "support/Files.h"
 #include <ThreadScriptSession.h>
 
 #include <zvutil/ZvProcessingIndicator.h>
@@ -192,7 +193,7 @@ private Q_SLOTS:
         QVERIFY(document.isFileWatcherEnabled());
         QFile::remove(file);
         document.save();
-        QCOMPARE(zvtest::bytesOf(file), content);
+        QCOMPARE(zvtest::contentOf(file), content);
     }
 
     void mixedEndsOfLinesBecomeLineFeeds()
@@ -202,7 +203,7 @@ private Q_SLOTS:
         ScriptDocument document(file, nullptr);
         QVERIFY(document.load(filePath(file)));
         document.save();
-        QCOMPARE(zvtest::bytesOf(file), QByteArray("a\nb\nc\n"));
+        QCOMPARE(zvtest::contentOf(file), QByteArray("a\nb\nc\n"));
     }
 
     void refusesWhatItCantKeep_data()

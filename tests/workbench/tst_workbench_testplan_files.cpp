@@ -5,6 +5,7 @@
 #include "common/path_names.h"
 #include "documents/XmlText.h"
 #include "support/Answer.h"
+#include "support/Files.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanReadFile.h"
@@ -159,7 +160,7 @@ private Q_SLOTS:
                                      {QStringLiteral("1|two"), QString(), QStringLiteral("|end")});
         QVERIFY(savePlan(file, plan));
         zvtest::closeFiles();
-        const QByteArray whole = zvtest::bytesOf(file);
+        const QByteArray whole = zvtest::contentOf(file);
         const QStringList expected = textOf(plan);
         const QString cut = m_dir.filePath(QStringLiteral("cut.testplan"));
         int refused = 0;
@@ -292,7 +293,7 @@ private Q_SLOTS:
         QVERIFY2(plan.failures.first().startsWith(QStringLiteral("The cell in row 2, column “C”,")),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
-        QCOMPARE(zvtest::bytesOf(file), QByteArray("as it was"));
+        QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
     }
 
     void saveIntoAFolderThatIsNotThere()
@@ -378,7 +379,7 @@ private Q_SLOTS:
                                            }),
                                  workbench::Stopped);
         QVERIFY(asked > 1);
-        QCOMPARE(zvtest::bytesOf(file), QByteArray("as it was"));
+        QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
     }
 
     void userStopsSaving()

@@ -7,6 +7,7 @@
 #include "documents/CompressionTask.h"
 #include "documents/FileNameDialog.h"
 #include "shell/Workbench.h"
+#include "support/Files.h"
 
 #include <support/Answer.h>
 #include <support/Background.h>
@@ -52,7 +53,7 @@ private Q_SLOTS:
             actionOf(*window, "export")->trigger();
             QCOMPARE(answer.count, 1);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(zvtest::bytesOf(compressed),
+        QTRY_COMPARE_WITH_TIMEOUT(zvtest::contentOf(compressed),
                                   qCompress(QByteArray("print('as it was')")), longWait);
         QString proposed;
         std::optional<zvtest::Answer<FileNameDialog>> name;
@@ -69,7 +70,7 @@ private Q_SLOTS:
         actionOf(*window, "import")->trigger();
         QVERIFY(QTest::qWaitFor([&] { return window->documents().size() == 2; }, longWait));
         QCOMPARE(proposed, QStringLiteral("plan.zvscr"));
-        QCOMPARE(zvtest::bytesOf(restored), QByteArray("print('as it was')"));
+        QCOMPARE(zvtest::contentOf(restored), QByteArray("print('as it was')"));
         QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("copy.zvscr"));
         QVERIFY(!QFile::exists(restored + QStringLiteral(".part")));
     }
@@ -107,7 +108,7 @@ private Q_SLOTS:
         QVERIFY(failure.what.contains(QStringLiteral("source")));
         QVERIFY(!failure.reason.isEmpty());
         QVERIFY(!failure.advice.isEmpty());
-        QCOMPARE(zvtest::bytesOf(old), QByteArray("what was there"));
+        QCOMPARE(zvtest::contentOf(old), QByteArray("what was there"));
         QVERIFY(!QFile::exists(m_folder->filePath(target) + QStringLiteral(".part")));
     }
 
@@ -127,7 +128,7 @@ private Q_SLOTS:
             QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
             QCOMPARE(completed.size(), 1);
         }
-        QCOMPARE(zvtest::bytesOf(restored), QByteArray());
+        QCOMPARE(zvtest::contentOf(restored), QByteArray());
     }
 
     void cancelledExportsLeaveNothing()

@@ -11,6 +11,7 @@
 #include "search/FindInFilesDialog.h"
 #include "shell/RecentFiles.h"
 #include "shell/StartPage.h"
+#include "support/Files.h"
 
 #include <script/CodeEditor.h>
 
@@ -177,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(changed->isModified());
         actionOf(*window, "saveAll")->trigger();
         QVERIFY(!changed->isModified());
-        QCOMPARE(zvtest::bytesOf(first), QByteArray("xa"));
+        QCOMPARE(zvtest::contentOf(first), QByteArray("xa"));
         QCOMPARE(saved.size(), 0);
     }
 
@@ -194,7 +195,7 @@ private Q_SLOTS:
         actionOf(*window, "rename")->trigger();
         QCOMPARE(answer.count, 1);
         QVERIFY(!QFile::exists(file));
-        QCOMPARE(zvtest::bytesOf(renamed), QByteArray("a"));
+        QCOMPARE(zvtest::contentOf(renamed), QByteArray("a"));
         QCOMPARE(document->shortTitle(), QStringLiteral("after.zvscr"));
         QVERIFY(document->isFileWatcherEnabled());
         QCOMPARE(window->openFile(renamed), document);
@@ -317,7 +318,7 @@ private Q_SLOTS:
         window->saveCurrentAs();
         QCOMPARE(questions.size(), 1);
         QVERIFY(questions.constFirst().contains(QDir::toNativeSeparators(file)));
-        QCOMPARE(zvtest::bytesOf(file), QByteArray("other"));
+        QCOMPARE(zvtest::contentOf(file), QByteArray("other"));
     }
 
     void renamedDocumentsKeepTheirExtension()

@@ -9,6 +9,7 @@
 #include "shell/RecentFiles.h"
 #include "shell/Session.h"
 #include "shell/Workbench.h"
+#include "support/Files.h"
 
 #include <DockFramework/DockableWidget.h>
 #include <script/CodeEditor.h>
@@ -175,7 +176,7 @@ private Q_SLOTS:
         QCOMPARE(window.close(), closes);
         QCOMPARE(answer.count, 1);
         QCOMPARE(question, QStringLiteral("Save the changes to “a.zvscr”?"));
-        QCOMPARE(zvtest::bytesOf(file), content);
+        QCOMPARE(zvtest::contentOf(file), content);
         if (!closes) // Nothing has been closed.
             QCOMPARE(window->documents().size(), 2);
     }
@@ -200,14 +201,14 @@ private Q_SLOTS:
             settings.setValue(QStringLiteral("Other/long"),
                               QString(2 * zvtest::RefusedWrite::limit, QLatin1Char('x')));
         }
-        const QByteArray before = zvtest::bytesOf(name);
+        const QByteArray before = zvtest::contentOf(name);
         {
             Window window;
             window->openFile(script("a.zvscr"));
             const zvtest::RefusedWrite refused(name);
             QVERIFY(window.close());
         }
-        QCOMPARE(zvtest::bytesOf(name), before);
+        QCOMPARE(zvtest::contentOf(name), before);
         QMessageBox* const box = shownBox();
         QVERIFY(box);
         dismiss(*box);

@@ -7,6 +7,7 @@
 #include "shell/AccentSwatches.h"
 #include "shell/Workbench.h"
 #include "shell/open.h"
+#include "support/Files.h"
 
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleLibrary.h>
@@ -94,12 +95,12 @@ private Q_SLOTS:
         libzvutil::ZvStyleLibrary library;
         library.update(style);
         ZvStyleManager::SetLibrary(library);
-        QVERIFY(m_host->read(m_host->libraryFile()).contains("Mine"));
+        QVERIFY(zvtest::contentOf(m_host->libraryFile()).contains("Mine"));
         chooseStyle(QStringLiteral("Mine"));
         style.setColour(ZvStyleBrush::Panel, QColor(1, 2, 3));
         library.update(style);
         ZvStyleManager::SetLibrary(library);
-        QVERIFY(m_host->read(m_host->libraryFile()).contains("#010203"));
+        QVERIFY(zvtest::contentOf(m_host->libraryFile()).contains("#010203"));
         QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff010203")));
         ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
     }

@@ -4,10 +4,10 @@
 #include <zvutil/ZvXMLReadFile.h>
 
 #include "support/EventLoop.h"
+#include "support/Files.h"
 #include "support/HeldFiles.h"
 #include "support/XmlGeneration.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -42,12 +42,6 @@ inline constexpr char declaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?
 
 inline constexpr char oldContent[] = "the old content";
 
-inline QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
-}
-
 inline int generationOf(const QString& path)
 {
     const int generation = [&path] {
@@ -67,12 +61,7 @@ class SaveFileTest : public QObject
 protected:
     void writeOld() { writeOld(m_target); }
 
-    static void writeOld(const QString& path)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(oldContent);
-    }
+    static void writeOld(const QString& path) { QVERIFY(writeTo(path, oldContent)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_target;

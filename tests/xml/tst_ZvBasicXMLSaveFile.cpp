@@ -5,6 +5,7 @@
 
 #include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
+#include "support/Files.h"
 #include "support/HeldFiles.h"
 #include "support/StdString.h"
 #include "support/XmlGeneration.h"

@@ -4,6 +4,7 @@
 
 #include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
+#include "support/Files.h"
 #include "support/HeldFiles.h"
 #include "support/XmlGeneration.h"
 
@@ -132,7 +133,7 @@ private Q_SLOTS:
             zvtest::writeGeneration(given.writer(), 4);
         }
         zvtest::runEventLoop();
-        QCOMPARE(contentOf(real), QByteArray(exists ? oldContent : "missing"));
+        QCOMPARE(contentOf(real), QByteArray(exists ? oldContent : "can't be read"));
         {
             Saver<char> file(m_target);
             zvtest::writeGeneration(file.writer(), 5);

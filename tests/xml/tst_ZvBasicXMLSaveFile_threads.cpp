@@ -3,6 +3,7 @@
 #include "SaveFileTest.h"
 
 #include "support/EventLoop.h"
+#include "support/Files.h"
 #include "support/XmlGeneration.h"
 
 #include <QFile>

@@ -2,6 +2,7 @@
 
 #include "support/DeferredDeletes.h"
 #include "support/EventLoop.h"
+#include "support/Files.h"
 #include "support/HeldFiles.h"
 #include "support/Process.h"
 #include "support/StdString.h"
@@ -238,10 +239,8 @@ private Q_SLOTS:
 private:
     QString write(const char* name, const QByteArray& content)
     {
-        QFile file(m_folder->filePath(QString::fromUtf8(name)));
-        file.open(QIODevice::WriteOnly);
-        file.write(content);
-        return file.fileName();
+        const QString path = m_folder->filePath(QString::fromUtf8(name));
+        return zvtest::writeTo(path, content) ? path : QString();
     }
 
     /// 0 where that can't be told.

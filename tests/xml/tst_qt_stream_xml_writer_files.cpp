@@ -4,6 +4,7 @@
 
 #include "impl/xml/basic_qt_xml_save_file.h"
 #include "impl/xml/qt_xml_read_file.h"
+#include "support/Files.h"
 
 #include "support/EventLoop.h"
 #include "support/HeldFiles.h"
@@ -111,12 +112,6 @@ bool savedWithin(qint64 space, Piece piece, int length, const QString& target, b
     basic_qt_xml_save_file<C> document(file);
     writePiece(*document.root_element(units<C>("r").c_str()), piece, length);
     return callerCommits ? file->commit() : document.commit();
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
 }
 
 } // namespace
@@ -293,16 +288,16 @@ private:
         const QString target = folder.filePath(QStringLiteral("a.xml"));
         QVERIFY(savedWithin<C>(-1, piece, length, target, false));
         const qint64 size = QFileInfo(target).size();
-        const QByteArray old = contentOf(target);
+        const QByteArray old = zvtest::contentOf(target);
         for (const qint64 space : {qint64(0), size / 7, size / 2, size - size / 3, size - 1}) {
             for (const bool callerCommits : {false, true}) {
                 QVERIFY(!savedWithin<C>(space, piece, length, target, callerCommits));
-                QVERIFY(contentOf(target) == old);
+                QVERIFY(zvtest::contentOf(target) == old);
                 QCOMPARE(zvtest::temporaryFiles(folder.path(), target), QStringList());
             }
         }
         QVERIFY(savedWithin<C>(size, piece, length, target, true));
-        QVERIFY(contentOf(target) == old);
+        QVERIFY(zvtest::contentOf(target) == old);
     }
 
     template <typename C>
