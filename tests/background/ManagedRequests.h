@@ -21,7 +21,7 @@ inline std::shared_ptr<Request> recorded(Journal& journal, const std::string& na
                                          Request::Work work = &Request::complete)
 {
     auto request = std::make_shared<Request>(std::move(work));
-    record(*request, journal, name + ": ");
+    record(*request, journal, name + ' ');
     return request;
 }
 
@@ -35,7 +35,7 @@ inline void waitForLines(const Journal& journal, std::size_t count)
 }
 
 /// The worker handles events before it starts a request, so what is sent to it may come first.
-inline void waitUntilStarted(Managed& managed, const Request& request)
+inline void waitUntilStarted(ManagerWithWorker& managed, const Request& request)
 {
     bool isStarted = false;
     while (!isStarted)
@@ -46,7 +46,7 @@ inline void waitUntilStarted(Managed& managed, const Request& request)
 class Gate
 {
 public:
-    explicit Gate(Managed& managed)
+    explicit Gate(ManagerWithWorker& managed)
     {
         QMetaObject::invokeMethod(&managed.context(), [this] {
             m_closed.release();

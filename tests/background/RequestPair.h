@@ -115,7 +115,7 @@ inline Request::Work failing(std::string message)
 
 inline int abortsIn(const Lines& lines)
 {
-    return static_cast<int>(std::count(lines.begin(), lines.end(), "aborted 1"));
+    return static_cast<int>(std::count(lines.begin(), lines.end(), "aborted"));
 }
 
 inline QByteArrayList signaturesOf(const QMetaObject& meta, QMetaMethod::MethodType type)

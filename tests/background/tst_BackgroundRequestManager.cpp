@@ -35,7 +35,7 @@ using zvtest::Gate;
 using zvtest::Journal;
 using zvtest::leaveOpen;
 using zvtest::Lines;
-using zvtest::Managed;
+using zvtest::ManagerWithWorker;
 using zvtest::recorded;
 using zvtest::Request;
 using zvtest::waitForLines;
@@ -185,7 +185,7 @@ private Q_SLOTS:
         auto* const base = new abstract_request_manager(&parent);
         QCOMPARE(base->parent(), &parent);
         QCOMPARE(base->metaObject(), &QObject::staticMetaObject);
-        Managed managed;
+        ManagerWithWorker managed;
         QCOMPARE(managed.manager().metaObject(), &QObject::staticMetaObject);
         managed.manager().setParent(&parent);
         QCOMPARE(managed.manager().parent(), &parent);
@@ -196,7 +196,7 @@ private Q_SLOTS:
     {
         BlockingWork blocking;
         QObject parent;
-        Managed managed;
+        ManagerWithWorker managed;
         auto request = std::make_shared<Request>(blocking.work(), &parent);
         managed.add(request);
         QCOMPARE(request->parent(), static_cast<QObject*>(nullptr));
@@ -211,13 +211,13 @@ private Q_SLOTS:
 
     void workerHasThePriorityOfItsMaker()
     {
-        Managed managed;
+        ManagerWithWorker managed;
         QCOMPARE(managed.thread()->priority(), QThread::InheritPriority);
     }
 
     void nothingIsNoHarm()
     {
-        Managed managed;
+        ManagerWithWorker managed;
         managed.add(nullptr);
         managed.settle();
     }
@@ -225,14 +225,14 @@ private Q_SLOTS:
     void nextStartsOnlyWhenTheRunningOneHasEnded()
     {
         Journal journal;
-        Managed managed;
-        auto first = recorded(journal, "1", &leaveOpen);
+        ManagerWithWorker managed;
+        auto first = recorded(journal, "first", &leaveOpen);
         managed.add(first);
         waitUntilStarted(managed, *first);
-        managed.add(recorded(journal, "2"));
+        managed.add(recorded(journal, "second"));
         waitForLines(journal, 1);
         managed.settle();
-        QCOMPARE(journal.lines(), Lines{"1: started 1"});
+        QCOMPARE(journal.lines(), Lines{"first started"});
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
@@ -240,20 +240,20 @@ private Q_SLOTS:
         waitForLines(journal, 6);
         managed.settle();
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: completed 2", "1: finished 2", "2: started 1",
-                        "2: completed 2", "2: finished 2"}));
+                 (Lines{"first started", "first completed", "first finished as completed",
+                        "second started", "second completed", "second finished as completed"}));
     }
 
     void requestThatNeverEndsBlocksTheLaterOnes()
     {
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "1", &leaveOpen));
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "request 1", &leaveOpen));
         for (int i = 2; i < 5; ++i)
-            managed.add(recorded(journal, std::to_string(i)));
+            managed.add(recorded(journal, "request " + std::to_string(i)));
         waitForLines(journal, 1);
         managed.settle();
-        QCOMPARE(journal.lines(), Lines{"1: started 1"});
+        QCOMPARE(journal.lines(), Lines{"request 1 started"});
         managed.end();
         QCOMPARE(journal.size(), std::size_t(9));
     }
@@ -261,20 +261,21 @@ private Q_SLOTS:
     void requestThatEndsTwiceEndsTheNextOne()
     {
         Journal journal;
-        Managed managed;
-        auto first = recorded(journal, "1");
-        auto second = recorded(journal, "2", &leaveOpen);
+        ManagerWithWorker managed;
+        auto first = recorded(journal, "first");
+        auto second = recorded(journal, "second", &leaveOpen);
         managed.add(first);
         managed.add(second);
-        managed.add(recorded(journal, "3"));
+        managed.add(recorded(journal, "third"));
         waitForLines(journal, 3);
         zvtest::runOn(managed.context(), [&] { Q_EMIT first->failed("as well"); });
         waitForLines(journal, 7);
         managed.settle();
         // The third has run, though the second hasn't ended.
-        QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: completed 2", "2: started 1", "1: failed (as well) 3",
-                        "3: started 1", "3: completed 2", "3: finished 2"}));
+        QCOMPARE(
+            journal.lines(),
+            (Lines{"first started", "first completed", "second started", "first failed: as well",
+                   "third started", "third completed", "third finished as completed"}));
         QCOMPARE(second->status(), request_started);
         zvtest::runOn(managed.context(), [&] {
             first.reset();
@@ -286,28 +287,30 @@ private Q_SLOTS:
     {
         // It still lives while its work is on the stack, though nobody else holds it.
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "1", [&](Request& request) {
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", [&](Request& request) {
             Q_EMIT request.completed();
             journal.write("still there");
         }));
         waitForLines(journal, 4);
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: completed 2", "still there", "1: finished 2"}));
+                 (Lines{"first started", "first completed", "still there",
+                        "first finished as completed"}));
     }
 
     void workThatHandlesEventsAfterItsEndIsHeld()
     {
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "1", [&](Request& request) {
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", [&](Request& request) {
             Q_EMIT request.completed();
             QCoreApplication::sendPostedEvents();
-            journal.write("status " + std::to_string(request.status()));
+            journal.write("status is " + zvtest::nameOf(request.status()));
         }));
         waitForLines(journal, 4);
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: completed 2", "status 2", "1: finished 2"}));
+                 (Lines{"first started", "first completed", "status is completed",
+                        "first finished as completed"}));
     }
 
     void requestsThatLeaveTheQueueOtherwise_data()
@@ -321,7 +324,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, how);
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
         waitUntilStarted(managed, *running);
@@ -352,19 +355,20 @@ private Q_SLOTS:
     void requestThatIsAddedTwiceRunsOnce()
     {
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
-        auto request = recorded(journal, "1");
+        auto request = recorded(journal, "first");
         managed.add(request);
         managed.add(std::move(request));
-        managed.add(recorded(journal, "2"));
+        managed.add(recorded(journal, "second"));
         gate.open();
         waitForLines(journal, 6);
         Lines lines = journal.lines();
-        lines.erase(std::remove(lines.begin(), lines.end(), "1: finished 2"), lines.end());
+        lines.erase(std::remove(lines.begin(), lines.end(), "first finished as completed"),
+                    lines.end());
         QCOMPARE(lines,
-                 (Lines{"1: started 1", "1: completed 2", "2: started 1", "2: completed 2",
-                        "2: finished 2"}));
+                 (Lines{"first started", "first completed", "second started", "second completed",
+                        "second finished as completed"}));
     }
 
     void requestThatIsAddedTwiceIsReleasedWhenItHasRun_data()
@@ -380,9 +384,9 @@ private Q_SLOTS:
         QFETCH(bool, isHeld);
         Journal journal;
         BlockingWork work;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
-        auto twice = recorded(journal, "1");
+        auto twice = recorded(journal, "first");
         std::shared_ptr<Request> second = twice;
         const std::weak_ptr<Request> watched = twice;
         managed.add(std::move(twice));
@@ -402,9 +406,9 @@ private Q_SLOTS:
     {
         Journal journal;
         BlockingWork work;
-        Managed managed;
+        ManagerWithWorker managed;
         std::weak_ptr<Request> running;
-        auto first = recorded(journal, "1", [&](Request& request) {
+        auto first = recorded(journal, "first", [&](Request& request) {
             managed.add(running.lock());
             Q_EMIT request.completed();
         });
@@ -414,43 +418,45 @@ private Q_SLOTS:
         work.waitUntilStarted();
         const Lines lines = journal.lines();
         work.end();
-        QCOMPARE(lines, (Lines{"1: started 1", "1: completed 2", "1: finished 2"}));
+        QCOMPARE(lines, (Lines{"first started", "first completed", "first finished as completed"}));
     }
 
     void allThatWaitsIsDeliveredBeforeTheFirstStart()
     {
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
         for (int i = 0; i < 3; ++i) {
-            managed.add(recorded(journal, std::to_string(i)));
+            managed.add(recorded(journal, "request " + std::to_string(i)));
             QMetaObject::invokeMethod(&managed.context(), [&journal] { journal.write("event"); });
         }
         gate.open();
         waitForLines(journal, 12);
-        QCOMPARE(journal.lines(),
-                 (Lines{"event", "event", "event", "0: started 1", "0: completed 2",
-                        "0: finished 2", "1: started 1", "1: completed 2", "1: finished 2",
-                        "2: started 1", "2: completed 2", "2: finished 2"}));
+        QCOMPARE(
+            journal.lines(),
+            (Lines{"event", "event", "event", "request 0 started", "request 0 completed",
+                   "request 0 finished as completed", "request 1 started", "request 1 completed",
+                   "request 1 finished as completed", "request 2 started", "request 2 completed",
+                   "request 2 finished as completed"}));
     }
 
     void requestThatIsAbortedByTheReleaseOfAnother()
     {
         // The front has been seen to be pending when what was removed before is released.
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
         waitUntilStarted(managed, *running);
-        auto front = recorded(journal, "1");
-        auto second = recorded(journal, "2");
+        auto front = recorded(journal, "first");
+        auto second = recorded(journal, "second");
         connect(second.get(), &abstract_request::finished, [&] {
             front->abort();
             front.reset();
         });
         managed.add(front);
         managed.add(second);
-        managed.add(recorded(journal, "3"));
+        managed.add(recorded(journal, "third"));
         zvtest::runOn(managed.context(), [&] {
             second->abort();
             second.reset();
@@ -460,16 +466,16 @@ private Q_SLOTS:
         waitForLines(journal, 7);
         managed.settle();
         QCOMPARE(journal.lines(),
-                 (Lines{"2: failed (abort requested) 3", "2: finished 3",
-                        "1: failed (abort requested) 3", "1: finished 3", "3: started 1",
-                        "3: completed 2", "3: finished 2"}));
+                 (Lines{"second failed: abort requested", "second finished as failed",
+                        "first failed: abort requested", "first finished as failed",
+                        "third started", "third completed", "third finished as completed"}));
     }
 
     void choiceOfManyAbortedRequestsIsALoop()
     {
         // Each release aborts the next front, so that each choice finds one that has left.
         constexpr int count = 3'000;
-        Managed managed;
+        ManagerWithWorker managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
         waitUntilStarted(managed, *running);
@@ -503,9 +509,9 @@ private Q_SLOTS:
     void requestThatIsHeldElsewhereOutlivesTheManager()
     {
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "1", &leaveOpen));
-        auto held = recorded(journal, "2");
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", &leaveOpen));
+        auto held = recorded(journal, "second");
         managed.add(held);
         managed.settle();
         managed.destroyManager();
@@ -521,10 +527,10 @@ private Q_SLOTS:
     {
         // Whatever it does, nothing is started any more.
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         managed.add(std::make_shared<Request>(&leaveOpen));
         for (int i = 1; i < 4; ++i) {
-            auto request = recorded(journal, std::to_string(i));
+            auto request = recorded(journal, "request " + std::to_string(i));
             connect(request.get(), &abstract_request::finished, [&managed] {
                 QMetaObject::invokeMethod(
                     &managed.context(), [] {}, Qt::QueuedConnection);
@@ -575,7 +581,7 @@ private Q_SLOTS:
         int next = 0;
         int outOfTurn = 0;
         QSemaphore done;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
         for (int i = 0; i < waitingRequests; ++i) {
             managed.add(std::make_shared<Request>([&, i](Request& request) {
@@ -613,22 +619,24 @@ private Q_SLOTS:
     void workThatThrowsIsStillRunningForAnApplicationThatCatches()
     {
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         Application::caught = 0;
         Application::catches = true;
-        managed.add(recorded(journal, "1", [](Request&) { throw std::runtime_error(thrownText); }));
-        managed.add(recorded(journal, "2"));
+        managed.add(
+            recorded(journal, "first", [](Request&) { throw std::runtime_error(thrownText); }));
+        managed.add(recorded(journal, "second"));
         while (Application::caught == 0)
             QCoreApplication::processEvents();
         managed.settle();
         Application::catches = false;
-        QCOMPARE(journal.lines(), Lines{"1: started 1"});
+        QCOMPARE(journal.lines(), Lines{"first started"});
         managed.end();
         QCOMPARE(Application::caught.load(), 1);
-        QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: failed (request terminated before completing) 3",
-                        "1: finished 3", "2: failed (request terminated before starting) 3",
-                        "2: finished 3"}));
+        QCOMPARE(
+            journal.lines(),
+            (Lines{"first started", "first failed: request terminated before completing",
+                   "first finished as failed", "second failed: request terminated before starting",
+                   "second finished as failed"}));
     }
 
 private:

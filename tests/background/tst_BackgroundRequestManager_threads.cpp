@@ -23,7 +23,7 @@ using zvtest::Gate;
 using zvtest::Journal;
 using zvtest::leaveOpen;
 using zvtest::Lines;
-using zvtest::Managed;
+using zvtest::ManagerWithWorker;
 using zvtest::recorded;
 using zvtest::Request;
 using zvtest::waitForLines;
@@ -48,14 +48,15 @@ private Q_SLOTS:
     {
         Journal onRequest;
         Journal onResponse;
-        Managed managed;
-        auto request = recorded(onRequest, "1");
+        ManagerWithWorker managed;
+        auto request = recorded(onRequest, "first");
         abstract_response response(request.get());
         zvtest::record(response, onResponse);
         managed.add(std::move(request));
         waitForLines(onResponse, 3);
-        QCOMPARE(onRequest.lines(), (Lines{"1: started 1", "1: completed 2", "1: finished 2"}));
-        QCOMPARE(onResponse.lines(), (Lines{"started 1", "completed 2", "finished 2"}));
+        QCOMPARE(onRequest.lines(),
+                 (Lines{"first started", "first completed", "first finished as completed"}));
+        QCOMPARE(onResponse.lines(), (Lines{"started", "completed", "finished as completed"}));
     }
 
     void requestsRunOneAfterTheOther_data()
@@ -73,7 +74,7 @@ private Q_SLOTS:
         QFETCH(bool, later);
         QFETCH(bool, fails);
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         const auto end = [fails](Request& request) {
             if (fails)
                 Q_EMIT request.failed("x");
@@ -90,13 +91,11 @@ private Q_SLOTS:
         };
         Lines expected;
         for (int i = 0; i < 20; ++i) {
-            const std::string name = std::to_string(i);
+            const std::string name = "request " + std::to_string(i);
             managed.add(recorded(journal, name, work));
-            const std::string status = fails ? " 3" : " 2";
-            for (const std::string& line :
-                 {std::string("started 1"), (fails ? "failed (x)" : "completed") + status,
-                  "finished" + status})
-                expected.push_back(std::string(name).append(": ").append(line));
+            expected.push_back(name + " started");
+            expected.push_back(name + (fails ? " failed: x" : " completed"));
+            expected.push_back(name + (fails ? " finished as failed" : " finished as completed"));
         }
         waitForLines(journal, expected.size());
         QCOMPARE(journal.lines(), expected);
@@ -106,22 +105,22 @@ private Q_SLOTS:
     {
         Journal journal;
         BlockingWork blocking;
-        Managed managed;
-        auto first = recorded(journal, "1",
+        ManagerWithWorker managed;
+        auto first = recorded(journal, "first",
                               [&, work = blocking.work()](Request& request) { work(request); });
         managed.add(std::move(first));
-        auto second = recorded(journal, "2");
+        auto second = recorded(journal, "second");
         abstract_response response(second.get());
         managed.add(std::move(second));
-        managed.add(recorded(journal, "3"));
+        managed.add(recorded(journal, "third"));
         blocking.waitUntilStarted();
         response.abort();
         blocking.end();
         waitForLines(journal, 8);
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "1: completed 2", "2: failed (abort requested) 3",
-                        "1: finished 2", "2: finished 3", "3: started 1", "3: completed 2",
-                        "3: finished 2"}));
+                 (Lines{"first started", "first completed", "second failed: abort requested",
+                        "first finished as completed", "second finished as failed", "third started",
+                        "third completed", "third finished as completed"}));
         response.wait();
         QCOMPARE(response.status(), request_failed);
     }
@@ -131,18 +130,18 @@ private Q_SLOTS:
         // The running request leaves the event loop free; the waiting one fails, but stays in the
         // queue until the running one has ended.
         Journal journal;
-        Managed managed;
-        auto first = recorded(journal, "1", &leaveOpen);
+        ManagerWithWorker managed;
+        auto first = recorded(journal, "first", &leaveOpen);
         managed.add(first);
         waitUntilStarted(managed, *first);
-        auto second = recorded(journal, "2");
+        auto second = recorded(journal, "second");
         abstract_response response(second.get());
         managed.add(std::move(second));
         response.abort();
         response.wait();
         waitForLines(journal, 2);
         managed.settle();
-        QCOMPARE(journal.lines(), (Lines{"1: started 1", "2: failed (abort requested) 3"}));
+        QCOMPARE(journal.lines(), (Lines{"first started", "second failed: abort requested"}));
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
@@ -150,22 +149,22 @@ private Q_SLOTS:
         waitForLines(journal, 5);
         managed.settle();
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "2: failed (abort requested) 3", "1: completed 2",
-                        "1: finished 2", "2: finished 3"}));
+                 (Lines{"first started", "second failed: abort requested", "first completed",
+                        "first finished as completed", "second finished as failed"}));
     }
 
     void allThatHasLeftTheQueueIsRemovedInOnePass()
     {
         // Also from behind a request that goes on waiting.
         Journal journal;
-        Managed managed;
-        auto first = recorded(journal, "1", &leaveOpen);
+        ManagerWithWorker managed;
+        auto first = recorded(journal, "request 1", &leaveOpen);
         managed.add(first);
         waitUntilStarted(managed, *first);
-        managed.add(recorded(journal, "2", &leaveOpen));
+        managed.add(recorded(journal, "request 2", &leaveOpen));
         std::vector<std::shared_ptr<Request>> waiting;
         for (int i = 3; i < 9; ++i) {
-            waiting.push_back(recorded(journal, std::to_string(i)));
+            waiting.push_back(recorded(journal, "request " + std::to_string(i)));
             managed.add(waiting.back());
         }
         zvtest::runOn(managed.context(), [&] {
@@ -177,11 +176,12 @@ private Q_SLOTS:
         });
         waitForLines(journal, 10);
         managed.settle();
-        QCOMPARE(
-            journal.lines(),
-            (Lines{"1: started 1", "4: failed (abort requested) 3", "5: failed (abort requested) 3",
-                   "7: failed (abort requested) 3", "1: completed 2", "1: finished 2",
-                   "4: finished 3", "5: finished 3", "7: finished 3", "2: started 1"}));
+        QCOMPARE(journal.lines(),
+                 (Lines{"request 1 started", "request 4 failed: abort requested",
+                        "request 5 failed: abort requested", "request 7 failed: abort requested",
+                        "request 1 completed", "request 1 finished as completed",
+                        "request 4 finished as failed", "request 5 finished as failed",
+                        "request 7 finished as failed", "request 2 started"}));
     }
 
     void slotsThatThePumpCallsMayWait_data()
@@ -206,7 +206,7 @@ private Q_SLOTS:
         Journal journal;
         QSemaphore hasEnded;
         QSemaphore mayReturn;
-        Managed managed;
+        ManagerWithWorker managed;
         managed.add(std::make_shared<Request>([&](Request& request) {
             Q_EMIT request.completed();
             hasEnded.release();
@@ -236,7 +236,7 @@ private Q_SLOTS:
     {
         constexpr int count = 300;
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         std::thread other([&] {
             for (int i = 0; i < 10 * count; ++i)
                 managed.add(std::make_shared<Request>());
@@ -262,42 +262,43 @@ private Q_SLOTS:
     {
         // All of it waits before the worker looks at the first add.
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
-        auto first = recorded(journal, "1");
+        auto first = recorded(journal, "first");
         abstract_response response(first.get());
         managed.add(std::move(first));
-        managed.add(recorded(journal, "2"));
+        managed.add(recorded(journal, "second"));
         response.abort();
-        managed.add(recorded(journal, "3"));
+        managed.add(recorded(journal, "third"));
         gate.open();
         waitForLines(journal, 8);
         QCOMPARE(journal.lines(),
-                 (Lines{"1: failed (abort requested) 3", "1: finished 3", "2: started 1",
-                        "2: completed 2", "2: finished 2", "3: started 1", "3: completed 2",
-                        "3: finished 2"}));
+                 (Lines{"first failed: abort requested", "first finished as failed",
+                        "second started", "second completed", "second finished as completed",
+                        "third started", "third completed", "third finished as completed"}));
     }
 
     void requestThatIsAddedOnTheWorkerWaitsForItsTurn()
     {
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "1", [&](Request& request) {
-            managed.add(recorded(journal, "2"));
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", [&](Request& request) {
+            managed.add(recorded(journal, "second"));
             journal.write("still at work");
             Q_EMIT request.completed();
         }));
         waitForLines(journal, 7);
         QCOMPARE(journal.lines(),
-                 (Lines{"1: started 1", "still at work", "1: completed 2", "1: finished 2",
-                        "2: started 1", "2: completed 2", "2: finished 2"}));
+                 (Lines{"first started", "still at work", "first completed",
+                        "first finished as completed", "second started", "second completed",
+                        "second finished as completed"}));
     }
 
     void requestsFromSeveralThreadsKeepTheirOrder()
     {
         constexpr int count = 500;
         Journal journals[3];
-        Managed managed;
+        ManagerWithWorker managed;
         std::vector<std::thread> threads;
         for (Journal& journal : journals)
             threads.emplace_back([&managed, &journal] {
@@ -323,8 +324,8 @@ private Q_SLOTS:
         // Each waits for the other.
         QSemaphore one;
         QSemaphore two;
-        Managed first;
-        Managed second;
+        ManagerWithWorker first;
+        ManagerWithWorker second;
         auto a = std::make_shared<Request>([&](Request& request) {
             one.release();
             two.acquire();
@@ -345,11 +346,11 @@ private Q_SLOTS:
     void waitingRequestsAreReleasedFromTheBack()
     {
         Journal journal;
-        Managed managed;
-        managed.add(recorded(journal, "0", &leaveOpen));
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "request 0", &leaveOpen));
         std::vector<std::unique_ptr<abstract_response>> responses;
         for (int i = 1; i < 4; ++i) {
-            auto request = recorded(journal, std::to_string(i));
+            auto request = recorded(journal, "request " + std::to_string(i));
             responses.push_back(std::make_unique<abstract_response>(request.get()));
             managed.add(std::move(request));
         }
@@ -357,11 +358,14 @@ private Q_SLOTS:
         managed.destroyManager();
         waitForLines(journal, 9);
         managed.settle();
-        const std::string before = ": failed (request terminated before starting) 3";
-        QCOMPARE(journal.lines(),
-                 (Lines{"0: started 1", "0: failed (request terminated before completing) 3",
-                        "0: finished 3", "3" + before, "3: finished 3", "2" + before,
-                        "2: finished 3", "1" + before, "1: finished 3"}));
+        const std::string before = " failed: request terminated before starting";
+        QCOMPARE(
+            journal.lines(),
+            (Lines{"request 0 started", "request 0 failed: request terminated before completing",
+                   "request 0 finished as failed", "request 3" + before,
+                   "request 3 finished as failed", "request 2" + before,
+                   "request 2 finished as failed", "request 1" + before,
+                   "request 1 finished as failed"}));
         for (const auto& response : responses) {
             response->wait();
             QCOMPARE(response->status(), request_failed);
@@ -374,21 +378,21 @@ private Q_SLOTS:
     {
         Journal journal;
         BlockingWork blocking;
-        Managed managed;
-        managed.add(recorded(journal, "1", blocking.work()));
-        managed.add(recorded(journal, "2"));
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", blocking.work()));
+        managed.add(recorded(journal, "second"));
         blocking.waitUntilStarted();
         managed.destroyManager();
-        QCOMPARE(journal.lines(), Lines{"1: started 1"});
+        QCOMPARE(journal.lines(), Lines{"first started"});
         blocking.end();
         waitForLines(journal, 5);
         managed.settle();
         // The work has ended first, and its manager went before it came to the next.
         Lines lines = journal.lines();
         QCOMPARE(lines.size(), std::size_t(5));
-        QCOMPARE(lines[1], std::string("1: completed 2"));
-        QCOMPARE(std::count(lines.begin(), lines.end(), "1: finished 2"), 1);
-        QCOMPARE(std::count(lines.begin(), lines.end(), "2: finished 3"), 1);
+        QCOMPARE(lines[1], std::string("first completed"));
+        QCOMPARE(std::count(lines.begin(), lines.end(), "first finished as completed"), 1);
+        QCOMPARE(std::count(lines.begin(), lines.end(), "second finished as failed"), 1);
     }
 
     void managerGoesWhileTheWorkHandlesEvents_data()
@@ -403,27 +407,27 @@ private Q_SLOTS:
         QFETCH(bool, completes);
         Journal journal;
         std::atomic<bool> released{false};
-        Managed managed;
-        managed.add(recorded(journal, "1", [&](Request& request) {
+        ManagerWithWorker managed;
+        managed.add(recorded(journal, "first", [&](Request& request) {
             while (!released)
                 QCoreApplication::processEvents();
             // The manager has gone; the request is still there.
-            journal.write("status " + std::to_string(request.status()));
+            journal.write("status is " + zvtest::nameOf(request.status()));
             if (completes)
                 Q_EMIT request.completed();
         }));
-        auto second = recorded(journal, "2");
+        auto second = recorded(journal, "second");
         connect(second.get(), &abstract_request::finished, [&] { released = true; });
         managed.add(std::move(second));
         waitForLines(journal, 1);
         managed.destroyManager();
         waitForLines(journal, 6);
         const Lines end = completes
-            ? Lines{"status 1", "1: completed 2", "1: finished 2"}
-            : Lines{"status 1", "1: failed (request terminated before completing) 3",
-                    "1: finished 3"};
-        Lines expected{"1: started 1", "2: failed (request terminated before starting) 3",
-                       "2: finished 3"};
+            ? Lines{"status is started", "first completed", "first finished as completed"}
+            : Lines{"status is started", "first failed: request terminated before completing",
+                    "first finished as failed"};
+        Lines expected{"first started", "second failed: request terminated before starting",
+                       "second finished as failed"};
         expected.insert(expected.end(), end.begin(), end.end());
         QCOMPARE(journal.lines(), expected);
     }
@@ -431,10 +435,10 @@ private Q_SLOTS:
     void managerGoesBeforeTheWorkerLooksAtTheAdds()
     {
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         Gate gate(managed);
         for (int i = 1; i < 4; ++i)
-            managed.add(recorded(journal, std::to_string(i)));
+            managed.add(recorded(journal, "request " + std::to_string(i)));
         managed.destroyManager();
         gate.open();
         waitForLines(journal, 6);
@@ -450,7 +454,7 @@ private Q_SLOTS:
     void managerGoesWhileItReleasesARequest()
     {
         Journal journal;
-        Managed managed;
+        ManagerWithWorker managed;
         auto running = std::make_shared<Request>(&leaveOpen);
         managed.add(running);
         waitUntilStarted(managed, *running);
@@ -466,7 +470,7 @@ private Q_SLOTS:
             journal.write("released");
         });
         managed.add(aborted);
-        managed.add(recorded(journal, "1"));
+        managed.add(recorded(journal, "first"));
         QMetaObject::invokeMethod(&managed.context(), [&] {
             aborted->abort();
             aborted.reset();
@@ -479,14 +483,14 @@ private Q_SLOTS:
         waitForLines(journal, 3);
         managed.settle();
         QCOMPARE(journal.lines(),
-                 (Lines{"1: failed (request terminated before starting) 3", "1: finished 3",
-                        "released"}));
+                 (Lines{"first failed: request terminated before starting",
+                        "first finished as failed", "released"}));
     }
 
     void unusedManagersComeAndGo()
     {
         for (int i = 0; i < 20; ++i)
-            Managed managed;
+            ManagerWithWorker managed;
     }
 };
 

@@ -2,7 +2,7 @@
 
 #include <DockFramework/ContentWidget.h>
 
-#include "support/Answer.h"
+#include "support/WindowResponder.h"
 
 #include <QCloseEvent>
 #include <QLineEdit>

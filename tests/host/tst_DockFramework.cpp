@@ -6,7 +6,7 @@
 #include <DockFramework/DockFrame.h>
 #include <DockFramework/DockableWidget.h>
 
-#include "support/Answer.h"
+#include "support/WindowResponder.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -21,9 +21,9 @@
 #include <QTest>
 #include <QToolButton>
 
-using zvtest::Answer;
 using zvtest::child;
 using zvtest::Document;
+using zvtest::WindowResponder;
 
 namespace {
 
@@ -42,9 +42,9 @@ public:
 };
 
 /// Presses a button of the box that asks, having looked at its texts.
-Answer<QMessageBox> answered(QMessageBox::StandardButton button)
+WindowResponder<QMessageBox> answered(QMessageBox::StandardButton button)
 {
-    return Answer<QMessageBox>([button](QMessageBox& box) {
+    return WindowResponder<QMessageBox>([button](QMessageBox& box) {
         QCOMPARE(box.text(), QStringLiteral("question"));
         QCOMPARE(box.informativeText(), QStringLiteral("details"));
         box.button(button)->click();
@@ -153,7 +153,7 @@ private Q_SLOTS:
         Document document(QStringLiteral("a"));
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         document.setModified(true);
-        const Answer<QMessageBox> answer([](QMessageBox& box) {
+        const WindowResponder<QMessageBox> answer([](QMessageBox& box) {
             QVERIFY(!box.button(QMessageBox::Save));
             QCOMPARE(box.defaultButton(), box.button(QMessageBox::Cancel));
             QTest::keyClick(&box, Qt::Key_Escape);
@@ -321,7 +321,7 @@ private Q_SLOTS:
         QVERIFY(document->calls.contains(QStringLiteral("window")));
         QCOMPARE(window->size(), QSize(321, 123));
         document->calls.clear();
-        const Answer<QMenu> dock([](QMenu& menu) {
+        const WindowResponder<QMenu> dock([](QMenu& menu) {
             QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Dock"));
             menu.actions().at(0)->trigger();
             menu.close();
@@ -329,7 +329,7 @@ private Q_SLOTS:
         child<QToolButton>(*window, "toolButton_DockWidgetOptions")->click();
         QTRY_VERIFY(!window->isFloating());
         QVERIFY(document->calls.contains(QStringLiteral("window")));
-        const Answer<QMenu> undock([](QMenu& menu) {
+        const WindowResponder<QMenu> undock([](QMenu& menu) {
             QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Float"));
             menu.actions().at(0)->trigger();
             menu.close();
@@ -429,7 +429,7 @@ private Q_SLOTS:
         auto* const changed = new Document(QStringLiteral("changed"));
         frame.addContents(changed);
         changed->setModified(true);
-        const Answer<QMessageBox> answer([&other](QMessageBox& box) {
+        const WindowResponder<QMessageBox> answer([&other](QMessageBox& box) {
             delete other;
             box.button(QMessageBox::Discard)->click();
         });
@@ -463,7 +463,7 @@ private Q_SLOTS:
             QCoreApplication::sendEvent(&document, &event);
         };
         {
-            const Answer<QMenu> answer([](QMenu& menu) {
+            const WindowResponder<QMenu> answer([](QMenu& menu) {
                 QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("a"));
                 menu.setActiveAction(menu.actions().at(1));
                 QTest::keyClick(&menu, Qt::Key_Return);
@@ -474,7 +474,7 @@ private Q_SLOTS:
         QCOMPARE(document.calls, QStringList{QStringLiteral("reload")});
         document.disableContextMenuOnce();
         ask();
-        const Answer<QMenu> answer([](QMenu& menu) {
+        const WindowResponder<QMenu> answer([](QMenu& menu) {
             menu.setActiveAction(menu.actions().constLast());
             QTest::keyClick(&menu, Qt::Key_Return);
         });

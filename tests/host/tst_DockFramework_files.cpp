@@ -5,8 +5,8 @@
 #include <DockFramework/DockFrame.h>
 #include <DockFramework/DockableWidget.h>
 
-#include "support/Answer.h"
 #include "support/Files.h"
+#include "support/WindowResponder.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -23,9 +23,9 @@
 
 #include <algorithm>
 
-using zvtest::Answer;
 using zvtest::child;
 using zvtest::Document;
+using zvtest::WindowResponder;
 using zvtest::writeTo;
 
 class tst_DockFramework_files : public zvtest::DockFrameworkTest
@@ -166,7 +166,7 @@ private Q_SLOTS:
         });
         QVERIFY(reload != actions.end());
         const auto answer = [](const QString& text) {
-            return Answer<QMessageBox>([text](QMessageBox& box) {
+            return WindowResponder<QMessageBox>([text](QMessageBox& box) {
                 for (QAbstractButton* const button : box.buttons()) {
                     if (button->text().remove(QLatin1Char('&')) == text)
                         button->click();
@@ -179,12 +179,12 @@ private Q_SLOTS:
         document->setModified(true);
         document->calls.clear();
         {
-            const Answer<QMessageBox> cancel = answer(QStringLiteral("Cancel"));
+            const WindowResponder<QMessageBox> cancel = answer(QStringLiteral("Cancel"));
             (*reload)->trigger();
             QCOMPARE(cancel.count, 1);
             QVERIFY(!document->calls.contains(QStringLiteral("reload")));
         }
-        const Answer<QMessageBox> agree = answer(QStringLiteral("Reload"));
+        const WindowResponder<QMessageBox> agree = answer(QStringLiteral("Reload"));
         (*reload)->trigger();
         QCOMPARE(agree.count, 1);
         QVERIFY(document->calls.contains(QStringLiteral("reload")));
@@ -196,7 +196,7 @@ private Q_SLOTS:
         Document document(QStringLiteral("<b>a</b>"));
         document.setModified(true);
         QList<Qt::TextFormat> formats;
-        const Answer<QMessageBox> answer([&formats](QMessageBox& box) {
+        const WindowResponder<QMessageBox> answer([&formats](QMessageBox& box) {
             for (const QLabel* const label : box.findChildren<QLabel*>()) {
                 if (!label->text().isEmpty())
                     formats.append(label->textFormat());

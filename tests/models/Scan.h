@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/FileTree.h"
-#include "support/WalkModel.h"
+#include "support/WalkOracle.h"
 
 #include "impl/models/ZvMultiDirectoryListModelProcess.h"
 

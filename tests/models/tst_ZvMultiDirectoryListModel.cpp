@@ -1,7 +1,7 @@
 #include "DirectoryListModel.h"
 
 #include "support/FileTree.h"
-#include "support/WalkModel.h"
+#include "support/WalkOracle.h"
 
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvMultiDirectoryListModel.h>

@@ -2,7 +2,7 @@
 
 #include "support/FileTree.h"
 #include "support/Process.h"
-#include "support/WalkModel.h"
+#include "support/WalkOracle.h"
 
 #include "impl/models/ZvMultiDirectoryListModelProcess.h"
 

@@ -4,7 +4,7 @@
 
 #include "support/FileTree.h"
 #include "support/Process.h"
-#include "support/WalkModel.h"
+#include "support/WalkOracle.h"
 
 #include <zv_logging/host.h>
 

@@ -3,7 +3,7 @@
 #include "DirectoryListModel.h"
 
 #include "support/FileTree.h"
-#include "support/WalkModel.h"
+#include "support/WalkOracle.h"
 
 #include <zvutil/ZvFilePath.h>
 

@@ -24,7 +24,7 @@ static_assert(std::is_nothrow_move_assignable_v<ZvEditorStyle>);
 std::string written(const ZvEditorStyle& style)
 {
     std::string text;
-    style.write(zvtest::XmlRecorder::open("e", text));
+    style.write(zvtest::XmlRecorder::open("Editor", text));
     return text;
 }
 
@@ -41,7 +41,7 @@ private Q_SLOTS:
         QCOMPARE(std::string(ZvEditorStyle("a").name()), "a"s);
         QCOMPARE(std::string(ZvEditorStyle("a\0b"s).name()), "a"s);
         QVERIFY(!ZvEditorStyle("a").brush("x").isValid());
-        QCOMPARE(written(ZvEditorStyle("a")), "<e>[name=a]<Brushes></Brushes></e>"s);
+        QCOMPARE(written(ZvEditorStyle("a")), "<Editor>[name=a]<Brushes></Brushes></Editor>"s);
     }
 
     void brushesAreReplacedOrAppended()
@@ -61,12 +61,12 @@ private Q_SLOTS:
         style.setBrush("TWO", QColor(9, 9, 9));
         style.setBrush(ZvNamedColour("three", "nonsense"));
         QCOMPARE(written(style),
-                 "<e>[name=a]<Brushes>"
+                 "<Editor>[name=a]<Brushes>"
                  "<Brush>[name=One][colour=#010101]</Brush>"
                  "<Brush>[name=TWO][colour=#090909]</Brush>"
                  "<Brush>[name=three][colour=#000000]</Brush>"
                  "<Brush>[name=Four][colour=#040404]</Brush>"
-                 "</Brushes></e>"s);
+                 "</Brushes></Editor>"s);
     }
 
     void alphaIsKeptButNotWritten()
@@ -74,8 +74,9 @@ private Q_SLOTS:
         ZvEditorStyle style("a");
         style.setBrush("x", QColor(1, 2, 3, 4));
         QCOMPARE(style.brush("x").alpha(), 4);
-        QCOMPARE(written(style),
-                 "<e>[name=a]<Brushes><Brush>[name=x][colour=#010203]</Brush></Brushes></e>"s);
+        QCOMPARE(
+            written(style),
+            "<Editor>[name=a]<Brushes><Brush>[name=x][colour=#010203]</Brush></Brushes></Editor>"s);
     }
 
     void copiesShareNothing()

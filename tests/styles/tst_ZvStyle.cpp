@@ -57,7 +57,7 @@ QString nameOf(const ZvStyle& style)
 std::string written(const ZvStyle& style)
 {
     std::string text;
-    style.write(zvtest::XmlRecorder::open("s", text));
+    style.write(zvtest::XmlRecorder::open("Style", text));
     return text;
 }
 
@@ -439,7 +439,7 @@ private Q_SLOTS:
         ZvStyle style("a");
         style.setColour(ZvStyleBrush::Panel, QColor(1, 2, 3, 4));
         style.setIcon(ZvStyleIcon::Close, QStringLiteral("close.svg"));
-        std::string expected = "<s>[name=a]<Brushes>";
+        std::string expected = "<Style>[name=a]<Brushes>";
         for (int i = 0; i < brushCount; ++i) {
             const auto brush = static_cast<ZvStyleBrush>(i);
             const bool isAccent = i >= 16 && i <= 22;
@@ -455,7 +455,7 @@ private Q_SLOTS:
                     "<Icon>[name=Close][path=close.svg]</Icon>"
                     "<Icon>[name=Menu][path=]</Icon>"
                     "<Icon>[name=TOTAL][path=]</Icon>"
-                    "</Icons><Editors></Editors></s>";
+                    "</Icons><Editors></Editors></Style>";
         QCOMPARE(written(style), expected);
     }
 

@@ -207,11 +207,13 @@ private Q_SLOTS:
 
     void lastNumberIsTakenWithoutATest()
     {
-        QByteArray xml = "<a><b><c name='User Light'><d/><e/></c>";
+        QByteArray xml =
+            "<StyleLibrary><Styles><Style name='User Light'><Brushes/><Icons/></Style>";
         for (int i = 1; i < 10'000; ++i)
-            xml += "<c name='User Light " + QByteArray::number(i) + "'><d/><e/></c>";
+            xml +=
+                "<Style name='User Light " + QByteArray::number(i) + "'><Brushes/><Icons/></Style>";
         const QString file = m_host.path() + QStringLiteral("/many.xml");
-        QVERIFY(m_host.write(file, xml + "</b><f/></a>"));
+        QVERIFY(m_host.write(file, xml + "</Styles><Accents/></StyleLibrary>"));
         ZvStyleLibrary library;
         library.add(zvutil::ZvFilePath(file.toStdWString()));
         ZvStyleManager::SetLibrary(library);

@@ -68,7 +68,7 @@ QString utf8(const char* text)
 std::string written(const ZvStyle& style)
 {
     std::string text;
-    style.write(zvtest::XmlRecorder::open("s", text));
+    style.write(zvtest::XmlRecorder::open("Style", text));
     return text;
 }
 
@@ -316,10 +316,10 @@ private Q_SLOTS:
 
     void byteOrderMarkIsPartOfAnIconsName()
     {
-        QVERIFY(
-            m_host->write(m_host->libraryFile(),
-                          "<a><b><c name='Mine'><d/><e><f name='Close' path='&#xFEFF;a.png'/></e>"
-                          "</c></b></a>"));
+        QVERIFY(m_host->write(m_host->libraryFile(),
+                              "<StyleLibrary><Styles><Style name='Mine'><Brushes/><Icons>"
+                              "<Icon name='Close' path='&#xFEFF;a.png'/>"
+                              "</Icons></Style></Styles></StyleLibrary>"));
         const ZvStyleLibrary library(libraryPath());
         QCOMPARE(std::string(library.style("Mine").icon(ZvStyleIcon::Close).path().c_str()),
                  "\xEF\xBB\xBF"

@@ -370,8 +370,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("option");
         QTest::addColumn<QString>("printed");
         const QByteArray none;
-        const QByteArray user = "<a><b><c name='LIGHT'><d><e name='Panel' colour='#010203'/></d>"
-                                "<f/></c><c name='User'><d/><f/></c></b><g/></a>";
+        const QByteArray user = "<StyleLibrary><Styles><Style name='LIGHT'><Brushes>"
+                                "<Brush name='Panel' colour='#010203'/></Brushes><Icons/></Style>"
+                                "<Style name='User'><Brushes/><Icons/></Style>"
+                                "</Styles><Accents/></StyleLibrary>";
         const auto row = [](const char* name, const QByteArray& library, const char* option,
                             const char* printed) {
             QTest::newRow(name) << library << QString::fromUtf8(option)
@@ -383,11 +385,14 @@ private Q_SLOTS:
         row("option unknown", none, "Blue", "Light|Light,Dark|#f0f0f0");
         row("user's library", user, "", "Light|Light,Dark,User|#f0f0f0");
         row("user's style", user, "User", "User|Light,Dark,User|#f0f0f0");
-        row("bad element", "<a><b><c/></b></a>", "", "Light|Light,Dark|#f0f0f0");
+        row("bad element", "<StyleLibrary><Styles><Style/></Styles></StyleLibrary>", "",
+            "Light|Light,Dark|#f0f0f0");
         row("no root", "none", "", "Light|Light,Dark|#f0f0f0");
-        row("style without lists", "<a><b><c name='x'/></b></a>", "Dark",
+        row("style without lists",
+            "<StyleLibrary><Styles><Style name='x'/></Styles></StyleLibrary>", "Dark",
             "Dark|Light,Dark|#f0f0f0");
-        row("breaks off", user.left(90), "", "Light|Light,Dark|#f0f0f0");
+        row("breaks off", user.left(user.indexOf("/><Icons/></Style></Styles>")), "",
+            "Light|Light,Dark|#f0f0f0");
     }
 
     void start()
@@ -437,8 +442,9 @@ private Q_SLOTS:
         // The user has a library on disc; a process changes it, applies it and saves a style.
         const zvtest::StyleHost user;
         QVERIFY(user.write(user.libraryFile(),
-                           "<a><b><c name='Mine'><d><e name='Panel' colour='#010203'/></d><f/>"
-                           "</c></b><g/></a>"));
+                           "<StyleLibrary><Styles><Style name='Mine'><Brushes>"
+                           "<Brush name='Panel' colour='#010203'/></Brushes><Icons/></Style>"
+                           "</Styles><Accents/></StyleLibrary>"));
         QCOMPARE(
             probe(user, {QStringLiteral("road"), QStringLiteral("Mine")}),
             QStringLiteral("Mine|library|style Mine|style Edited|style Edited|sheet #ff040506"));

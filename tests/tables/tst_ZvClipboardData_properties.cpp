@@ -2,7 +2,7 @@
 
 #include <zvutil/ZvClipboardData.h>
 
-#include "support/CsvModel.h"
+#include "support/CsvOracle.h"
 #include "support/Tables.h"
 #include "support/rapidcheck.h"
 
@@ -14,7 +14,7 @@
 #include <stdexcept>
 #include <string>
 
-using zvtest::CsvModel;
+using zvtest::CsvOracle;
 using zvtest::hasStorage;
 
 namespace {
@@ -27,10 +27,10 @@ ZvTable tableFrom(const std::string& text)
     return ZvClipboardData(&data).csvData();
 }
 
-std::optional<CsvModel> modelOf(const std::string& text)
+std::optional<CsvOracle> oracleOf(const std::string& text)
 {
     try {
-        return CsvModel(text);
+        return CsvOracle(text);
     } catch (const std::invalid_argument&) {
         return std::nullopt;
     }
@@ -38,7 +38,7 @@ std::optional<CsvModel> modelOf(const std::string& text)
 
 void compareTables(const std::string& text)
 {
-    const std::optional<CsvModel> expected = modelOf(text);
+    const std::optional<CsvOracle> expected = oracleOf(text);
     const ZvTable table = tableFrom(text);
     RC_ASSERT(hasStorage(table) == expected.has_value());
     if (!expected)

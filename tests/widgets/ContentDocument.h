@@ -2,8 +2,8 @@
 
 #include <zvutil/ZvContentWidget.h>
 
-#include "support/Answer.h"
 #include "support/Files.h"
+#include "support/WindowResponder.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -87,19 +87,21 @@ private:
         connect(this, &ZvContentWidget::beginSave, this, [this](const zvutil::ZvFilePath& path) {
             note(QStringLiteral("begin ") + textOf(path));
         });
-        connect(this, &ZvContentWidget::endSave, this,
-                [this](bool success, const zvutil::ZvFilePath& path) {
-                    note(QStringLiteral("end %1 %2").arg(success).arg(textOf(path)));
-                });
+        connect(
+            this, &ZvContentWidget::endSave, this,
+            [this](bool success, const zvutil::ZvFilePath& path) {
+                note(QStringLiteral("ended %1 %2").arg(success ? "well" : "badly", textOf(path)));
+            });
         connect(this, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
             note(QStringLiteral("saved ") + textOf(path));
         });
-        connect(this, &DockableWidgetContents::fileWatcherIgnores, this,
-                [this](bool ignores) { note(QStringLiteral("ignore %1").arg(ignores)); });
+        connect(this, &DockableWidgetContents::fileWatcherIgnores, this, [this](bool ignores) {
+            note(ignores ? "changes are ignored" : "changes are heeded");
+        });
         connect(this, &DockableWidgetContents::fileWatcherEnabled, this,
-                [this](bool enabled) { note(QStringLiteral("watch %1").arg(enabled)); });
+                [this](bool enabled) { note(enabled ? "watched" : "not watched"); });
         connect(this, &DockableWidgetContents::modifiedChanged, this,
-                [this](bool modified) { note(QStringLiteral("modified %1").arg(modified)); });
+                [this](bool modified) { note(modified ? "modified" : "not modified"); });
     }
 
     int m_type;

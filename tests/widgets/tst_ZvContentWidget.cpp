@@ -4,8 +4,8 @@
 
 #include <zvutil/ZvContentWidget.h>
 
-#include "support/Answer.h"
 #include "support/Files.h"
+#include "support/WindowResponder.h"
 
 #include <QAbstractButton>
 #include <QFile>
@@ -41,7 +41,7 @@ struct BoxAnswer
 
     QString text;
     QString details;
-    zvtest::Answer<QMessageBox> answer;
+    zvtest::WindowResponder<QMessageBox> answer;
 };
 
 #if defined(__GNUC__)
@@ -324,7 +324,7 @@ private Q_SLOTS:
         QCOMPARE(document.takeNotes(),
                  (QStringList{QStringLiteral("titles %1|document").arg(path),
                               QStringLiteral("titles %1|%2").arg(path, shortTitle),
-                              QStringLiteral("watch 0")}));
+                              QStringLiteral("not watched")}));
         // Nor is anything made, or looked for.
         QVERIFY(!QFile::exists(path));
     }
@@ -341,7 +341,7 @@ private Q_SLOTS:
         QCOMPARE(document.longTitle(), QStringLiteral("long"));
         QCOMPARE(document.shortTitle(), QStringLiteral("short"));
         document.setFilename(ZvFilePath());
-        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("watch 0")});
+        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("not watched")});
         QCOMPARE(document.longTitle(), QString());
         document.setFilename(ZvFilePath());
         QVERIFY(document.takeNotes().isEmpty());

@@ -2,8 +2,8 @@
 
 #include "ContentDocument.h"
 
-#include "support/Answer.h"
 #include "support/Files.h"
+#include "support/WindowResponder.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -41,7 +41,7 @@ struct DialogAnswer
     QString title;
     QStringList filters;
     QWidget* parent = nullptr;
-    zvtest::Answer<QFileDialog> answer;
+    zvtest::WindowResponder<QFileDialog> answer;
 };
 
 } // namespace
@@ -59,13 +59,14 @@ private Q_SLOTS:
         document.takeNotes();
         document.saveAs(pathOf(file));
         // Those of the document come behind what the library does in the same place.
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("written"), QStringLiteral("ignore 0"),
-                              QStringLiteral("watch 0"), QStringLiteral("modified 0"),
-                              QStringLiteral("saved ") + file, QStringLiteral("end 1 ") + file,
-                              QStringLiteral("ignore 0")}));
+        QCOMPARE(
+            document.takeNotes(),
+            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
+                         QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
+                         QStringLiteral("written"), QStringLiteral("changes are heeded"),
+                         QStringLiteral("not watched"), QStringLiteral("not modified"),
+                         QStringLiteral("saved ") + file, QStringLiteral("ended well ") + file,
+                         QStringLiteral("changes are heeded")}));
         QCOMPARE(contentOf(file), QByteArray("contents"));
         QCOMPARE(document.getFilename(), file);
         QVERIFY(!document.isModified());
@@ -74,7 +75,7 @@ private Q_SLOTS:
         document.setModified(true);
         document.takeNotes();
         QCOMPARE(document.save(), pathOf(file));
-        QVERIFY(!document.takeNotes().contains(QStringLiteral("watch 0")));
+        QVERIFY(!document.takeNotes().contains(QStringLiteral("not watched")));
         QCOMPARE(contentOf(file), QByteArray("more"));
         QVERIFY(!document.isModified());
     }
@@ -89,10 +90,11 @@ private Q_SLOTS:
         const QString file = m_dir.filePath(QStringLiteral("no such folder/x.zvsch"));
         document.saveAs(pathOf(file));
         QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("written"), QStringLiteral("ignore 0"),
-                              QStringLiteral("end 0 ") + file, QStringLiteral("ignore 0")}));
+                 (QStringList{
+                     QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
+                     QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
+                     QStringLiteral("written"), QStringLiteral("changes are heeded"),
+                     QStringLiteral("ended badly ") + file, QStringLiteral("changes are heeded")}));
         QCOMPARE(document.getFilename(), before);
         QVERIFY(document.isModified());
         // The result is the path that was tried.
@@ -127,10 +129,11 @@ private Q_SLOTS:
             isCaught = number == 42;
         }
         QVERIFY(isCaught);
-        QStringList expected{QStringLiteral("ignore 1"), QStringLiteral("write ") + file};
+        QStringList expected{QStringLiteral("changes are ignored"),
+                             QStringLiteral("write ") + file};
         if (begins)
-            expected << QStringLiteral("ignore 1") << QStringLiteral("begin ") + file;
-        expected << QStringLiteral("ignore 0");
+            expected << QStringLiteral("changes are ignored") << QStringLiteral("begin ") + file;
+        expected << QStringLiteral("changes are heeded");
         QCOMPARE(document.takeNotes(), expected);
         QVERIFY(document.filename().isEmpty());
         QVERIFY(document.isModified());
@@ -146,8 +149,8 @@ private Q_SLOTS:
         document.takeNotes();
         document.saveAs(pathOf(QStringLiteral("/x")));
         QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write /x"),
-                              QStringLiteral("ignore 0")}));
+                 (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write /x"),
+                              QStringLiteral("changes are heeded")}));
         QVERIFY(document.filename().isEmpty());
         QVERIFY(document.isModified());
     }
@@ -162,7 +165,7 @@ private Q_SLOTS:
         document.tellSaved(path);
         QVERIFY(!document.isModified());
         QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("modified 0"), QStringLiteral("saved /a/b")}));
+                 (QStringList{QStringLiteral("not modified"), QStringLiteral("saved /a/b")}));
     }
 
     void emptyPathDoesNothing()

@@ -2,8 +2,8 @@
 
 #include "ContentDocument.h"
 
-#include "support/Answer.h"
 #include "support/Files.h"
+#include "support/WindowResponder.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -43,9 +43,10 @@ private Q_SLOTS:
         document.takeNotes();
         document.saveAs(pathOf(file));
         // It has returned before anything else has happened.
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("write ") + file,
-                              QStringLiteral("ignore 0")}));
+        QCOMPARE(
+            document.takeNotes(),
+            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
+                         QStringLiteral("changes are heeded")}));
         mayWrite = true;
         worker.join();
         QVERIFY(document.takeNotes().isEmpty());
@@ -53,11 +54,12 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QStringList notes = document.takeNotes();
         // The document's own notes of the signals are delivered along with the library's.
-        QCOMPARE(notes,
-                 (QStringList{QStringLiteral("ignore 1"), QStringLiteral("begin ") + file,
-                              QStringLiteral("ignore 0"), QStringLiteral("watch 0"),
-                              QStringLiteral("modified 0"), QStringLiteral("saved ") + file,
-                              QStringLiteral("end 1 ") + file}));
+        QCOMPARE(
+            notes,
+            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
+                         QStringLiteral("changes are heeded"), QStringLiteral("not watched"),
+                         QStringLiteral("not modified"), QStringLiteral("saved ") + file,
+                         QStringLiteral("ended well ") + file}));
         QCOMPARE(document.getFilename(), file);
         QCOMPARE(contentOf(file), QByteArray("contents"));
     }

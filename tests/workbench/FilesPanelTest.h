@@ -10,8 +10,8 @@
 #include <zvutil/ZvSearchBar.h>
 
 #include "shell/document_types.h"
-#include "support/Answer.h"
 #include "support/FileTree.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QAction>

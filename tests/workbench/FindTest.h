@@ -7,10 +7,10 @@
 #include "support/Files.h"
 
 #include "shell/document_types.h"
-#include "support/Answer.h"
 #include "support/Background.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QApplication>
@@ -88,7 +88,7 @@ public:
         return QTest::qWaitFor([this] { return !dialog->isSearching(); }, longWait);
     }
 
-    Managed managed;
+    ManagerWithWorker managed;
     std::unique_ptr<workbench::FindInFilesDialog> dialog;
 };
 

@@ -2,8 +2,8 @@
 
 #include "schematic/SchematicDocument.h"
 #include "schematic/SchematicView.h"
-#include "support/Answer.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QApplication>

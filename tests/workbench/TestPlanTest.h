@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/path_names.h"
-#include "support/Answer.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanDocument.h"
 #include "testplan/TestPlanSaveFile.h"

@@ -7,10 +7,10 @@
 #include "shell/open.h"
 #include "support/Files.h"
 
-#include <support/Answer.h>
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -110,9 +110,9 @@ inline void dismiss(QMessageBox& box)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-inline Answer<QFileDialog> chooseFile(const QString& file)
+inline WindowResponder<QFileDialog> chooseFile(const QString& file)
 {
-    return Answer<QFileDialog>([file](QFileDialog& dialog) {
+    return WindowResponder<QFileDialog>([file](QFileDialog& dialog) {
         dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
         QMetaObject::invokeMethod(&dialog, "accept");
     });

@@ -5,10 +5,10 @@
 #include "files/FilesPanel.h"
 #include "files/FilteredFilesModel.h"
 
-#include "support/Answer.h"
 #include "support/BuiltInStyles.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QAction>
@@ -145,7 +145,7 @@ private Q_SLOTS:
         tree.files(3);
         const Panel panel;
         QFileDialog::FileMode mode = QFileDialog::AnyFile;
-        const zvtest::Answer<QFileDialog> answer([&](QFileDialog& dialog) {
+        const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
             mode = dialog.fileMode();
             dialog.setDirectory(tree.path());
             dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QVERIFY(panel.comesToShow(listed({tree.path()})));
         QSignalSpy open(panel.panel.get(), &FilesPanel::openRequested);
         QString told;
-        const zvtest::Answer<QMessageBox> answer([&told](QMessageBox& box) {
+        const zvtest::WindowResponder<QMessageBox> answer([&told](QMessageBox& box) {
             told = box.text();
             box.accept();
         });
@@ -270,7 +270,7 @@ private Q_SLOTS:
         QVERIFY(panel.comesToShow(listed({tree.path()})));
         panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
         const QString old = panel.shown().first();
-        const zvtest::Answer<QDialog> answer([](QDialog& dialog) {
+        const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
             dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
@@ -290,7 +290,7 @@ private Q_SLOTS:
         panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
         const QString old = panel.shown().first();
         bool isRemoved = false;
-        const zvtest::Answer<QDialog> answer([&](QDialog& dialog) {
+        const zvtest::WindowResponder<QDialog> answer([&](QDialog& dialog) {
             dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
             isRemoved = QFile::remove(old);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
@@ -299,7 +299,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QVERIFY(isRemoved);
         QString text;
-        const zvtest::Answer<QMessageBox> told([&text](QMessageBox& box) {
+        const zvtest::WindowResponder<QMessageBox> told([&text](QMessageBox& box) {
             text = box.text();
             box.accept();
         });
@@ -404,7 +404,7 @@ private Q_SLOTS:
         panel.action("Show folder"_q)->trigger();
         QCOMPARE(QToolTip::text(), QDir::toNativeSeparators(QFileInfo(shown.first()).path()));
         QToolTip::hideText();
-        const zvtest::Answer<QDialog> answer([](QDialog& dialog) {
+        const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
             dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
@@ -436,7 +436,7 @@ private Q_SLOTS:
         panel.panel->addFolders({tree.path()});
         QVERIFY(panel.comesToShow(listed({tree.path()})));
         panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
-        const zvtest::Answer<QDialog> answer([&typed](QDialog& dialog) {
+        const zvtest::WindowResponder<QDialog> answer([&typed](QDialog& dialog) {
             dialog.findChild<QLineEdit*>("name"_q)->setText(typed);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });

@@ -7,9 +7,9 @@
 #include "files/RowFilter.h"
 #include "files/TypesBox.h"
 
-#include "support/Answer.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QAbstractItemModelTester>

@@ -4,8 +4,8 @@
 
 #include "files/FilesPanel.h"
 
-#include "support/Answer.h"
 #include "support/FileTree.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QSignalSpy>

@@ -7,12 +7,12 @@
 #include "search/SearchRequest.h"
 #include "search/TextSearch.h"
 
-#include "support/Answer.h"
 #include "support/Background.h"
 #include "support/BuiltInStyles.h"
 #include "support/FileTree.h"
 #include "support/Process.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QApplication>
@@ -256,7 +256,7 @@ private Q_SLOTS:
             finder.folders()->item(i)->setCheckState(Qt::Unchecked);
         QVERIFY(!finder.button("find"_q)->isEnabled());
 
-        const zvtest::Answer<QFileDialog> answer([&](QFileDialog& dialog) {
+        const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
             dialog.setDirectory(tree.path("c"_q));
             dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
@@ -314,7 +314,7 @@ private Q_SLOTS:
         QVERIFY(button->isVisible());
         QCOMPARE(button->text(), "1 unreadable…"_q);
         QStringList listed;
-        const zvtest::Answer<QDialog> answer([&listed](QDialog& dialog) {
+        const zvtest::WindowResponder<QDialog> answer([&listed](QDialog& dialog) {
             const auto* const list = dialog.findChild<QListWidget*>();
             for (int row = 0; list && row < list->count(); ++row)
                 listed.append(list->item(row)->text());

@@ -6,10 +6,10 @@
 #include "search/FindInFilesDialog.h"
 #include "search/HitsModel.h"
 
-#include "support/Answer.h"
 #include "support/Background.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QAbstractItemModelTester>

@@ -34,8 +34,8 @@
 #include <QToolButton>
 #include <QTreeView>
 
-#include <support/Answer.h>
-#include <support/WalkModel.h>
+#include <support/WalkOracle.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include "support/Files.h"
@@ -76,10 +76,10 @@ bool makeTree(const QDir& root)
 }
 
 /// The longest time between two events of a timer, while it lives.
-class Gaps
+class EventLoopDelays
 {
 public:
-    Gaps()
+    EventLoopDelays()
     {
         m_timer.callOnTimeout(&m_timer,
                               [this] { m_longest = std::max(m_longest, m_clock.restart()); });
@@ -228,8 +228,8 @@ private Q_SLOTS:
     void listsAFolder()
     {
         const int rows = expectedRows();
-        const Gaps gaps;
-        zvtest::Answer<QFileDialog> answer([this](QFileDialog& dialog) {
+        const EventLoopDelays delays;
+        zvtest::WindowResponder<QFileDialog> answer([this](QFileDialog& dialog) {
             typeIntoFileDialog(dialog, m_root.filePath(QStringLiteral("boards")));
         });
         auto* const add = part<QAction>("addFolder");
@@ -239,19 +239,19 @@ private Q_SLOTS:
         }
         QVERIFY(QTest::qWaitFor([&answer] { return answer.count == 1; }, longWait));
         QVERIFY(listsAllFiles(rows));
-        qInfo("longest gap while listing: %lld ms", gaps.longest());
+        qInfo("longest gap while listing: %lld ms", delays.longest());
         takePicture("2-listed");
     }
 
     void filters()
     {
-        const Gaps gaps;
+        const EventLoopDelays delays;
         auto* const search = part<QLineEdit>("search");
         click(search);
         QTest::keyClicks(search, QStringLiteral("part-77"));
         // 77 and 770 to 779 of each folder.
         QVERIFY(showsFiles(11 * folders, QStringLiteral("%1 of ").arg(11 * folders)));
-        qInfo("longest gap while filtering: %lld ms", gaps.longest());
+        qInfo("longest gap while filtering: %lld ms", delays.longest());
         takePicture("3-filtered");
     }
 
@@ -336,7 +336,7 @@ private Q_SLOTS:
 
     void findsInFiles()
     {
-        const Gaps gaps;
+        const EventLoopDelays delays;
         QTest::keyClick(theWindow(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
         QDialog* dialog = nullptr;
         QVERIFY(QTest::qWaitFor(
@@ -358,7 +358,7 @@ private Q_SLOTS:
             [status] { return status->text().startsWith(QStringLiteral("1 line in 1 of ")); },
             longWait));
         QCOMPARE(hits->model()->rowCount(), 1);
-        qInfo("longest gap while searching: %lld ms", gaps.longest());
+        qInfo("longest gap while searching: %lld ms", delays.longest());
         takePicture("8-found");
         QTest::keyClick(dialog, Qt::Key_Escape);
         QVERIFY(QTest::qWaitFor([dialog] { return !dialog->isVisible(); }, longWait));
@@ -393,7 +393,7 @@ private Q_SLOTS:
         tree->expand(brushes);
         tree->setCurrentIndex(tree->indexBelow(brushes));
         tree->setFocus();
-        const zvtest::Answer<QColorDialog> answer([](QColorDialog& dialog) {
+        const zvtest::WindowResponder<QColorDialog> answer([](QColorDialog& dialog) {
             dialog.setCurrentColor(QColor(0x10, 0x20, 0x38));
             dialog.accept();
         });

@@ -11,10 +11,10 @@
 #include <HostSupport/host.h>
 #include <zvutil/ZvStyleManager.h>
 
-#include "support/Answer.h"
 #include "support/BuiltInStyles.h"
 #include "support/FileTree.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QAbstractButton>
@@ -269,7 +269,7 @@ private Q_SLOTS:
         OptionsDialog dialog;
         dialog.show();
         auto* const editor = dialog.findChild<OptionEditor*>("ZvStyleAccent"_q);
-        const zvtest::Answer<QColorDialog> answer([](QColorDialog& colours) {
+        const zvtest::WindowResponder<QColorDialog> answer([](QColorDialog& colours) {
             colours.setCurrentColor(QColor(0x10, 0x20, 0x30));
             colours.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
@@ -286,7 +286,7 @@ private Q_SLOTS:
         host::setOptionsFile(m_host.path().toStdString());
         QString text;
         QString reason;
-        const zvtest::Answer<QMessageBox> answer([&](QMessageBox& box) {
+        const zvtest::WindowResponder<QMessageBox> answer([&](QMessageBox& box) {
             text = box.text();
             reason = box.informativeText();
             box.accept();
@@ -411,14 +411,15 @@ private Q_SLOTS:
     {
         zvtest::FileTree tree;
         const auto ask = [&tree](QDialogButtonBox::StandardButton which) {
-            const zvtest::Answer<QDialog> answer(
+            const zvtest::WindowResponder<QDialog> answer(
                 [which](QDialog& dialog) { button(dialog, which)->click(); });
             return FileNameDialog::ask(nullptr, "New"_q, tree.path(), "new.zvsch"_q);
         };
         QCOMPARE(ask(QDialogButtonBox::Ok), tree.path("new.zvsch"_q));
         QCOMPARE(ask(QDialogButtonBox::Cancel), ""_q);
         auto* const parent = new QWidget;
-        const zvtest::Answer<QDialog> parentGoes([parent](QDialog& /*dialog*/) { delete parent; });
+        const zvtest::WindowResponder<QDialog> parentGoes(
+            [parent](QDialog& /*dialog*/) { delete parent; });
         QCOMPARE(FileNameDialog::ask(parent, "New"_q, tree.path(), "new.zvsch"_q), ""_q);
         QCOMPARE(parentGoes.count, 1);
     }

@@ -5,8 +5,8 @@
 #include "schematic/SchematicClipboard.h"
 #include "schematic/SymbolDialog.h"
 #include "schematic/SymbolItem.h"
-#include "support/Answer.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QApplication>
@@ -241,18 +241,20 @@ private Q_SLOTS:
         Sheet sheet(small());
         // Compared when the dialog has closed: a test that ended in it would wait for it forever.
         QStringList seen;
-        zvtest::Answer<workbench::SymbolDialog> answer([&seen](workbench::SymbolDialog& dialog) {
-            auto* const reference = dialog.findChild<QLineEdit*>(QStringLiteral("reference"));
-            for (const char* const typed : {"R2", "  ", "R9"}) {
-                seen.append(reference->text());
-                reference->setText(QString::fromLatin1(typed));
-                seen.append(hintOf(dialog));
-            }
-            dialog.findChild<QLineEdit*>(QStringLiteral("value"))->setText(QStringLiteral("4.7 k"));
-            QTest::keyClick(reference, Qt::Key_Return);
-            if (dialog.isVisible())
-                dialog.reject();
-        });
+        zvtest::WindowResponder<workbench::SymbolDialog> answer(
+            [&seen](workbench::SymbolDialog& dialog) {
+                auto* const reference = dialog.findChild<QLineEdit*>(QStringLiteral("reference"));
+                for (const char* const typed : {"R2", "  ", "R9"}) {
+                    seen.append(reference->text());
+                    reference->setText(QString::fromLatin1(typed));
+                    seen.append(hintOf(dialog));
+                }
+                dialog.findChild<QLineEdit*>(QStringLiteral("value"))
+                    ->setText(QStringLiteral("4.7 k"));
+                QTest::keyClick(reference, Qt::Key_Return);
+                if (dialog.isVisible())
+                    dialog.reject();
+            });
         if (byMouse) {
             sheet.doubleClick({-5, 0});
         } else {

@@ -6,9 +6,9 @@
 #include "documents/FileError.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
-#include "support/Answer.h"
 #include "support/Files.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QFile>

@@ -17,8 +17,8 @@
 #include <HostSupport/host.h>
 
 #include "support/BuiltInStyles.h"
-#include <support/Answer.h>
 #include <support/RefusedWrite.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -314,7 +314,7 @@ private Q_SLOTS:
     {
         ScriptDocument document(QStringLiteral("Script 1"), nullptr);
         QString title;
-        zvtest::Answer<QFileDialog> answer([this, &title](QFileDialog& dialog) {
+        zvtest::WindowResponder<QFileDialog> answer([this, &title](QFileDialog& dialog) {
             title = dialog.windowTitle();
             dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
                 ->setText(m_folder.filePath(QStringLiteral("named")));

@@ -7,9 +7,9 @@
 
 #include "common/path_names.h"
 #include "documents/FileError.h"
-#include "support/Answer.h"
 #include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanDocument.h"
 #include "testplan/TestPlanView.h"

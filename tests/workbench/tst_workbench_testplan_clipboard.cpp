@@ -4,8 +4,8 @@
 
 #include <zvutil/ZvClipboard.h>
 
-#include "support/Answer.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanClipboard.h"
 
@@ -194,13 +194,13 @@ private Q_SLOTS:
         Plan plan;
         setForeign(QStringLiteral("text/plain"),
                    QByteArray(1000, '\t') + '\n' + QByteArray("x\n").repeated(1000));
-        zvtest::Answer<QMessageBox> no(
+        zvtest::WindowResponder<QMessageBox> no(
             [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(no.count, 1);
         QCOMPARE(plan.model.undoStack().count(), 0);
         QVERIFY(plan.activate());
-        zvtest::Answer<QMessageBox> yes(
+        zvtest::WindowResponder<QMessageBox> yes(
             [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(yes.count, 1);

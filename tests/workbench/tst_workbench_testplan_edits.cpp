@@ -3,8 +3,8 @@
 #include "TestPlanTest.h"
 
 #include "common/path_names.h"
-#include "support/Answer.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
 #include <QApplication>

@@ -4,9 +4,9 @@
 
 #include "common/path_names.h"
 #include "documents/XmlText.h"
-#include "support/Answer.h"
 #include "support/Files.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
@@ -103,7 +103,7 @@ private Q_SLOTS:
     {
         Plan plan;
         plan.type(QStringLiteral("last"));
-        zvtest::Answer<QMessageBox> cancel(
+        zvtest::WindowResponder<QMessageBox> cancel(
             [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
         QVERIFY(!plan.document.close());
         QCOMPARE(cancel.count, 1);
@@ -113,7 +113,7 @@ private Q_SLOTS:
         plan.view.renameHeading(2);
         QTest::keyClicks(plan.view.horizontalHeader()->viewport()->findChild<QLineEdit*>(),
                          QStringLiteral("Last"));
-        zvtest::Answer<QMessageBox> again(
+        zvtest::WindowResponder<QMessageBox> again(
             [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
         QVERIFY(!plan.document.close());
         QCOMPARE(again.count, 1);

@@ -15,10 +15,10 @@
 
 #include <zvutil/ZvStyleEditor.h>
 
-#include <support/Answer.h>
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>

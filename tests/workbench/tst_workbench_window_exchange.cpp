@@ -9,10 +9,10 @@
 #include "shell/Workbench.h"
 #include "support/Files.h"
 
-#include <support/Answer.h>
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -49,15 +49,15 @@ private Q_SLOTS:
         const Window window;
         window->openFile(file);
         {
-            const zvtest::Answer<QFileDialog> answer = chooseFile(compressed);
+            const zvtest::WindowResponder<QFileDialog> answer = chooseFile(compressed);
             actionOf(*window, "export")->trigger();
             QCOMPARE(answer.count, 1);
         }
         QTRY_COMPARE_WITH_TIMEOUT(zvtest::contentOf(compressed),
                                   qCompress(QByteArray("print('as it was')")), longWait);
         QString proposed;
-        std::optional<zvtest::Answer<FileNameDialog>> name;
-        const zvtest::Answer<QFileDialog> answer([&](QFileDialog& dialog) {
+        std::optional<zvtest::WindowResponder<FileNameDialog>> name;
+        const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
             name.emplace([&proposed](FileNameDialog& nameDialog) {
                 auto* const edit = nameDialog.findChild<QLineEdit*>();
                 proposed = edit->text();

@@ -15,10 +15,10 @@
 
 #include <script/CodeEditor.h>
 
-#include <support/Answer.h>
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -118,7 +118,7 @@ private Q_SLOTS:
     {
         const Window window;
         const QString file = script("chosen.zvscr");
-        const zvtest::Answer<QFileDialog> answer = chooseFile(file);
+        const zvtest::WindowResponder<QFileDialog> answer = chooseFile(file);
         actionOf(*window, "open")->trigger();
         QCOMPARE(answer.count, 1);
         QCOMPARE(namesOf(*window), QStringList{QStringLiteral("chosen.zvscr")});
@@ -129,7 +129,7 @@ private Q_SLOTS:
         const Window window;
         Document* const document = window->newDocument(*documentTypeOf(QStringLiteral("script")));
         const QString file = m_folder->filePath(QStringLiteral("new.zvscr"));
-        const zvtest::Answer<QFileDialog> answer = chooseFile(file);
+        const zvtest::WindowResponder<QFileDialog> answer = chooseFile(file);
         actionOf(*window, "save")->trigger();
         QCOMPARE(answer.count, 1);
         QCOMPARE(document->shortTitle(), QStringLiteral("new.zvscr"));
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QFETCH(QString, saved);
         const Window window;
         const Document* const document = window->newDocument(*documentTypeOf(type));
-        const zvtest::Answer<QFileDialog> answer = chooseFile(m_folder->filePath(name));
+        const zvtest::WindowResponder<QFileDialog> answer = chooseFile(m_folder->filePath(name));
         window->saveCurrentAs();
         QCOMPARE(answer.count, 1);
         QCOMPARE(document->shortTitle(), saved);
@@ -188,7 +188,7 @@ private Q_SLOTS:
         const QString renamed = m_folder->filePath(QStringLiteral("after.zvscr"));
         const Window window;
         Document* const document = window->openFile(file);
-        const zvtest::Answer<FileNameDialog> answer([](FileNameDialog& dialog) {
+        const zvtest::WindowResponder<FileNameDialog> answer([](FileNameDialog& dialog) {
             dialog.findChild<QLineEdit*>()->setText(QStringLiteral("after.zvscr"));
             dialog.accept();
         });
@@ -294,7 +294,7 @@ private Q_SLOTS:
         const Document* const document = window->newDocument(*documentTypes().at(0));
         const QString dotted = m_folder->filePath(QStringLiteral("bridge v1.2"));
         {
-            const zvtest::Answer<QFileDialog> answer = chooseFile(dotted);
+            const zvtest::WindowResponder<QFileDialog> answer = chooseFile(dotted);
             window->saveCurrentAs();
             QCOMPARE(answer.count, 1);
         }
@@ -305,8 +305,8 @@ private Q_SLOTS:
         // Then it may be the name of another file, for which the dialog hasn't asked.
         QVERIFY(zvtest::writeTo(file, "other"));
         QStringList questions;
-        const zvtest::Answer<QFileDialog> choice = chooseFile(dotted);
-        const zvtest::Answer<QMessageBox> no([&questions](QMessageBox& box) {
+        const zvtest::WindowResponder<QFileDialog> choice = chooseFile(dotted);
+        const zvtest::WindowResponder<QMessageBox> no([&questions](QMessageBox& box) {
             questions.append(box.text());
             // What comes back is the dialog, which is given up.
             QTimer::singleShot(0, [] {
@@ -327,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(window->openFile(script("a.zvscr")));
         QString problem;
         bool isAccepted = true;
-        const zvtest::Answer<FileNameDialog> answer([&](FileNameDialog& dialog) {
+        const zvtest::WindowResponder<FileNameDialog> answer([&](FileNameDialog& dialog) {
             dialog.findChild<QLineEdit*>(QStringLiteral("name"))->setText(QStringLiteral("b.txt"));
             problem = dialog.findChild<QLabel*>(QStringLiteral("problem"))->text();
             isAccepted =

@@ -16,10 +16,10 @@
 
 #include <HostSupport/saving.h>
 
-#include <support/Answer.h>
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
+#include <support/WindowResponder.h>
 #include <support/Workbench.h>
 
 #include <QAction>
@@ -99,7 +99,7 @@ private Q_SLOTS:
             QVERIFY(dock);
             dock->setFloating(true);
             // Under the name that it gets now.
-            const zvtest::Answer<QFileDialog> answer =
+            const zvtest::WindowResponder<QFileDialog> answer =
                 chooseFile(m_folder->filePath(QStringLiteral("float.zvscr")));
             window->saveCurrent();
             QCOMPARE(answer.count, 1);
@@ -131,9 +131,9 @@ private Q_SLOTS:
             // Documents that were closed before another asks are deleted later than that.
             QEventLoop loop;
             QTimer::singleShot(0, &loop, [&] {
-                const zvtest::Answer<QMessageBox> first(discard);
-                const zvtest::Answer<QMessageBox> second(discard);
-                const zvtest::Answer<QMessageBox> third(discard);
+                const zvtest::WindowResponder<QMessageBox> first(discard);
+                const zvtest::WindowResponder<QMessageBox> second(discard);
+                const zvtest::WindowResponder<QMessageBox> third(discard);
                 loop.exit(window->close() ? 0 : 1);
             });
             const int result = loop.exec();
@@ -169,7 +169,7 @@ private Q_SLOTS:
         auto* const document = qobject_cast<ScriptDocument*>(window->openFile(file));
         QTest::keyClicks(&document->editor(), QStringLiteral("x"));
         QString question;
-        const zvtest::Answer<QMessageBox> answer([button, &question](QMessageBox& box) {
+        const zvtest::WindowResponder<QMessageBox> answer([button, &question](QMessageBox& box) {
             question = box.text();
             box.button(static_cast<QMessageBox::StandardButton>(button))->click();
         });

@@ -11,10 +11,10 @@ namespace zvtest {
 
 /// Runs something once a dialog or menu of this kind waits for the user, the next one that does.
 template <typename Window>
-class Answer : public QObject
+class WindowResponder : public QObject
 {
 public:
-    explicit Answer(std::function<void(Window&)> answer)
+    explicit WindowResponder(std::function<void(Window&)> answer)
     {
         m_timer.callOnTimeout(this, [this, answer = std::move(answer)] {
             QWidget* const popup = QApplication::activePopupWidget();

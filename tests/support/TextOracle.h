@@ -60,7 +60,7 @@ std::basic_string<Target> decoded(const std::string& bytes)
 }
 
 template <typename Target, typename Source>
-std::optional<std::basic_string<Target>> convertedByModel(const std::basic_string<Source>& text)
+std::optional<std::basic_string<Target>> convertedByOracle(const std::basic_string<Source>& text)
 {
     std::optional<std::string> bytes = encoded(text);
     if (!bytes)

@@ -10,11 +10,11 @@
 namespace zvtest {
 
 /// What a CSV text means, byte by byte as the rules have it, and without regard to time.
-class CsvModel
+class CsvOracle
 {
 public:
     /// Throws `std::invalid_argument` where the rules do.
-    explicit CsvModel(const std::string& text)
+    explicit CsvOracle(const std::string& text)
         : m_text(text)
     {
         if (text.empty())
