@@ -3,7 +3,7 @@
 #include <zvutil/ZvClipboardData.h>
 #include <zvutil/ZvVariant.h>
 
-#include "support/CsvModel.h"
+#include "support/CsvOracle.h"
 #include "support/Tables.h"
 
 #include <QByteArray>
@@ -19,7 +19,7 @@
 #include <stdexcept>
 #include <string>
 
-using zvtest::CsvModel;
+using zvtest::CsvOracle;
 
 namespace {
 
@@ -29,10 +29,10 @@ void require(bool condition)
         std::abort();
 }
 
-std::optional<CsvModel> modelOf(const std::string& text)
+std::optional<CsvOracle> oracleOf(const std::string& text)
 {
     try {
-        return CsvModel(text);
+        return CsvOracle(text);
     } catch (const std::invalid_argument&) {
         return std::nullopt;
     }
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     content.setData(QStringLiteral("text/csv"),
                     QByteArray(text.data(), static_cast<int>(text.size())));
     const ZvTable table = ZvClipboardData(&content).csvData();
-    const std::optional<CsvModel> expected = modelOf(text);
+    const std::optional<CsvOracle> expected = oracleOf(text);
     require(zvtest::hasStorage(table) == expected.has_value());
     if (!expected)
         return 0;

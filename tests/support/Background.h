@@ -48,23 +48,41 @@ private:
     Lines m_lines;
 };
 
-/// Has \p journal record the signals that requests and responses have in common, each with the
-/// status that its slot sees and, if it comes on another thread than that of \p subject, a mark.
+inline std::string nameOf(zvutil::libzvutil::request_status status)
+{
+    const char* const names[] = {"pending", "started", "completed", "failed"};
+    return names[status];
+}
+
+/// Has \p journal record the signals that requests and responses have in common, each with a remark if
+/// its slot sees another status than the signal means, or is called on another thread than that of
+/// \p subject.
 template <typename Subject>
 void record(Subject& subject, Journal& journal, const std::string& name = {})
 {
+    using namespace zvutil::libzvutil;
     // By direct connections, so that the order is that of the emissions.
-    const auto write = [&subject, &journal, name](const std::string& what) {
-        const char* const where = QThread::currentThread() == subject.thread() ? "" : " elsewhere";
-        journal.write(name + what + ' ' + std::to_string(subject.status()) + where);
+    const auto write = [&subject, &journal, name](const std::string& what, request_status meant) {
+        std::string line = name + what;
+        if (subject.status() != meant)
+            line += " while " + nameOf(subject.status());
+        if (QThread::currentThread() != subject.thread())
+            line += " elsewhere";
+        journal.write(line);
     };
-    QObject::connect(&subject, &Subject::started, [write] { write("started"); });
-    QObject::connect(&subject, &Subject::completed, [write] { write("completed"); });
-    QObject::connect(&subject, &Subject::failed,
-                     [write](const std::string& message) { write("failed (" + message + ')'); });
-    QObject::connect(&subject, &Subject::finished, [write] { write("finished"); });
-    if constexpr (std::is_base_of_v<zvutil::libzvutil::abstract_request, Subject>)
-        QObject::connect(&subject, &Subject::aborted, [write] { write("aborted"); });
+    QObject::connect(&subject, &Subject::started, [write] { write("started", request_started); });
+    QObject::connect(&subject, &Subject::completed,
+                     [write] { write("completed", request_completed); });
+    QObject::connect(&subject, &Subject::failed, [write](const std::string& message) {
+        write("failed: " + message, request_failed);
+    });
+    QObject::connect(&subject, &Subject::finished, [write, &subject] {
+        const request_status status = subject.status();
+        write("finished as " + nameOf(status), status);
+    });
+    if constexpr (std::is_base_of_v<abstract_request, Subject>)
+        QObject::connect(&subject, &Subject::aborted,
+                         [write] { write("aborted", request_started); });
 }
 
 /// A request that does what it is told.
@@ -149,10 +167,10 @@ private:
 
 /// A manager, and an object on its worker thread. Both end with their thread, as they have to where
 /// the event loop goes on afterwards.
-class Managed
+class ManagerWithWorker
 {
 public:
-    Managed()
+    ManagerWithWorker()
     {
         auto probe = std::make_shared<Request>();
         zvutil::libzvutil::abstract_response response(probe.get());
@@ -164,10 +182,10 @@ public:
         settle();
     }
 
-    ~Managed() { end(); }
+    ~ManagerWithWorker() { end(); }
 
-    Managed(const Managed&) = delete;
-    Managed& operator=(const Managed&) = delete;
+    ManagerWithWorker(const ManagerWithWorker&) = delete;
+    ManagerWithWorker& operator=(const ManagerWithWorker&) = delete;
 
     zvutil::libzvutil::BackgroundRequestManager& manager() { return *m_manager; }
     QThread* thread() { return m_thread; }

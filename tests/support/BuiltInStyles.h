@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <QTest>
+
 /// What the built-in style data hold, written down a second time.
 namespace zvtest {
 
@@ -110,5 +113,13 @@ constexpr NamedText builtInAccents[] = {
     {"Camouflage Desert", "#847545"},
     {"Camouflage", "#7E735F"},
 };
+
+/// One row for each built-in style, of which the column "style" has the name.
+inline void addStyleRows()
+{
+    QTest::addColumn<QString>("style");
+    for (const char* const name : {"Light", "Dark"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
 
 } // namespace zvtest

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/TextModel.h"
+#include "support/TextOracle.h"
 
 #include <zvutil/ZvBasicString.h>
 
@@ -45,7 +45,7 @@ template <typename Target, typename Source>
 QByteArray disagreementTowards(const char* name, const std::basic_string<Source>& units)
 {
     const auto actual = converted<Target>(zvutil::ZvBasicString<Source>(units));
-    const auto expected = convertedByModel<Target>(units);
+    const auto expected = convertedByOracle<Target>(units);
     if (actual == expected)
         return {};
     return name + QByteArray(" of ") + hex(units) + "is " + hex(actual) + "instead of "

@@ -6,7 +6,8 @@
 
 namespace zvtest {
 
-/// Runs \p work on a thread whose stack is too small for one frame per element of a deep document.
+/// Runs \p work on a thread whose stack is too small for one frame per element of a deep document, or per
+/// character of a long text.
 template <typename Work>
 void onSmallStack(Work work)
 {

@@ -2,8 +2,9 @@
 
 #include <HostSupport/host.h>
 
+#include "support/Files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QString>
 #include <QTemporaryDir>
 #include <QTest>
@@ -32,15 +33,7 @@ public:
     /// Writes a file of the style directory, which is made if need be.
     bool write(const QString& name, const QByteArray& bytes) const
     {
-        QFile file(name);
-        return QDir(m_dir.path()).mkpath(QStringLiteral("ui")) && file.open(QIODevice::WriteOnly)
-            && file.write(bytes) == bytes.size();
-    }
-
-    static QByteArray read(const QString& name)
-    {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
+        return QDir(m_dir.path()).mkpath(QStringLiteral("ui")) && writeTo(name, bytes);
     }
 
 private:

@@ -1,0 +1,382 @@
+#include "support/Files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Outcome
+{
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+Outcome run(const QStringList& arguments,
+            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(ZVHOST_FILE), arguments);
+    Outcome outcome;
+    if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
+        return outcome;
+    outcome.status = process.exitCode();
+    outcome.output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
+    outcome.errors = QString::fromUtf8(process.readAllStandardError()).remove(QLatin1Char('\r'));
+    return outcome;
+}
+
+/// For a user who has never used the host before, but for other calls of this.
+Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        environment.insert(QLatin1String(variable), user.path());
+    return run(arguments, environment);
+}
+
+Outcome runScript(const QString& script)
+{
+    return run(
+        {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("-e"), script});
+}
+
+} // namespace
+
+class tst_zvhost : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answersPathToURI()
+    {
+        const Outcome outcome =
+            run({QStringLiteral("-e"),
+                 QStringLiteral("print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))")});
+        QCOMPARE(outcome.output, QStringLiteral("file:///C:/Users/me/my%20file.txt\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void runsTheCommandsOfStyles()
+    {
+        const QTemporaryDir user;
+        // Without a display nobody could close the windows, so the host doesn't wait for that.
+        const Outcome outcome =
+            runFor(user,
+                   {QStringLiteral("-e"),
+                    QStringLiteral("_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')")});
+        QCOMPARE(outcome.output, QStringLiteral("done\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void prints_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("words") << QStringLiteral("print('a', 1, true)") << "a 1 true\n";
+        QTest::newRow("nothing") << QStringLiteral("print()") << "\n";
+        QTest::newRow("not ASCII") << QStringLiteral("print('ä€')") << QStringLiteral("ä€\n");
+        QTest::newRow("result of two")
+            << QStringLiteral("print(Schemes('http://x', 2))") << "http,http\n";
+        QTest::newRow("result of one")
+            << QStringLiteral("print(Schemes('https://x', 1).length)") << "5\n";
+        QTest::newRow("result of none")
+            << QStringLiteral("print(Schemes('https://x', 0).length)") << "0\n";
+        QTest::newRow("command with words") << QStringLiteral("tell()") << "tell in command line\n";
+        QTest::newRow("exception can be caught") << "try { Throw() } catch (e) { print(e.message) }"
+                                                 << "thrown by the module\n";
+        QTest::newRow("comment at the end") << "print('a') // b"
+                                            << "a\n";
+        QTest::newRow("strict") << "'use strict'; print((function() { return !this })())"
+                                << "true\n";
+    }
+
+    void prints()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, output);
+        const Outcome outcome = runScript(script);
+        QCOMPARE(outcome.output, output);
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void fails_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("thrown error") << "\n\nthrow new Error('no way')"
+                                      << "command line:3: Error: no way";
+        QTest::newRow("thrown value")
+            << QStringLiteral("throw 3") << "command line: uncaught exception: 3";
+        QTest::newRow("thrown undefined")
+            << QStringLiteral("throw undefined") << "command line: uncaught exception: undefined";
+        QTest::newRow("syntax") << "\nx = = 3"
+                                << "command line:2: SyntaxError";
+        QTest::newRow("unknown name") << QStringLiteral("Unknown(1)")
+                                      << "command line:1: ReferenceError: Unknown is not defined";
+        QTest::newRow("number for string") << "function f() {\n  return PathToURI(1);\n}\nf();"
+                                           << "command line:2: Error: PathToURI expects 1 argument "
+                                              "(string); argument 1 is a number";
+        QTest::newRow("object for string")
+            << "PathToURI({})"
+            << "command line:1: Error: PathToURI: argument 1 is neither a string nor a number";
+        QTest::newRow("no argument")
+            << "PathToURI()"
+            << "command line:1: Error: PathToURI expects 1 argument (string), not 0";
+        QTest::newRow("two arguments")
+            << "PathToURI('a', 'b')"
+            << "command line:1: Error: PathToURI expects 1 argument (string), not 2";
+        QTest::newRow("handler throws")
+            << QStringLiteral("Throw()") << "command line:1: Error: thrown by the module";
+        QTest::newRow("command fails")
+            << QStringLiteral("failing()") << "command line:1: Error: failing failed with error 1";
+    }
+
+    void fails()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, message);
+        const Outcome outcome = runScript(script + QStringLiteral("\nprint('not reached')"));
+        QVERIFY2(outcome.errors.contains(message), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString());
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void messagesOfACommandGoToStandardError()
+    {
+        const Outcome outcome = runScript(QStringLiteral("tell('one', 'two words')"));
+        QVERIFY2(outcome.errors.contains(QStringLiteral("one\ntwo words\n")),
+                 qPrintable(outcome.errors));
+    }
+
+    void runsFilesInTurnAndStopsAtTheFirstError()
+    {
+        QTemporaryDir directory;
+        const QString good = write(directory, QStringLiteral("good.js"), "print('good')\n");
+        const QString bad =
+            write(directory, QStringLiteral("bad.js"), "print('bad')\n\nnothing.here\n");
+        const Outcome outcome = run({good, bad, good});
+        QCOMPARE(outcome.output, QStringLiteral("good\nbad\n"));
+        QVERIFY2(outcome.errors.contains(bad + QStringLiteral(":3: ")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void missingFilesAreErrors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        const QString missing = QStringLiteral("/no/such/file");
+        QTest::newRow("script") << QStringList{missing};
+        QTest::newRow("library")
+            << (QStringLiteral("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
+        QTest::newRow("module")
+            << QStringLiteral("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
+    }
+
+    void missingFilesAreErrors()
+    {
+        QFETCH(QStringList, arguments);
+        const Outcome outcome = run(arguments);
+        QVERIFY2(outcome.errors.contains(QStringLiteral("/no/such/file")),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void listsWhatIsRegistered()
+    {
+        const Outcome outcome = run(
+            {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("--list")});
+        QCOMPARE(outcome.output,
+                 QStringLiteral("function PathToURI(string)\n"
+                                "function Schemes(string, number)\n"
+                                "function Throw()\n"
+                                "command  _se\n"
+                                "command  _s1\n"
+                                "command  _s2\n"
+                                "command  _modifystyle\n"
+                                "command  _s3\n"
+                                "command  tell\n"
+                                "command  failing\n"
+                                "option   ZvStyle = \"Light\"\n"
+                                "option   ZvStyleAccent = \"#2D7D9A\"\n"
+                                "option   ModuleOption = \"some default\"\n"));
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void listsFiles_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("all") << QStringList()
+                             << QStringList{QStringLiteral("a.txt"), QStringLiteral("b.bin"),
+                                            QStringLiteral("ab.txt")};
+        QTest::newRow("types") << QStringList{QStringLiteral("--types"), QStringLiteral(".txt,.c")}
+                               << QStringList{QStringLiteral("a.txt"), QStringLiteral("ab.txt")};
+        QTest::newRow("filter") << QStringList{QStringLiteral("--filter"), QStringLiteral("B")}
+                                << QStringList{QStringLiteral("b.bin"), QStringLiteral("ab.txt")};
+        QTest::newRow("both") << QStringList{QStringLiteral("--types=.txt"),
+                                             QStringLiteral("--filter=b")}
+                              << QStringList{QStringLiteral("ab.txt")};
+        QTest::newRow("nothing") << QStringList{QStringLiteral("--filter"),
+                                                QStringLiteral("nowhere")}
+                                 << QStringList();
+    }
+
+    void listsFiles()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QStringList, names);
+        // One file in each, since a scan passes over the first of several.
+        QTemporaryDir directory;
+        QStringList directories;
+        for (const char* name : {"a.txt", "b.bin", "ab.txt"}) {
+            const QString folder = directory.filePath(QString::number(directories.size()));
+            QVERIFY(QDir().mkpath(folder));
+            QVERIFY(
+                QFile(folder + QLatin1Char('/') + QLatin1String(name)).open(QIODevice::WriteOnly));
+            directories.append(folder);
+        }
+        const Outcome outcome = run(QStringList{QStringLiteral("--files")} + directories + options);
+        QCOMPARE(outcome.status, 0);
+        QStringList listed = outcome.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        for (QString& line : listed)
+            line = QDir::fromNativeSeparators(line).section(QLatin1Char('/'), -1);
+        QCOMPARE(listed, names);
+        const QString summary = names.isEmpty()
+            ? QStringLiteral("rows: 0, batches: 0, all after [0-9.]+ ms\n$")
+            : QStringLiteral("rows: %1, batches: 1, first row after [0-9.]+ ms, "
+                             "all after [0-9.]+ ms\n$")
+                  .arg(names.size());
+        QVERIFY2(QRegularExpression(summary).match(outcome.errors).hasMatch(),
+                 qPrintable(outcome.errors));
+    }
+
+    void listsNoFilesBelowWhatIsNoDirectory()
+    {
+        const Outcome outcome = run(
+            {QStringLiteral("--files"), QDir::tempPath(), QStringLiteral("/no/such/directory")});
+        QVERIFY2(outcome.errors.contains(QStringLiteral("no such directory: /no/such/directory")),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString());
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void opensNoWindowThatNobodySees()
+    {
+        const Outcome outcome = run({});
+        QVERIFY2(outcome.errors.contains(QStringLiteral("--screenshot")),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void picturesOfTheWorkbench_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("output");
+        const QStringList style = {QStringLiteral("--style"), QStringLiteral("Dark")};
+        QTest::newRow("alone") << QStringList() << "";
+        QTest::newRow("style") << style << "";
+        QTest::newRow("style in one word") << QStringList{QStringLiteral("--style=Dark")} << "";
+        QTest::newRow("new document")
+            << QStringList{QStringLiteral("--new"), QStringLiteral("schematic")} << "";
+        QTest::newRow("documents")
+            << QStringList{QStringLiteral(EXAMPLES "/workbench/amplifier.zvsch"),
+                           QStringLiteral(EXAMPLES "/workbench/amplifier.testplan")}
+            << "";
+        QTest::newRow("document and script")
+            << QStringList{QStringLiteral("-e"), QStringLiteral("print('ran')"),
+                           QStringLiteral(EXAMPLES "/workbench/currents.zvscr")}
+            << "ran\n";
+    }
+
+    void picturesOfTheWorkbench()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, output);
+        const QTemporaryDir user;
+        const QString alone = user.filePath(QStringLiteral("alone.png"));
+        const QString picture = user.filePath(QStringLiteral("picture.png"));
+        const auto screenshot = [](const QString& file) {
+            return QStringList{QStringLiteral("--screenshot"), file};
+        };
+        QCOMPARE(runFor(user, screenshot(alone)).status, 0);
+        const Outcome outcome = runFor(user, arguments + screenshot(picture));
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(outcome.output, output);
+        const QImage image(picture);
+        QCOMPARE(image.size(), QSize(1'200, 800));
+        // Two pictures of the same may differ in a cursor that blinks.
+        QVERIFY(arguments.isEmpty() || image != QImage(alone));
+        const bool isDark = qGray(image.pixel(600, 790)) < 128;
+        QCOMPARE(isDark, arguments.join(QString()).contains(QStringLiteral("Dark")));
+    }
+
+    void refusesWhatTheWorkbenchDoesntKnow_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("style") << QStringList{QStringLiteral("--style"), QStringLiteral("Blue")}
+                               << "There is no style “Blue”. There are: Light, Dark.";
+        QTest::newRow("type")
+            << QStringList{QStringLiteral("--new"), QStringLiteral("plan")}
+            << "There is no type of document “plan”. There are: testplan, schematic, script.";
+        QTest::newRow("picture") << QStringList{QStringLiteral("--screenshot"),
+                                                QStringLiteral("/no/such/folder/a.png")}
+                                 << "can't be written";
+    }
+
+    void refusesWhatTheWorkbenchDoesntKnow()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, error);
+        const QTemporaryDir user;
+        const QStringList picture = {QStringLiteral("--screenshot"),
+                                     user.filePath(QStringLiteral("a.png"))};
+        const Outcome outcome = runFor(user, picture + arguments);
+        QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void withoutDisplaySaysSo()
+    {
+#if defined(Q_OS_UNIX)
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QString::fromLatin1(name));
+        const Outcome outcome =
+            run({QStringLiteral("-e"), QStringLiteral("print(1)")}, environment);
+        QVERIFY2(outcome.errors.contains(QStringLiteral("no display")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QStringLiteral("1\n"));
+        QCOMPARE(outcome.status, 0);
+#else
+        QSKIP("There is always a display on this platform");
+#endif
+    }
+
+    void examplesRun()
+    {
+        const QDir examples(QStringLiteral(EXAMPLES));
+        const QStringList scripts = examples.entryList({QStringLiteral("*.js")}, QDir::Files);
+        QVERIFY(!scripts.isEmpty());
+        for (const QString& script : scripts) {
+            const Outcome outcome = run({examples.filePath(script)});
+            QVERIFY2(outcome.status == 0, qPrintable(script + outcome.errors));
+            QVERIFY(!outcome.output.isEmpty());
+        }
+    }
+
+private:
+    static QString write(const QTemporaryDir& directory, const QString& name, const char* text)
+    {
+        const QString path = directory.filePath(name);
+        return zvtest::writeTo(path, text) ? path : QString();
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_zvhost)
+#include "tst_zvhost.moc"

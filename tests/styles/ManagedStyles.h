@@ -1,0 +1,89 @@
+#pragma once
+
+#include <zvutil/ZvStyleManager.h>
+
+#include <zvutil/ZvStyleLibrary.h>
+
+#include "support/StyleHost.h"
+
+#include <QApplication>
+#include <QColor>
+#include <QTest>
+#include <QThread>
+
+namespace zvtest {
+
+inline const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
+
+inline libzvutil::ZvStyle userStyle(const char* name, const QColor& panel)
+{
+    libzvutil::ZvStyle style(name);
+    style.setColour(libzvutil::ZvStyleBrush::Panel, panel);
+    return style;
+}
+
+inline QColor panel(const libzvutil::ZvStyle& style)
+{
+    return style.colour(libzvutil::ZvStyleBrush::Panel).qColour();
+}
+
+inline QString panelInSheet(const QColor& panel)
+{
+    return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
+}
+
+/// The signals of the manager, in the order in which they come.
+class Listener
+{
+public:
+    Listener()
+    {
+        QObject::connect(&libzvutil::styleManager(),
+                         &libzvutil::ZvStyleManager::currentStyleChanged, &m_context,
+                         [this](const libzvutil::ZvStyle& style) {
+                             events += QStringLiteral("style ") + style.name().toQString();
+                             sheets += qApp->styleSheet();
+                             onManagersThread &= QThread::currentThread() == qApp->thread()
+                                 && &style == &libzvutil::ZvStyleManager::CurrentStyle();
+                         });
+        QObject::connect(&libzvutil::styleManager(),
+                         &libzvutil::ZvStyleManager::styleLibraryChanged, &m_context,
+                         [this] { events += QStringLiteral("library"); });
+    }
+
+    QStringList events;
+    QStringList sheets; ///< the application's sheet at each change of style
+    bool onManagersThread = true;
+
+private:
+    QObject m_context;
+};
+
+/// Starts each test function with the built-in library in its light style.
+class StyleManagerTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    const StyleHost m_host;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_host.isValid());
+        QVERIFY(qApp->styleSheet().isEmpty());
+        QCOMPARE(libzvutil::ZvStyleManager::AvailableStyleNames(), builtIn);
+    }
+
+    void init()
+    {
+        QFile::remove(m_host.modificationsFile());
+        libzvutil::ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
+        libzvutil::ZvStyleManager::SetStyle(libzvutil::ZvStyleManager::Library().light());
+        qApp->setStyleSheet(QString());
+    }
+
+    void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+};
+
+} // namespace zvtest

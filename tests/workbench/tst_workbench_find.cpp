@@ -1,0 +1,495 @@
+// The dialog that finds a text in files, and what it is made of.
+
+#include "FindTest.h"
+
+#include "search/FindInFilesDialog.h"
+#include "search/HitsModel.h"
+#include "search/SearchRequest.h"
+#include "search/TextSearch.h"
+
+#include "support/Background.h"
+#include "support/BuiltInStyles.h"
+#include "support/FileTree.h"
+#include "support/Process.h"
+#include "support/StyleHost.h"
+#include "support/WindowResponder.h"
+#include "support/Workbench.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
+#include <QTreeView>
+
+#include <cstdlib>
+#include <random>
+
+#if defined(Q_OS_UNIX)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+using zvtest::Finder;
+using zvtest::longWait;
+using zvtest::write;
+using namespace workbench;
+using namespace zvtest::literals;
+
+namespace {
+
+QVector<FoundLine> search(const QByteArray& content, const QString& text,
+                          Qt::CaseSensitivity caseSensitivity = Qt::CaseInsensitive)
+{
+    QVector<FoundLine> lines;
+    QByteArray bytes(content);
+    QBuffer file(&bytes);
+    file.open(QIODevice::ReadOnly);
+    TextSearch(text, caseSensitivity)
+        .run(
+            file, [&](const FoundLine& line) { lines.append(line); }, [] { return true; });
+    return lines;
+}
+
+QVector<int> numbers(const QVector<FoundLine>& lines)
+{
+    QVector<int> result;
+    for (const FoundLine& line : lines)
+        result.append(line.number);
+    return result;
+}
+
+/// How much of the text of a hit is in a colour, which is what marks the text that was found.
+int coloured(QTreeView& view, int row)
+{
+    constexpr int leastSaturation = 30;
+    const QModelIndex index = view.model()->index(row, HitsModel::TextColumn);
+    const QImage image = view.viewport()->grab(view.visualRect(index)).toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y).saturation() > leastSaturation ? 1 : 0;
+    }
+    return count;
+}
+
+/// A device that never ends.
+class Endless : public QIODevice
+{
+public:
+    explicit Endless(char unit)
+        : m_unit(unit)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    qint64 given = 0;
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        std::fill(data, data + size, m_unit);
+        given += size;
+        return size;
+    }
+
+    qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    char m_unit;
+};
+
+} // namespace
+
+class tst_workbench_find : public zvtest::FindTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lines_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QVector<int>>("found");
+        QTest::newRow("empty file") << QByteArray() << "a"_q << QVector<int>();
+        QTest::newRow("first and last") << QByteArray("a\nb\na") << "a"_q << QVector<int>{1, 3};
+        QTest::newRow("a line counts once")
+            << QByteArray("a a a\na") << "a"_q << QVector<int>{1, 2};
+        QTest::newRow("other case") << QByteArray("ABC\n") << "abc"_q << QVector<int>{1};
+        QTest::newRow("umlaut") << QByteArray("x\nBÄR") << "är"_q << QVector<int>{2};
+        QTest::newRow("beyond 16 bits") << QByteArray("x\n\n😀") << "😀"_q << QVector<int>{3};
+        QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << "b"_q << QVector<int>{2};
+        QTest::newRow("no match over lines") << QByteArray("a\nb") << "ab"_q << QVector<int>();
+        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF"
+                                                       "a")
+                                         << "a"_q << QVector<int>{1};
+        QTest::newRow("bytes that are no text")
+            << QByteArray("\xFF\xC3\na\x80") << "a"_q << QVector<int>{2};
+        QTest::newRow("many lines") << QByteArray("x\n").repeated(300'000) + "a"
+                                    << "a"_q << QVector<int>{300'001};
+        QTest::newRow("long line")
+            << QByteArray(3'000'000, 'x') + "abc" + QByteArray(3'000'000, 'x') + "\nabc"
+            << "abc"_q << QVector<int>{1, 2};
+        QTest::newRow("long line of several bytes") << QByteArray("ä").repeated(2'000'000) + "öü\nü"
+                                                    << "öü"_q << QVector<int>{1};
+        QTest::newRow("long line, twice")
+            << QByteArray("abc").repeated(1'000'000) << "abc"_q << QVector<int>{1};
+    }
+
+    void lines()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, text);
+        const QVector<FoundLine> found = search(content, text);
+        QTEST(numbers(found), "found");
+        for (const FoundLine& line : found) {
+            QCOMPARE(line.text.mid(line.position, text.size()).toLower(), text.toLower());
+            QVERIFY(line.text.size() <= 300);
+            QVERIFY(!line.text.endsWith(QLatin1Char('\r')));
+        }
+    }
+
+    void caseCountsIfWanted()
+    {
+        QCOMPARE(numbers(search("abc\nABC", "ABC"_q, Qt::CaseSensitive)), QVector<int>{2});
+        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).text, "abc  "_q);
+        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).position, 0);
+    }
+
+    void piecesMakeNoDifference()
+    {
+        std::mt19937 random(20261121);
+        for (int round = 0; round < 10; ++round) {
+            // Few different characters, so that the text nearly begins everywhere, and long lines.
+            QByteArray content;
+            const unsigned lineLength = round % 2 == 0 ? 2'000'000 : 50'000;
+            while (content.size() < 3'000'000) {
+                const unsigned next = unsigned(random());
+                content += next % lineLength == 0 ? "\n" : (next >> 8U) % 2 == 0 ? "a" : "ä";
+            }
+            QString text;
+            for (int i = 0; i < 17; ++i)
+                text += random() % 2 == 0 ? "a"_q : "ä"_q;
+            QVector<int> expected;
+            int number = 0;
+            for (const QByteArray& line : content.split('\n')) {
+                ++number;
+                if (QString::fromUtf8(line).contains(text))
+                    expected.append(number);
+            }
+            QVERIFY(round % 2 == 0 || !expected.isEmpty());
+            QCOMPARE(numbers(search(content, text, Qt::CaseSensitive)), expected);
+        }
+    }
+
+    void textIsFoundWhereALongLineIsCut_data()
+    {
+        QTest::addColumn<QByteArray>("filler");
+        QTest::newRow("one byte") << QByteArray("x");
+        QTest::newRow("two bytes") << QByteArray("ä");
+        QTest::newRow("three bytes") << QByteArray("€");
+        QTest::newRow("four bytes") << QByteArray("😀");
+    }
+
+    void textIsFoundWhereALongLineIsCut()
+    {
+        QFETCH(QByteArray, filler);
+        const QString text = "aöü€😀b"_q;
+        // A line is cut where a piece ends that was read.
+        constexpr int piece = 128 * 1024;
+        const QByteArray line = filler.repeated(12 * piece / filler.size());
+        for (int pieces = 8; pieces <= 10; ++pieces) {
+            for (int shift = -16; shift <= 2; shift += 2) {
+                const int place = (pieces * piece + shift) / filler.size() * filler.size();
+                QByteArray content(line);
+                content.insert(place, text.toUtf8());
+                const QVector<FoundLine> found = search(content, text, Qt::CaseSensitive);
+                QCOMPARE(numbers(found), QVector<int>{1});
+                QCOMPARE(found[0].text.mid(found[0].position, text.size()), text);
+            }
+        }
+    }
+
+    void searchEndsWithinAFileThatNeverEnds_data()
+    {
+        QTest::addColumn<char>("unit");
+        QTest::newRow("one line") << 'x';
+        QTest::newRow("empty lines") << '\n';
+        QTest::newRow("half characters") << '\x80';
+    }
+
+    void searchEndsWithinAFileThatNeverEnds()
+    {
+        QFETCH(char, unit);
+        Endless file(unit);
+        int asked = 0;
+        int found = 0;
+        TextSearch("needle"_q, Qt::CaseInsensitive)
+            .run(
+                file, [&found](const FoundLine&) { ++found; }, [&asked] { return ++asked <= 50; });
+        QCOMPARE(found, 0);
+        QCOMPARE(asked, 51);
+        QVERIFY(file.given <= 50 * 200'000);
+    }
+
+    void foldersAreChosen()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        write(tree.path("a/in/b.txt"_q), "needle");
+        write(tree.path("c/c.txt"_q), "needle");
+        Finder finder({tree.path("a/in"_q), tree.path("a"_q), tree.path("c"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "b.txt:1"_q, "c.txt:1"_q}));
+        finder.folders()->item(1)->setCheckState(Qt::Unchecked);
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"b.txt:1"_q, "c.txt:1"_q}));
+        for (int i = 0; i < 3; ++i)
+            finder.folders()->item(i)->setCheckState(Qt::Unchecked);
+        QVERIFY(!finder.button("find"_q)->isEnabled());
+
+        const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
+            dialog.setDirectory(tree.path("c"_q));
+            dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+        });
+        finder.button("browse"_q)->click();
+        QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(finder.folders()->count(), 4, longWait);
+        finder.dialog->setFolders({});
+        QCOMPARE(finder.folders()->count(), 1);
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits().size(), 3);
+        finder.dialog->setFolders({tree.path("c"_q)});
+        QCOMPARE(finder.folders()->count(), 2);
+    }
+
+    void linksAreNoTrap()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        tree.link("a/round"_q, ".."_q);
+        tree.link("a/nowhere"_q, "gone"_q);
+        tree.link("a/z.txt"_q, "a.txt"_q);
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
+#else
+        QSKIP("there are no symbolic links that this test could make");
+#endif
+    }
+
+    void hitsAreLimited()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), QByteArray("needle\n").repeated(SearchRequest::mostHits));
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.status(), "10,000 lines in 1 of 1 file."_q);
+        write(tree.path("b.txt"_q), "needle");
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.status(),
+                 "The first 10,000 lines are shown. Search for more, or in less, to see all."_q);
+    }
+
+    void whatIsMissingIsListed()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "needle");
+        Finder finder({tree.path(), tree.path("gone"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.hits(), QStringList{"a.txt:1"_q});
+        QPushButton* const button = finder.button("unreadable"_q);
+        QVERIFY(button->isVisible());
+        QCOMPARE(button->text(), "1 unreadable…"_q);
+        QStringList listed;
+        const zvtest::WindowResponder<QDialog> answer([&listed](QDialog& dialog) {
+            const auto* const list = dialog.findChild<QListWidget*>();
+            for (int row = 0; list && row < list->count(); ++row)
+                listed.append(list->item(row)->text());
+            dialog.reject();
+        });
+        button->click();
+        QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
+        QCOMPARE(listed, QStringList{QDir::toNativeSeparators(tree.path("gone"_q))});
+        finder.folders()->item(1)->setCheckState(Qt::Unchecked);
+        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(!button->isVisible());
+    }
+
+    void whatMayNotBeReadIsTold()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        write(tree.path("b/b.txt"_q), "needle");
+        write(tree.path("c.txt"_q), "needle");
+        QVERIFY(QFile::setPermissions(tree.path(), QFile::Permissions(0x7755)));
+        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
+        QVERIFY(QFile::setPermissions(tree.path("b/b.txt"_q), QFile::Permissions()));
+        QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
+            QFile::setPermissions(tree.path("a"_q), QFile::Permissions());
+            SearchOrder order;
+            order.text = "needle"_q;
+            order.folders = QStringList{tree.path()};
+            SearchRequest request(order);
+            QStringList unreadable;
+            QStringList found;
+            SearchProgress last;
+            connect(&request, &SearchRequest::unreadable,
+                    [&](const QStringList& paths) { unreadable += paths; });
+            connect(&request, &SearchRequest::found, [&](const QVector<SearchHit>& hits) {
+                for (const SearchHit& hit : hits)
+                    found.append(hit.file);
+            });
+            connect(&request, &SearchRequest::progress,
+                    [&](const SearchProgress& progress) { last = progress; });
+            request.start();
+            return unreadable == QStringList{tree.path("a"_q), tree.path("b/b.txt"_q)}
+            && found == QStringList{tree.path("c.txt"_q)} && last.unreadable == 2
+                && request.status() == zvutil::libzvutil::request_completed;
+        }));
+        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
+#else
+        QSKIP("there are no permissions that this test could take away");
+#endif
+    }
+
+    void hitsAreOpened()
+    {
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "x\nneedle\nneedle");
+        Finder finder({tree.path()});
+        QVERIFY(finder.finds("needle"_q));
+        QSignalSpy open(finder.dialog.get(), &FindInFilesDialog::openRequested);
+        const QString file = QDir::toNativeSeparators(tree.path("a.txt"_q));
+        QTreeView& view = *finder.view();
+        const QPoint first = view.visualRect(view.model()->index(0, 0)).center();
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, first);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, first);
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 2}));
+        QVERIFY(open.isEmpty());
+        QVERIFY(zvtest::activate(*finder.dialog));
+        view.setFocus();
+        view.setCurrentIndex(view.model()->index(1, 0));
+        QTest::keyClick(&view, Qt::Key_Return);
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 3}));
+        QVERIFY(open.isEmpty());
+        QVERIFY(!finder.dialog->isSearching());
+    }
+
+    void hitIsShownHoweverNarrowTheColumn()
+    {
+        zvtest::showStyle("Light"_q);
+        zvtest::FileTree tree;
+        write(tree.path("a.txt"_q), "needle\n" + QByteArray(300, '.') + "needle at the end\n");
+        Finder finder({tree.path()});
+        finder.view()->setColumnWidth(HitsModel::FileColumn, 300);
+        finder.dialog->resize(520, 400);
+        QVERIFY(finder.finds("needle"_q));
+        const int atTheStart = coloured(*finder.view(), 0);
+        const int atTheEnd = coloured(*finder.view(), 1);
+        QVERIFY2(atTheStart > 100, qPrintable(QString::number(atTheStart)));
+        QVERIFY2(std::abs(atTheEnd - atTheStart) <= atTheStart / 5,
+                 qPrintable(QString::number(atTheEnd)));
+        qApp->setStyleSheet(QString());
+    }
+
+    void pictures_data()
+    {
+        zvtest::addStyleRows();
+    }
+
+    void pictures()
+    {
+        QFETCH(QString, style);
+        zvtest::showStyle(style);
+        zvtest::FileTree tree;
+        for (int i = 1; i < 9; ++i)
+            write(tree.path("plans/bridge %1.testplan"_q.arg(i)),
+                  "<step>\n\tMeasure the voltage at TP1</step>\n   wait\n   the Voltage is 5 V");
+        Finder finder({tree.path("plans"_q), tree.path("gone"_q)});
+        QVERIFY(finder.finds("voltage"_q));
+        QCOMPARE(finder.hits().size(), 16);
+        finder.view()->setCurrentIndex(finder.view()->model()->index(2, 0));
+        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+        QVERIFY(finder.dialog->grab().save(QStringLiteral(PICTURES "/find-%1.png").arg(style)));
+        qApp->setStyleSheet(QString());
+    }
+
+    void foldersComeInTheOrderOfTheirNames()
+    {
+        zvtest::FileTree tree;
+        const QStringList places = {"a"_q,   "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q,
+                                    "b/a"_q, "c"_q,   "x/a"_q,   "x/b"_q};
+        for (const QString& place : places)
+            write(tree.path(place + "/1.txt"_q), "needle");
+        Finder finder({tree.path("c"_q), tree.path("a"_q), tree.path("b"_q), tree.path("x"_q)});
+        QVERIFY(finder.finds("needle"_q));
+        const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
+        QStringList found;
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QString file = QDir::fromNativeSeparators(model->hit(row).file);
+            found.append(QDir(tree.path()).relativeFilePath(QFileInfo(file).path()));
+        }
+        QCOMPARE(found,
+                 (QStringList{"c"_q, "a"_q, "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q, "b/a"_q, "x/a"_q,
+                              "x/b"_q}));
+    }
+
+    void pipesAreNoTrap()
+    {
+#if defined(Q_OS_UNIX)
+        zvtest::FileTree tree;
+        write(tree.path("a/a.txt"_q), "needle");
+        const QByteArray pipe = QFile::encodeName(tree.path("a/pipe.txt"_q));
+        QCOMPARE(::mkfifo(pipe.constData(), S_IRUSR | S_IWUSR), 0);
+        tree.link("a/link to pipe.txt"_q, "pipe.txt"_q);
+        tree.link("a/z.txt"_q, "a.txt"_q);
+        Finder finder({tree.path()});
+        const bool isFound = finder.finds("needle"_q);
+        // Who waits for the pipe goes on.
+        const int writer = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
+        if (writer >= 0)
+            ::close(writer);
+        QVERIFY(isFound);
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
+        QCOMPARE(finder.status(), "2 lines in 2 of 2 files."_q);
+#else
+        QSKIP("there are no pipes in folders");
+#endif
+    }
+
+    void toolTipsShowLinesAsTheyAre()
+    {
+        const QStringList lines = {"needle if (i<b && c>d)"_q, "<b>needle</b> &amp; more"_q,
+                                   "  needle < 5 && 6 > 7"_q};
+        HitsModel model(nullptr);
+        for (const QString& line : lines)
+            model.append({{"/a/<i>b</i>.txt"_q, {1, line, 0}}});
+        const auto shown = [&model](int row, int column) {
+            const QString tip = model.index(row, column).data(Qt::ToolTipRole).toString();
+            return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
+                                            : tip;
+        };
+        for (int row = 0; row < lines.size(); ++row) {
+            QCOMPARE(shown(row, HitsModel::TextColumn).trimmed(), lines[row].trimmed());
+            QCOMPARE(shown(row, HitsModel::FileColumn), "/a/<i>b</i>.txt"_q);
+        }
+    }
+};
+
+QTEST_MAIN(tst_workbench_find)
+
+#include "tst_workbench_find.moc"

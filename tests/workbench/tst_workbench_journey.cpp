@@ -1,0 +1,506 @@
+// One day at the workbench, from end to end: the module as the host loads it, a real display, keys, the
+// mouse, other programs. Each station leaves a picture of the screen.
+
+#include <zvutil/ZvStyle.h>
+#include <zvutil/ZvStyleEditor.h>
+#include <zvutil/ZvStyleManager.h>
+
+#include <HostSupport/host.h>
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QColorDialog>
+#include <QDialog>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileDialog>
+#include <QLibrary>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <QTreeView>
+
+#include <support/WalkOracle.h>
+#include <support/WindowResponder.h>
+#include <support/Workbench.h>
+
+#include "support/Files.h"
+
+#include <algorithm>
+#include <memory>
+
+using zvtest::longWait;
+
+namespace {
+
+constexpr int folders = 50;
+constexpr int filesInEach = 1'000;
+
+/// The folder of all that the journey leaves, for the process that comes back.
+const char folderVariable[] = "ZV_JOURNEY_FOLDER";
+
+/// 50,000 files in folders, and some documents.
+bool makeTree(const QDir& root)
+{
+    for (int i = 0; i < folders; ++i) {
+        const QString folder =
+            root.filePath(QStringLiteral("board %1").arg(i, 2, 10, QLatin1Char('0')));
+        if (!QDir().mkpath(folder))
+            return false;
+        for (int j = 0; j < filesInEach; ++j) {
+            if (!QFile(folder + QStringLiteral("/part-%1.dat").arg(j)).open(QIODevice::WriteOnly))
+                return false;
+        }
+    }
+    const QDir examples(QStringLiteral(EXAMPLES "/workbench"));
+    for (const QString& name : examples.entryList(QDir::Files)) {
+        if (!QFile::copy(examples.filePath(name),
+                         root.filePath(QStringLiteral("board 07/") + name)))
+            return false;
+    }
+    return true;
+}
+
+/// The longest time between two events of a timer, while it lives.
+class EventLoopDelays
+{
+public:
+    EventLoopDelays()
+    {
+        m_timer.callOnTimeout(&m_timer,
+                              [this] { m_longest = std::max(m_longest, m_clock.restart()); });
+        m_clock.start();
+        m_timer.start(0);
+    }
+
+    qint64 longest() const { return m_longest; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+    qint64 m_longest = 0;
+};
+
+QMainWindow* theWindow()
+{
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        auto* const window = qobject_cast<QMainWindow*>(widget);
+        if (window && window->objectName() == QLatin1String("workbench") && window->isVisible())
+            return window;
+    }
+    return nullptr;
+}
+
+template <typename Widget>
+Widget* part(const char* name)
+{
+    return theWindow()->findChild<Widget*>(QLatin1String(name));
+}
+
+void click(QWidget* widget, const QPoint& position = {})
+{
+    QTest::mouseClick(widget, Qt::LeftButton, {}, position);
+}
+
+/// Opens a menu of the menu bar by the mouse, and chooses by the mouse along the path of texts. Whether
+/// all of them are there.
+bool chooseInMenus(const QStringList& path)
+{
+    QMenuBar* const bar = theWindow()->menuBar();
+    QMenu* menu = nullptr;
+    for (QAction* const action : bar->actions()) {
+        if (action->text().remove(QLatin1Char('&')) == path.first()) {
+            click(bar, bar->actionGeometry(action).center());
+            menu = action->menu();
+        }
+    }
+    for (const QString& text : path.mid(1)) {
+        if (!menu || !QTest::qWaitFor([menu] { return menu->isVisible(); }, longWait))
+            return false;
+        QAction* chosen = nullptr;
+        for (QAction* const action : menu->actions()) {
+            if (action->text().remove(QLatin1Char('&')) == text)
+                chosen = action;
+        }
+        if (!chosen)
+            return false;
+        click(menu, menu->actionGeometry(chosen).center());
+        menu = chosen->menu();
+    }
+    return true;
+}
+
+void typeIntoFileDialog(QFileDialog& dialog, const QString& path)
+{
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+    QMetaObject::invokeMethod(&dialog, "accept");
+}
+
+/// Another program that offers a table on the clipboard.
+class Spreadsheet
+{
+public:
+    explicit Spreadsheet(const QString& table)
+    {
+        m_process.start(QStringLiteral(PEER_FILE),
+                        {QStringLiteral("offer"), QStringLiteral("text/plain"), table});
+        m_isReady = QTest::qWaitFor([this] { return m_process.canReadLine(); }, longWait)
+            && QTest::qWaitFor([&table] { return QGuiApplication::clipboard()->text() == table; },
+                               longWait);
+    }
+
+    ~Spreadsheet()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    Spreadsheet(const Spreadsheet&) = delete;
+    Spreadsheet& operator=(const Spreadsheet&) = delete;
+
+    bool isReady() const { return m_isReady; }
+
+private:
+    QProcess m_process;
+    bool m_isReady = false;
+};
+
+void takePicture(const char* station)
+{
+    QTest::qWait(100);
+    const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    QVERIFY(picture.save(QStringLiteral(PICTURES "/journey-%1.png").arg(QLatin1String(station))));
+}
+
+} // namespace
+
+class tst_workbench_journey : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const bool comesBack = qEnvironmentVariableIsSet(folderVariable);
+        if (!comesBack)
+            m_own = std::make_unique<QTemporaryDir>();
+        m_root = QDir(comesBack ? qEnvironmentVariable(folderVariable) : m_own->path());
+        host::setOptionsFile(m_root.filePath(QStringLiteral("options.ini")).toStdString());
+        host::setPathSymbol("ZVAPPDATAPATH", m_root.path().toStdString());
+        if (!comesBack)
+            QVERIFY(makeTree(m_root.filePath(QStringLiteral("boards"))));
+        QLibrary module(QStringLiteral(MODULE_FILE));
+        QVERIFY2(module.load(), qPrintable(module.errorString()));
+        host::callCommand("_workbench", {}, {}, {"journey", 0});
+        QVERIFY(theWindow());
+        theWindow()->setGeometry(0, 0, 1'280, 900);
+    }
+
+    /// There is no window manager that would do it, also when a dialog has closed.
+    void init()
+    {
+        if (QMainWindow* const window = theWindow())
+            QVERIFY(zvtest::activate(*window));
+    }
+
+    void opensInTheCurrentStyle()
+    {
+        QCOMPARE(libzvutil::ZvStyleManager::CurrentStyle().name().toQString(),
+                 QStringLiteral("Light"));
+        QVERIFY(!qApp->styleSheet().isEmpty());
+        takePicture("1-start");
+    }
+
+    void listsAFolder()
+    {
+        const int rows = expectedRows();
+        const EventLoopDelays delays;
+        zvtest::WindowResponder<QFileDialog> answer([this](QFileDialog& dialog) {
+            typeIntoFileDialog(dialog, m_root.filePath(QStringLiteral("boards")));
+        });
+        auto* const add = part<QAction>("addFolder");
+        for (QToolButton* const button : theWindow()->findChildren<QToolButton*>()) {
+            if (button->defaultAction() == add)
+                click(button);
+        }
+        QVERIFY(QTest::qWaitFor([&answer] { return answer.count == 1; }, longWait));
+        QVERIFY(listsAllFiles(rows));
+        qInfo("longest gap while listing: %lld ms", delays.longest());
+        takePicture("2-listed");
+    }
+
+    void filters()
+    {
+        const EventLoopDelays delays;
+        auto* const search = part<QLineEdit>("search");
+        click(search);
+        QTest::keyClicks(search, QStringLiteral("part-77"));
+        // 77 and 770 to 779 of each folder.
+        QVERIFY(showsFiles(11 * folders, QStringLiteral("%1 of ").arg(11 * folders)));
+        qInfo("longest gap while filtering: %lld ms", delays.longest());
+        takePicture("3-filtered");
+    }
+
+    void opensATestPlan()
+    {
+        auto* const search = part<QLineEdit>("search");
+        search->selectAll();
+        QTest::keyClicks(search, QStringLiteral("*.testplan"));
+        auto* const files = part<QAbstractItemView>("files");
+        QVERIFY(QTest::qWaitFor([files] { return files->model()->rowCount() == 1; }, longWait));
+        const QRect row = files->visualRect(files->model()->index(0, 0));
+        QTest::mouseClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QTest::mouseDClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QVERIFY(QTest::qWaitFor([] { return part<QAbstractItemView>("testPlanView"); }, longWait));
+        takePicture("4-test-plan");
+    }
+
+    void pastesATable()
+    {
+        const Spreadsheet spreadsheet(
+            QStringLiteral("91\tMeasure the ripple\n92\tMeasure the noise"));
+        QVERIFY(spreadsheet.isReady());
+        QVERIFY(zvtest::activate(*theWindow()));
+        QAbstractItemView& view = plan();
+        select(view, view.model()->rowCount() - 2, 0);
+        QTest::keyClick(&view, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(textAt(view, view.model()->rowCount() - 2, 1),
+                 QStringLiteral("Measure the ripple"));
+        QCOMPARE(textAt(view, view.model()->rowCount() - 1, 0), QStringLiteral("92"));
+        takePicture("5-pasted");
+    }
+
+    void edits()
+    {
+        QAbstractItemView& view = plan();
+        select(view, 0, 1);
+        QTest::keyClicks(&view, QStringLiteral("C"));
+        const QWidget* const field = view.viewport();
+        QVERIFY(QTest::qWaitFor(
+            [field] { return field->isAncestorOf(QApplication::focusWidget()); }, longWait));
+        QWidget* const editor = QApplication::focusWidget();
+        QTest::keyClicks(editor, QStringLiteral("heck the fuse"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QCOMPARE(textAt(view, 0, 1), QStringLiteral("Check the fuse"));
+        QCOMPARE(view.currentIndex().row(), 1);
+        QVERIFY(isModified());
+        takePicture("6-edited");
+    }
+
+    void saves()
+    {
+        QTest::keyClick(&plan(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(!isModified());
+        QVERIFY(zvtest::contentOf(planFile()).contains("Check the fuse"));
+        QVERIFY(zvtest::contentOf(planFile()).contains("Measure the noise"));
+    }
+
+    void noticesAChangeOutside()
+    {
+        QByteArray changed = zvtest::contentOf(planFile());
+        changed.replace("Check the fuse", "Replace the fuse");
+        QVERIFY(zvtest::writeTo(planFile(), changed));
+        auto* const bar = plan().window()->findChild<QWidget*>(QStringLiteral("reloadBar"));
+        QVERIFY(bar);
+        QWidget* shown = nullptr;
+        QVERIFY(QTest::qWaitFor(
+            [&shown] {
+                for (QWidget* const each :
+                     theWindow()->findChildren<QWidget*>(QStringLiteral("reloadBar")))
+                    shown = each->isVisible() ? each : shown;
+                return shown != nullptr;
+            },
+            longWait));
+        takePicture("7-changed-outside");
+        for (QPushButton* const button : shown->findChildren<QPushButton*>()) {
+            if (button->text().remove(QLatin1Char('&')) == QLatin1String("Reload"))
+                click(button);
+        }
+        QCOMPARE(textAt(plan(), 0, 1), QStringLiteral("Replace the fuse"));
+        QVERIFY(!shown->isVisible());
+    }
+
+    void findsInFiles()
+    {
+        const EventLoopDelays delays;
+        QTest::keyClick(theWindow(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+        QDialog* dialog = nullptr;
+        QVERIFY(QTest::qWaitFor(
+            [&dialog] {
+                for (QWidget* const widget : QApplication::topLevelWidgets()) {
+                    auto* const found = qobject_cast<QDialog*>(widget);
+                    dialog = found && found->isVisible() ? found : dialog;
+                }
+                return dialog != nullptr;
+            },
+            longWait));
+        QVERIFY(zvtest::activate(*dialog));
+        auto* const text = dialog->findChild<QLineEdit*>(QStringLiteral("text"));
+        QTest::keyClicks(text, QStringLiteral("Replace the fuse"));
+        QTest::keyClick(text, Qt::Key_Return);
+        const auto* const hits = dialog->findChild<QTreeView*>(QStringLiteral("hits"));
+        const auto* const status = dialog->findChild<QLineEdit*>(QStringLiteral("status"));
+        QVERIFY(QTest::qWaitFor(
+            [status] { return status->text().startsWith(QStringLiteral("1 line in 1 of ")); },
+            longWait));
+        QCOMPARE(hits->model()->rowCount(), 1);
+        qInfo("longest gap while searching: %lld ms", delays.longest());
+        takePicture("8-found");
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        QVERIFY(QTest::qWaitFor([dialog] { return !dialog->isVisible(); }, longWait));
+    }
+
+    void switchesStyles()
+    {
+        QVERIFY(chooseInMenus(
+            {QStringLiteral("View"), QStringLiteral("Style"), QStringLiteral("Dark")}));
+        QTRY_COMPARE_WITH_TIMEOUT(libzvutil::ZvStyleManager::CurrentStyle().name().toQString(),
+                                  QStringLiteral("Dark"), longWait);
+        takePicture("9-dark");
+    }
+
+    void editsAStyle()
+    {
+        QVERIFY(chooseInMenus({QStringLiteral("View"), QStringLiteral("Style Editor")}));
+        libzvutil::ZvStyleEditor* editor = nullptr;
+        QVERIFY(QTest::qWaitFor(
+            [&editor] {
+                for (QWidget* const widget : QApplication::topLevelWidgets()) {
+                    if (auto* const found = qobject_cast<libzvutil::ZvStyleEditor*>(widget))
+                        editor = found;
+                }
+                return editor != nullptr;
+            },
+            longWait));
+        editor->setGeometry(120, 80, 900, 640);
+        QVERIFY(zvtest::activate(*editor));
+        auto* const tree = editor->findChild<QTreeView*>();
+        const QModelIndex brushes = tree->model()->index(0, 0, QModelIndex());
+        tree->expand(brushes);
+        tree->setCurrentIndex(tree->indexBelow(brushes));
+        tree->setFocus();
+        const zvtest::WindowResponder<QColorDialog> answer([](QColorDialog& dialog) {
+            dialog.setCurrentColor(QColor(0x10, 0x20, 0x38));
+            dialog.accept();
+        });
+        QTest::keyClick(tree, Qt::Key_Return);
+        QCOMPARE(answer.count, 1);
+        takePicture("10-style-editor");
+        for (QPushButton* const button : editor->findChildren<QPushButton*>()) {
+            if (button->text() == QLatin1String("Apply"))
+                click(button);
+        }
+        QCOMPARE(libzvutil::ZvStyleManager::AvailableStyleNames().size(), 3);
+        editor->close();
+        QVERIFY(zvtest::activate(*theWindow()));
+        const QString name = libzvutil::ZvStyleManager::AvailableStyleNames().last();
+        QVERIFY(chooseInMenus({QStringLiteral("View"), QStringLiteral("Style"), name}));
+        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff102038")));
+        takePicture("11-edited-style");
+    }
+
+    void closes()
+    {
+        const QPointer<QWidget> window = theWindow();
+        QTest::keyClick(window, Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(QTest::qWaitFor([&window] { return window.isNull(); }, longWait));
+    }
+
+    void findsTheSessionAgain()
+    {
+        QProcess again;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QLatin1String(folderVariable), m_root.path());
+        again.setProcessEnvironment(environment);
+        again.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        again.start(QCoreApplication::applicationFilePath(), {QStringLiteral("sessionIsThere")});
+        // It waits itself, and for more than one thing.
+        QVERIFY(again.waitForFinished(3 * longWait));
+        QVERIFY2(again.exitStatus() == QProcess::NormalExit && again.exitCode() == 0,
+                 again.readAllStandardOutput().constData());
+    }
+
+    /// Runs in the process that comes back.
+    void sessionIsThere()
+    {
+        if (!qEnvironmentVariableIsSet(folderVariable))
+            QSKIP("Checked by the process that comes back");
+        // The edited style has been kept.
+        QVERIFY(!libzvutil::ZvStyleManager::CurrentStyle().isDefaultStyle());
+        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff102038")));
+        QCOMPARE(textAt(plan(), 0, 1), QStringLiteral("Replace the fuse"));
+        QVERIFY(listsAllFiles(expectedRows()));
+        takePicture("12-next-day");
+    }
+
+private:
+    /// Waits until the panel has so many rows and tells so.
+    static bool showsFiles(int rows, const QString& beginOfStatus)
+    {
+        const auto* const status =
+            part<QWidget>("Files")->findChild<QLineEdit*>(QStringLiteral("status"));
+        const auto* const model = part<QAbstractItemView>("files")->model();
+        const bool isSo = QTest::qWaitFor(
+            [&] { return model->rowCount() == rows && status->text().startsWith(beginOfStatus); },
+            longWait);
+        if (!isSo)
+            qWarning("%d rows instead of %d: %s", model->rowCount(), rows,
+                     qPrintable(status->text()));
+        return isSo;
+    }
+
+    /// The scan passes over the folder that comes first, but not over what is in it, and ends with
+    /// the one that comes last, as if that were a file; see the list model.
+    int expectedRows() const
+    {
+        return zvtest::expectedRows({m_root.filePath(QStringLiteral("boards"))}).size();
+    }
+
+    static bool listsAllFiles(int rows)
+    {
+        const QLocale english(QLocale::English, QLocale::UnitedStates);
+        return rows > folders * filesInEach
+            && showsFiles(rows, english.toString(rows) + QStringLiteral(" files"));
+    }
+
+    static QAbstractItemView& plan() { return *part<QAbstractItemView>("testPlanView"); }
+
+    QString planFile() const
+    {
+        return m_root.filePath(QStringLiteral("boards/board 07/amplifier.testplan"));
+    }
+
+    static bool isModified() { return plan().parentWidget()->isWindowModified(); }
+
+    static void select(QAbstractItemView& view, int row, int column)
+    {
+        const QModelIndex index = view.model()->index(row, column);
+        view.scrollTo(index);
+        click(view.viewport(), view.visualRect(index).center());
+    }
+
+    static QString textAt(const QAbstractItemView& view, int row, int column)
+    {
+        return view.model()->index(row, column).data().toString();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_own;
+    QDir m_root;
+};
+
+QTEST_MAIN(tst_workbench_journey)
+#include "tst_workbench_journey.moc"

@@ -1,0 +1,429 @@
+// The files of test plans.
+
+#include "TestPlanTest.h"
+
+#include "common/path_names.h"
+#include "documents/XmlText.h"
+#include "support/Files.h"
+#include "support/StyleHost.h"
+#include "support/WindowResponder.h"
+#include "support/Workbench.h"
+#include "testplan/TestPlanReadFile.h"
+#include "testplan/TestPlanSaveFile.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFile>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QProgressBar>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+using workbench::CellValue;
+using workbench::TestPlan;
+using zvtest::Plan;
+using zvtest::planOf;
+using zvtest::savePlan;
+using zvtest::textOf;
+
+namespace {
+
+TestPlan readPlan(const QString& file)
+{
+    TestPlan plan =
+        workbench::TestPlanReadFile(workbench::filePath(file)).read([](int, int) { return true; });
+    zvtest::closeFiles();
+    return plan;
+}
+
+/// Has each box that shows progress come up at the second step, however quick the work is, and
+/// presses its button once it is there.
+class ImpatientUser : public QObject
+{
+public:
+    ImpatientUser() { qApp->installEventFilter(this); }
+
+    QStringList stopped; ///< the texts of the boxes
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const box = qobject_cast<QProgressDialog*>(watched);
+        if (box && event->type() == QEvent::Show) {
+            stopped.append(box->labelText());
+            QMetaObject::invokeMethod(box->findChild<QPushButton*>(), "click",
+                                      Qt::QueuedConnection);
+        }
+        hurry(qobject_cast<QProgressDialog*>(watched->parent()));
+        return false;
+    }
+
+private:
+    /// Nobody but its own parts can tell of a box that isn't shown yet.
+    void hurry(QProgressDialog* box)
+    {
+        auto* const bar = box ? box->findChild<QProgressBar*>() : nullptr;
+        if (!bar || bar == m_bar)
+            return;
+        m_bar = bar;
+        connect(bar, &QProgressBar::valueChanged, box, [box] { box->setMinimumDuration(0); });
+    }
+
+    QPointer<QProgressBar> m_bar;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
+
+class tst_workbench_testplan_files : public zvtest::TestPlanTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void savingTakesWhatIsBeingTyped()
+    {
+        Plan plan;
+        const QString file = m_dir.filePath(QStringLiteral("typed.testplan"));
+        plan.type(QStringLiteral("last"));
+        plan.document.saveAs(workbench::filePath(file));
+        QCOMPARE(readPlan(file).rows.front().cells.first().toString(), QStringLiteral("last"));
+        QVERIFY(!plan.document.isModified());
+    }
+
+    void closingAsksForWhatIsBeingTyped()
+    {
+        Plan plan;
+        plan.type(QStringLiteral("last"));
+        zvtest::WindowResponder<QMessageBox> cancel(
+            [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
+        QVERIFY(!plan.document.close());
+        QCOMPARE(cancel.count, 1);
+        QCOMPARE(plan.at(0, 0), QStringLiteral("last"));
+        QVERIFY(plan.activate());
+        plan.model.undoStack().setClean();
+        plan.view.renameHeading(2);
+        QTest::keyClicks(plan.view.horizontalHeader()->viewport()->findChild<QLineEdit*>(),
+                         QStringLiteral("Last"));
+        zvtest::WindowResponder<QMessageBox> again(
+            [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
+        QVERIFY(!plan.document.close());
+        QCOMPARE(again.count, 1);
+        QCOMPARE(plan.model.plan().headings.last(), QStringLiteral("Last"));
+    }
+
+    void filesComeBackAsTheyWere()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("round.testplan"));
+        TestPlan plan =
+            planOf({QStringLiteral("A <&\">"), QString(), QStringLiteral("Ω\n")},
+                   {QStringLiteral("0.1|text|1e300"), QString(), QStringLiteral("||x")});
+        const double odd[] = {1.0 / 3, -0.0, 5e-324, std::numeric_limits<double>::max(),
+                              1e15,    1e-5};
+        for (const double number : odd) {
+            plan.rows.emplace_back();
+            plan.rows.back().cells = {number};
+            plan.rows.back().isDisabled = true;
+        }
+        plan.rows.emplace_back();
+        plan.rows.back().cells = {QStringLiteral(" a\tb\r\nc  "), QStringLiteral("5"),
+                                  QString::fromUtf8("\xf0\x9f\x94\x8c'")};
+        QVERIFY(savePlan(file, plan));
+        const TestPlan read = readPlan(file);
+        QCOMPARE(textOf(read), textOf(plan));
+        for (std::size_t row = 0; row < plan.rows.size(); ++row) {
+            for (int column = 0; column < 3; ++column) {
+                const CellValue before = plan.rows[row].cells.value(column);
+                const CellValue after = read.rows[row].cells.value(column);
+                QCOMPARE(after.userType(), before.userType());
+                if (before.userType() == QMetaType::Double) {
+                    QVERIFY(after.toDouble() == before.toDouble()); // not merely nearly
+                    QCOMPARE(std::signbit(after.toDouble()), std::signbit(before.toDouble()));
+                }
+            }
+        }
+    }
+
+    /// A file that breaks off anywhere is refused, or is all there.
+    void brokenFilesAreRefused()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("whole.testplan"));
+        const TestPlan plan = planOf({QStringLiteral("A"), QStringLiteral("B")},
+                                     {QStringLiteral("1|two"), QString(), QStringLiteral("|end")});
+        QVERIFY(savePlan(file, plan));
+        zvtest::closeFiles();
+        const QByteArray whole = zvtest::contentOf(file);
+        const QStringList expected = textOf(plan);
+        const QString cut = m_dir.filePath(QStringLiteral("cut.testplan"));
+        int refused = 0;
+        for (int size = 1; size < whole.size(); ++size) {
+            QVERIFY(zvtest::writeTo(cut, whole.left(size)));
+            try {
+                QCOMPARE(textOf(readPlan(cut)), expected);
+            } catch (const workbench::FileError& error) {
+                QVERIFY(!error.reason().isEmpty());
+                ++refused;
+            }
+        }
+        const int lastRow = whole.indexOf("end\"");
+        QVERIFY2(refused > lastRow, qPrintable(QString::number(refused)));
+    }
+
+    void wrongFiles_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char* name, const char* bytes, const char* reason) {
+            QTest::newRow(name) << QByteArray(bytes) << QString::fromUtf8(reason);
+        };
+        row("no XML", "Step,Instruction", "It is no XML file.");
+        row("another root", "<parts version='1'/>", "It is no test plan: it holds “parts”.");
+        row("no version", "<testplan rows='0' columns='1'/>", "no “version”");
+        row("newer", "<testplan version='2'/>", "newer version of this program");
+        row("version 0", "<testplan version='0'/>", "Its version is “0”");
+        row("no rows", "<testplan version='1' columns='1'/>", "no “rows”");
+        row("absurd rows", "<testplan version='1' rows='2000000001' columns='1'/>", "“2000000001”");
+        row("too large for a number", "<testplan version='1' rows='99999999999999' columns='1'/>",
+            "“99999999999999”");
+        row("negative", "<testplan version='1' rows='-1' columns='1'/>", "“-1”");
+        row("no columns", "<testplan version='1' rows='0' columns='0'/>", "“columns” is “0”");
+        row("claims much", "<testplan version='1' rows='2000000' columns='4096'/>",
+            "It ends after row 0 of 2000000");
+        row("ends early",
+            "<testplan version='1' rows='3' columns='1'><heading text='A'/>"
+            "<row cells='1' disabled='false'><cell type='number' value='1'/></row></testplan>",
+            "It ends after row 1 of 3");
+        row("row ends early",
+            "<testplan version='1' rows='1' columns='2'><heading text='A'/><heading text='B'/>"
+            "<row cells='2' disabled='false'><cell type='number' value='1'/></row></testplan>",
+            "It ends after row 0 of 1");
+        row("more rows",
+            "<testplan version='1' rows='0' columns='1'><heading text='A'/>"
+            "<row cells='0' disabled='false'/></testplan>",
+            "more rows than the 0");
+        row("more cells",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='0' disabled='false'><cell type='number' value='1'/></row></testplan>",
+            "a row with more cells");
+        row("more cells than columns",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='2' disabled='false'/></testplan>",
+            "“cells” is “2”");
+        row("a cell of another type",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='1' disabled='false'><cell type='date' value='1'/></row></testplan>",
+            "type “date”");
+        row("a number that is none",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='1' disabled='false'><cell type='number' value='one'/></row></testplan>",
+            "the value “one”");
+        row("no value",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='1' disabled='false'><cell type='text'/></row></testplan>",
+            "no “value”");
+        row("something else",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/><macro/>",
+            "“macro” where “row” is expected");
+        row("disabled is neither",
+            "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
+            "<row cells='0' disabled='maybe'/></testplan>",
+            "“maybe”");
+    }
+
+    void wrongFiles()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, reason);
+        const QString file = m_dir.filePath(QStringLiteral("wrong.testplan"));
+        QVERIFY(zvtest::writeTo(file, bytes));
+        Plan plan;
+        plan.type(QStringLiteral("kept"));
+        plan.view.finishTyping();
+        QVERIFY(!plan.document.load(workbench::filePath(file)));
+        QCOMPARE(plan.failures.size(), 1);
+        QVERIFY2(plan.failures.first().contains(reason), qPrintable(plan.failures.first()));
+        QCOMPARE(plan.at(0, 0), QStringLiteral("kept"));
+        QVERIFY(plan.document.isModified());
+        QVERIFY(plan.document.filename().isEmpty());
+    }
+
+    void anEmptyFileIsAFreshPlan()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("empty.testplan"));
+        QVERIFY(zvtest::writeTo(file, QByteArray()));
+        Plan plan;
+        QVERIFY(plan.document.load(workbench::filePath(file)));
+        QCOMPARE(textOf(plan.model.plan()), textOf(TestPlan::fresh()));
+        QVERIFY(!plan.document.isModified());
+    }
+
+    void whatXmlDoesNotAllow_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("place");
+        QTest::newRow("control") << QStringLiteral("ab\x01") << 2;
+        QTest::newRow("high alone") << QStringLiteral("a") + QChar(0xD800) << 1;
+        QTest::newRow("low alone") << QString(QChar(0xDC00)) + QLatin1Char('a') << 0;
+        QTest::newRow("no character") << QString(QChar(0xFFFE)) << 0;
+        QTest::newRow("white space") << QStringLiteral("\t\r\n") << -1;
+        QTest::newRow("pair") << QString::fromUtf8("\xf0\x9f\x94\x8c") << -1;
+    }
+
+    void whatXmlDoesNotAllow()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, place);
+        QCOMPARE(workbench::unwritableCharacter(text), place);
+        if (place < 0)
+            return;
+        const QString file = m_dir.filePath(QStringLiteral("unwritable.testplan"));
+        QVERIFY(zvtest::writeTo(file, "as it was"));
+        Plan plan;
+        plan.model.setCells(QStringLiteral("Typing"), {{1, 2, text}});
+        plan.document.saveAs(workbench::filePath(file));
+        QCOMPARE(plan.failures.size(), 1);
+        QVERIFY2(plan.failures.first().startsWith(QStringLiteral("The cell in row 2, column “C”,")),
+                 qPrintable(plan.failures.first()));
+        QVERIFY(plan.document.isModified());
+        QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
+    }
+
+    void saveIntoAFolderThatIsNotThere()
+    {
+        Plan plan;
+        plan.type(QStringLiteral("1"));
+        plan.document.saveAs(
+            workbench::filePath(m_dir.filePath(QStringLiteral("missing/a.testplan"))));
+        QCOMPARE(plan.failures.size(), 1);
+        QVERIFY2(plan.failures.first().contains(QStringLiteral("There is no folder")),
+                 qPrintable(plan.failures.first()));
+        QVERIFY(plan.document.isModified());
+        QVERIFY(plan.document.filename().isEmpty());
+    }
+
+    void twoDocumentsAndAnOutsideChange()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("shared.testplan"));
+        Plan first;
+        first.document.saveAs(workbench::filePath(file));
+        zvtest::closeFiles();
+        Plan second;
+        QVERIFY(second.document.load(workbench::filePath(file)));
+        zvtest::closeFiles();
+        QSignalSpy changed(&second.document, &DockableWidgetContents::fileChangedOutside);
+        first.type(QStringLiteral("changed outside"));
+        first.view.finishTyping();
+        QCOMPARE(second.at(0, 0), QStringLiteral("a1"));
+        first.document.save();
+        QVERIFY(!first.document.isModified());
+        QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, zvtest::longWait));
+        second.view.setFocus();
+        second.type(QStringLiteral("lost"));
+        second.view.finishTyping();
+        second.document.reloadFile();
+        QCOMPARE(second.at(0, 0), QStringLiteral("changed outside"));
+        QVERIFY(!second.document.isModified());
+        QVERIFY(!second.model.undoStack().canUndo());
+        QVERIFY(second.document.isFileWatcherEnabled());
+    }
+
+    void headingsThatXmlDoesNotAllow()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("heading.testplan"));
+        try {
+            savePlan(file, planOf({QStringLiteral("A"), QStringLiteral("\x02")}, {}));
+            QFAIL("it is saved");
+        } catch (const workbench::FileError& error) {
+            QVERIFY2(error.reason().startsWith(QStringLiteral("The heading of column 2 holds")),
+                     qPrintable(error.reason()));
+        }
+        QVERIFY(!QFile::exists(file));
+    }
+
+    void readingCanBeStopped()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("stopped.testplan"));
+        TestPlan plan = planOf({QStringLiteral("A")}, {});
+        plan.rows.resize(2000);
+        QVERIFY(savePlan(file, plan));
+        int asked = 0;
+        QVERIFY_EXCEPTION_THROWN(workbench::TestPlanReadFile(workbench::filePath(file))
+                                     .read([&asked](int done, int all) {
+                                         ++asked;
+                                         return all == 2000 && done < 1000;
+                                     }),
+                                 workbench::Stopped);
+        QVERIFY(asked > 1);
+    }
+
+    void savingCanBeStopped()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("stopped.testplan"));
+        QVERIFY(zvtest::writeTo(file, "as it was"));
+        TestPlan plan = planOf({QStringLiteral("A")}, {});
+        plan.rows.resize(2000);
+        int asked = 0;
+        QVERIFY_EXCEPTION_THROWN(workbench::TestPlanSaveFile(workbench::filePath(file))
+                                     .save(plan,
+                                           [&asked](int done, int all) {
+                                               ++asked;
+                                               return all == 2000 && done < 1000;
+                                           }),
+                                 workbench::Stopped);
+        QVERIFY(asked > 1);
+        QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
+    }
+
+    void userStopsSaving()
+    {
+        const QString file = m_dir.filePath(QStringLiteral("user.testplan"));
+        Plan plan;
+        QVERIFY(plan.model.insertRows(0, 5'000));
+        const ImpatientUser user;
+        plan.document.saveAs(workbench::filePath(file));
+        QCOMPARE(user.stopped, QStringList(QStringLiteral("Saving “user.testplan”…")));
+        QCOMPARE(plan.failures.size(), 1);
+        QVERIFY2(plan.failures.first().contains(QStringLiteral("You have stopped it.")),
+                 qPrintable(plan.failures.first()));
+        QVERIFY(plan.document.isModified());
+        QVERIFY(!QFile::exists(file));
+    }
+
+    /// Some disks give a file a longer name while it is written.
+    void namesThatAreTooLongAreTold_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QString>("reason");
+        const QString tooLong = QStringLiteral("Its name is too long for this disk.");
+        const QString other =
+            QStringLiteral("Either the disk is full, or you have no right to write there.");
+        QTest::newRow("at most") << 248 << other;
+        QTest::newRow("too long to be written") << 249 << tooLong;
+        QTest::newRow("too long at all") << 256 << tooLong;
+    }
+
+    void namesThatAreTooLongAreTold()
+    {
+        QFETCH(int, length);
+        QFETCH(QString, reason);
+        const QString file = m_dir.filePath(QString(length, QLatin1Char('n')));
+        try {
+            workbench::requireWritten(false, workbench::filePath(file));
+            QFAIL("it is written");
+        } catch (const workbench::FileError& error) {
+            QCOMPARE(error.reason(), reason);
+        }
+    }
+};
+
+QTEST_MAIN(tst_workbench_testplan_files)
+
+#include "tst_workbench_testplan_files.moc"

@@ -1,0 +1,292 @@
+// The workbench's window: documents, sessions, menus, exchange.
+
+#include "WindowTest.h"
+
+#include "common/styles.h"
+#include "documents/Document.h"
+#include "files/FilesPanel.h"
+#include "shell/Arguments.h"
+#include "shell/OptionsDialog.h"
+#include "shell/StartPage.h"
+#include "shell/Workbench.h"
+#include "shell/open.h"
+
+#include <DockFramework/DockableWidget.h>
+
+#include <zvutil/ZvStyleEditor.h>
+
+#include <support/Background.h>
+#include <support/RefusedWrite.h>
+#include <support/StyleHost.h>
+#include <support/WindowResponder.h>
+#include <support/Workbench.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QToolBar>
+
+#include <algorithm>
+
+using zvtest::actionOf;
+using zvtest::namesOf;
+using zvtest::textsOf;
+using zvtest::Window;
+using namespace workbench;
+
+namespace {
+
+QMenu* menuOf(const Workbench& window, const QString& title)
+{
+    for (const QAction* const action : window.menuBar()->actions()) {
+        if (action->text().remove(QLatin1Char('&')) == title)
+            return action->menu();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class tst_workbench_window : public zvtest::WindowTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startPageStandsInForDocuments()
+    {
+        const Window window;
+        QVERIFY(window->findChild<StartPage*>());
+        QVERIFY(!window->currentDocument());
+        QVERIFY(!actionOf(*window, "save")->isEnabled());
+        window->newDocument(*documentTypes().at(0));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!window->findChild<StartPage*>());
+        QVERIFY(actionOf(*window, "save")->isEnabled());
+        window->closeCurrent();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(window->findChild<StartPage*>());
+        QVERIFY(!window->currentDocument());
+        QVERIFY(!actionOf(*window, "save")->isEnabled());
+    }
+
+    void startPageOffersAll()
+    {
+        const QString file = script("first.zvscr");
+        {
+            const Window window;
+            QVERIFY(window->openFile(file));
+            window->closeCurrent();
+        }
+        const Window window;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        auto* const page = window->findChild<StartPage*>();
+        for (const char* name : {"new:testplan", "new:schematic", "new:script", "open"})
+            QVERIFY2(page->findChild<QPushButton*>(QLatin1String(name)), name);
+        const QList<QPushButton*> recent =
+            page->findChildren<QPushButton*>(QStringLiteral("recent"));
+        QCOMPARE(recent.size(), 1);
+        QVERIFY(recent.at(0)->text().startsWith(QStringLiteral("first.zvscr")));
+        recent.at(0)->click();
+        QCOMPARE(namesOf(*window), QStringList{QStringLiteral("first.zvscr")});
+    }
+
+    void startPageMakesDocuments()
+    {
+        const Window window;
+        window->findChild<QPushButton*>(QStringLiteral("new:testplan"))->click();
+        QCOMPARE(window->currentDocument()->type().id, QStringLiteral("testplan"));
+    }
+
+    void editMenuIsTheDocuments()
+    {
+        const Window window;
+        QMenu* const menu = menuOf(*window, QStringLiteral("Edit"));
+        Q_EMIT menu->aboutToShow();
+        QCOMPARE(textsOf(*menu), QStringList{QStringLiteral("Find in Files…")});
+        window->newDocument(*documentTypeOf(QStringLiteral("script")));
+        Q_EMIT menu->aboutToShow();
+        QCOMPARE(textsOf(*menu),
+                 (QStringList{QStringLiteral("Run"), QStringLiteral("Stop"),
+                              QStringLiteral("Find in Files…")}));
+        window->newDocument(*documentTypeOf(QStringLiteral("testplan")));
+        Q_EMIT menu->aboutToShow();
+        QVERIFY(textsOf(*menu).contains(QStringLiteral("Paste")));
+    }
+
+    void toolBarFollowsTheDocument()
+    {
+        const Window window;
+        const auto* const toolBar = window->findChild<QToolBar*>();
+        QCOMPARE(toolBar->actions().size(), 2);
+        Document* const document = window->newDocument(*documentTypeOf(QStringLiteral("script")));
+        QCOMPARE(toolBar->actions().mid(3), document->toolBarActions());
+        // Work in a panel doesn't change it.
+        window->activate(window->panels().at(0));
+        QCOMPARE(window->currentDocument(), document);
+        QCOMPARE(toolBar->actions().mid(3), document->toolBarActions());
+    }
+
+    void viewMenuHasPanelsStylesAndCommands()
+    {
+        const Window window;
+        QCOMPARE(
+            textsOf(*menuOf(*window, QStringLiteral("View"))),
+            (QStringList{QStringLiteral("Files"), QStringLiteral("Console"), QStringLiteral("Log"),
+                         QStringLiteral("Style"), QStringLiteral("Accent"),
+                         QStringLiteral("Dark Look for Now"), QStringLiteral("Light Look for Now"),
+                         QStringLiteral("Style Editor"), QStringLiteral("Style Sheet Additions"),
+                         QStringLiteral("Style as a Tree"), QStringLiteral("Options…")}));
+        QCOMPARE(textsOf(*window->findChild<QMenu*>(QStringLiteral("styles"))),
+                 (QStringList{QStringLiteral("Light"), QStringLiteral("Dark")}));
+    }
+
+    void optionsAreApplied()
+    {
+        const Window window;
+        actionOf(*window, "options")->trigger();
+        auto* const dialog = window->findChild<OptionsDialog*>();
+        QVERIFY(dialog);
+        QVERIFY(dialog->isVisible());
+        host::writeOption("ZvStyle", "Dark");
+        Q_EMIT dialog->applied();
+        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
+        chooseStyle(QStringLiteral("Light"));
+    }
+
+    void commandShowsInTheWindowThatIsThere()
+    {
+        const QString file = script("told.zvscr");
+        QVERIFY(open({QStringLiteral("--what")}).contains(QStringLiteral("--what")));
+        QCOMPARE(open({QStringLiteral("--style"), QStringLiteral("Dark")}), QString());
+        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
+        // Chosen for this time alone.
+        QVERIFY(!optionsOf(*m_host).contains("Dark"));
+        QCOMPARE(open({QStringLiteral("--new"), QStringLiteral("script"), file}), QString());
+        QPointer<Workbench> window;
+        int windows = 0;
+        for (QWidget* const widget : QApplication::topLevelWidgets()) {
+            if (auto* const found = qobject_cast<Workbench*>(widget)) {
+                window = found;
+                ++windows;
+            }
+        }
+        QCOMPARE(windows, 1);
+        QCOMPARE(namesOf(*window),
+                 (QStringList{QStringLiteral("Script 1"), QStringLiteral("told.zvscr")}));
+        window->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(window.isNull());
+        showStyle(QStringLiteral("Light"));
+    }
+
+    void commandsOpenTheirWindows()
+    {
+        const Window window;
+        window->findChild<QAction*>(QStringLiteral("_s1"))->trigger();
+        const QString dark = qApp->styleSheet();
+        window->findChild<QAction*>(QStringLiteral("_s2"))->trigger();
+        QVERIFY(qApp->styleSheet() != dark);
+        for (const char* name : {"_se", "_modifystyle", "_s3"}) {
+            const int before = QApplication::topLevelWidgets().size();
+            actionOf(*window, name)->trigger();
+            QVERIFY2(QApplication::topLevelWidgets().size() > before, name);
+        }
+        QPointer<QWidget> editor;
+        for (QWidget* const widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<libzvutil::ZvStyleEditor*>(widget))
+                editor = widget;
+        }
+        QVERIFY(editor);
+        // They go along with the window.
+        window->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(editor.isNull());
+    }
+
+    void windowMenuListsDocuments()
+    {
+        const Window window;
+        window->openFiles({script("a&b.zvscr"), script("c.zvscr"), script("d.zvscr")});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QMenu* const menu = menuOf(*window, QStringLiteral("Window"));
+        Q_EMIT menu->aboutToShow();
+        QCOMPARE(menu->actions().at(3)->text(), QStringLiteral("a&&b.zvscr"));
+        QVERIFY(menu->actions().at(5)->isChecked());
+        menu->actions().at(4)->trigger();
+        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("c.zvscr"));
+        menu->actions().at(0)->trigger();
+        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("d.zvscr"));
+        menu->actions().at(0)->trigger();
+        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("a&b.zvscr"));
+        menu->actions().at(1)->trigger();
+        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("d.zvscr"));
+    }
+
+    void panelsKeepTheirSizes()
+    {
+        int width = 0;
+        {
+            const Window window;
+            QVERIFY(window->openFile(script("a.zvscr")));
+            const auto windowOf = [&window](const QWidget* contents) {
+                const QList<DockableWidget*> all = window->dockableWidgets();
+                return *std::find_if(all.begin(), all.end(), [contents](DockableWidget* dock) {
+                    return dock->contents() == contents;
+                });
+            };
+            const int before = window->filesPanel().width();
+            window->resizeDocks(
+                {windowOf(&window->filesPanel()), windowOf(window->currentDocument())},
+                {before + 150, window->width() - before - 150}, Qt::Horizontal);
+            QTRY_VERIFY(window->filesPanel().width() > before + 100);
+            width = window->filesPanel().width();
+        }
+        const Window window;
+        QTRY_VERIFY(qAbs(window->filesPanel().width() - width) < 20);
+    }
+
+    void arguments_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QString>("error");
+        const auto words = [](const char* text) {
+            return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        };
+        QTest::newRow("none") << words("") << "";
+        QTest::newRow("all") << words(
+            "--style dark --new testplan --new script --screenshot p.png a.zvscr")
+                             << "";
+        QTest::newRow("unknown style")
+            << words("--style Blue") << "There is no style “Blue”. There are: Light, Dark.";
+        QTest::newRow("unknown type") << words("--new plan")
+                                      << "There is no type of document “plan”. There are: "
+                                         "testplan, schematic, script.";
+        QTest::newRow("nothing behind")
+            << words("a.zvscr --new") << "Something is missing behind “--new”.";
+        QTest::newRow("unknown") << words("--what ever") << "“--what” isn't known.";
+    }
+
+    void arguments()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QString, error);
+        const Arguments arguments = Arguments::of(words);
+        QCOMPARE(arguments.error, error);
+        if (!error.isEmpty() || words.isEmpty())
+            return;
+        QCOMPARE(arguments.style, QStringLiteral("dark"));
+        QCOMPARE(arguments.newDocuments.size(), std::size_t(2));
+        QCOMPARE(arguments.newDocuments.at(1)->id, QStringLiteral("script"));
+        QCOMPARE(arguments.picture, QDir::current().absoluteFilePath(QStringLiteral("p.png")));
+        QCOMPARE(arguments.files,
+                 QStringList{QDir::current().absoluteFilePath(QStringLiteral("a.zvscr"))});
+    }
+};
+
+QTEST_MAIN(tst_workbench_window)
+#include "tst_workbench_window.moc"

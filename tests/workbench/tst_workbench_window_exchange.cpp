@@ -1,0 +1,227 @@
+// Exporting and importing compressed files in the workbench's window.
+
+#include "WindowTest.h"
+
+#include "common/path_names.h"
+#include "common/requests.h"
+#include "documents/CompressionTask.h"
+#include "documents/FileNameDialog.h"
+#include "shell/Workbench.h"
+#include "support/Files.h"
+
+#include <support/Background.h>
+#include <support/RefusedWrite.h>
+#include <support/StyleHost.h>
+#include <support/WindowResponder.h>
+#include <support/Workbench.h>
+
+#include <QAction>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPointer>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <future>
+#include <memory>
+#include <optional>
+
+using zvtest::actionOf;
+using zvtest::chooseFile;
+using zvtest::longWait;
+using zvtest::namesOf;
+using zvtest::Window;
+using namespace workbench;
+
+class tst_workbench_window_exchange : public zvtest::WindowTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void exportsAndImports()
+    {
+        const QString file = script("plan.zvscr", "print('as it was')");
+        const QString compressed = m_folder->filePath(QStringLiteral("plan.zvscr.z"));
+        const QString restored = m_folder->filePath(QStringLiteral("copy.zvscr"));
+        const Window window;
+        window->openFile(file);
+        {
+            const zvtest::WindowResponder<QFileDialog> answer = chooseFile(compressed);
+            actionOf(*window, "export")->trigger();
+            QCOMPARE(answer.count, 1);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(zvtest::contentOf(compressed),
+                                  qCompress(QByteArray("print('as it was')")), longWait);
+        QString proposed;
+        std::optional<zvtest::WindowResponder<FileNameDialog>> name;
+        const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
+            name.emplace([&proposed](FileNameDialog& nameDialog) {
+                auto* const edit = nameDialog.findChild<QLineEdit*>();
+                proposed = edit->text();
+                edit->setText(QStringLiteral("copy.zvscr"));
+                nameDialog.accept();
+            });
+            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(compressed);
+            QMetaObject::invokeMethod(&dialog, "accept");
+        });
+        actionOf(*window, "import")->trigger();
+        QVERIFY(QTest::qWaitFor([&] { return window->documents().size() == 2; }, longWait));
+        QCOMPARE(proposed, QStringLiteral("plan.zvscr"));
+        QCOMPARE(zvtest::contentOf(restored), QByteArray("print('as it was')"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("copy.zvscr"));
+        QVERIFY(!QFile::exists(restored + QStringLiteral(".part")));
+    }
+
+    void compressionFails_data()
+    {
+        QTest::addColumn<QByteArray>("source");
+        QTest::addColumn<bool>("compresses");
+        QTest::addColumn<QString>("target");
+        QTest::newRow("broken") << qCompress(QByteArray(1'000, 'a')).left(15) << false << "t.zvscr";
+        QTest::newRow("not compressed") << QByteArray("just a text") << false << "t.zvscr";
+        QTest::newRow("too short") << QByteArray("ab") << false << "t.zvscr";
+        QTest::newRow("no folder") << QByteArray("a") << true << "no/such/t.z";
+        QTest::newRow("target is a folder") << QByteArray("a") << true << ".";
+    }
+
+    void compressionFails()
+    {
+        QFETCH(QByteArray, source);
+        QFETCH(bool, compresses);
+        QFETCH(QString, target);
+        using Direction = CompressionRequest::Direction;
+        const QString file = script("source", source);
+        const QString old = script("t.zvscr", "what was there");
+        QWidget parent;
+        QPointer<CompressionTask> task(
+            new CompressionTask(compresses ? Direction::Compress : Direction::Decompress,
+                                filePath(file), filePath(m_folder->filePath(target)), &parent));
+        QSignalSpy failed(task, &CompressionTask::failed);
+        QSignalSpy completed(task, &CompressionTask::completed);
+        QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
+        QCOMPARE(failed.size(), 1);
+        QCOMPARE(completed.size(), 0);
+        const auto failure = failed.at(0).at(0).value<Failure>();
+        QVERIFY(failure.what.contains(QStringLiteral("source")));
+        QVERIFY(!failure.reason.isEmpty());
+        QVERIFY(!failure.advice.isEmpty());
+        QCOMPARE(zvtest::contentOf(old), QByteArray("what was there"));
+        QVERIFY(!QFile::exists(m_folder->filePath(target) + QStringLiteral(".part")));
+    }
+
+    void emptyFilesAreExchanged()
+    {
+        using Direction = CompressionRequest::Direction;
+        const QString file = script("empty.zvscr", "");
+        const QString compressed = m_folder->filePath(QStringLiteral("empty.z"));
+        const QString restored = m_folder->filePath(QStringLiteral("again.zvscr"));
+        QWidget parent;
+        for (const Direction direction : {Direction::Compress, Direction::Decompress}) {
+            const bool compresses = direction == Direction::Compress;
+            QPointer<CompressionTask> task(
+                new CompressionTask(direction, filePath(compresses ? file : compressed),
+                                    filePath(compresses ? compressed : restored), &parent));
+            QSignalSpy completed(task, &CompressionTask::completed);
+            QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
+            QCOMPARE(completed.size(), 1);
+        }
+        QCOMPARE(zvtest::contentOf(restored), QByteArray());
+    }
+
+    void cancelledExportsLeaveNothing()
+    {
+        using Direction = CompressionRequest::Direction;
+        const QString file = script("plan.zvscr");
+        const QString target = m_folder->filePath(QStringLiteral("plan.z"));
+        // It waits behind another one until it is cancelled.
+        std::promise<void> isCancelled;
+        const std::shared_future<void> end = isCancelled.get_future().share();
+        requests().add(std::make_shared<zvtest::Request>([end](zvtest::Request& request) {
+            end.wait();
+            Q_EMIT request.completed();
+        }));
+        QWidget parent;
+        parent.show();
+        QPointer<CompressionTask> task(
+            new CompressionTask(Direction::Compress, filePath(file), filePath(target), &parent));
+        QSignalSpy cancelled(task, &CompressionTask::cancelled);
+        auto* const dialog = parent.findChild<QProgressDialog*>();
+        QVERIFY(dialog);
+        dialog->findChild<QPushButton*>()->click();
+        isCancelled.set_value();
+        QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
+        QCOMPARE(cancelled.size(), 1);
+        QVERIFY(!QFile::exists(target));
+        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+    }
+
+    void compressionsAbortedOnTheWayLeaveNothing()
+    {
+        using Direction = CompressionRequest::Direction;
+        const QString file = script("plan.zvscr");
+        const QString target = m_folder->filePath(QStringLiteral("plan.z"));
+        CompressionRequest request(Direction::Compress, filePath(file), filePath(target));
+        QSignalSpy completed(&request, &CompressionRequest::completed);
+        QSignalSpy failed(&request, &CompressionRequest::failed);
+        // From another thread it comes as an event, too.
+        connect(&request, &CompressionRequest::started, &request, &CompressionRequest::abort,
+                Qt::QueuedConnection);
+        request.start();
+        QCOMPARE(completed.size(), 0);
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(request.abort_requested());
+        QVERIFY(!QFile::exists(target));
+        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+    }
+
+    void windowMayGoWhileItCompresses()
+    {
+        const QString file = script("large", QByteArray(30'000'000, 'a'));
+        auto parent = std::make_unique<QWidget>();
+        parent->show();
+        const QPointer<CompressionTask> task(new CompressionTask(
+            CompressionRequest::Direction::Compress, filePath(file),
+            filePath(m_folder->filePath(QStringLiteral("large.z"))), parent.get()));
+        parent->findChild<QProgressDialog*>()->show();
+        parent.reset();
+        QVERIFY(task.isNull());
+        // The request goes on, and the next one comes behind it.
+        QWidget other;
+        const QPointer<CompressionTask> next(
+            new CompressionTask(CompressionRequest::Direction::Compress, filePath(file),
+                                filePath(m_folder->filePath(QStringLiteral("next.z"))), &other));
+        QVERIFY(QTest::qWaitFor([&next] { return next.isNull(); }, longWait));
+        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("large.z"))));
+        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("next.z"))));
+    }
+
+    void windowClosesWhenAnExportHasEnded()
+    {
+        const QString source = script("a.zvscr");
+        const QString target = m_folder->filePath(QStringLiteral("a.zvscr.z"));
+        const QPointer<Workbench> window(new Workbench);
+        window->show();
+        QVERIFY(window->openFile(source));
+        for (const QString& file : {target, m_folder->filePath(QStringLiteral("b.z"))})
+            new CompressionTask(CompressionRequest::Direction::Compress, filePath(source),
+                                filePath(file), window);
+        // They can't have ended before events are handled. Nobody is that patient.
+        QVERIFY(!window->close());
+        QVERIFY(!window->close());
+        QVERIFY(window->isVisible());
+        const auto* const dialog = window->findChild<QProgressDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!window, zvtest::longWait);
+        QVERIFY(QFile::exists(target));
+        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+        // The session is kept once.
+        const Window next;
+        QCOMPARE(namesOf(*next), QStringList{QStringLiteral("a.zvscr")});
+    }
+};
+
+QTEST_MAIN(tst_workbench_window_exchange)
+#include "tst_workbench_window_exchange.moc"
