@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/StatusLine.h"
+#include "common/translations.h"
 #include "files/FilesPanel.h"
 #include "files/FilteredFilesModel.h"
 #include "files/RowFilter.h"
@@ -138,7 +139,11 @@ class FilesPanelTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { workbench::addOwnDocumentTypes(); }
+    void initTestCase()
+    {
+        workbench::installTranslations();
+        workbench::addOwnDocumentTypes();
+    }
 };
 
 } // namespace zvtest

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/StatusLine.h"
+#include "common/translations.h"
 #include "search/FindInFilesDialog.h"
 #include "search/HitsModel.h"
 #include "search/SearchRequest.h"
@@ -98,7 +99,11 @@ class FindTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { workbench::addOwnDocumentTypes(); }
+    void initTestCase()
+    {
+        workbench::installTranslations();
+        workbench::addOwnDocumentTypes();
+    }
 };
 
 } // namespace zvtest

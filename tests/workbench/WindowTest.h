@@ -1,10 +1,11 @@
 #pragma once
 
 #include "common/path_names.h"
+#include "common/translations.h"
 #include "documents/Document.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
-#include "shell/open.h"
+#include "shell/open_workbench.h"
 #include "support/Files.h"
 
 #include <support/Background.h>
@@ -139,7 +140,11 @@ protected:
     std::optional<QTemporaryDir> m_folder;
 
 private Q_SLOTS:
-    void initTestCase() { workbench::addOwnDocumentTypes(); }
+    void initTestCase()
+    {
+        workbench::installTranslations();
+        workbench::addOwnDocumentTypes();
+    }
 
     void init()
     {

@@ -291,14 +291,14 @@ private Q_SLOTS:
     void hitsAreLimited()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), QByteArray("needle\n").repeated(SearchRequest::mostHits));
+        write(tree.path("a.txt"_q), QByteArray("needle\n").repeated(SearchRequest::maxHits));
         Finder finder({tree.path()});
         QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::maxHits);
         QCOMPARE(finder.status(), "10,000 lines in 1 of 1 file."_q);
         write(tree.path("b.txt"_q), "needle");
         QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::maxHits);
         QCOMPARE(finder.status(),
                  "The first 10,000 lines are shown. Search for more, or in less, to see all."_q);
     }
@@ -340,7 +340,7 @@ private Q_SLOTS:
         QVERIFY(QFile::setPermissions(tree.path("b/b.txt"_q), QFile::Permissions()));
         QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
             QFile::setPermissions(tree.path("a"_q), QFile::Permissions());
-            SearchOrder order;
+            SearchQuery order;
             order.text = "needle"_q;
             order.folders = QStringList{tree.path()};
             SearchRequest request(order);

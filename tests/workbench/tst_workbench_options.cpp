@@ -2,9 +2,9 @@
 
 #include "documents/FileNameDialog.h"
 #include "shell/AccentSwatches.h"
-#include "shell/Accents.h"
 #include "shell/OptionEditor.h"
 #include "shell/OptionsDialog.h"
+#include "shell/accents.h"
 
 #include <HostSupport/MakeOption.h>
 #include <HostSupport/Options.h>

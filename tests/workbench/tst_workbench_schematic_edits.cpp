@@ -2,9 +2,9 @@
 
 #include "SchematicTest.h"
 
-#include "schematic/SchematicClipboard.h"
 #include "schematic/SymbolDialog.h"
 #include "schematic/SymbolItem.h"
+#include "schematic/schematic_clipboard.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
 #include "support/Workbench.h"
@@ -380,8 +380,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, isOfWires);
         Schematic schematic;
-        for (int i = 1; i < (isOfWires ? workbench::maximumWires : workbench::maximumSymbols);
-             ++i) {
+        for (int i = 1; i < (isOfWires ? workbench::maxWires : workbench::maxSymbols); ++i) {
             const QPoint place(i % 300 * 10, i / 300 * 10);
             if (isOfWires)
                 schematic.wires.append({0, {place, place + QPoint(1, 0)}});
@@ -419,8 +418,8 @@ private Q_SLOTS:
         scene.paste();
         QCOMPARE(failures.last(), QStringLiteral("Nothing was pasted."));
         QCOMPARE(scene.undoStack().count(), 1);
-        QVERIFY(scene.schematic().symbols.size() <= workbench::maximumSymbols);
-        QVERIFY(scene.schematic().wires.size() <= workbench::maximumWires);
+        QVERIFY(scene.schematic().symbols.size() <= workbench::maxSymbols);
+        QVERIFY(scene.schematic().wires.size() <= workbench::maxWires);
     }
 
     void pasteKeepsTheWireThatIsBeingDrawn()

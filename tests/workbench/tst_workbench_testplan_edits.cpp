@@ -388,7 +388,7 @@ private Q_SLOTS:
     void tooManyCellsAreRefused()
     {
         Plan plan({QStringLiteral("a|b|c")});
-        plan.model.insertRows(1, workbench::maximumPlanRows - 1);
+        plan.model.insertRows(1, workbench::maxPlanRows - 1);
         plan.model.undoStack().clear();
         plan.key(Qt::Key_A, Qt::ControlModifier);
         plan.key(Qt::Key_D, Qt::ControlModifier);

@@ -3,7 +3,7 @@
 #include "TestPlanTest.h"
 
 #include "common/path_names.h"
-#include "documents/XmlText.h"
+#include "documents/xml_text.h"
 #include "support/Files.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"

@@ -2,14 +2,14 @@
 
 #include "WindowTest.h"
 
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "documents/Document.h"
 #include "files/FilesPanel.h"
 #include "shell/Arguments.h"
 #include "shell/OptionsDialog.h"
 #include "shell/StartPage.h"
 #include "shell/Workbench.h"
-#include "shell/open.h"
+#include "shell/open_workbench.h"
 
 #include <DockFramework/DockableWidget.h>
 

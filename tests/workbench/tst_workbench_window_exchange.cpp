@@ -3,7 +3,7 @@
 #include "WindowTest.h"
 
 #include "common/path_names.h"
-#include "common/requests.h"
+#include "common/request_manager.h"
 #include "documents/CompressionTask.h"
 #include "documents/FileNameDialog.h"
 #include "shell/Workbench.h"
@@ -139,7 +139,7 @@ private Q_SLOTS:
         // It waits behind another one until it is cancelled.
         std::promise<void> isCancelled;
         const std::shared_future<void> end = isCancelled.get_future().share();
-        requests().add(std::make_shared<zvtest::Request>([end](zvtest::Request& request) {
+        requestManager().add(std::make_shared<zvtest::Request>([end](zvtest::Request& request) {
             end.wait();
             Q_EMIT request.completed();
         }));

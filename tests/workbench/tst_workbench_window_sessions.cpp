@@ -3,7 +3,7 @@
 #include "WindowTest.h"
 
 #include "common/path_names.h"
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "files/FilesPanel.h"
 #include "script/ScriptDocument.h"
 #include "shell/RecentFiles.h"

@@ -3,10 +3,10 @@
 #include "WindowTest.h"
 
 #include "common/path_names.h"
-#include "common/styles.h"
+#include "common/style_options.h"
 #include "shell/AccentSwatches.h"
 #include "shell/Workbench.h"
-#include "shell/open.h"
+#include "shell/open_workbench.h"
 #include "support/Files.h"
 
 #include <zvutil/ZvStyle.h>
