@@ -95,7 +95,7 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
     const Line& line = m_lines[std::size_t(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        // A row has one line.
+        // Each row shows one line of text; the tool tip has them all.
         return text(line, index.column()).simplified();
     case Qt::ToolTipRole:
         return toolTipOf(text(line, index.column()));
