@@ -26,8 +26,8 @@ bool matchesWildcard(QStringView pattern, QStringView name)
     constexpr qsizetype none = -1;
     qsizetype inPattern = 0;
     qsizetype inName = 0;
-    // Only what the last star matches ever has to be tried again, so store that star's place, and
-    // where in the name its match ends.
+    // Backtracking only ever returns to the last star, so store its place, and where in the name
+    // its match ends.
     qsizetype star = none;
     qsizetype behindStar = 0;
     while (inName < name.size()) {
