@@ -27,10 +27,10 @@ QCommandLineOption hidden(QCommandLineOption option)
     return option;
 }
 
-/// The options that go on to the workbench.
+/// The options that are passed on to the workbench.
 constexpr std::array workbenchOptions = {"style", "new", "screenshot"};
 
-/// What --style is called while Qt looks at the arguments.
+/// The name of --style while Qt reads the arguments.
 constexpr char hiddenStyle[] = "workbench-style";
 
 void addOptions(QCommandLineParser& parser)
@@ -59,7 +59,7 @@ void addOptions(QCommandLineParser& parser)
         QStringLiteral("[FILE...]"));
 }
 
-/// By its name; all other files are scripts.
+/// Returns whether \p file is a document, by its name; all other files are scripts.
 bool isDocument(const QString& file)
 {
     constexpr std::array extensions = {".testplan", ".zvsch", ".zvscr"};

@@ -8,26 +8,28 @@
 
 class QCoreApplication;
 
-/// What the program was asked to do.
+/// The options and arguments of the program.
 struct CommandLine
 {
-    QString library; ///< empty for the one beside the program
+    QString library; ///< empty for the library beside the program
     QStringList modules;
     bool listsRegistrations = false;
     bool listsFiles = false;
     QString types;
     QString filter;
-    QStringList directories; ///< whose files are to be listed
-    QStringList texts; ///< scripts
-    QStringList scripts; ///< their files
+    QStringList directories; ///< folders whose files are listed
+    QStringList texts; ///< texts to run as scripts
+    QStringList scripts; ///< files to run as scripts
     bool opensWorkbench = false;
     bool makesPicture = false;
-    std::vector<std::string> workbench; ///< the words for its command
+    std::vector<std::string> workbench; ///< words for the workbench's command
 
-    /// Call it with the arguments of main before the application is made, which would take --style for
-    /// its own. \p arguments are changed and valid for good.
+    /// Renames --style in the arguments of main. Call before the application is created, which
+    /// would take that option for its own. The strings that replace elements of \p arguments are
+    /// never deleted.
     static void hideFromQt(int count, char** arguments);
 
-    /// Handles --help, --version and mistakes by itself, and then doesn't return.
+    /// Returns the command line of \p application. Handles --help, --version and mistakes by
+    /// itself, and then doesn't return.
     static CommandLine of(const QCoreApplication& application);
 };

@@ -2,8 +2,8 @@
 
 #include "ScriptHost.h"
 
-/// For scripts on the thread of the registries: output goes to standard output, what functions and
-/// commands tell to standard error.
+/// Serves scripts on the thread of the registries: their output goes to standard output, the
+/// messages of functions and commands to standard error.
 class ConsoleScriptHost final : public ScriptHost
 {
 public:

@@ -15,7 +15,7 @@ constexpr std::chrono::seconds maxClosingTime{3};
 
 } // namespace
 
-/// What functions and commands tell is output of the script.
+/// Appends the messages of functions and commands to the script's output.
 class ScriptChannel::Messages final : public MessageHandler
 {
 public:
@@ -67,7 +67,8 @@ bool ScriptChannel::close()
         interrupt(true);
         m_changed.notify_all();
     }
-    // Not before: the other thread posts to it while it holds the lock.
+    // The engine's thread posts to the receiver while it holds the lock, but no longer once the
+    // channel is closed.
     m_receiver.reset();
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, maxClosingTime, [this] { return m_hasEnded; });
@@ -116,7 +117,8 @@ void ScriptChannel::interrupt(bool interrupt)
 std::vector<std::string> ScriptChannel::callFunction(const std::string& name,
                                                      const std::vector<host::Value>& arguments)
 {
-    // Shared, since the call may outlive this one when the channel is closed.
+    // The posted call may outlive this function when the channel is closed, so both share the
+    // result.
     const auto result = std::make_shared<std::vector<std::string>>();
     callOnMakersThread([self = shared_from_this(), result, name, arguments] {
         const YRef<MessageHandler> messages(std::make_unique<Messages>(self));
@@ -163,10 +165,11 @@ void ScriptChannel::callOnMakersThread(std::function<void()> call)
         std::rethrow_exception(result->failure);
 }
 
-/// Has \p call made on the maker's thread. With the lock held, and not once the channel is closed.
+/// Posts \p call to the maker's thread. Call with the lock held, and not after the channel is
+/// closed.
 void ScriptChannel::post(std::function<void()> call)
 {
-#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
+#ifndef __clang_analyzer__ // The analyzer doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(m_receiver.get(), std::move(call), Qt::QueuedConnection);
 #endif
 }

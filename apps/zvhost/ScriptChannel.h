@@ -17,38 +17,38 @@
 
 class ScriptEngine;
 
-/// What the two threads of a script session share: the maker's thread puts texts on it, and the
-/// engine's thread output, results and calls that the maker's thread has to make.
+/// Connects the two threads of a script session: the maker's thread puts texts on the channel, the
+/// engine's thread returns output and results, and has its calls executed on the maker's thread.
 ///
-/// The maker's thread never waits here, but at the end. It is the one of the first group, the
-/// engine's that of the second.
+/// The first group of operations belongs to the maker's thread, which never waits here except in
+/// `close`; the second group belongs to the engine's thread.
 class ScriptChannel final : public ScriptHost, public std::enable_shared_from_this<ScriptChannel>
 {
 public:
     struct Task
     {
         QString text;
-        std::optional<QString> source; ///< none for a text whose value is asked for
+        std::optional<QString> source; ///< name in messages; none for a text to evaluate
     };
 
     explicit ScriptChannel(host::ScriptListener listener);
     ~ScriptChannel() override;
 
-    // The maker's thread.
+    // Operations of the maker's thread.
 
-    /// Throws `std::logic_error` until the task before has ended.
+    /// Hands over a text to run. Throws `std::logic_error` until the text before has ended.
     void put(Task task);
     void stop();
-    /// Nothing comes back from now on. Returns whether the engine's thread has ended, or ends by
-    /// itself within some seconds.
+    /// Stops the script, and reports nothing to the listener from now on. Returns whether the
+    /// engine's thread has ended, or ends by itself within some seconds.
     bool close();
 
-    // The engine's thread.
+    // Operations of the engine's thread.
 
-    /// Waits for it; nothing once the channel has been closed.
+    /// Waits for the next text and returns it, or nothing once the channel has been closed.
     std::optional<Task> take();
     void finish(host::ScriptOutcome outcome);
-    /// With nullptr before the engine goes.
+    /// Sets the engine to interrupt; nullptr before the engine is destroyed.
     void setEngine(ScriptEngine* engine);
     void setEnded();
 
@@ -56,7 +56,7 @@ public:
                                           const std::vector<host::Value>& arguments) override;
     void callCommand(const std::string& name, const std::vector<std::string>& words,
                      const std::string& source) override;
-    /// Waits while the maker's thread has fallen far behind.
+    /// Appends a line to the output. Waits while the maker's thread is far behind.
     void print(const std::string& line) override;
 
 private:
@@ -70,10 +70,10 @@ private:
     void deliverOutcome(const host::ScriptOutcome& outcome);
 
     const host::ScriptListener m_listener;
-    bool m_isRunning = false; // the maker's thread alone
-    std::unique_ptr<QObject> m_receiver; // lives there; what is queued for it goes along with it
+    bool m_isRunning = false; // used on the maker's thread alone
+    std::unique_ptr<QObject> m_receiver; // on the maker's thread; drops queued calls when destroyed
 
-    std::mutex m_mutex; // for all that follows, and for posting to the receiver
+    std::mutex m_mutex; // guards all that follows, and posting to the receiver
     std::condition_variable m_changed;
     ScriptEngine* m_engine = nullptr;
     std::optional<Task> m_task;

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The name under which our own script text shows in stack traces.
+/// The name of our own script text in stack traces.
 const QString binding = QStringLiteral("zvhost-binding");
 
 host::Value toHostValue(const QString& function, quint32 index, const QJSValue& argument)
@@ -31,8 +31,8 @@ quint32 lengthOf(const QJSValue& array)
     return array.property(QStringLiteral("length")).toUInt();
 }
 
-/// The line of the innermost frame that is not our own, from a stack trace whose lines read
-/// FUNCTION@SOURCE:LINE or FUNCTION@SOURCE; 0 if there is none.
+/// Returns the line of the innermost frame that isn't our own, or 0 if there is none. The lines of
+/// \p stack read FUNCTION@SOURCE:LINE or FUNCTION@SOURCE.
 int scriptLine(const QString& stack)
 {
     static const QRegularExpression frame(QStringLiteral("@(.*):(\\d+)$"));
@@ -52,9 +52,9 @@ ScriptEngine::ScriptEngine(const ScriptNames& names, ScriptHost& scriptHost)
 {
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     defineFunctions(names);
-    // The evaluation is indirect, so that what the text defines is global. The value is handed over,
-    // since the engine returns one that was thrown like one that was computed. JSON shows objects as
-    // people write them, but not all that there is.
+    // The evaluation is indirect, so that what the text defines is global. The script hands its
+    // value to show(), since the engine returns a value that was thrown like one that was computed.
+    // JSON shows objects as people write them, but doesn't cover all values.
     QJSValue makeEvaluate = m_engine.evaluate(
         QStringLiteral("(function(host) {"
                        "  function described(value) {"

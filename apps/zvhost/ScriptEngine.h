@@ -15,28 +15,28 @@ struct ScriptNames;
 /// Runs JavaScript in which each script function and command that is registered with the host is a
 /// function of its name, and `print` writes a line.
 ///
-/// Belongs to the thread that makes it, but for `interrupt`.
+/// The engine belongs to the thread that creates it, except for `interrupt`.
 class ScriptEngine : public QObject
 {
     Q_OBJECT
 
 public:
-    /// \p scriptHost must live longer.
+    /// Creates the engine. \p scriptHost must outlive it.
     ScriptEngine(const ScriptNames& names, ScriptHost& scriptHost);
 
-    /// Runs \p text. \p source stands for it in messages. A script that throws something other than
-    /// an Error object gives no line.
+    /// Runs \p text, which is called \p source in messages. The outcome has no line if the script
+    /// throws something other than an Error object.
     host::ScriptOutcome run(const QString& text, const QString& source);
 
-    /// Runs \p text and tells its value, in a form for people; nothing for undefined. What is
-    /// declared by let and const is gone afterwards.
+    /// Runs \p text and returns its value in a form for people; nothing for undefined. Variables
+    /// that are declared by let and const don't exist afterwards.
     host::ScriptOutcome evaluate(const QString& text);
 
-    /// Ends what runs, or ends what runs next as soon as it has begun, until it is called with false.
-    /// On any thread.
+    /// Stops the script that is running, or else each script that begins, until called with false.
+    /// Can be called on any thread.
     void interrupt(bool interrupt);
 
-    // What the script's functions end in. A failure is a script exception.
+    // The script's functions call these. A failure becomes an exception of the script.
     Q_INVOKABLE QJSValue callFunction(const QString& name, const QJSValue& arguments);
     Q_INVOKABLE void callCommand(const QString& name, const QJSValue& arguments);
     Q_INVOKABLE void print(const QJSValue& arguments);

@@ -12,11 +12,11 @@ struct ScriptNames
     std::vector<std::string> commands;
 };
 
-/// What is registered now. On the thread of the registries.
+/// Returns the names that are registered now. Call on the thread of the registries.
 ScriptNames registeredNames();
 
-/// What scripts reach of the program around them. Called on the engine's thread. What the first two
-/// throw is an exception for the script as well.
+/// The operations of the surrounding program that scripts can call. The engine calls them on its
+/// own thread. An exception of the first two becomes one of the script.
 class ScriptHost
 {
 public:
@@ -29,6 +29,6 @@ public:
                                                   const std::vector<host::Value>& arguments) = 0;
     virtual void callCommand(const std::string& name, const std::vector<std::string>& words,
                              const std::string& source) = 0;
-    /// A line of the script's output.
+    /// Writes a line of the script's output.
     virtual void print(const std::string& line) = 0;
 };

@@ -12,8 +12,8 @@ class ScriptChannel;
 
 /// A session whose engine has a thread of its own.
 ///
-/// An engine that can't be interrupted, in the midst of a huge regular expression for example, keeps
-/// its thread when the session goes.
+/// An engine that can't be interrupted, in the midst of a huge regular expression for example,
+/// keeps its thread after the session is destroyed.
 class ThreadScriptSession final : public host::ScriptSession
 {
 public:

@@ -1,4 +1,4 @@
-// The module behind `zvhost --files`: lists directories through the model, as an application would.
+// A module for `zvhost --files`: lists directories through the model, as an application would.
 
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvMultiDirectoryListModel.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Prints the rows as they come, and a summary of all to standard error.
+/// Prints rows as they arrive, and a summary to standard error.
 class Listing : public ZvMultiDirectoryListModel
 {
 public:
@@ -63,13 +63,15 @@ private:
 
     QEventLoop m_loop;
     QElapsedTimer m_timer;
-    // The one at the start over no directories, and one for each request.
+    // The model scans once over no directories when it is created, and once for each of three
+    // settings.
     int m_scansLeft = 4;
     int m_batches = 0;
     double m_firstRow = 0;
 };
 
-/// The words are the types, with commas between them, the filter, and the directories.
+/// Prints the files below directories. The words after the first are the types, with commas between
+/// them, the filter, and the directories.
 COMERROR listFiles(int wordCount, char** words, YRef<MessageHandler> /*messages*/,
                    const ScpParseContext& /*context*/)
 {

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Where a library named \p name may lie: in an install tree, in a build tree and, on Windows, beside
-/// the program.
+/// Returns the paths where a library named \p name may be: in an install tree, in a build tree and,
+/// on Windows, beside the program.
 QStringList candidates(const QString& name)
 {
     const QDir here(QCoreApplication::applicationDirPath());

@@ -26,7 +26,8 @@ void complain(const QString& text)
     std::fprintf(stderr, "zvhost: %s\n", text.toUtf8().constData());
 }
 
-/// Without a display windows still work, but nobody sees them.
+/// Selects a platform without a screen if there is no display: windows still work, but nobody sees
+/// them.
 void chooseDisplay()
 {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
@@ -53,7 +54,7 @@ void listRegistrations()
         std::printf("option   %s = \"%s\"\n", option.name.c_str(), option.defaultValue.c_str());
 }
 
-/// As SOURCE:LINE: MESSAGE, so that editors find the place.
+/// Returns an error in the form SOURCE:LINE: MESSAGE, so that editors find the place.
 QString described(const host::ScriptOutcome& outcome, const QString& source)
 {
     const QString location =
@@ -112,7 +113,7 @@ bool listFiles(const QStringList& directories, const QString& types, const QStri
     return true;
 }
 
-/// Opens the workbench, a module that is told by the words of its command what to show.
+/// Loads the workbench as a module and opens it; \p words are those of its command.
 bool openWorkbench(const std::vector<std::string>& words)
 {
     const QString error = loadOwnModule(QStringLiteral("workbench"));
@@ -126,7 +127,7 @@ bool openWorkbench(const std::vector<std::string>& words)
     try {
         ConsoleScriptHost().callCommand("_workbench", words, "command line");
     } catch (const host::CallError&) {
-        // The command has told why.
+        // The command has reported why.
         return false;
     }
     return true;
@@ -137,7 +138,7 @@ bool isOnScreen()
     return QGuiApplication::platformName() != QLatin1String("offscreen");
 }
 
-/// Whether there is a window that somebody can close.
+/// Returns whether there is a window that the user can close.
 bool hasOpenWindows()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();

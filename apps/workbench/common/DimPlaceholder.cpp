@@ -18,7 +18,8 @@ DimPlaceholder::DimPlaceholder(QLineEdit* edit)
 
 bool DimPlaceholder::eventFilter(QObject* watched, QEvent* event)
 {
-    // Both come when the sheet has been at the palette.
+    // The style sheet overwrites the palette before either of these events, so set the colour
+    // again.
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::Show)
         dim();
     return QObject::eventFilter(watched, event);

@@ -6,14 +6,16 @@ class QLineEdit;
 
 namespace workbench {
 
-/// Shows the placeholder of a line edit in the style's colour for disabled text, whatever the style.
-/// The styles' sheets would have it look like a text that was typed.
+/// Shows the placeholder of a line edit in the current style's colour for disabled text.
+///
+/// The styles' sheets would show it in the colour of other text, so that users would take it for
+/// text that was typed.
 class DimPlaceholder : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Belongs to \p edit.
+    /// Creates the object as a child of \p edit, whose events it filters.
     explicit DimPlaceholder(QLineEdit* edit);
 
 protected:

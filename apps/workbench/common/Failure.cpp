@@ -21,7 +21,8 @@ void tell(QWidget* parent, const Failure& failure)
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(QStringList{failure.reason, failure.advice}.join(QLatin1Char('\n')));
-    // The box doesn't hand its format on to this one.
+    // QMessageBox applies its text format to the main text alone, so set that of the other label,
+    // too: a file's name could be taken for HTML.
     box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))
         ->setTextFormat(Qt::PlainText);
     box->open();

@@ -4,10 +4,10 @@
 
 namespace workbench {
 
-/// A line that tells what is going on, with a bar at its lower edge for how far that is.
+/// A line of text that says what is going on, with a bar at its lower edge for the progress.
 ///
-/// The bar is of the style's accent. The base class's own is in the background, which the styles' sheets
-/// overrule.
+/// The bar has the style's accent colour. The base class paints its own bar into the background,
+/// which the styles' sheets override.
 class StatusLine : public ZvProgressLineEdit
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ void addLine(QPainterPath& path, Points points)
         path.lineTo(*point);
 }
 
-/// An arrow that bends back to the left.
+/// Returns an arrow that bends back to the left.
 QPainterPath bentArrow()
 {
     QPainterPath path;
@@ -30,7 +30,7 @@ QPainterPath bentArrow()
     return path;
 }
 
-/// Three rows, the middle one of which is only half as wide.
+/// Returns three rows; the middle one is half as wide and leaves room for a sign.
 QPainterPath rows()
 {
     QPainterPath path;

@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// Icons of what is done with documents.
+/// Icons of the actions on documents, in the current style's colours; see `lineIcon`.
 QIcon openIcon();
 QIcon saveIcon();
 QIcon runIcon();

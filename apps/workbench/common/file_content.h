@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// The content of a file, or nothing if it can't be read.
+/// Returns the whole content of a file, or an empty array if the file can't be read.
 QByteArray contentOf(const zvutil::ZvFilePath& path);
 
 } // namespace workbench

@@ -4,10 +4,11 @@
 
 namespace workbench {
 
-/// The URI of a file, as other programs understand it, of its full name in Qt's or the platform's form.
+/// Returns the URI of a file in the form that other programs understand. \p file is its full name,
+/// with Qt's or the platform's separators.
 ///
-/// It isn't what a `ZvURI` makes of the path: that has one slash behind the scheme whatever follows,
-/// and would have the first directory of `/home/me` taken for a host.
+/// A `ZvURI` wouldn't do: it has one slash after the scheme, whatever follows, so that the first
+/// directory of `/home/me` would be taken for a host.
 QString fileUri(const QString& file);
 
 } // namespace workbench

@@ -4,8 +4,8 @@
 
 namespace workbench {
 
-/// A number as the interface shows it: "12,345", whatever the system's locale, since its language
-/// is English.
+/// Returns \p number as the interface shows it, such as "12,345". The system's locale doesn't
+/// matter, since the interface is in English.
 QString numberText(qint64 number);
 
 } // namespace workbench

@@ -17,7 +17,7 @@ namespace {
 QString fixedPitch()
 {
     const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // Not all platforms have one; this name stands for any.
+    // Platforms without such a font map the generic name "monospace" to one that they have.
     return QStringLiteral("font-family: \"%1\";")
         .arg(QFontInfo(font).fixedPitch() ? font.family() : QStringLiteral("monospace"));
 }

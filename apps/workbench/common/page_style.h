@@ -4,11 +4,13 @@ class QWidget;
 
 namespace workbench {
 
-/// Has \p widget show a font of fixed pitch, whatever the style sheet says.
+/// Sets a style sheet on \p widget that selects a fixed-pitch font, whatever the application's
+/// sheet says.
 void setFixedPitch(QWidget& widget);
 
-/// The same, and the background that editors have in the current style, also while it has the focus:
-/// what suits a line is too dark for a whole page. Follows changes of the style.
+/// Sets a style sheet on \p widget that selects a fixed-pitch font and the current style's
+/// background of editors, and follows changes of the style. The background stays while the widget
+/// has the focus: the colour for a focused line would be too dark for a whole page.
 void makePage(QWidget& widget);
 
 } // namespace workbench

@@ -6,10 +6,10 @@
 
 namespace workbench {
 
-/// The path as Qt's file classes take it.
+/// Returns a path in the form that Qt's file classes take.
 QString qtFileName(const zvutil::ZvFilePath& path);
 
-/// The path of a file that Qt names; the inverse of `qtFileName`.
+/// Returns the path of a file that Qt names; the inverse of `qtFileName`.
 zvutil::ZvFilePath filePath(const QString& qtFileName);
 
 } // namespace workbench

@@ -6,8 +6,8 @@ class BackgroundRequestManager;
 
 namespace workbench {
 
-/// What runs the workbench's requests, one after the other. Made on first use, on the GUI thread; it
-/// lives as long as the application, as it has to.
+/// Returns the manager that runs the workbench's requests, one after the other. The first call
+/// creates it; the application object owns it. Call on the GUI thread.
 zvutil::libzvutil::BackgroundRequestManager& requestManager();
 
 } // namespace workbench

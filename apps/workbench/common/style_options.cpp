@@ -33,7 +33,8 @@ void show(libzvutil::ZvStyle style, const QColor& accent)
     libzvutil::ZvStyleManager::Refresh();
 }
 
-/// The library doesn't tell whether a file was written.
+/// Returns whether the library has written its styles to their file. The library doesn't report
+/// that, so the file is compared with a second one that is saved here.
 bool areStylesKept()
 {
     using libzvutil::ZvStyleManager;
@@ -89,7 +90,8 @@ void applyStyleOptions()
 
 void showStyle(const QString& name)
 {
-    // The library's own was made when the accent may have been another one.
+    // The library's copy of the style has the accent of the time when it was made, so set the
+    // chosen one.
     show(libzvutil::ZvStyleManager::Style(name), chosenAccent());
 }
 
@@ -98,7 +100,7 @@ void keepEditedStyles(const QObject& context, const std::function<void(const Fai
     using libzvutil::ZvStyleManager;
     QObject::connect(&libzvutil::styleManager(), &ZvStyleManager::styleLibraryChanged, &context,
                      [tell] {
-                         // Whatever style is put in, all of them are written.
+                         // Update() writes all styles, whichever one it is given.
                          ZvStyleManager::Update(
                              ZvStyleManager::Style(ZvStyleManager::AvailableStyleNames().first()));
                          showStyle(currentStyleName());

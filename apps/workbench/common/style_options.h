@@ -13,33 +13,36 @@ class QObject;
 
 namespace workbench {
 
-/// A colour of the current style.
+/// Returns a colour of the current style.
 QColor styleColour(libzvutil::ZvStyleBrush brush);
 
-/// Puts a style on the application and keeps it as the user's own. Throws `std::runtime_error` if it
-/// can't be kept.
+/// Applies a style to the application, and stores its name as the user's choice. Throws
+/// `std::runtime_error` if the choice can't be stored; the style is applied all the same.
 void chooseStyle(const QString& name);
 
-/// The same with the accent of all styles.
+/// Applies an accent to the current style, and stores it as the user's choice for all styles.
+/// Throws `std::runtime_error` if the choice can't be stored; the accent is applied all the same.
 void chooseAccent(const QColor& colour);
 
-/// The text of a host's option as it is now, empty if there is none of that name.
+/// Returns the current value of a host's option, or an empty text if there is no such option.
 QString optionText(const QString& name);
 
-/// The style that is on the application now, but for what the two commands for a look have done.
+/// Returns the name of the style that was applied last, even if the commands `_s1` and `_s2` show
+/// another look for now.
 QString currentStyleName();
 
-/// The accent that is chosen now.
+/// Returns the accent that the user has chosen.
 QColor chosenAccent();
 
-/// Puts the style and the accent on the application that the options name.
+/// Applies the style and the accent that the options name, or the style "Light" if there is no such
+/// style.
 void applyStyleOptions();
 
-/// Puts a style on the application, this time.
+/// Applies a style to the application without storing the choice.
 void showStyle(const QString& name);
 
-/// As long as \p context lives, styles that the style editor hands over are written to disc, and the
-/// current one is shown as it is now. \p tell is called if they can't be written.
+/// Writes all styles to disk and applies the current one again whenever the style editor hands over
+/// a style, as long as \p context exists. Calls \p tell if the styles can't be written.
 void keepEditedStyles(const QObject& context, const std::function<void(const Failure&)>& tell);
 
 } // namespace workbench

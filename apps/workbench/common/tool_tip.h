@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// A tool tip that shows \p text as it is, also one that Qt would take for HTML.
+/// Returns a tool tip that shows \p text literally, even if Qt would take it for HTML.
 QString toolTipOf(const QString& text);
 
 } // namespace workbench

@@ -4,8 +4,8 @@
 #include <QPointer>
 #include <QTranslator>
 
-/// Refers to the resources, which the linker would drop from a static library otherwise. The macro declares
-/// a function of the global namespace, so it can't stand in another one.
+/// Registers the resources, which the linker would otherwise drop from a static library. The macro
+/// declares a function of the global namespace, so this function can't be inside another one.
 static void initTranslations()
 {
     Q_INIT_RESOURCE(workbench_translations);

@@ -2,8 +2,8 @@
 
 namespace workbench {
 
-/// Gives the application the workbench's texts, of which the English catalogue has the plurals. Does
-/// nothing from the second call on.
+/// Installs the workbench's texts in the application; the English catalogue supplies the plurals.
+/// Does nothing from the second call on.
 void installTranslations();
 
 } // namespace workbench

@@ -23,13 +23,15 @@ namespace {
 constexpr int defaultLevel = -1;
 constexpr int lengthBytes = 4;
 
-/// A full disk isn't reported while the file is written.
+/// Returns whether \p compressed holds the content of \p original. A full disk isn't reported while
+/// the file is written, so both are read and compared.
 bool isFaithful(const zvutil::ZvFilePath& compressed, const zvutil::ZvFilePath& original)
 {
     return qUncompress(contentOf(compressed)) == contentOf(original);
 }
 
-/// What can't be decompressed gives an empty file, as does what was empty.
+/// Returns whether \p restored has the length that \p compressed states. Decompressing a damaged
+/// file reports no error and gives an empty file, as an empty document does.
 bool isRestored(const zvutil::ZvFilePath& restored, const zvutil::ZvFilePath& compressed)
 {
     QFile source(qtFileName(compressed));
@@ -74,7 +76,7 @@ void CompressionRequest::perform()
     Q_EMIT failed(error.toStdString());
 }
 
-/// Returns an empty text, or why it didn't work.
+/// Writes the target's content to the part file. Returns an empty text, or why that failed.
 QString CompressionRequest::writePart() const
 {
     try {

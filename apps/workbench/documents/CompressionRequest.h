@@ -5,11 +5,11 @@
 
 namespace workbench {
 
-/// Writes a file compressed, or a compressed one back, in the background.
+/// Compresses a file, or decompresses one, in the background.
 ///
-/// The target is replaced in one step when all has been written and read again, and stays as it is if
-/// something fails. An abort takes effect when the file has been written. It fails with sentences for
-/// the user.
+/// The content is written to a part file beside the target and checked; then that file replaces the
+/// target in one step. If anything fails, the target stays as it is. An abort takes effect after
+/// the file has been written. The request fails with sentences for the user.
 class CompressionRequest : public zvutil::libzvutil::abstract_request
 {
     Q_OBJECT

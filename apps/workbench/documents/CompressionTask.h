@@ -12,19 +12,20 @@
 
 namespace workbench {
 
-/// A compression with a progress dialog, in which it can be cancelled. It tells by exactly one of its
-/// signals how it has ended, and deletes itself behind that.
+/// Compresses or decompresses a file, with a progress dialog in which the user can cancel. Emits
+/// exactly one of its signals when it has ended, and then deletes itself.
 class CompressionTask : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts at once. \p parent is the widget that the dialog stands before.
+    /// Starts the task at once. \p parent owns it, and is the widget in front of which the dialog
+    /// appears.
     CompressionTask(CompressionRequest::Direction direction, const zvutil::ZvFilePath& source,
                     const zvutil::ZvFilePath& target, QWidget* parent);
     ~CompressionTask() override;
 
-    /// Shows the dialog at once, which else comes up when it takes a while.
+    /// Shows the dialog at once; otherwise it appears only if the task takes a while.
     void showProgress();
 
 Q_SIGNALS:

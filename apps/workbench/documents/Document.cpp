@@ -14,8 +14,8 @@ namespace workbench {
 
 namespace {
 
-/// Why \p work has failed, also if it's the user who has stopped it, or an empty text. What it needs
-/// grows with the file.
+/// Runs \p work. Returns an empty text, or why it failed; a stop by the user counts as a failure.
+/// Lack of memory is caught here, since the need for it grows with the file.
 template <typename Work>
 QString reasonOf(Work work)
 {
@@ -37,7 +37,7 @@ Document::Document(const DocumentType& type, const QString& title, QWidget* pare
     : ZvContentWidget(title, parent)
     , m_type(type)
 {
-    // The base class has stopped watching if the name is another one now.
+    // The base class stops watching when the file is saved under another name.
     connect(this, &ZvContentWidget::saved, this, [this] {
         if (!isFileWatcherEnabled())
             enableFileWatcher(true);

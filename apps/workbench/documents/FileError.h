@@ -4,11 +4,11 @@
 
 namespace workbench {
 
-/// Thrown where a file can't be read as what it should be, or can't be written.
+/// Thrown when a file can't be read as the expected type of document, or can't be written.
 class FileError
 {
 public:
-    /// \p reason tells why, as one or more sentences.
+    /// Creates an error. \p reason says why, in one or more sentences for the user.
     explicit FileError(const QString& reason);
 
     const QString& reason() const;

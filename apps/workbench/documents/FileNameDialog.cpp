@@ -19,7 +19,7 @@ namespace {
 
 bool isDevice(const QString& name)
 {
-    // An extension or blanks behind it change nothing for Windows.
+    // Windows ignores an extension or blanks after the name of a device.
     static const QRegularExpression devices(
         QStringLiteral("\\A(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[1-9¹²³]) *(\\.|\\z)"),
         QRegularExpression::CaseInsensitiveOption);
@@ -31,7 +31,7 @@ bool isTaken(const QString& name, const QDir& folder, const QString& present)
     const QFileInfo file(folder, name);
     if (!file.exists() && !file.isSymLink())
         return false;
-    // Where case doesn't matter, a file may get its own name in another case.
+    // A disk that ignores case lets a file get its own name in another case.
     const bool isOtherCase = name != present && name.compare(present, Qt::CaseInsensitive) == 0;
     return !isOtherCase
         || folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System).contains(name);
@@ -75,7 +75,7 @@ FileNameDialog::FileNameDialog(QWidget* parent, const QString& title, const QStr
     m_problem->setObjectName(QStringLiteral("problem"));
     m_problem->setTextFormat(Qt::PlainText);
     m_problem->setWordWrap(true);
-    // The window doesn't change its height with what is told.
+    // Two lines are reserved, or the window would change its height with each message.
     m_problem->setMinimumHeight(2 * m_problem->fontMetrics().lineSpacing());
     m_problem->setAlignment(Qt::AlignLeading | Qt::AlignTop);
 
@@ -105,7 +105,7 @@ QString FileNameDialog::file() const
 QString FileNameDialog::ask(QWidget* parent, const QString& title, const QString& folder,
                             const QString& proposal, const QString& extension)
 {
-    // The parent may go while the user thinks.
+    // The parent, and the dialog with it, may be destroyed while the user thinks.
     const QPointer<FileNameDialog> dialog(
         new FileNameDialog(parent, title, folder, proposal, extension));
     const bool isAccepted = dialog->exec() == QDialog::Accepted && dialog;

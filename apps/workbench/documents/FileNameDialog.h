@@ -9,25 +9,28 @@ class QLineEdit;
 
 namespace workbench {
 
-/// Asks for the name of a file in a folder, and tells at once why a name won't do.
+/// Asks for the name of a file in a folder, and says at once why a name can't be used.
 class FileNameDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// The part of \p proposal before its extension is selected. If there is a file of this name, it is
-    /// the one that gets another. Names have to end in \p extension.
+    /// Creates the dialog with \p proposal as the name; the part before its extension is selected.
+    /// If there is a file of this name, that file is to be renamed, so its name may change in case
+    /// alone. Names have to end in \p extension.
     FileNameDialog(QWidget* parent, const QString& title, const QString& folder,
                    const QString& proposal, const QString& extension = QString());
 
-    /// The full path, with Qt's separators.
+    /// Returns the full path, with Qt's separators.
     QString file() const;
 
-    /// Lets the user name a file in \p folder. Empty if the user has cancelled.
+    /// Lets the user name a file in \p folder, in an event loop. Returns the full path, with Qt's
+    /// separators, or an empty text if the user has cancelled.
     static QString ask(QWidget* parent, const QString& title, const QString& folder,
                        const QString& proposal, const QString& extension = QString());
 
-    /// Why a file in \p folder can't get this name, or nothing. \p present is the name that it has.
+    /// Returns why a file in \p folder can't be called \p name, or an empty text. \p present is the
+    /// name that the file has now.
     static QString problemWith(const QString& name, const QString& folder, const QString& present);
 
 private:

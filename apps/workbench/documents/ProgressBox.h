@@ -7,30 +7,32 @@
 
 namespace workbench {
 
-/// Is told how much of all has been done, and says whether to go on.
+/// Receives how much of the total is done, and returns whether to continue.
 using Progress = std::function<bool(int done, int all)>;
 
-/// Thrown by work that was told not to go on.
+/// Thrown when `Progress` asks the work to stop.
 struct Stopped
 {
 };
 
-/// Tells \p progress, each time that \p done is a multiple of 256, and throws `Stopped` if it says so.
+/// Calls \p progress each time that \p done is a multiple of 256, and throws `Stopped` if it
+/// returns false.
 void report(const Progress& progress, int done, int all);
 
-/// Shows how far long work on the GUI's thread is, and lets the user stop it. It comes up only when
-/// the work takes longer than half a second; as long as it is there, the rest of the program waits.
+/// Shows the progress of long work on the GUI thread, and lets the user stop it. Appears only when
+/// the work takes longer than half a second; while it is shown, it blocks the program's other
+/// windows.
 class ProgressBox
 {
     Q_DECLARE_TR_FUNCTIONS(workbench::ProgressBox)
 
 public:
-    /// \p text tells what is being done.
+    /// Creates the box. \p text says what is being done.
     ProgressBox(const QString& text, QWidget* parent);
 
-    /// Handles events. Returns false once the user has stopped it.
+    /// Shows the progress and handles events. Returns false after the user has stopped the work.
     bool report(int done, int all);
-    /// The same as a function, which must not outlive the box.
+    /// Returns `report` as a function, which must not outlive the box.
     Progress progress();
 
 private:

@@ -11,8 +11,8 @@
 
 namespace workbench {
 
-/// A document in one view, whose changes are the steps of an undo stack: the modified mark tells whether
-/// the stack is where it was when the document was saved or loaded.
+/// A document in one view, whose changes are the steps of an undo stack. The document is marked as
+/// modified unless the stack is where it was when the document was saved or loaded.
 class UndoDocument : public Document
 {
     Q_OBJECT
@@ -23,33 +23,35 @@ public:
 protected:
     UndoDocument(const DocumentType& type, const QString& title, QWidget* parent);
 
-    /// Fills the window with \p view. The subclass, whose stack it is, calls it once.
+    /// Fills the window with \p view, and follows \p stack. The subclass, which owns the stack,
+    /// calls this once.
     void setView(QWidget& view, QUndoStack& stack);
-    /// For the subclass's destructor: neither view nor document hear of the end of what they show.
+    /// Disconnects the stack and deletes the view. The subclass's destructor calls this before it
+    /// destroys the content that view and stack refer to.
     void endView();
 
-    /// Adds an action by \p name to the menu "Edit" and to the view.
+    /// Adds an action with the object name \p name to the menu "Edit" and to the view.
     QAction* addNamedAction(const QString& name, const QString& text,
                             const QList<QKeySequence>& shortcuts, std::function<void()> work);
     QAction* addSeparatorAction();
-    /// Undo and redo, also on the tool bar.
+    /// Adds Undo and Redo, which also go on the tool bar.
     void addUndoActions();
     void addToToolBar(const QList<QAction*>& actions);
 
-    /// What shows how far reading or saving of \p file is.
+    /// Returns a box for the progress of reading or saving \p file.
     ProgressBox readingBox(const zvutil::ZvFilePath& file) const;
     ProgressBox savingBox(const zvutil::ZvFilePath& file) const;
 
-    /// Called before an undo. Nothing here.
+    /// Commits what the user is typing, before an undo. Does nothing in the base class.
     virtual void finishTyping() const;
 
 private:
-    QWidget* m_view = nullptr; // a child
-    QUndoStack* m_stack = nullptr; // the subclass's
+    QWidget* m_view = nullptr; // owned as a child
+    QUndoStack* m_stack = nullptr; // owned by the subclass
     QList<QAction*> m_toolBarActions;
 };
 
-/// Shortcuts from their texts.
+/// Returns the shortcuts that \p texts name, such as "Ctrl+Z".
 QList<QKeySequence> keys(std::initializer_list<const char*> texts);
 
 } // namespace workbench

@@ -42,7 +42,7 @@ QString saveFileName(QWidget* parent, const QString& title, const QString& start
     if (!proposal.isDir())
         dialog.selectFile(proposal.fileName());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    // It adds that to names without a dot, and asks before it replaces a file.
+    // QFileDialog adds the suffix to names without a dot alone, and asks before it replaces a file.
     dialog.setDefaultSuffix(extension.mid(1));
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().constFirst();

@@ -6,11 +6,12 @@ class QWidget;
 
 namespace workbench {
 
-/// Lets the user choose the file to save to, with Qt's separators; empty if he has cancelled.
+/// Asks the user for the file to save to. Returns its path, with Qt's separators, or an empty text
+/// if the user has cancelled.
 ///
-/// \p extension, with its dot, is added to a name without it. Who chooses a file that exists has agreed
-/// to replace it, also where it's the extension that makes it one. \p start is a folder, or a file that
-/// is proposed; \p what is what such files are called.
+/// \p extension, with its dot, is added to a name that lacks it. A user who chooses an existing
+/// file has agreed to replace it, even if only the added extension makes the name that of a file.
+/// \p start is a folder, or a proposed file; \p what is what such files are called.
 QString saveFileName(QWidget* parent, const QString& title, const QString& start,
                      const QString& what, const QString& extension);
 

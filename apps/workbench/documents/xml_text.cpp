@@ -15,8 +15,8 @@ namespace workbench {
 namespace {
 
 constexpr int maxVersion = 1;
-// A disk takes 255. Where it knows no files without names, one has a dot and six letters more while
-// it is written.
+// A name on disk has at most 255 units. Where the disk can't hold unnamed files, a file has a dot
+// and six letters more in its name while it is written.
 constexpr int maxNameLengthToSave = 255 - 7;
 
 struct Texts
@@ -30,7 +30,7 @@ bool isWritable(QChar unit)
     return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code <= 0xFFFD);
 }
 
-/// In what the disk counts.
+/// Returns the length in the units that the disk counts: bytes on Unix, UTF-16 units elsewhere.
 int lengthOnDisk(const QString& name)
 {
 #ifdef Q_OS_UNIX
@@ -109,7 +109,8 @@ void requireWritable(const QString& text, const std::function<QString()>& where)
     if (index < 0)
         return;
     const QString code = QString::number(text.at(index).unicode(), 16).rightJustified(4, u'0');
-    // All at once: where it is, the user has written, and that may hold a "%2".
+    // The place contains the user's own text, which may hold a "%2", so one call replaces all
+    // markers.
     throw FileError(
         Texts::tr("%1 contains a character that XML does not allow: U+%2 at position %3.")
             .arg(where(), code, QString::number(index + 1)));

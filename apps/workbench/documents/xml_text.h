@@ -13,24 +13,27 @@ namespace workbench {
 
 using XmlElement = zvutil::experimental::xml::abstract_xml_element_reader;
 
-/// Whether there is such an element and it is called \p name.
+/// Returns whether \p element exists and is called \p name.
 bool isElement(const XmlElement* element, const char* name);
 
-/// The value of an attribute. Throws `FileError` if there is none.
+/// Returns the value of an attribute. Throws `FileError` if there is no such attribute.
 QString textAttribute(const XmlElement& element, const char* name);
-/// The same, which has to be a whole number from \p min to \p max.
+/// Returns the value of an attribute as a number. Throws `FileError` if there is no such attribute,
+/// or its value isn't a whole number from \p min to \p max.
 int numberAttribute(const XmlElement& element, const char* name, int min, int max);
 
-/// Throws `FileError` if \p root isn't the root of such a document, or one of a version that is newer
-/// than this program. \p what is what such a document is called within a sentence.
+/// Throws `FileError` if \p root isn't the root of such a document, or has a version that is newer
+/// than this program reads. \p what is what such a document is called within a sentence.
 void requireRoot(const XmlElement* root, const char* name, const QString& what);
 
-/// The place of the first character that XML doesn't allow, or -1. The writer leaves such ones out.
+/// Returns the index of the first character that XML doesn't allow, or -1. The XML writer leaves
+/// such characters out.
 int unwritableCharacter(const QString& text);
-/// Throws `FileError` if \p text has one. \p where gives the beginning of the sentence that tells of it.
+/// Throws `FileError` if \p text contains a character that XML doesn't allow. \p where returns the
+/// beginning of the message: the place of the text.
 void requireWritable(const QString& text, const std::function<QString()>& where);
 
-/// Throws `FileError` with what may be the cause, if \p file wasn't written.
+/// Throws `FileError` with the likely cause unless \p isWritten.
 void requireWritten(bool isWritten, const zvutil::ZvFilePath& file);
 
 } // namespace workbench

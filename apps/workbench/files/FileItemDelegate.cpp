@@ -14,7 +14,7 @@ namespace {
 
 constexpr int margin = 6;
 constexpr int gap = 8;
-constexpr int least = 40; ///< room for which a folder is worth showing
+constexpr int least = 40; ///< pixels below which the folder isn't worth showing
 
 bool isSelected(const QStyleOptionViewItem& item)
 {

@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// Shows a file in one line: its name, and behind that, less prominent, the folder that it is in
+/// Shows a file in one line: its name, then, less prominently, the folder that contains it
 /// (`FilteredFilesModel::FolderRole`), elided in the middle.
 class FileItemDelegate : public QStyledItemDelegate
 {
@@ -18,10 +18,10 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
-/// Paints what is behind an item's text, selected or not.
+/// Paints the background of an item, selected or not.
 void paintItemBackground(QPainter& painter, const QStyleOptionViewItem& item);
 
-/// The colour for the text of an item, and for the less important text beside it.
+/// Returns the colour for the text of an item, or for the less important text beside it.
 QColor itemTextColour(const QStyleOptionViewItem& item);
 QColor itemSideTextColour(const QStyleOptionViewItem& item);
 

@@ -43,7 +43,8 @@ namespace workbench {
 
 namespace {
 
-// The one over no folders that comes by itself, and one for each of the two settings.
+// The list model runs once over no folders when it is created, and once for each of its two
+// settings.
 constexpr int runsOfListing = 3;
 
 QToolButton* buttonFor(QAction* action)
@@ -54,13 +55,14 @@ QToolButton* buttonFor(QAction* action)
     return button;
 }
 
-/// A folder as the user knows it.
+/// Returns a folder in the form that the user knows.
 QString folderText(const QString& folder)
 {
     return QDir::toNativeSeparators(QDir::cleanPath(folder));
 }
 
-/// Those that the list model can walk: behind an empty folder it would list nothing more.
+/// Returns the folders that the list model can walk. The model stops at an empty folder, and would
+/// list none of those after it.
 QList<zvutil::ZvFilePath> walkable(const QStringList& folders)
 {
     QList<zvutil::ZvFilePath> paths;
@@ -72,7 +74,8 @@ QList<zvutil::ZvFilePath> walkable(const QStringList& folders)
     return paths;
 }
 
-/// A document stays one, if the user has typed a name without any extension.
+/// Returns \p newName, with the extension of the document \p file if the user has typed none:
+/// otherwise the file would no longer be a document.
 QString withExtensionOf(const QString& file, const QString& newName)
 {
     const DocumentType* const type = documentTypeOfFile(file);
@@ -163,7 +166,8 @@ void FilesPanel::stop()
 {
     if (!m_isWorking)
         return;
-    // The list model has no way to stop but its end, and what it has found ends with it.
+    // The list model can only be stopped by destroying it, and the files that it has found are lost
+    // with it.
     if (m_listing == Listing::Running)
         list(Listing::Stopped);
     m_filter->pause();
@@ -392,7 +396,7 @@ void FilesPanel::list(Listing state)
     updateWorking();
 }
 
-/// Tells which folders can't be listed. The list model passes over them without a word.
+/// Marks the folders that can't be listed, since the list model skips them without a report.
 void FilesPanel::showFolders()
 {
     m_unreadableFolders = 0;
@@ -412,7 +416,7 @@ void FilesPanel::showFolders()
     }
 }
 
-/// Shows whether something works, and what there is.
+/// Shows whether the panel lists or filters, and the number of files.
 void FilesPanel::updateWorking()
 {
     const bool isWorking =
@@ -465,7 +469,7 @@ QString FilesPanel::statusText() const
         : tr("%1; %n unreadable folders", nullptr, m_unreadableFolders).arg(shown);
 }
 
-/// Folders are listed, files are opened.
+/// Lists dropped folders, and asks to open dropped files.
 void FilesPanel::takeDropped(const QStringList& files)
 {
     QStringList folders;
@@ -551,13 +555,14 @@ void FilesPanel::renameTo(const QString& file, const QString& newName)
              "write to its folder.")});
 }
 
-/// There may be no program that shows folders, so the path has to do.
+/// Shows the path of the folder in a tool tip. No program is started for it, since there may be
+/// none that shows folders.
 void FilesPanel::showFolder()
 {
     const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
     if (selected.isEmpty())
         return;
-    // The row that the user went to last, unless it has been taken out of the selection.
+    // The current row is the one that the user went to last, but it may no longer be selected.
     const QModelIndex current = m_view->currentIndex();
     const QModelIndex index =
         selected.contains(current) ? current : *std::min_element(selected.begin(), selected.end());
@@ -575,7 +580,7 @@ int FilesPanel::selectedCount() const
     return count;
 }
 
-/// In the order of the list.
+/// Returns the paths in the order of the list, whatever the order of the selection.
 QStringList FilesPanel::selectedPaths() const
 {
     QModelIndexList indexes = m_view->selectionModel()->selectedIndexes();

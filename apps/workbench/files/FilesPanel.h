@@ -24,13 +24,14 @@ class FolderListModel;
 class StatusLine;
 class TypesBox;
 
-/// How many files are opened in one go at most.
+/// The largest number of files that can be opened at once.
 constexpr int maxFilesToOpen = 50;
 
-/// The files below the folders that the user has chosen: listed and filtered in the background.
+/// Shows the files below the folders that the user has chosen, listed and filtered in the
+/// background.
 ///
-/// What is listed is what the library's list model finds, peculiarities included: it passes over the
-/// first entry of each folder that was chosen, and may list the last folder in one as if it were a file.
+/// The library's list model determines what is listed, with its peculiarities: it passes over the
+/// first entry of each chosen folder, and may list the last folder in one as if it were a file.
 class FilesPanel : public DockableWidgetContents
 {
     Q_OBJECT
@@ -39,35 +40,38 @@ public:
     explicit FilesPanel(QWidget* parent = nullptr);
     ~FilesPanel() override;
 
-    /// In the order in which they were added.
+    /// Returns the folders in the order in which they were added.
     QStringList folders() const;
-    /// Adds those that aren't there yet and lists all anew. Each is taken as it is.
+    /// Adds the folders that are new, and lists all folders again. A folder that doesn't exist is
+    /// added, too, and shown as unreadable.
     void addFolders(const QStringList& folders);
 
-    /// What files are listed, each extension with its dot; all if there is none.
+    /// Returns the extensions of the files that are listed, each with its dot; none stands for all
+    /// files.
     QStringList types() const;
 
-    /// Lists all folders anew.
+    /// Lists all folders again.
     void reload();
-    /// Ends the listing, which takes what it has found along, or else the filtering, which leaves it.
+    /// Stops the listing, which loses the files found so far, or else the filtering, which keeps
+    /// them.
     void stop();
-    /// Whether it lists or filters.
+    /// Returns whether the panel is listing or filtering.
     bool isWorking() const;
 
-    /// Keeps folders, types and layout in the group "Files".
+    /// Saves folders, types and layout in the group "Files".
     void saveState(QSettings& settings) const;
     void restoreState(QSettings& settings);
 
     DockLocationPreference getPreferredDockLocation() const override;
     QSize getPreferredNewWindowSize() const override;
     bool isSystemWidget() const override;
-    /// The lists have their own.
+    /// Returns false: the lists have menus of their own.
     bool requireDefaultMenu() const override;
 
 Q_SIGNALS:
-    /// The user wants to work on these files.
+    /// Emitted when the user wants to open files.
     void openRequested(const QStringList& files);
-    /// The user, or a restored state, has changed the folders.
+    /// Emitted with all folders after they have changed.
     void foldersChanged(const QStringList& folders);
 
 protected:
@@ -117,7 +121,7 @@ private:
     QAction* m_removeFolder;
     QAction* m_rename = nullptr;
     Listing m_listing = Listing::Idle;
-    int m_runsLeft = 0; ///< of the list model, until it has listed all
+    int m_runsLeft = 0; ///< runs of the list model until everything is listed
     int m_unreadableFolders = 0;
     bool m_isWorking = false;
 };

@@ -8,31 +8,31 @@
 
 namespace workbench {
 
-/// Some rows of a list of paths, as files: the name to show, the path as the tool tip and, for
-/// a delegate, the folder.
+/// Presents rows of a list of paths as files: the name to show, the path as the tool tip and, for a
+/// delegate, the folder.
 ///
-/// It keeps the numbers of the rows alone. Whenever the list changes otherwise than by rows at its
-/// end, somebody has to set the rows anew.
+/// Only the numbers of the rows are stored. Whenever the list changes other than by rows at its
+/// end, the owner has to clear this model and append rows again.
 class FilteredFilesModel : public QAbstractListModel
 {
     Q_OBJECT
 
 public:
     enum Role {
-        FolderRole = Qt::UserRole, ///< without a separator at its end
-        PathRole ///< as the list has it
+        FolderRole = Qt::UserRole, ///< the folder, which ends in a separator only if it is a root
+        PathRole ///< the path as in the list
     };
 
     explicit FilteredFilesModel(QObject* parent);
 
-    /// Leaves no rows. The list isn't owned.
+    /// Removes all rows and takes another list, which the caller owns.
     void setSource(QAbstractItemModel* source);
 
     void clear();
-    /// Appends rows of the list.
+    /// Appends rows, by their numbers in the list.
     void append(const std::vector<int>& sourceRows);
 
-    /// Empty for an invalid index.
+    /// Returns the path of a file, or an empty text for an invalid index.
     QString path(const QModelIndex& index) const;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;

@@ -4,7 +4,8 @@
 
 namespace workbench {
 
-/// The library's list of files, whose folders are set all at once, so that it scans them once.
+/// The library's list of files. `setDirectories` takes all folders in one call, so that they are
+/// scanned only once.
 class FolderListModel : public ZvMultiDirectoryListModel
 {
     Q_OBJECT

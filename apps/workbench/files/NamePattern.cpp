@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-/// How many units the character at \p at has.
+/// Returns how many UTF-16 units the character at \p at has.
 qsizetype characterSize(QStringView text, qsizetype at)
 {
     const bool isPair =
@@ -26,7 +26,8 @@ bool matchesWildcard(QStringView pattern, QStringView name)
     constexpr qsizetype none = -1;
     qsizetype inPattern = 0;
     qsizetype inName = 0;
-    // Where the last star was, and what it has taken so far: only that ever has to be tried again.
+    // Backtracking only ever returns to the last star, so store its place, and where in the name
+    // its match ends.
     qsizetype star = none;
     qsizetype behindStar = 0;
     while (inName < name.size()) {

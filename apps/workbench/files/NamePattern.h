@@ -6,16 +6,18 @@
 
 namespace workbench {
 
-/// What a user types to find files by their names: a text that the name contains, or, with `*` for any
-/// characters and `?` for one, a pattern that the whole name has. Case doesn't matter.
+/// A pattern for the names of files, as a user types it: a text that the name contains, or, with
+/// `*` for any characters and `?` for one, a pattern that the whole name matches. Case doesn't
+/// matter.
 class NamePattern
 {
 public:
-    /// The empty text, which every name contains.
+    /// Creates the empty pattern, which every name matches.
     NamePattern() = default;
     explicit NamePattern(const QString& text);
 
-    /// Takes no more time than the product of both lengths.
+    /// Returns whether \p name matches. Takes time proportional to the product of both lengths at
+    /// most.
     bool matches(QStringView name) const;
 
 private:
@@ -24,10 +26,10 @@ private:
     bool m_isWildcard = false;
 };
 
-/// The part of a native path behind its last separator.
+/// Returns the part of a native path after its last separator.
 QStringView fileNameOf(QStringView path);
 
-/// The part before that, without the separator unless it is a root.
+/// Returns the part of a native path before its last separator; a root keeps the separator.
 QStringView folderOf(QStringView path);
 
 } // namespace workbench

@@ -14,7 +14,8 @@ constexpr std::chrono::milliseconds reportInterval{100};
 constexpr std::chrono::milliseconds maxStepDuration{2};
 constexpr int rowsPerClockCheck = 64;
 
-/// A view takes time for all its rows whenever it gets some.
+/// Returns the time until the next rows are delivered. A view needs time for all its rows whenever
+/// it gets new ones, so the interval grows with their number.
 std::chrono::milliseconds deliveryInterval(int rowsDelivered)
 {
     constexpr int rowsPerMillisecond = 4'000;
@@ -134,7 +135,7 @@ void RowFilter::begin()
     m_previous.clear();
     m_delivery.stop();
     Q_EMIT begun();
-    // During a run it is dropped, and that run goes on from the first row.
+    // A filter that is running ignores this call, and continues from the first row.
     start();
 }
 

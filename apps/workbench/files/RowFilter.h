@@ -13,53 +13,54 @@
 
 namespace workbench {
 
-/// Goes over the rows of a list of paths, a few milliseconds at a time, and reports those whose file
-/// name matches a pattern. Rows that are appended meanwhile are looked at, too; a new pattern and any
-/// other change of the list have it begin again.
+/// Searches the rows of a list of paths, a few milliseconds at a time, for file names that match a
+/// pattern. Rows that are appended meanwhile are searched, too; a new pattern and any other change
+/// of the list start the search again.
 ///
-/// A row that equals the one before it is passed over: the list model may list the last file of
-/// a directory twice.
+/// A row that equals the one before it is skipped, since the list model may list the last file of a
+/// directory twice.
 ///
-/// Hits are reported a few times a second, the first at once. It keeps nothing of the rows but their
-/// numbers until they have been reported.
+/// Matching rows are reported a few times a second, the first ones at once. Only their numbers are
+/// stored, until they have been reported.
 class RowFilter : public ZvAbstractIterativeProcess
 {
     Q_OBJECT
 
 public:
-    /// Ends a filter: at once, or, if it runs, as soon as it has come out of its step.
+    /// Deletes a filter: at once, or, if it is running, after its current step.
     struct Deleter
     {
         void operator()(RowFilter* filter) const;
     };
     using Owner = std::unique_ptr<RowFilter, Deleter>;
 
-    /// On rows that nobody has told yet.
+    /// Creates a filter, which has no list yet.
     static Owner make();
 
-    /// The rows to look at, of which this doesn't become the owner; it may be null.
+    /// Sets the list to search, which the caller owns and may be null.
     void setSource(QAbstractItemModel* source);
     void setPattern(const QString& text);
-    /// Ends it where it is, until the pattern or the list changes.
+    /// Stops the search where it is, until the pattern changes, or the list other than by rows at
+    /// its end. Rows found so far are reported.
     void pause();
     bool isPaused() const;
 
-    /// Whether all rows that there are have been looked at and reported.
+    /// Returns whether all present rows have been searched and reported.
     bool isDone() const;
-    /// How many rows have been looked at.
+    /// Returns how many rows have been searched.
     int lookedAt() const;
-    /// How many of these weren't passed over as repetitions.
+    /// Returns how many of the searched rows weren't skipped as repetitions.
     int different() const;
 
     bool hasMoreWork() override;
     void processStep() override;
 
 Q_SIGNALS:
-    /// What has been reported before is void.
+    /// Emitted when a search begins. Rows that were reported before are void.
     void begun();
-    /// More rows that match, in their order.
+    /// Emitted with more rows that match, in ascending order.
     void found(const std::vector<int>& rows);
-    /// `isDone` or the numbers have changed. A few times a second.
+    /// Emitted a few times a second when `isDone` or the numbers have changed.
     void progress();
 
 protected:

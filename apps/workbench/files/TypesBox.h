@@ -5,8 +5,8 @@
 
 namespace workbench {
 
-/// Where a user chooses which types of files matter: all, those of the workbench's documents, or
-/// extensions that are typed.
+/// Lets the user choose which types of files matter: all, those of the workbench's documents, or
+/// extensions that the user types.
 class TypesBox : public QComboBox
 {
     Q_OBJECT
@@ -14,16 +14,16 @@ class TypesBox : public QComboBox
 public:
     explicit TypesBox(QWidget* parent);
 
-    /// The extensions, each with its dot; none stands for all files.
+    /// Returns the extensions, each with its dot; none stands for all files.
     QStringList types() const;
-    /// Shows them, and emits no signal.
+    /// Shows \p types, and emits no signal.
     void setTypes(const QStringList& types);
 
-    /// The extensions in a text such as "txt, *.csv .md".
+    /// Returns the extensions in a text such as "txt, *.csv .md", each with its dot.
     static QStringList typesIn(const QString& text);
 
 Q_SIGNALS:
-    /// The user has chosen or finished typing others.
+    /// Emitted when the user has chosen or finished typing other types.
     void typesChanged();
 
 private:

@@ -5,7 +5,8 @@
 
 namespace workbench {
 
-/// The lines of the log from a level upwards whose category or text contains a text, in any case.
+/// Shows the lines of the log from a level upwards whose category or text contains a given text,
+/// compared without case.
 class LogFilter : public QSortFilterProxyModel
 {
     Q_OBJECT

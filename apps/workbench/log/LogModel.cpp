@@ -95,7 +95,7 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
     const Line& line = m_lines[std::size_t(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        // A row has one line.
+        // A row shows its text in one line; the tool tip keeps the line breaks.
         return text(line, index.column()).simplified();
     case Qt::ToolTipRole:
         return toolTipOf(text(line, index.column()));

@@ -10,8 +10,8 @@
 
 namespace workbench {
 
-/// The last lines of the log: level, category and text. What comes behind the bound takes the place of
-/// what is oldest.
+/// The last lines of the log: level, category and text. Beyond `maxLines`, each new line replaces
+/// the oldest one.
 class LogModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ class LogModel : public QAbstractTableModel
 public:
     enum Column { LevelColumn, CategoryColumn, TextColumn, ColumnCount };
     enum Role {
-        LevelRole = Qt::UserRole ///< the number
+        LevelRole = Qt::UserRole ///< the level as a number
     };
     static constexpr int maxLines = 10'000;
 
@@ -27,7 +27,7 @@ public:
 
     void clear();
     void append(const std::vector<zvutil::logging::host::Record>& records);
-    /// Shows the levels in the colours of the style that is current now.
+    /// Shows the levels in the colours of the current style; call after the style has changed.
     void recolour();
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;

@@ -189,7 +189,8 @@ void LogPanel::copy() const
     QApplication::clipboard()->setText(text);
 }
 
-/// Who has scrolled up wants to read there.
+/// Returns whether the end is visible. A user who has scrolled up wants to read there, so new lines
+/// don't scroll the view then.
 bool LogPanel::isAtEnd() const
 {
     const QScrollBar& bar = *m_view->verticalScrollBar();

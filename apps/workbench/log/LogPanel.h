@@ -15,20 +15,21 @@ namespace workbench {
 class LogFilter;
 class LogModel;
 
-/// What the log's memory sink keeps, filtered. It looks a few times a second, while it is visible.
+/// Shows what the log's memory sink keeps, filtered. Asks the sink a few times a second, while
+/// visible.
 class LogPanel : public DockableWidgetContents
 {
     Q_OBJECT
 
 public:
-    /// Starts the sink, if it doesn't run yet.
+    /// Creates the panel, and starts the memory sink unless it is running.
     explicit LogPanel(QWidget* parent = nullptr);
     ~LogPanel() override;
 
     DockLocationPreference getPreferredDockLocation() const override;
     QSize getPreferredNewWindowSize() const override;
     bool isSystemWidget() const override;
-    /// The list has its own.
+    /// Returns false: the list has a menu of its own.
     bool requireDefaultMenu() const override;
 
 protected:

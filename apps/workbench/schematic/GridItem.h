@@ -4,29 +4,31 @@
 
 namespace workbench {
 
-/// Something in a schematic that can be selected and moved, from one point of the grid to another.
+/// An item of a schematic that the user can select and move from one point of the grid to another.
 class GridItem : public QGraphicsItem
 {
 public:
     explicit GridItem(int id);
 
-    /// Of what it shows.
+    /// Returns the id of the symbol or wire that the item shows.
     int id() const;
 
-    /// Where it stands, in steps, but while it is being moved.
+    /// Returns the place of the item in the schematic, in steps. While the mouse moves the item,
+    /// this is the place where the move began.
     virtual QPoint gridPosition() const = 0;
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 
-    /// In the style's colour of texts, or in the accent's while it is selected.
+    /// Returns a pen in the style's colour for text, or in the accent colour while the item is
+    /// selected.
     QPen pen(double width) const;
 
 private:
     int m_id;
 };
 
-/// The point of the grid that is nearest to a point of the scene, in steps.
+/// Returns the point of the grid that is nearest to a point of the scene, in steps.
 QPoint nearestStep(const QPointF& position);
 
 } // namespace workbench

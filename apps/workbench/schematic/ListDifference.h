@@ -7,10 +7,11 @@
 
 namespace workbench {
 
-/// The difference between two lists of elements with ids: those that an edit removes, and those that it
-/// adds. One that it changes is in both. Others aren't held, so an edit costs what it changes.
+/// The difference between two lists of elements with ids: the elements that an edit removes, and
+/// those that it adds. A changed element is in both. Others aren't stored, so an edit takes memory
+/// only for what it changes.
 ///
-/// Elements that stay keep their order, and new ones stand at the end.
+/// Elements that stay must keep their order, and new ones must be at the end.
 template <typename Element>
 class ListDifference
 {
@@ -37,16 +38,16 @@ public:
     void redo(QVector<Element>& list) const { exchange(list, m_removed, m_added); }
     void undo(QVector<Element>& list) const { exchange(list, m_added, m_removed); }
 
-    /// Whether \p next changes exactly the elements again that this one has changed.
+    /// Returns whether \p next changes exactly the elements that this difference has changed.
     bool isFollowedBy(const ListDifference& next) const
     {
         return areSame(m_added, next.m_removed) && areSame(m_added, next.m_added);
     }
 
-    /// Becomes the difference that both make one after the other; only where `isFollowedBy` holds.
+    /// Merges \p next into this difference. Call only if `isFollowedBy` returns true.
     void append(const ListDifference& next) { m_added = next.m_added; }
 
-    /// Whether the list is the same afterwards.
+    /// Returns whether the list is the same before and after.
     bool leadsBack() const
     {
         return std::equal(m_removed.begin(), m_removed.end(), m_added.begin(), m_added.end(),

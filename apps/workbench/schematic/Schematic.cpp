@@ -14,7 +14,7 @@ namespace {
 struct KindNames
 {
     const char* name;
-    const char* prefix; ///< of references
+    const char* prefix; ///< beginning of references: "R"
 };
 
 KindNames namesOf(SymbolKind kind)
@@ -107,7 +107,7 @@ SymbolShape chip()
         addLine(shape.lines, 40, y, 50, y);
         shape.pins += {{-5, y / gridStep}, {5, y / gridStep}};
     }
-    // The mark of the first pin.
+    // The circle marks the first pin.
     shape.body.addEllipse(QPointF(-33, -33), 2, 2);
     return shape;
 }
@@ -117,7 +117,8 @@ bool isStraight(const QPoint& a, const QPoint& b)
     return a.x() == b.x() || a.y() == b.y();
 }
 
-/// The straight parts of wires along one line, as intervals of the coordinate that runs.
+/// The straight parts of wires along one line of the grid, as intervals of the coordinate that
+/// varies.
 class Intervals
 {
 public:
@@ -133,7 +134,8 @@ public:
         std::sort(m_ends.begin(), m_ends.end());
     }
 
-    /// How many have \p coordinate within them, not at an end.
+    /// Returns how many intervals have \p coordinate within them, not at an end. Call `sort`
+    /// before.
     int around(int coordinate) const
     {
         const auto begun = std::lower_bound(m_begins.begin(), m_begins.end(), coordinate);
@@ -146,10 +148,10 @@ private:
     std::vector<int> m_ends;
 };
 
-/// What meets at points that aren't within a straight part.
+/// Counts what meets at a point, except straight parts that pass it.
 struct Meeting
 {
-    int ends = 0; ///< of wires and pins
+    int ends = 0; ///< ends of wires, and pins
     int corners = 0;
 };
 

@@ -16,7 +16,7 @@ constexpr std::array<SymbolKind, 6> symbolKinds = {SymbolKind::Resistor, SymbolK
                                                    SymbolKind::Diode,    SymbolKind::Source,
                                                    SymbolKind::Ground,   SymbolKind::Chip};
 
-/// All places are in whole steps of the grid. A scene shows a step as so many units.
+/// Units of the scene per step of the grid. A schematic has all its places in whole steps.
 constexpr int gridStep = 10;
 constexpr int farthestStep = 1'000'000;
 constexpr int maxSymbols = 100'000;
@@ -25,18 +25,18 @@ constexpr int maxWirePoints = 10'000;
 
 struct Symbol
 {
-    int id = 0; ///< tells it from the others while the document is open
+    int id = 0; ///< distinguishes the symbol from all others while the document is open
     SymbolKind kind = SymbolKind::Resistor;
-    QString reference; ///< "R1"
-    QString value; ///< "10k"
+    QString reference; ///< such as "R1"
+    QString value; ///< such as "10k"
     QPoint position;
-    int rotation = 0; ///< clockwise: 0, 90, 180 or 270 degrees
+    int rotation = 0; ///< degrees clockwise: 0, 90, 180 or 270
 };
 
 struct Wire
 {
-    int id = 0; ///< differs from those of symbols, too
-    QVector<QPoint> points; ///< two at least; each leads straight to the next
+    int id = 0; ///< differs from the ids of all other wires and of all symbols
+    QVector<QPoint> points; ///< at least two; each is in one line, across or down, with the next
 };
 
 struct Schematic
@@ -52,39 +52,42 @@ bool operator==(const Symbol& a, const Symbol& b);
 bool operator==(const Wire& a, const Wire& b);
 bool operator==(const Schematic& a, const Schematic& b);
 
-/// What a symbol of a kind looks like without rotation, in units of the scene around its place.
+/// The look of a kind of symbol without rotation, in units of the scene around its place.
 struct SymbolShape
 {
-    QPainterPath body; ///< may be filled
+    QPainterPath body; ///< filled with the background
     QPainterPath lines;
-    QVector<QPoint> pins; ///< in steps
+    QVector<QPoint> pins; ///< places where wires connect, in steps
 };
 
 const SymbolShape& shapeOf(SymbolKind kind);
 
-/// "Resistor", as files have it.
+/// Returns the name of a kind in files, such as "Resistor".
 QString kindName(SymbolKind kind);
-/// The kind of that name in \p kind, or false.
+/// Stores the kind called \p name in \p kind. Returns false, and stores nothing, if there is none.
 bool kindOfName(const QString& name, SymbolKind& kind);
 
-/// The highest number in the references of a kind, 0 if there is none. Takes time for each symbol.
+/// Returns the highest number in the references of a kind, or 0 if there is none. Takes time
+/// proportional to the number of symbols.
 qint64 highestNumber(const Schematic& schematic, SymbolKind kind);
-/// "R4".
+/// Returns the reference for a kind and a number, such as "R4".
 QString referenceOf(SymbolKind kind, qint64 number);
-/// The next free one of a kind, counted on from the highest.
+/// Returns the reference for a new symbol: one above the highest number of its kind.
 QString nextReference(const Schematic& schematic, SymbolKind kind);
 
 QPoint rotated(const QPoint& point, int rotation);
 
 bool isWithinReach(const QPoint& point);
 
-/// An empty text, or why the wire can't be one.
+/// Returns why \p points can't be a wire, or an empty text.
 QString wireFault(const QVector<QPoint>& points);
 
-/// Without points that lie in the middle of a straight part, or twice in a row.
+/// Returns \p points without those in the middle of a straight part, and without repetitions in a
+/// row.
 QVector<QPoint> simplified(const QVector<QPoint>& points);
 
-/// The points where three ends of wires and pins meet; a wire that passes by counts as two.
+/// Returns the points where at least three ends of wires and pins meet. A wire that passes an end
+/// counts as two.
 QVector<QPoint> junctionsOf(const Schematic& schematic);
 
 } // namespace workbench

@@ -20,7 +20,7 @@ namespace workbench {
 
 namespace {
 
-/// The symbol itself.
+/// Returns an icon that shows the symbol itself.
 QIcon kindIcon(SymbolKind kind)
 {
     const SymbolShape& shape = shapeOf(kind);

@@ -37,7 +37,7 @@ private:
     QActionGroup* m_tools;
 };
 
-/// The type of schematics, to be added by `addDocumentType`.
+/// Returns the type of schematics, for `addDocumentType`.
 const DocumentType& schematicType();
 
 } // namespace workbench

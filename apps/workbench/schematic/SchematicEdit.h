@@ -9,17 +9,18 @@
 
 namespace workbench {
 
-/// An edit of a schematic, to be undone and redone. Holds what it changes, and no copy of the rest.
+/// An edit of a schematic that can be undone and redone. Stores what it changes, and no copy of the
+/// rest.
 class SchematicEdit : public QUndoCommand
 {
 public:
     enum class Merging { None, WithMoves };
 
-    /// Lets its argument change the schematic, and shows the result.
+    /// Calls its argument to change the schematic, and shows the result.
     using Modify = std::function<void(const std::function<void(Schematic&)>& change)>;
 
-    /// The edit that makes \p after of \p before. With `WithMoves` it becomes one with the moves of the
-    /// same elements that follow it.
+    /// Creates the edit that makes \p after of \p before. With `WithMoves`, moves of the same
+    /// elements that follow are merged into it.
     SchematicEdit(const QString& text, const Schematic& before, const Schematic& after,
                   Merging merging, Modify modify);
 

@@ -6,7 +6,8 @@ namespace workbench {
 
 namespace {
 
-/// The next child, which has to be there and a \p name.
+/// Returns the next child. Throws `FileError` with the text \p end if there is none, and with
+/// another if it isn't called \p name.
 auto nextChild(XmlElement& parent, const char* name, const QString& end)
 {
     auto child = parent.next_child();
@@ -69,7 +70,8 @@ Schematic SchematicReadFile::read(const Progress& progress)
     const int symbols = numberAttribute(*root, "symbols", 0, maxSymbols);
     const int wires = numberAttribute(*root, "wires", 0, maxWires);
     Schematic schematic;
-    // Nothing is reserved: the counts are only what the file claims.
+    // The counts are only what the file claims, so nothing is reserved: a damaged file may claim
+    // far more than it has.
     for (int i = 0; i < symbols; ++i) {
         const QString end =
             Schematic::tr("The file ends after symbol %1 of %2.").arg(i).arg(symbols);

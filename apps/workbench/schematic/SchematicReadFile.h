@@ -13,8 +13,8 @@ class SchematicReadFile : public ZvXMLReadFile
 public:
     explicit SchematicReadFile(const zvutil::ZvFilePath& path);
 
-    /// The whole schematic without ids, once. Throws `FileError` if the file isn't one, or is
-    /// only a part of one, and `Stopped` if \p progress says so.
+    /// Returns the whole schematic, without ids; call once. Throws `FileError` if the file isn't a
+    /// schematic or is incomplete, and `Stopped` if \p progress returns false.
     Schematic read(const Progress& progress);
 };
 

@@ -40,7 +40,8 @@ void writeSymbol(Element& root, const Symbol& symbol)
 void writeWire(Element& root, const Wire& wire)
 {
     const auto element = root.child("wire");
-    // A file that breaks off within a wire is told by this count.
+    // The count reveals a file that breaks off within a wire, which would otherwise be read as a
+    // shorter one.
     setAttribute(*element, "points", wire.points.size());
     for (const QPoint& point : wire.points)
         setPosition(*element->child("point"), point);

@@ -13,9 +13,9 @@ class SchematicSaveFile : public ZvBasicXMLSaveFile<char>
 public:
     explicit SchematicSaveFile(const zvutil::ZvFilePath& path);
 
-    /// Writes it, and returns whether the file is this schematic now. Throws `FileError` if a symbol
-    /// holds what can't be written, and `Stopped` if \p progress says so. A file that wasn't written
-    /// is what it was.
+    /// Writes \p schematic, and returns whether the file now contains it. Throws `FileError` if a
+    /// text of a symbol can't be written, and `Stopped` if \p progress returns false. A file that
+    /// wasn't written stays as it was.
     bool save(const Schematic& schematic, const Progress& progress);
 
 private:

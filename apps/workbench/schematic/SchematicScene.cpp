@@ -30,8 +30,8 @@ constexpr double ghostOpacity = 0.5;
 constexpr double faintness = 0.8;
 constexpr int pasteOffset = 2;
 
-/// Removes the items whose ids aren't among those that are left, in the order in which they came: so
-/// the scene finds each at once.
+/// Deletes the items whose ids aren't in \p ids. The scene finds each of them at once, because they
+/// are deleted in the order of their creation.
 template <typename Item>
 void removeOthers(std::map<int, Item*>& items, const QSet<int>& ids)
 {
@@ -45,7 +45,8 @@ void removeOthers(std::map<int, Item*>& items, const QSet<int>& ids)
     }
 }
 
-/// A multiple of the grid that stands far enough apart to be seen as dots.
+/// Returns the distance between dots: a multiple of the grid that is large enough for separate dots
+/// at this scale.
 double dotDistance(double scale)
 {
     double distance = gridStep;
@@ -67,7 +68,8 @@ SchematicScene::SchematicScene(QObject* parent)
 
 SchematicScene::~SchematicScene()
 {
-    // The items go one by one now, and nobody needs to hear of it.
+    // Deleting the items one by one would emit selectionChanged(), for which there is no use any
+    // more.
     const QSignalBlocker blocker(this);
     clear();
 }
@@ -120,7 +122,7 @@ void SchematicScene::setPlacing(SymbolKind kind)
     m_ghost->setFlag(QGraphicsItem::ItemIsSelectable, false);
     m_ghost->setAcceptedMouseButtons(Qt::NoButton);
     m_ghost->setOpacity(ghostOpacity);
-    m_ghost->setVisible(false); // until the mouse tells where
+    m_ghost->setVisible(false); // until the mouse moves
     addItem(m_ghost);
     m_tool = Tool::Place;
     useTool();
@@ -160,7 +162,8 @@ void SchematicScene::rotate()
         return;
     }
     const Schematic part = selectedPart();
-    // A middle would have to be rounded, and four turns would lead elsewhere.
+    // The first part is the centre: the middle of all would have to be rounded to the grid, and
+    // four turns would not lead back.
     const QPoint middle = !part.symbols.isEmpty() ? part.symbols.first().position
         : !part.wires.isEmpty()                   ? part.wires.first().points.first()
                                                   : QPoint();
@@ -282,7 +285,8 @@ void SchematicScene::mousePressEvent(QGraphicsSceneMouseEvent* event)
     const QPoint position = nearestStep(event->scenePos());
     if (m_tool == Tool::Select) {
         QGraphicsScene::mousePressEvent(event);
-        // Only the left button draws a rubber band.
+        // The view draws a rubber band for presses that aren't accepted, which only the left button
+        // may do.
         event->setAccepted(event->isAccepted() || event->button() != Qt::LeftButton);
         return;
     }
@@ -311,7 +315,8 @@ void SchematicScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 void SchematicScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
 {
     QGraphicsScene::mouseReleaseEvent(event);
-    // All that was moved has been moved by the same way.
+    // The mouse moves all selected items by the same distance, so the first one that has moved
+    // gives it.
     for (const QGraphicsItem* const item : selectedItems()) {
         const QPoint position = static_cast<const GridItem*>(item)->gridPosition();
         const QPoint steps = nearestStep(item->pos()) - position;
@@ -348,7 +353,8 @@ void SchematicScene::show(const Schematic& schematic)
 {
     m_schematic = schematic;
     {
-        // Else each selected item that goes tells of a new selection.
+        // Deleting selected items would emit selectionChanged() for each; it is emitted once,
+        // below.
         const QSignalBlocker blocker(this);
         showSymbols();
         showWires();
@@ -452,7 +458,7 @@ void SchematicScene::endWire()
 void SchematicScene::selectItems(const std::function<bool(int id)>& isSelected)
 {
     {
-        // Else each of them would tell of a new selection.
+        // Selecting items would emit selectionChanged() for each; it is emitted once, below.
         const QSignalBlocker blocker(this);
         for (QGraphicsItem* const item : items())
             item->setSelected(isSelected(static_cast<const GridItem*>(item)->id()));
@@ -514,7 +520,7 @@ void SchematicScene::changeSelected(const QString& text,
 void SchematicScene::insert(const Schematic& part)
 {
     const QString what = tr("Nothing was pasted.");
-    // A wire that is being drawn ends, and is one more.
+    // setTool() ends a wire that is being drawn, which takes one place of those checked below.
     setTool(Tool::Select);
     if (!hasRoom(what, part.symbols.size(), part.wires.size()))
         return;

@@ -18,8 +18,8 @@ class GridItem;
 class SymbolItem;
 class WireItem;
 
-/// A schematic that the user draws. All edits go over the undo stack. Each is one step of it, but
-/// moves of the same parts that follow each other are one together.
+/// A schematic that the user draws. All edits go through the undo stack, each as one step; moves of
+/// the same parts that follow each other are merged into one.
 class SchematicScene : public QGraphicsScene
 {
     Q_OBJECT
@@ -31,28 +31,28 @@ public:
     ~SchematicScene() override;
 
     const Schematic& schematic() const;
-    /// Replaces all, and forgets all edits. Ids are given anew.
+    /// Replaces the schematic, gives new ids to its elements, and clears the undo stack.
     void setSchematic(Schematic schematic);
 
     QUndoStack& undoStack();
 
-    /// What all symbols and wires cover.
+    /// Returns the rectangle around all symbols and wires.
     QRectF contents() const;
 
-    /// What a click does. A wire that is being drawn ends.
+    /// Sets what a click does. Ends a wire that is being drawn.
     void setTool(Tool tool);
-    /// Clicks place symbols of that kind.
+    /// Makes clicks place symbols of the kind \p kind. Ends a wire that is being drawn.
     void setPlacing(SymbolKind kind);
     Tool tool() const;
     SymbolKind placing() const;
 
-    /// Whether a wire is being drawn.
+    /// Returns whether a wire is being drawn.
     bool isDrawing() const;
-    /// Ends the wire that is being drawn, or else the use of the tool, or else the selection.
+    /// Ends the wire that is being drawn, or else leaves the tool, or else clears the selection.
     void escape();
 
-    /// Turns what is selected, around the first part of it, or the symbol that is about to be
-    /// placed.
+    /// Turns the symbol that is about to be placed, or else what is selected, around its first
+    /// part.
     void rotate();
     void removeSelected();
     void moveSelected(const QPoint& steps);
@@ -61,13 +61,13 @@ public:
     void cut();
     void paste();
 
-    /// The one symbol that is selected, or nullptr.
+    /// Returns the symbol if exactly one element is selected and it is a symbol, or else nullptr.
     const Symbol* selectedSymbol() const;
     void setTexts(int id, const QString& reference, const QString& value);
 
 Q_SIGNALS:
     void toolChanged();
-    /// The user wants to change the texts of the selected symbol.
+    /// Emitted when the user wants to change the texts of the selected symbol.
     void editRequested();
     void failed(const workbench::Failure& failure);
 
@@ -92,12 +92,13 @@ private:
     void selectItems(const std::function<bool(int id)>& isSelected);
     QSet<int> selectedIds() const;
     Schematic selectedPart() const;
-    /// Changes what is selected in a copy, and pushes that; refuses what would lie out of reach.
+    /// Changes what is selected in a copy of the schematic, and pushes that as an edit. If a part
+    /// would be out of reach, changes nothing.
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
                         const std::function<QPoint(const QPoint&)>& changePoint,
                         SchematicEdit::Merging merging = SchematicEdit::Merging::None);
     void insert(const Schematic& part);
-    /// Whether so many more symbols and wires may come. If not, the failure \p what is told.
+    /// Returns whether so many more symbols and wires fit. If not, emits `failed` with \p what.
     bool hasRoom(const QString& what, int symbols, int wires);
 
     Schematic m_schematic;

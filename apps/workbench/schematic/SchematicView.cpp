@@ -82,7 +82,7 @@ void SchematicView::fit()
 
 bool SchematicView::event(QEvent* event)
 {
-    // While a wire is being drawn, Esc ends it and isn't the shortcut of a tool.
+    // Esc ends a wire that is being drawn; a tool's shortcut would take the key away.
     if (event->type() == QEvent::ShortcutOverride && m_scene.isDrawing()
         && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
@@ -106,7 +106,7 @@ void SchematicView::keyPressEvent(QKeyEvent* event)
 
 void SchematicView::mousePressEvent(QMouseEvent* event)
 {
-    // From here on the user decides what is to be seen.
+    // The user decides from now on what is visible, so stop fitting.
     m_isFitted = false;
     m_hasEndedTool =
         event->button() == Qt::RightButton && m_scene.tool() != SchematicScene::Tool::Select;

@@ -6,18 +6,18 @@ namespace workbench {
 
 class SchematicScene;
 
-/// Shows a schematic, at the size that the user wants.
+/// Shows a schematic, at the size that the user chooses.
 class SchematicView : public QGraphicsView
 {
     Q_OBJECT
 
 public:
-    /// The scene has to stay for as long as the view.
+    /// Creates the view. \p scene must outlive it.
     SchematicView(SchematicScene& scene, QWidget* parent);
 
     void zoomIn();
     void zoomOut();
-    /// All of it, once the view is shown.
+    /// Fits the whole schematic into the view, now or once the view is shown.
     void fit();
 
 protected:
@@ -34,8 +34,8 @@ private:
     void fitNow();
 
     SchematicScene& m_scene;
-    bool m_isFitted = true; ///< until the user zooms or draws
-    bool m_hasEndedTool = false; ///< by the button that else opens the menu
+    bool m_isFitted = true; ///< fit at each resize, until the user zooms or draws
+    bool m_hasEndedTool = false; ///< the right button has ended a tool, so it opens no menu
 };
 
 } // namespace workbench

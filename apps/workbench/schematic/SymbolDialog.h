@@ -17,7 +17,8 @@ class SymbolDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \p taken are the references of all other symbols.
+    /// Creates the dialog. \p taken are the references of all other symbols, which can't be used
+    /// again.
     SymbolDialog(const Symbol& symbol, const QSet<QString>& taken, QWidget* parent);
 
     QString reference() const;

@@ -13,7 +13,7 @@ namespace workbench {
 
 namespace {
 
-constexpr double lineWidth = 2; // sharp on the grid at full size
+constexpr double lineWidth = 2; // pixels, sharp on the grid at full size
 constexpr double labelGap = 5;
 
 QFont labelFont()
@@ -41,7 +41,7 @@ const Symbol& SymbolItem::symbol() const
 
 void SymbolItem::setSymbol(const Symbol& symbol)
 {
-    // The mouse may have moved it.
+    // The mouse may have moved the item, even if the symbol is the same.
     setPos(symbol.position * gridStep);
     if (symbol == m_symbol)
         return;
@@ -75,7 +75,7 @@ void SymbolItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*opti
     painter->save();
     painter->setPen(pen(lineWidth));
     painter->rotate(m_symbol.rotation);
-    // The grid isn't to be seen within.
+    // The body is filled, or the grid would be visible within it.
     painter->setBrush(
         libzvutil::ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
     painter->drawPath(shape.body);
@@ -100,7 +100,8 @@ void SymbolItem::layOut()
     m_bounds.adjust(-2, -2, 2, 2);
 }
 
-/// They stay upright: above and below what is wide, at the right of what is high.
+/// Returns the labels, which stay upright: above and below a wide symbol, to the right of a high
+/// one.
 QVector<SymbolItem::Label> SymbolItem::labels() const
 {
     const QFontMetricsF metrics(labelFont());
@@ -117,7 +118,7 @@ QVector<SymbolItem::Label> SymbolItem::labels() const
     if (m_symbol.kind == SymbolKind::Chip)
         return {centred(m_symbol.reference, around.top() - height - 1),
                 centred(m_symbol.value, around.center().y() - height / 2)};
-    // Every ground has a reference, but nobody wants to read it.
+    // A ground's reference isn't shown, since nobody wants to read it.
     if (m_symbol.kind == SymbolKind::Ground)
         return {centred(m_symbol.value, around.bottom() + 1)};
     if (around.height() > around.width()) {

@@ -5,14 +5,14 @@
 
 namespace workbench {
 
-/// A symbol with its reference and value.
+/// Shows a symbol with its reference and value.
 class SymbolItem : public GridItem
 {
 public:
     explicit SymbolItem(const Symbol& symbol);
 
     const Symbol& symbol() const;
-    /// One with the same id.
+    /// Shows \p symbol, which must have the same id.
     void setSymbol(const Symbol& symbol);
 
     QPoint gridPosition() const override;
@@ -32,7 +32,8 @@ private:
     QVector<Label> labels() const;
 
     Symbol m_symbol;
-    // What the view asks for at every move of the mouse.
+    // The view asks for these at every move of the mouse, so they are computed only once per
+    // symbol.
     QRectF m_body;
     QVector<Label> m_labels;
     QRectF m_bounds;

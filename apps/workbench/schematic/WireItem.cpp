@@ -7,7 +7,7 @@ namespace workbench {
 
 namespace {
 
-constexpr double lineWidth = 2; // sharp on the grid at full size
+constexpr double lineWidth = 2; // pixels, sharp on the grid at full size
 constexpr double grabWidth = 8;
 
 } // namespace
@@ -25,7 +25,7 @@ const Wire& WireItem::wire() const
 
 void WireItem::setWire(const Wire& wire)
 {
-    // The mouse may have moved it.
+    // The mouse may have moved the item, even if the wire is the same.
     setPos(0, 0);
     if (wire.points == m_wire.points)
         return;

@@ -5,14 +5,14 @@
 
 namespace workbench {
 
-/// A wire. Its place is the scene's origin but while it is being moved.
+/// Shows a wire. The item is at the scene's origin, except while the mouse moves it.
 class WireItem : public GridItem
 {
 public:
     explicit WireItem(const Wire& wire);
 
     const Wire& wire() const;
-    /// One with the same id.
+    /// Shows \p wire, which must have the same id.
     void setWire(const Wire& wire);
 
     QPoint gridPosition() const override;

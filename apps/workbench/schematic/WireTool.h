@@ -5,28 +5,28 @@
 
 namespace workbench {
 
-/// The wire that is being drawn, in steps of the grid: from corner to corner, each time first across and
-/// then up or down.
+/// The wire that is being drawn, in steps of the grid: from corner to corner, each time first
+/// across and then up or down.
 class WireTool
 {
 public:
     bool isDrawing() const;
 
     void begin(const QPoint& start);
-    /// Adds the corners to \p corner, which becomes the end.
+    /// Adds the corners on the way to \p corner, which becomes the end.
     void extend(const QPoint& corner);
-    /// Where the mouse is, up to which the wire is shown.
+    /// Sets where the mouse is; the wire is shown up to that point.
     void setPointer(const QPoint& pointer);
-    /// Where the last corner is. Only while a wire is being drawn.
+    /// Returns the last corner. Call only while a wire is being drawn.
     const QPoint& end() const;
 
-    /// The corners with those that lead to \p target.
+    /// Returns the corners, and those on the way to \p target.
     QVector<QPoint> pointsTo(const QPoint& target) const;
-    /// What is shown: the corners, and what leads to the pointer.
+    /// Returns the points to show: the corners, and those on the way to the mouse.
     QVector<QPoint> shownPoints() const;
 
-    /// Ends the wire and returns its corners without those that lie on a straight line; empty if there
-    /// was none.
+    /// Ends the wire. Returns its corners without those in the middle of a straight line, or none
+    /// if no wire was being drawn.
     QVector<QPoint> finish();
 
 private:

@@ -4,10 +4,11 @@
 
 namespace workbench {
 
-/// Puts a part of a schematic on the clipboard, for this application.
+/// Puts a part of a schematic on the clipboard, in a format that only the workbench reads.
 void copyToClipboard(const Schematic& part);
 
-/// The part on the clipboard in \p part, or false if there is none that can be read.
+/// Reads the part of a schematic on the clipboard into \p part. Returns false if there is none that
+/// can be read.
 bool readFromClipboard(Schematic& part);
 
 } // namespace workbench

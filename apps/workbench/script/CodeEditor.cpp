@@ -25,7 +25,7 @@ namespace {
 constexpr int indentation = 4;
 constexpr int numberMargin = 8;
 
-/// A shade between the page and its text.
+/// Returns a shade between the page and its text.
 QColor currentLineColour()
 {
     constexpr double share = 0.07;
@@ -46,7 +46,7 @@ QString leadingBlanks(const QString& line)
 
 } // namespace
 
-/// The strip at the editor's left.
+/// The strip with the line numbers, at the leading edge of the editor.
 class CodeEditor::LineNumbers : public QWidget
 {
 public:
@@ -82,7 +82,8 @@ CodeEditor::CodeEditor(QWidget* parent)
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { emphasiseLines(); });
     connect(document(), &QTextDocument::contentsChange, this,
             [this](int /*position*/, int removed, int added) {
-                // The highlighter tells of its colours in the same way: as much comes as goes.
+                // The highlighter's changes of colour emit this signal, too, with as many
+                // characters added as removed.
                 if (removed != added && m_errorLine != 0)
                     markError(0);
             });
@@ -215,7 +216,8 @@ void CodeEditor::emphasiseLines()
     m_lineNumbers->update();
 }
 
-/// The lines of the selection, if it has several. Returns whether it has.
+/// Indents the lines of the selection, or takes one level away unless \p deeper. Returns false, and
+/// does nothing, if a selection within one line would be indented.
 bool CodeEditor::indentSelection(bool deeper)
 {
     QTextCursor cursor = textCursor();

@@ -5,7 +5,7 @@
 namespace workbench {
 
 /// A text editor for scripts: with line numbers, the current line emphasised, a tab of four blanks,
-/// and new lines indented like those before them.
+/// and each new line indented like the one before it.
 class CodeEditor : public QPlainTextEdit
 {
     Q_OBJECT
@@ -13,11 +13,11 @@ class CodeEditor : public QPlainTextEdit
 public:
     explicit CodeEditor(QWidget* parent = nullptr);
 
-    /// Emphasises a line, counted from 1, as wrong, and shows it; none with 0, and none once the user
-    /// has made the text longer or shorter.
+    /// Emphasises a line, counted from 1, as wrong, and scrolls to it. With 0, or once the user has
+    /// made the text longer or shorter, no line is emphasised.
     void markError(int line);
 
-    /// Goes to the start of a line, counted from 1.
+    /// Moves the cursor to the start of a line, counted from 1.
     void goToLine(int line);
 
 protected:
@@ -34,7 +34,7 @@ private:
     void emphasiseLines();
     bool indentSelection(bool deeper);
 
-    LineNumbers* m_lineNumbers; // a child
+    LineNumbers* m_lineNumbers; // owned as a child
     int m_errorLine = 0;
 };
 

@@ -18,8 +18,8 @@ namespace workbench {
 
 class OutputView;
 
-/// A script console: a line that is run on Return, with the history of lines behind the arrow keys.
-/// What one line defines is there for the next.
+/// A script console: runs a line on Return, and recalls earlier lines on the arrow keys. All lines
+/// run in one session, so a line can use what an earlier one has defined.
 class ConsolePanel : public DockableWidgetContents
 {
     Q_OBJECT
@@ -28,11 +28,11 @@ public:
     explicit ConsolePanel(QWidget* parent = nullptr);
     ~ConsolePanel() override;
 
-    /// Runs a line as if the user had typed it; nothing while one runs.
+    /// Runs a line as if the user had typed it. Does nothing while a line is running.
     void run(const QString& line);
     void stop();
 
-    /// Keeps the last 200 lines.
+    /// Saves the last 200 lines.
     void saveState(QSettings& settings) const;
     void restoreState(const QSettings& settings);
 
@@ -48,12 +48,12 @@ private:
     void finish(const host::ScriptOutcome& outcome);
     void setRunning(bool running);
 
-    OutputView* m_output; // this and the next are children
+    OutputView* m_output; // owned as a child, like the next three
     QLineEdit* m_input;
     ZvProcessingIndicator* m_spinner;
     QToolButton* m_stop;
     QStringList m_history;
-    int m_recalled = 0; ///< behind the last line for the one that is being typed
+    int m_recalled = 0; ///< index in m_history, or its size for the line that is being typed
     QString m_typed;
     std::unique_ptr<host::ScriptSession> m_session;
     bool m_isRunning = false;

@@ -53,13 +53,14 @@ void OutputView::append(const QString& lines, Kind kind)
     QTextCursor cursor(document());
     cursor.movePosition(QTextCursor::End);
     cursor.beginEditBlock();
-    // A first line that is empty leaves the document so.
+    // An empty first line leaves the document empty, so the block's state records that it was
+    // written.
     QTextBlock first = document()->firstBlock();
     if (!document()->isEmpty() || first.userState() == isWritten)
         cursor.insertBlock();
     first.setUserState(isWritten);
     QTextCharFormat format;
-    // Without a colour it is the style sheet's.
+    // The style sheet's colour applies to a format without one.
     const QColor colour = colourOf(kind);
     if (colour.isValid())
         format.setForeground(colour);

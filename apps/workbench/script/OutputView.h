@@ -5,14 +5,14 @@
 
 namespace workbench {
 
-/// What scripts print: text in a fixed pitch that can be read and copied. It keeps the last 10,000
-/// lines, and follows its end unless the user has scrolled up.
+/// Shows what scripts print, in a fixed pitch, to be read and copied. Keeps the last 10,000 lines,
+/// and scrolls to the end unless the user has scrolled up.
 class OutputView : public QPlainTextEdit
 {
     Q_OBJECT
 
 public:
-    /// What a text is, which is told by its colour.
+    /// The kind of a text, which is shown by its colour.
     enum class Kind { Input, Output, Remark, Error };
 
     explicit OutputView(QWidget* parent = nullptr);

@@ -28,10 +28,11 @@ namespace workbench {
 
 namespace {
 
-/// In bytes. The editor takes about a second for as much.
+/// The size of the largest script that can be opened, in bytes. The editor takes about a second to
+/// show so much.
 constexpr qint64 maxScriptSize = 5'000'000;
 
-/// The text, or a null one if the bytes aren't UTF-8.
+/// Returns \p bytes as text, or a null text if they aren't UTF-8.
 QString decoded(const QByteArray& bytes)
 {
     constexpr int utf8 = 106;
@@ -49,7 +50,7 @@ bool hasOnlyWindowsLines(const QString& text)
     return windowsLines > 0 && windowsLines == text.count(QLatin1Char('\n'));
 }
 
-/// Unlike `toPlainText` it leaves non-breaking spaces as they are.
+/// Returns the document's text. `toPlainText` would replace non-breaking spaces.
 QString textOf(const QTextDocument& document)
 {
     return document.toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
@@ -197,7 +198,8 @@ void ScriptDocument::read(const zvutil::ZvFilePath& file)
         throw FileError(tr("The file is not UTF-8 text."));
     m_hasWindowsLines = hasOnlyWindowsLines(text);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    // The editor would take these for ends of lines, and saving would make them such.
+    // The editor doesn't keep these characters: it takes a CR, for example, for the end of a line,
+    // and saving would write it as one.
     if (text.contains(QChar::ParagraphSeparator) || text.contains(QLatin1Char('\r'))
         || text.contains(QChar::Null))
         throw FileError(tr("The file contains characters that can't be edited here."));

@@ -19,7 +19,8 @@ class OutputView;
 
 /// A script: its text, Run and Stop, and what it prints.
 ///
-/// Files are UTF-8. Those whose lines all end in CR LF are saved so, all others with LF.
+/// Files are UTF-8. A file whose lines all end in CR LF is saved with CR LF again, any other file
+/// with LF.
 class ScriptDocument : public Document
 {
     Q_OBJECT
@@ -30,7 +31,7 @@ public:
 
     CodeEditor& editor();
 
-    /// Runs the text as it stands, saved or not; nothing while it runs.
+    /// Runs the text as shown, saved or not. Does nothing while the script is running.
     void run();
     void stop();
     bool isRunning() const;
@@ -50,7 +51,7 @@ private:
     void finish(const host::ScriptOutcome& outcome);
     void showState(const QString& text, bool isRunning);
 
-    CodeEditor* m_editor; // this and the next are children
+    CodeEditor* m_editor; // owned as a child, like the next five
     OutputView* m_output;
     ZvProcessingIndicator* m_spinner;
     QLabel* m_state;
@@ -62,7 +63,7 @@ private:
     bool m_hasWindowsLines = false;
 };
 
-/// The type of scripts, to be added by `addDocumentType`.
+/// Returns the type of scripts, for `addDocumentType`.
 const DocumentType& scriptType();
 
 } // namespace workbench

@@ -11,7 +11,7 @@ namespace workbench {
 
 namespace {
 
-/// How a line ends: within a comment of several lines or not.
+/// The state at the end of a line: within a comment of several lines or not.
 enum State { Outside = 0, WithinComment = 1 };
 
 bool isKeyword(const QString& word)
@@ -46,7 +46,7 @@ int endOfWord(const QString& text, int start)
     return end;
 }
 
-/// Behind the closing quote, or the end of the line.
+/// Returns the index after the closing quote, or the end of the line if there is none.
 int endOfString(const QString& text, int start)
 {
     const QChar quote = text.at(start);

@@ -10,7 +10,7 @@ class ScriptHighlighter : public QSyntaxHighlighter
     Q_OBJECT
 
 public:
-    /// Belongs to \p document.
+    /// Creates the highlighter as a child of \p document.
     explicit ScriptHighlighter(QTextDocument* document);
 
 protected:

@@ -38,12 +38,12 @@ namespace workbench {
 namespace {
 
 constexpr int isUsersRole = Qt::UserRole + 1;
-/// More aren't listed, only counted.
+/// The largest number of unreadable files that are listed; any more are only counted.
 constexpr int maxUnreadableListed = 1'000;
 
 } // namespace
 
-/// A search that runs, and how to stop it.
+/// A search that is running, and the means to stop it.
 struct FindInFilesDialog::Search
 {
     explicit Search(SearchRequest* request)
@@ -133,7 +133,7 @@ bool FindInFilesDialog::isSearching() const
     return m_search != nullptr;
 }
 
-/// Whoever closes it or presses Esc has given the search up.
+/// Cancels the search: a user who closes the dialog or presses Esc no longer wants it.
 void FindInFilesDialog::hideEvent(QHideEvent* event)
 {
     if (!event->spontaneous())
@@ -214,7 +214,7 @@ void FindInFilesDialog::makeResults()
     m_view->header()->resizeSection(HitsModel::LineColumn, 70);
     m_view->header()->setStretchLastSection(true);
     connect(m_view, &QTreeView::doubleClicked, this, &FindInFilesDialog::openHit);
-    // Without it the key would reach the default button, too.
+    // The action takes Return from the dialog, which would press the default button, too.
     auto* const openAction = new QAction(tr("Open"), m_view);
     openAction->setShortcuts({Qt::Key_Return, Qt::Key_Enter});
     openAction->setShortcutContext(Qt::WidgetShortcut);
@@ -250,7 +250,7 @@ void FindInFilesDialog::browse()
     dialog->open();
 }
 
-/// One that is there already is chosen.
+/// Adds a folder and checks it. A folder that is listed already is only checked.
 void FindInFilesDialog::addFolder(const QString& folder, bool isUsers)
 {
     const QString text = QDir::toNativeSeparators(QDir::cleanPath(folder));
@@ -288,7 +288,8 @@ void FindInFilesDialog::run(const SearchQuery& query)
     m_delegate->setLength(query.text.size());
     auto request = std::make_shared<SearchRequest>(query);
     m_search = std::make_unique<Search>(request.get());
-    // What is still on its way when a search is given up is of no interest any more.
+    // Signals of a cancelled search may still be queued, so only those of the current one are
+    // handled.
     const auto whileCurrent = [this, number = ++m_searchNumber](auto work) {
         return [this, number, work](const auto&... arguments) {
             if (m_search && number == m_searchNumber)

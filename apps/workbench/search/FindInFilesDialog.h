@@ -34,24 +34,25 @@ class FindInFilesDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \p manager runs the searches and has to outlive the dialog.
+    /// Creates the dialog. \p manager runs the searches and must outlive it.
     FindInFilesDialog(zvutil::libzvutil::BackgroundRequestManager& manager, QWidget* parent);
-    /// Has a search that runs end soon, and doesn't wait for it.
+    /// Asks a running search to stop, and doesn't wait for that.
     ~FindInFilesDialog() override;
 
-    /// Offers these folders, all of them chosen. Those that the user has added stay.
+    /// Offers \p folders, all of them checked, in place of those from the call before. Folders that
+    /// the user has added stay.
     void setFolders(const QStringList& folders);
     void setText(const QString& text);
 
-    /// Starts a search for what is set; one that runs is cancelled before.
+    /// Starts a search for what is entered; a running one is cancelled first.
     void find();
     void cancel();
     bool isSearching() const;
 
 Q_SIGNALS:
-    /// The user wants to see a line, counted from 1.
+    /// Emitted when the user wants to see a line, counted from 1.
     void openRequested(const QString& file, int line);
-    /// A search has ended, well or not.
+    /// Emitted when a search has ended, whatever its outcome.
     void searchEnded();
 
 protected:

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int margin = 6;
 
-/// Tabs and other blanks take the room of one.
+/// Returns a text with a space for each tab and other blank.
 QString inOneLine(QString text)
 {
     for (QChar& character : text) {
@@ -41,7 +41,8 @@ QTextLayout::FormatRange emphasis(int position, int length, bool isSelected)
     return range;
 }
 
-/// How far the line is pushed to the left, so that what was found is within \p room.
+/// Returns how many pixels the line is shifted to the left, so that the text that was found is
+/// within \p room.
 double pushed(const QTextLine& line, int position, int length, double room)
 {
     const double start = line.cursorToX(position);

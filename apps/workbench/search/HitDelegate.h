@@ -5,7 +5,7 @@
 
 namespace workbench {
 
-/// Shows a line with the text that was searched for emphasised, so that it can be seen.
+/// Shows a line with the text that was found emphasised, and shifted so that this text is visible.
 class HitDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class HitDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// How long the text is that was searched for.
+    /// Sets the length of the text that is searched for, in UTF-16 units.
     void setLength(int length);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -25,7 +25,7 @@ void HitsModel::append(const QVector<SearchHit>& hits)
         return;
     beginInsertRows(QModelIndex(), m_hits.size(), m_hits.size() + hits.size() - 1);
     for (const SearchHit& hit : hits) {
-        // The hits of a file come one behind the other.
+        // The hits of a file arrive one after the other, so a new name means one file more.
         if (m_hits.isEmpty() || m_hits.last().file != hit.file)
             ++m_fileCount;
         m_hits.append(hit);

@@ -13,9 +13,10 @@ class HitsModel : public QAbstractTableModel
 
 public:
     enum Column { FileColumn, LineColumn, TextColumn, ColumnCount };
-    /// Behind those of `FilteredFilesModel`, of which a file has `FolderRole`.
+    /// The model's roles. Their values are above those of `FilteredFilesModel`, since the column of
+    /// files has its `FolderRole`, too.
     enum Role {
-        PositionRole = Qt::UserRole + 10 ///< where the text that was searched for begins
+        PositionRole = Qt::UserRole + 10 ///< where in the line the text that was found begins
     };
 
     explicit HitsModel(QObject* parent);
@@ -23,7 +24,7 @@ public:
     void clear();
     void append(const QVector<SearchHit>& hits);
     const SearchHit& hit(int row) const;
-    /// How many files have such a line.
+    /// Returns how many files have at least one hit.
     int fileCount() const;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;

@@ -18,14 +18,15 @@ constexpr std::chrono::milliseconds eventInterval{20};
 constexpr std::chrono::milliseconds reportInterval{100};
 constexpr qint64 bytesLookedAt = 8'192;
 
-/// Where a folder really is, with a separator at its end; nothing if it is nowhere.
+/// Returns the canonical path of a folder with a separator at its end, or an empty text if the
+/// folder doesn't exist.
 QString realFolder(const QString& folder)
 {
     const QString path = QFileInfo(folder).canonicalFilePath();
     return path.isEmpty() || path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
 }
 
-/// The folders without those that are or lie in another of them.
+/// Returns the folders without repetitions and without those that lie in another of them.
 QStringList outermost(const QStringList& folders)
 {
     QStringList realFolders;
@@ -59,7 +60,7 @@ void SearchRequest::perform()
     m_sinceEvents.start();
     m_sinceReport.start();
     const QStringList folders = outermost(m_query.folders);
-    // The next one is the last.
+    // The last element is the folder to search next.
     std::vector<QString> foldersToCome(folders.crbegin(), folders.crend());
     while (!foldersToCome.empty() && !isStopped()) {
         const QString folder = std::move(foldersToCome.back());
@@ -99,7 +100,8 @@ void SearchRequest::report()
     m_sinceReport.start();
 }
 
-/// The folders in it are to come first of all.
+/// Searches the files in a folder, and appends its subfolders to \p foldersToCome, so that they are
+/// searched next.
 void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& foldersToCome)
 {
     m_progress.folder = QDir::toNativeSeparators(folder);
@@ -114,7 +116,7 @@ void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& fo
     while (entries.hasNext() && !isStopped()) {
         const QString path = entries.next();
         const QFileInfo entry = entries.fileInfo();
-        // Opening a pipe, which a link may lead to, would wait for ever.
+        // A link may lead to a pipe, and opening that would block for ever.
         if (entry.isFile() && hasType(path))
             files.append(path);
         else if (entry.isDir() && !entry.isSymLink())

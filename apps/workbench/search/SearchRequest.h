@@ -14,54 +14,54 @@
 
 namespace workbench {
 
-/// What to search for, and where.
+/// The text to search for, and where.
 struct SearchQuery
 {
     QString text;
     QStringList folders;
-    QStringList types; ///< extensions with their dots, compared without case; all files if empty
+    QStringList types; ///< extensions with their dots, compared without case; empty for all files
     bool isCaseSensitive = false;
 };
 
 /// A line of a file that contains the text.
 struct SearchHit
 {
-    QString file; ///< its path, in native form
+    QString file; ///< path in native form
     FoundLine line;
 };
 
-/// How far a search is.
+/// The progress of a search.
 struct SearchProgress
 {
     int searchedFiles = 0;
-    int unreadable = 0; ///< files and folders
-    QString folder; ///< where it is, in native form
-    bool hasReachedLimit = false; ///< there were more hits than are reported
+    int unreadable = 0; ///< number of files and folders that can't be read
+    QString folder; ///< the folder that is being searched, in native form
+    bool hasReachedLimit = false; ///< there are more hits than are reported
 };
 
-/// Searches the text files in folders and all below them, in the order of their names, on the worker
-/// thread of a request manager.
+/// Searches the text files in folders and everything below them, in the order of their names, on
+/// the worker thread of a request manager.
 ///
-/// A file is text if its first bytes have no NUL; nothing but regular files is read. Folders that are
-/// links aren't followed, and one that lies in another isn't searched twice. What can't be read is
-/// told and passed over. An abort is noticed within some hundred kilobytes, and ends it with
-/// "cancelled".
+/// A file is text if its first bytes contain no NUL; only regular files are read. Links to folders
+/// aren't followed, and a folder that lies in another one isn't searched twice. Files and folders
+/// that can't be read are reported and skipped. An abort takes effect within some hundred
+/// kilobytes, and the request then fails with "cancelled".
 class SearchRequest : public zvutil::libzvutil::abstract_request
 {
     Q_OBJECT
 
 public:
-    /// No more hits than this are reported.
+    /// The largest number of hits that are reported.
     static constexpr int maxHits = 10'000;
 
     explicit SearchRequest(const SearchQuery& query);
 
 Q_SIGNALS:
-    /// More hits, a few times a second.
+    /// Emitted with more hits, a few times a second.
     void found(const QVector<workbench::SearchHit>& hits);
-    /// More files or folders that can't be read.
+    /// Emitted with more files or folders that can't be read.
     void unreadable(const QStringList& paths);
-    /// A few times a second, and before the end.
+    /// Emitted a few times a second, and before the end.
     void progress(const workbench::SearchProgress& progress);
 
 protected:
@@ -69,7 +69,8 @@ protected:
 
 private:
     bool isStopped() const;
-    /// Reports and handles events, since an abort is one; only from time to time.
+    /// Reports progress, and handles events, since an abort arrives as one. Does either only if
+    /// some time has passed since the last time.
     void handleEvents();
     void report();
     void searchFolder(const QString& folder, std::vector<QString>& foldersToCome);

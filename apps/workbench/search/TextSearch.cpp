@@ -9,13 +9,13 @@ namespace workbench {
 namespace {
 
 constexpr int pieceSize = 128 * 1024;
-/// A line that is longer than this is searched in pieces.
+/// The number of bytes above which a line is searched in pieces.
 constexpr int maxLineLength = 1024 * 1024;
 constexpr int shownBefore = 60;
 constexpr int shownBehind = 200;
 constexpr int maxBytesPerUnit = 3;
 
-/// Where a text may be cut, at or before \p at, so that no character is cut.
+/// Returns the largest index, up to \p at, at which the bytes can be cut between two characters.
 int characterStart(const QByteArray& bytes, int at)
 {
     const auto isContinuation = [&bytes](int i) { return (uchar(bytes[i]) & 0xC0U) == 0x80U; };
@@ -49,8 +49,8 @@ void TextSearch::run(QIODevice& file, const std::function<void(const FoundLine&)
     }
 }
 
-/// What can be searched now: whole lines, or a part of a very long one. Of that the end is left
-/// waiting, too, since the text may have begun there.
+/// Takes what can be searched now: whole lines, or a part of a very long one. The end of such a
+/// part is searched again with the next part, since the text may begin there.
 QByteArray TextSearch::takePiece(bool isAtEnd)
 {
     int taken = isAtEnd ? m_waiting.size() : m_waiting.lastIndexOf('\n') + 1;

@@ -15,20 +15,20 @@ struct FoundLine
 {
     int number; ///< counted from 1
     QString text; ///< the line, or as much of it around the text as is worth showing
-    int position; ///< where in \p text the text begins
+    int position; ///< index in \p text at which the text that is searched for begins
 };
 
-/// Looks for a text in the lines of UTF-8, piece by piece, so that neither the size of a file nor
+/// Searches the lines of UTF-8 for a text, piece by piece, so that neither the size of a file nor
 /// that of a line matters.
 class TextSearch
 {
 public:
-    /// \p text must not be empty.
+    /// Creates a search for \p text, which must not be empty.
     TextSearch(const QString& text, Qt::CaseSensitivity caseSensitivity);
 
-    /// Reads \p file, from where it is, to its end. Each line that contains the text is handed to
-    /// \p found once. \p proceed is called after each piece of some 100 KB, and ends the search by false.
-    /// Sequences that aren't UTF-8 are read as replacement characters.
+    /// Reads \p file from its present position to its end. Passes each line that contains the text
+    /// to \p found, once. Calls \p proceed before each piece of some 100 KB, and stops if it
+    /// returns false. Sequences that aren't UTF-8 are read as replacement characters.
     void run(QIODevice& file, const std::function<void(const FoundLine&)>& found,
              const std::function<bool()>& proceed);
 
@@ -44,7 +44,7 @@ private:
     bool m_isLineFound = false;
 };
 
-/// Whether the first bytes of a file are those of text: there is no NUL in them.
+/// Returns whether the first bytes of a file look like text: they contain no NUL.
 bool looksLikeText(const QByteArray& firstBytes);
 
 } // namespace workbench

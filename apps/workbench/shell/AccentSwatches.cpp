@@ -14,7 +14,8 @@ namespace {
 
 constexpr int columns = 8;
 
-/// One colour; the current one has a ring, the one with the focus or under the mouse a frame.
+/// A button for one colour. The current colour has a ring, the one with the focus or under the
+/// mouse a frame.
 class Swatch : public QAbstractButton
 {
 public:
@@ -52,7 +53,7 @@ protected:
         painter.drawRoundedRect(QRectF(rect()).adjusted(ring, ring, -ring, -ring), 5, 5);
     }
 
-    /// The grid has the arrow keys.
+    /// Leaves the arrow keys to the grid, which moves the focus.
     void keyPressEvent(QKeyEvent* event) override
     {
         switch (event->key()) {
@@ -103,7 +104,7 @@ AccentSwatches::AccentSwatches(QWidget* parent)
 
 void AccentSwatches::setCurrent(const QColor& colour)
 {
-    // An exclusive group keeps its last one.
+    // An exclusive group would keep its checked button, even if no swatch has this colour.
     m_swatches.setExclusive(false);
     for (QAbstractButton* const button : m_swatches.buttons())
         button->setChecked(colourOf(button).rgb() == colour.rgb() && colour.isValid());
@@ -144,7 +145,7 @@ void AccentSwatches::keyPressEvent(QKeyEvent* event)
     }
 }
 
-/// Where the grid ends the focus stays.
+/// Moves the focus by \p step swatches. Before the first and after the last one, the focus stays.
 void AccentSwatches::moveFocus(int step)
 {
     for (QAbstractButton* const button : m_swatches.buttons()) {

@@ -6,8 +6,8 @@
 
 namespace workbench {
 
-/// The accents of the built-in style library as a grid of swatches, to stand in a menu or a dialog.
-/// The arrow keys go from one to the next, Return and the blank choose.
+/// Shows the accents of the built-in style library as a grid of swatches, for a menu or a dialog.
+/// The arrow keys move from one to the next; Return and Space choose one.
 class AccentSwatches : public QWidget
 {
     Q_OBJECT
@@ -15,13 +15,13 @@ class AccentSwatches : public QWidget
 public:
     explicit AccentSwatches(QWidget* parent = nullptr);
 
-    /// Rings the swatch of this colour, or none if there isn't one.
+    /// Marks the swatch of this colour with a ring, or none if no swatch has this colour.
     void setCurrent(const QColor& colour);
-    /// Invalid if no swatch is ringed.
+    /// Returns the colour of the swatch with the ring, or an invalid one if there is none.
     QColor current() const;
 
 Q_SIGNALS:
-    /// The user has chosen this colour, also if it was the current one.
+    /// Emitted when the user has chosen a colour, even if it was the current one.
     void chosen(const QColor& colour);
 
 protected:

@@ -10,19 +10,20 @@ namespace workbench {
 
 struct DocumentType;
 
-/// What the workbench is told to show when it opens.
+/// The words of the workbench's command, which say what it has to show when it opens.
 struct Arguments
 {
     Q_DECLARE_TR_FUNCTIONS(workbench::Arguments)
 
 public:
-    QString style; ///< empty for the user's own
+    QString style; ///< empty for the user's own choice
     std::vector<const DocumentType*> newDocuments;
-    QString picture; ///< the file that a picture of the window goes to; empty for none
+    QString picture; ///< file to write a picture of the window to; empty for none
     QStringList files; ///< absolute paths
     QString error; ///< what is wrong with the words; empty if nothing is
 
-    /// From the words "--style NAME", "--new TYPE", "--screenshot FILE" and names of files.
+    /// Returns what the words "--style NAME", "--new TYPE", "--screenshot FILE" and names of files
+    /// ask for.
     static Arguments of(const QStringList& words);
 };
 

@@ -12,30 +12,31 @@ namespace workbench {
 
 class CompressionTask;
 
-/// Exports files to compressed ones, and imports those, without keeping the user waiting.
+/// Exports files to compressed ones and imports such files, in the background.
 class DocumentTransfer : public QObject
 {
     Q_OBJECT
 
 public:
-    /// \p window, the parent, is what questions and progress are shown over.
+    /// Creates the object as a child of \p window, in front of which it shows questions and
+    /// progress.
     explicit DocumentTransfer(QWidget& window);
 
-    /// Asks where to, and exports \p source.
+    /// Asks where to export \p source to, and starts that.
     void exportFile(const zvutil::ZvFilePath& source);
 
-    /// Asks which file to import, and where to.
+    /// Asks which file to import and where to, and starts that.
     void importFile();
 
-    /// Shows the progress of what runs, and emits `finished` when that has ended. Returns false if
-    /// nothing runs.
+    /// Shows the progress of the transfers that are running, and emits `finished` when one has
+    /// ended. Returns false if none is running.
     bool awaitRunning();
 
 Q_SIGNALS:
     void exported(const zvutil::ZvFilePath& target);
     void imported(const zvutil::ZvFilePath& target);
     void failed(const workbench::Failure& failure);
-    /// After `awaitRunning`: a transfer has ended, well or not.
+    /// Emitted after `awaitRunning` when a transfer has ended, whatever its outcome.
     void finished();
 
 private:

@@ -11,7 +11,8 @@ EditMenu::EditMenu(QWidget& window)
     m_find->setObjectName(QStringLiteral("findInFiles"));
     m_find->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+F")));
     connect(m_find, &QAction::triggered, this, &EditMenu::findInFilesRequested);
-    // QMenu::clear() takes the action out of the menu, so the window keeps its shortcut alive.
+    // QMenu::clear() deletes actions that no other widget has, so the window has this one, too, and
+    // offers its shortcut at any time.
     window.addAction(m_find);
     connect(this, &QMenu::aboutToShow, this, &EditMenu::fill);
     fill();

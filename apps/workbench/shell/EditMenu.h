@@ -7,16 +7,17 @@ namespace workbench {
 
 class Document;
 
-/// The menu "Edit": what can be done with the current document, and the search in files.
+/// The menu "Edit": the actions of the current document, and the search in files.
 class EditMenu : public QMenu
 {
     Q_OBJECT
 
 public:
-    /// \p window, the parent, gets the actions whose shortcuts work at any time.
+    /// Creates the menu as a child of \p window, which gets the actions whose shortcuts work at any
+    /// time.
     explicit EditMenu(QWidget& window);
 
-    /// Offers the actions of \p document, which may be nullptr, from now on.
+    /// Offers the actions of \p document from now on, or none if it is nullptr.
     void setDocument(Document* document);
 
 Q_SIGNALS:

@@ -73,8 +73,8 @@ void FileMenu::addNewDocuments()
 
 void FileMenu::setHasDocument(bool hasDocument)
 {
-    // An action that also needs a file or a change stays enabled while there is a document: a disabled
-    // one would swallow its shortcut and tell the user nothing.
+    // An action that also needs a file or a change stays enabled while there is a document: a
+    // disabled one would swallow its shortcut without a message to the user.
     for (QAction* const action : m_forDocuments)
         action->setEnabled(hasDocument);
 }

@@ -14,13 +14,13 @@ class FileMenu : public QMenu
     Q_OBJECT
 
 public:
-    /// \p recentFiles is shown as a menu of its own.
+    /// Creates the menu, with \p recentFiles as a submenu.
     FileMenu(RecentFiles& recentFiles, QWidget* parent);
 
-    /// What is used most.
+    /// Returns the actions for the tool bar.
     QList<QAction*> toolBarActions() const;
 
-    /// Enables what needs a document.
+    /// Enables or disables the actions that need a document.
     void setHasDocument(bool hasDocument);
 
 Q_SIGNALS:

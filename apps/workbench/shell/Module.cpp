@@ -1,4 +1,4 @@
-// How the host reaches the workbench: by one command.
+// The host reaches the workbench by this one command.
 
 #include "shell/open_workbench.h"
 
@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The words are options of zvhost's command line, and files to open. Opens the window if there is
-/// none, and else shows them in the one that there is.
+/// Opens the window, or uses the one that is open. The words are options of zvhost's command line,
+/// and files to open.
 COMERROR openWorkbench(int wordCount, char** words, YRef<MessageHandler> messages,
                        const ScpParseContext& /*context*/)
 {

@@ -46,7 +46,7 @@ private:
     QLineEdit* m_text;
 };
 
-/// One of the styles that there are.
+/// Edits the name of a style by a choice among the available ones.
 class StyleNameEditor : public OptionEditor
 {
 public:
@@ -61,7 +61,8 @@ public:
 
     QString value() const override { return m_names->currentText(); }
 
-    /// A style that has gone stays what is set until the user chooses another.
+    /// Selects a style. A style that no longer exists is added, so that it stays until the user
+    /// chooses another.
     void setValue(const QString& value) override
     {
         if (m_names->findText(value, Qt::MatchFixedString) < 0)
@@ -73,7 +74,7 @@ private:
     QComboBox* m_names;
 };
 
-/// A colour, as its text or chosen in a dialog.
+/// Edits a colour as text, or by a dialog.
 class ColourEditor final : public OptionEditor
 {
 public:

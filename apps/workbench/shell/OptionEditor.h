@@ -5,18 +5,18 @@
 
 namespace workbench {
 
-/// Where a user changes the value of one option.
+/// Edits the value of one option.
 class OptionEditor : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// The one that suits the option of this name, showing \p value.
+    /// Creates the editor that suits the option \p option, showing \p value. The caller owns it.
     static OptionEditor* make(const QString& option, const QString& value);
 
     virtual QString value() const = 0;
     virtual void setValue(const QString& value) = 0;
-    /// Why the value can't be taken, or nothing.
+    /// Returns why the value can't be used, or an empty text.
     virtual QString problem() const;
 
 Q_SIGNALS:

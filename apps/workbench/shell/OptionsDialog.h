@@ -13,7 +13,7 @@ namespace workbench {
 
 class OptionEditor;
 
-/// All options of the host, to be changed and to be reset.
+/// Shows all options of the host, to be changed or reset.
 class OptionsDialog : public QDialog
 {
     Q_OBJECT
@@ -21,21 +21,21 @@ class OptionsDialog : public QDialog
 public:
     explicit OptionsDialog(QWidget* parent = nullptr);
 
-    /// Writes what was changed. False, and the user is told, if an option can't be written.
+    /// Writes the changed options. If one can't be written, shows a message and returns false.
     bool apply();
 
 Q_SIGNALS:
-    /// Options have been written.
+    /// Emitted after `apply` has written options.
     void applied();
 
 private:
     struct Row
     {
         QString name;
-        QString written; ///< what the host says now
+        QString written; ///< the host's present value
         QString byDefault;
         OptionEditor* editor;
-        bool isReset; ///< the user wants the default, whatever that is
+        bool isReset; ///< the user wants the default, whatever its value
     };
 
     QWidget* makeRows();

@@ -7,7 +7,7 @@ class QSettings;
 
 namespace workbench {
 
-/// The documents that were open last, as a menu: the newest on top.
+/// A menu of the documents that were open last, the newest on top.
 class RecentFiles : public QMenu
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     explicit RecentFiles(QWidget* parent = nullptr);
 
     const QStringList& files() const;
-    /// Puts \p file on top. The oldest one above ten goes.
+    /// Puts \p file on top. Above ten files, the oldest is removed.
     void add(const QString& file);
     void clearAll();
 

@@ -8,21 +8,22 @@ class QSettings;
 
 namespace workbench {
 
-/// What is open in the workbench from one start to the next. Files are full names, as Qt writes them.
+/// The state of the workbench that is kept from one start to the next. Files are full paths with
+/// Qt's separators.
 struct Session
 {
     QStringList files;
-    QString current; ///< the file that the user works on; empty if there is none
-    QByteArray geometry; ///< of the window
-    QByteArray layout; ///< of the panels and documents in it
+    QString current; ///< file of the current document; empty if there is none
+    QByteArray geometry; ///< position and size of the window
+    QByteArray layout; ///< places of the panels and documents in the window
 
-    /// What \p settings have kept; empty what they haven't.
+    /// Returns the session in \p settings; a member that they lack is empty.
     static Session restored(const QSettings& settings);
 
     void saveTo(QSettings& settings) const;
 };
 
-/// Where sessions are kept, beside the host's options.
+/// Returns the file in which sessions are kept, beside that of the host's options.
 QString sessionFile();
 
 } // namespace workbench

@@ -20,7 +20,7 @@ QLabel* makeHeading(const QString& text, QWidget* parent)
     return label;
 }
 
-/// A file's name, and where it lies.
+/// Makes a button with a file's name and its folder.
 QPushButton* makeFileButton(const QString& file, QWidget* parent)
 {
     const QFileInfo info(file);

@@ -10,8 +10,8 @@ class QVBoxLayout;
 
 namespace workbench {
 
-/// What stands in the place of documents while there are none: what can be begun, and what was open
-/// last.
+/// The page in the place of documents while there are none: it offers new documents and those that
+/// were open last.
 class StartPage : public ContentWidget
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ Q_SIGNALS:
     void fileRequested(const QString& file);
 
 private:
-    QVBoxLayout* m_recentFiles; // of a child
+    QVBoxLayout* m_recentFiles; // owned by a child
 };
 
 } // namespace workbench

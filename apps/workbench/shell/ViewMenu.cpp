@@ -59,7 +59,7 @@ ViewMenu::~ViewMenu() = default;
 void ViewMenu::fillStyles()
 {
     const QString current = currentStyleName();
-    // The actions of the one before go along with it.
+    // The previous group destroys its actions along with itself.
     m_styleChoice = std::make_unique<QActionGroup>(m_styles);
     for (const QString& name : libzvutil::ZvStyleManager::AvailableStyleNames()) {
         QAction* const action =

@@ -19,13 +19,13 @@ class ViewMenu : public QMenu
     Q_OBJECT
 
 public:
-    /// \p panels are those that can be shown and hidden.
+    /// Creates the menu. \p panels are those that can be shown and hidden.
     ViewMenu(const QList<DockableWidget*>& panels, QWidget* parent);
     ~ViewMenu() override;
 
 Q_SIGNALS:
     void optionsRequested();
-    /// Something that the user has asked for didn't work.
+    /// Emitted when something that the user asked for has failed.
     void failed(const workbench::Failure& failure);
 
 private:

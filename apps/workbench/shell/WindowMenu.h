@@ -15,10 +15,10 @@ class WindowMenu : public QMenu
     Q_OBJECT
 
 public:
-    /// \p frame, the parent, has the documents' windows.
+    /// Creates the menu as a child of \p frame, which has the documents' windows.
     explicit WindowMenu(DockFrame& frame);
 
-    /// Marks the window of \p document, which may be nullptr, as the current one.
+    /// Marks the window of \p document as the current one, or none if it is nullptr.
     void setDocument(Document* document);
 
 private:

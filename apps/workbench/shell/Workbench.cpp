@@ -50,7 +50,7 @@ namespace {
 
 constexpr std::chrono::milliseconds messageDuration{5'000};
 
-/// The one name of a file that may be reached by several.
+/// Returns one name for a file that can be reached by several, so that it isn't opened twice.
 QString canonical(const QString& file)
 {
     const QString path = QFileInfo(file).canonicalFilePath();
@@ -70,7 +70,7 @@ QString dialogFilter()
     return filters.join(QStringLiteral(";;"));
 }
 
-/// One failure that tells of all of them.
+/// Returns one failure that describes all of \p failures.
 Failure joined(const QList<Failure>& failures)
 {
     constexpr int maxListed = 10;
@@ -116,7 +116,7 @@ Workbench::Workbench()
 
 Workbench::~Workbench()
 {
-    // Their windows go along, and nobody is there to be told.
+    // The documents are destroyed with this window, and their signals must not reach it any more.
     m_isClosing = true;
     for (Document* const document : documents())
         document->disconnect(this);
@@ -242,7 +242,8 @@ void Workbench::openFiles(const QStringList& files)
                      tr("Choose fewer files.")});
         return;
     }
-    // One box for all of them. A script may open files while these are read.
+    // Failures are collected for one message box. A script may call this function while files are
+    // read, so the outer list is kept.
     std::optional<QList<Failure>> outer = std::exchange(m_failures, QList<Failure>());
     for (const QString& file : files)
         openFile(file);
@@ -256,7 +257,7 @@ QList<Document*> Workbench::documents() const
     QList<Document*> documents;
     for (const DockableWidget* const window : dockableWidgets()) {
         auto* const document = qobject_cast<Document*>(window->contents());
-        // One that has been closed is hidden until it is deleted.
+        // A closed document is hidden until the event loop deletes it.
         if (document && !window->isHidden())
             documents.append(document);
     }
@@ -302,13 +303,14 @@ void Workbench::addDocument(Document* document)
     });
     connect(document, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
     addContents(document);
-    // Behind what the frame connects, so that it has forgotten the document by then.
+    // The frame has connected before, so it has removed the document from its list when this slot
+    // is called.
     connect(document, &QObject::destroyed, this, [this, document] { forgetDocument(document); });
     if (m_startPage)
         m_startPage->close();
 }
 
-/// It is being destroyed.
+/// Stops using \p document, which is being destroyed.
 void Workbench::forgetDocument(const Document* document)
 {
     const bool wasCurrent = m_current == document;
@@ -338,7 +340,7 @@ void Workbench::showStartPage()
 void Workbench::followHighlighted(DockableWidget* window)
 {
     auto* const document = window ? qobject_cast<Document*>(window->contents()) : nullptr;
-    // In a panel the user goes on working on the document.
+    // A user who goes to a panel still works on the document before.
     if (!document && m_current)
         return;
     m_current = document;
@@ -385,7 +387,7 @@ void Workbench::saveAll()
 
 void Workbench::renameCurrent()
 {
-    // Another may be the current one, or this one be gone, when the user has answered.
+    // The current document may be another one, or this one destroyed, when the user has answered.
     const QPointer<Document> document = m_current;
     if (!document || !hasFile(*document))
         return;
@@ -406,7 +408,7 @@ void Workbench::renameCurrent()
     document->enableFileWatcher(true);
 }
 
-/// Tells the user if it has none.
+/// Returns whether \p document has a file. If not, shows a message.
 bool Workbench::hasFile(const Document& document)
 {
     if (!document.filename().isEmpty())
@@ -420,7 +422,7 @@ void Workbench::exportCurrent()
     const QPointer<Document> document = m_current;
     if (!document)
         return;
-    // What is exported is the file.
+    // The export reads the file, so the changes must be in there.
     if (document->filename().isEmpty() || document->isModified())
         document->save();
     if (!document || document->filename().isEmpty() || document->isModified())
@@ -488,7 +490,7 @@ void Workbench::showFailure(const Failure& failure)
 
 void Workbench::closeEvent(QCloseEvent* event)
 {
-    // Asked once more, it is about to close or has done so.
+    // The window ignores requests while it closes. If transfers are running, their end closes it.
     if (m_isClosing || m_transfer->awaitRunning()) {
         event->ignore();
         return;
@@ -505,7 +507,8 @@ void Workbench::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    // The event loop deletes the documents later, and a document may have got its name just now.
+    // The documents still exist, since the event loop deletes them later. A document may have got
+    // its name only now.
     Session session{{}, {}, saveGeometry(), layout};
     for (const QPointer<const Document>& document : open) {
         if (document && !document->filename().isEmpty())
@@ -515,7 +518,7 @@ void Workbench::closeEvent(QCloseEvent* event)
         session.current = canonical(qtFileName(current->filename()));
     const bool isKept = saveSession(session);
     DockFrame::closeEvent(event);
-    // The style editor and its like go along.
+    // Other windows, such as the style editor, are closed with the workbench.
     QApplication::closeAllWindows();
     if (!isKept)
         tell(nullptr,
@@ -524,7 +527,8 @@ void Workbench::closeEvent(QCloseEvent* event)
               tr("Check that you may write to this file, and that the disk isn't full.")});
 }
 
-/// A layout finds a window by its object name: that of a document is its file's from now on.
+/// Gives the windows of documents names that derive from their files: a layout finds a window by
+/// its object name.
 void Workbench::nameWindows()
 {
     for (DockableWidget* const window : dockableWidgets()) {

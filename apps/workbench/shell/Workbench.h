@@ -33,7 +33,7 @@ class StartPage;
 
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
 ///
-/// What is open, the panels and the recent files are kept in a file from one session to the next.
+/// Open files, panels and recent files are kept in a file from one session to the next.
 class Workbench : public DockFrame
 {
     Q_OBJECT
@@ -42,27 +42,28 @@ public:
     Workbench();
     ~Workbench() override;
 
-    /// Opens what was open when the window was closed last.
+    /// Opens what was open when the window was last closed.
     void restoreSession();
 
     Document* newDocument(const DocumentType& type);
-    /// Opens a file, or activates the window that has it already. Returns nullptr, and tells the user
-    /// why, if that doesn't work.
+    /// Opens a file, or activates the window that has it already. If that fails, shows the user why
+    /// and returns nullptr.
     Document* openFile(const QString& file);
     void openFiles(const QStringList& files);
 
     QList<Document*> documents() const;
-    /// The one that the user works in, or has worked in last; nullptr if there is none.
+    /// Returns the document that the user works in, or has worked in last; nullptr if there is
+    /// none.
     Document* currentDocument() const;
 
     RecentFiles& recentFiles();
     FilesPanel& filesPanel();
     QList<DockableWidget*> panels() const;
 
-    /// Whether files are being listed.
+    /// Returns whether files are being listed or filtered.
     bool isBusy() const;
 
-    // What menus offer. Those for a document do nothing without one.
+    // The menus call these. Those for a document do nothing if there is none.
     void askForFiles();
     void saveCurrent();
     void saveCurrentAs();
@@ -98,18 +99,18 @@ private:
     void nameWindows();
     bool saveSession(const Session& session);
 
-    // The window owns these as its children.
+    // The window owns the following objects as its children.
     RecentFiles* m_recentFiles;
     DocumentTransfer* m_transfer;
     QToolBar* m_toolBar;
     FileMenu* m_fileMenu;
-    QAction* m_separator; // of the tool bar
+    QAction* m_separator; // on the tool bar
     FilesPanel* m_files;
     ConsolePanel* m_console;
     LogPanel* m_log;
     FindInFilesDialog* m_find = nullptr;
     QPointer<StartPage> m_startPage;
-    Document* m_current = nullptr; // forgotten while it is destroyed
+    Document* m_current = nullptr; // reset while the document is destroyed
     std::optional<QList<Failure>> m_failures; // collected while several files are opened
     int m_newDocuments = 0;
     bool m_isClosing = false;

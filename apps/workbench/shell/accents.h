@@ -14,10 +14,11 @@ struct Accent
     QColor colour;
 };
 
-/// Those of the built-in style library, in its order. Read once; valid for good.
+/// Returns the accents of the built-in style library, in its order. The first call reads them; the
+/// reference stays valid.
 const std::vector<Accent>& accents();
 
-/// The text that stands for a colour in options: "#rrggbb".
+/// Returns the text that stands for a colour in options: "#rrggbb".
 QString accentText(const QColor& colour);
 
 } // namespace workbench

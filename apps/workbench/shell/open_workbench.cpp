@@ -43,8 +43,8 @@ bool savePicture(const QPixmap& picture, const QString& file)
     return true;
 }
 
-/// Makes a picture of the window as soon as it has shown all that it is busy with, and ends the program
-/// if \p exits.
+/// Writes a picture of the window to \p file as soon as the window isn't busy. Then ends the
+/// program if \p exits, with 1 if the picture couldn't be written.
 void takePicture(Workbench& window, const QString& file, bool exits)
 {
     auto* const timer = new QTimer(&window);
@@ -74,7 +74,7 @@ QString openWorkbench(const QStringList& words)
     const Arguments arguments = Arguments::of(words);
     if (!arguments.error.isEmpty())
         return arguments.error;
-    // Before anything is painted.
+    // The style is applied before anything is painted, or another one would show first.
     if (!arguments.style.isEmpty())
         showStyle(arguments.style);
     else if (!window)
@@ -91,7 +91,7 @@ QString openWorkbench(const QStringList& words)
     window->raise();
     window->activateWindow();
     if (!arguments.picture.isEmpty())
-        // A script that asks for one doesn't end what the user works on.
+        // A script that asks for a picture must not end the program that the user works with.
         takePicture(*window, arguments.picture, isNew);
     return {};
 }

@@ -5,8 +5,8 @@
 
 namespace workbench {
 
-/// Opens the workbench, or shows in the one that is open, what \p words ask for; see `Arguments`.
-/// Returns an empty text, or what is wrong with them.
+/// Opens the workbench, or uses the one that is open, and shows what \p words ask for; see
+/// `Arguments`. Returns an empty text, or what is wrong with the words.
 QString openWorkbench(const QStringList& words);
 
 } // namespace workbench

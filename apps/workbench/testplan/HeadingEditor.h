@@ -14,24 +14,24 @@ class HeadingEditor : public QObject
     Q_OBJECT
 
 public:
-    /// \p header has to stay for as long as the editor.
+    /// Creates the editor. \p header must outlive it.
     explicit HeadingEditor(QHeaderView& header);
 
-    /// Shows a field with \p name over the heading of \p section. A field that is still open is closed
-    /// and its name taken.
+    /// Shows a field with \p name over the heading of \p section. A field that is still open is
+    /// closed first, and its name accepted.
     void edit(int section, const QString& name);
 
-    /// Closes the field, and takes its name if \p isKept. Does nothing without one.
+    /// Closes the field, and accepts its name if \p isKept. Does nothing if no field is open.
     void end(bool isKept);
 
 Q_SIGNALS:
-    /// The field is closed.
+    /// Emitted when the field has been closed.
     void ended();
     void renamed(int section, const QString& name);
 
 private:
     QHeaderView& m_header;
-    QLineEdit* m_field = nullptr; ///< while the user types
+    QLineEdit* m_field = nullptr; ///< null unless the user is typing
     int m_section = 0;
 };
 

@@ -12,11 +12,11 @@ namespace {
 constexpr int freshRows = 25;
 constexpr int maxNumberLength = 400;
 
-/// A decimal number without needless zeros.
+/// A decimal number without needless zeros at either end.
 struct Decimal
 {
     QString digits;
-    int exponent; ///< of the last digit
+    int exponent; ///< power of ten of the last digit
 };
 
 Decimal decimalOf(const QString& number)
@@ -57,7 +57,7 @@ bool looksLikeNumber(const QString& text)
 QString numberText(double number)
 {
     const double size = std::abs(number);
-    if (size == 0) // Qt forgets its sign.
+    if (size == 0) // Qt would drop the sign of -0.
         return std::signbit(number) ? QStringLiteral("-0") : QStringLiteral("0");
     const bool isPlain = size >= 1e-5 && size < 1e15;
     return QString::number(number, isPlain ? 'f' : 'e', QLocale::FloatingPointShortest);

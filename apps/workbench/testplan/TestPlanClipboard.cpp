@@ -24,7 +24,7 @@ std::size_t index(int row, int column, int columns)
         + static_cast<std::size_t>(column);
 }
 
-/// The bytes that the library would read, or null.
+/// Returns the bytes from which the library would read a table, or null.
 QByteArray csvBytes()
 {
     const ZvClipboardData content = ZvClipboard().clipboardData();
@@ -66,7 +66,7 @@ CellGrid gridOfTable(const ZvTable& table, Convert convert, const Progress& prog
     return grid;
 }
 
-/// Reads text with tabs, field by field.
+/// Splits text at tabs and line ends, field by field.
 class TabbedText
 {
 public:
@@ -89,7 +89,7 @@ public:
                 rows.back().append(QString());
             if (isRowEnd && m_place < m_text.size())
                 rows.emplace_back();
-            // A field may be long, and a row may have many: so it is they that count.
+            // Progress is reported by fields, since a field may be long, and a row may have many.
             if (++m_fields % fieldsPerReport == 0 && !m_progress(m_place, m_text.size()))
                 throw Stopped();
         }
@@ -108,7 +108,8 @@ private:
         return m_text.mid(begin, m_place - begin);
     }
 
-    /// Only what needs quotes is taken for quoted; anything else has quotes of its own.
+    /// Reads a quoted field into \p field. Returns false for any other field, even in quotes, whose
+    /// content needs none: those quotes are part of the text.
     bool readQuoted(QString& field)
     {
         bool needsQuotes = false;
@@ -223,12 +224,12 @@ ClipboardCells::ClipboardCells(const Progress& progress)
         m_columns = static_cast<qint64>(m_table->columns());
         return;
     }
-    // A table that can't be read has no storage, and can't be told from another: so the text is
-    // looked at first, and these very bytes are read later.
+    // The library returns a table without storage for text that it can't read, and such a table
+    // can't be told from others. So the text is checked first, and these very bytes are read later.
     m_csv = clipboard.hasTableData() ? csvBytes() : QByteArray();
     const CsvShape shape = csvShape(m_csv);
     if (shape.isReadable) {
-        // Of one column, a line end at the end would make an empty row.
+        // The library reads a line end at the end of a single column as an empty row.
         const bool isEndEmpty = shape.columns == 1 && m_csv.endsWith('\n');
         m_rows = shape.rows - (isEndEmpty ? 1 : 0);
         m_columns = shape.columns;

@@ -12,7 +12,7 @@
 
 namespace workbench {
 
-/// Cells in rows of the same length.
+/// Cells in rows of equal length.
 struct CellGrid
 {
     int rows = 0;
@@ -23,10 +23,10 @@ struct CellGrid
     const CellValue& at(int row, int column) const;
 };
 
-/// More cells than these aren't pasted.
+/// The largest number of cells that can be pasted.
 constexpr qint64 maxPasteCells = 5'000'000;
 
-/// What the text of CSV would give as a table.
+/// The size of the table that the library would read from CSV.
 struct CsvShape
 {
     bool isReadable = false; ///< no record has more fields than the first
@@ -36,33 +36,35 @@ struct CsvShape
 
 CsvShape csvShape(const QByteArray& csv);
 
-/// Text with tabs between cells and line ends between rows, as spreadsheets offer it. A cell in
-/// quotes may hold tabs and line ends. Has a size, but no cells, if there were more than can be
-/// pasted. Throws `Stopped` if \p progress says so.
+/// Returns the cells in text with tabs between cells and line ends between rows, as spreadsheets
+/// offer it. A cell in quotes may contain tabs and line ends. Above `maxPasteCells` the grid has a
+/// size, but no cells. Throws `Stopped` if \p progress returns false.
 CellGrid gridOfText(const QString& text, const Progress& progress);
 
 /// Puts the cells on the clipboard, for this application and for others.
 void copyToClipboard(const CellGrid& grid);
 
-/// What a paste would bring. It is measured first, for it may be too large to be read.
+/// The cells that a paste would bring. Their number is known before they are read, for they may be
+/// too many.
 class ClipboardCells
 {
 public:
-    /// Of what is on the clipboard now. Throws `Stopped` if \p progress says so.
+    /// Measures what is on the clipboard now. Throws `Stopped` if \p progress returns false.
     explicit ClipboardCells(const Progress& progress);
 
     bool isEmpty() const;
     qint64 rows() const;
     qint64 columns() const;
 
-    /// All cells, of which there may be no more than `maxPasteCells`. What other programs offer
-    /// becomes what typing it would give. Throws `Stopped` if \p progress says so.
+    /// Returns all cells; there must be no more than `maxPasteCells`. A cell of another program
+    /// becomes what typing its text would give. Throws `Stopped` if \p progress returns false.
     CellGrid grid(const Progress& progress) const;
 
 private:
     qint64 m_rows = 0;
     qint64 m_columns = 0;
-    // One of these; the clipboard may be another's by the time that they are pasted.
+    // Exactly one of these holds the content, since the clipboard may have changed when it is
+    // pasted.
     std::optional<ZvTable> m_table;
     QByteArray m_csv;
     CellGrid m_text;

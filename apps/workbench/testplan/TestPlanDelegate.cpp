@@ -68,7 +68,7 @@ QWidget* TestPlanDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
                                         const QModelIndex& /*index*/) const
 {
     auto* const editor = new QLineEdit(parent);
-    // Less than other fields have, or the text wouldn't fit into the cell.
+    // The padding is less than that of other fields, or the text wouldn't fit into the cell.
     editor->setStyleSheet(
         QStringLiteral("padding: 0 1px; font-size: 9pt; font-family: \"Segoe UI\";"));
     return editor;

@@ -6,8 +6,8 @@ namespace workbench {
 
 class TestPlanModel;
 
-/// Paints the cells of a test plan in the colours that the current style has for test plans, and
-/// ends the typing as spreadsheets do.
+/// Paints the cells of a test plan in the current style's colours for test plans, and ends typing
+/// by the keys that spreadsheets use.
 class TestPlanDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
                               const QModelIndex& index) const override;
 
 Q_SIGNALS:
-    /// The typing has ended by a key that leads on by so many columns and rows.
+    /// Emitted when a key has ended the typing and moves on by so many columns and rows.
     void leftTowards(int columns, int rows);
 
 protected:

@@ -56,7 +56,7 @@ TestPlanView& TestPlanDocument::view()
 
 bool TestPlanDocument::event(QEvent* event)
 {
-    // What is being typed would be lost without a question.
+    // The view commits what is being typed, which would be lost without a question otherwise.
     if (event->type() == QEvent::Close)
         m_view->finishTyping();
     return Document::event(event);
@@ -103,7 +103,7 @@ void TestPlanDocument::addClipboardActions()
 void TestPlanDocument::addRowActions()
 {
     addSeparatorAction();
-    // On many keyboards the plus sign needs Shift.
+    // The plus sign needs Shift on many keyboards.
     QAction* const insert = addNamedAction(QStringLiteral("insertRow"), tr("&Insert row"),
                                            keys({"Ctrl++", "Ctrl+=", "Ctrl+Shift+="}),
                                            [this] { m_view->insertRowsAbove(); });

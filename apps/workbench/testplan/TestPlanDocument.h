@@ -34,7 +34,7 @@ private:
     TestPlanView* m_view;
 };
 
-/// The type of test plans, to be added by `addDocumentType`.
+/// Returns the type of test plans, for `addDocumentType`.
 const DocumentType& testPlanType();
 
 } // namespace workbench

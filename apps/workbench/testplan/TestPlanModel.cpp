@@ -32,7 +32,8 @@ private:
     std::function<void()> m_undo;
 };
 
-/// Moves a part of a sequence in front of the element \p destination, which lies outside of it.
+/// Moves a part of a sequence in front of the element \p destination, which lies outside of the
+/// part.
 template <typename Iterator>
 void shift(Iterator begin, int first, int count, int destination)
 {
@@ -42,7 +43,7 @@ void shift(Iterator begin, int first, int count, int destination)
         std::rotate(begin + destination, begin + first, begin + first + count);
 }
 
-/// Where to move a part back to that has been moved: its place and destination.
+/// Returns how to move a part back that has been moved: its place and destination.
 std::pair<int, int> wayBack(int first, int count, int destination)
 {
     return destination > first ? std::pair(destination - count, first)
@@ -55,7 +56,8 @@ bool isMove(int first, int count, int destination, int all)
         && (destination < first || destination > first + count);
 }
 
-/// `QVariant` finds the number 5 and the text "5" equal.
+/// Returns whether two cells have the same content. `QVariant` finds the number 5 and the text "5"
+/// equal.
 bool isSame(const CellValue& a, const CellValue& b)
 {
     return a.userType() == b.userType() && cellText(a) == cellText(b);
@@ -164,7 +166,8 @@ bool TestPlanModel::setData(const QModelIndex& index, const QVariant& value, int
 {
     if (!index.isValid() || role != Qt::EditRole)
         return false;
-    // What is shown already stays what it is: a text that looks like a number, too.
+    // A cell keeps its content if its own text is typed again, even a text that looks like a
+    // number.
     if (cellText(this->value(index.row(), index.column())) != value.toString())
         setCells(tr("Typing"), {{index.row(), index.column(), cellValue(value.toString())}});
     return true;
@@ -340,7 +343,7 @@ void TestPlanModel::exchange(std::vector<CellChange>& changes)
         first = std::min(first, change.row);
         last = std::max(last, change.row);
     }
-    // The looks of a whole row may hang on one cell.
+    // The look of a whole row may depend on one cell, so whole rows are reported as changed.
     Q_EMIT dataChanged(index(first, 0), index(last, columnCount() - 1));
 }
 

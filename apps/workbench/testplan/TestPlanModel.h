@@ -13,7 +13,7 @@ namespace workbench {
 struct CellGrid;
 
 /// A test plan as an editable table. All edits, also those through the interface of item models, go
-/// over the undo stack; each is one step of it.
+/// through the undo stack; each is one step of it.
 class TestPlanModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -22,19 +22,21 @@ public:
     enum class RowKind { Plain, Comment, Disabled };
     enum class Verdict { Plain, Warning, Error };
 
-    /// With a fresh plan.
+    /// Creates the model with a fresh plan.
     explicit TestPlanModel(QObject* parent = nullptr);
 
     const TestPlan& plan() const;
-    /// Replaces all, and forgets all edits.
+    /// Replaces the plan, and clears the undo stack.
     void setPlan(TestPlan plan);
 
     QUndoStack& undoStack();
 
-    /// Disabled goes before comment, whose first cell begins with "#" or "//".
+    /// Returns the kind of a row. The first cell of a comment begins with "#" or "//"; a disabled
+    /// row isn't a comment.
     RowKind rowKind(int row) const;
-    /// What the cell says as the verdict of a row that is plain; `Plain` in all other columns. The
-    /// column is the first with the heading "Verdict", in any case.
+    /// Returns what a cell says as the verdict of a plain row, or `Plain` for cells of other rows
+    /// and columns. The column of verdicts is the first with the heading "Verdict", compared
+    /// without case.
     Verdict verdict(const QModelIndex& index) const;
     CellValue value(int row, int column) const;
 
@@ -44,12 +46,13 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-    /// Takes a text as `cellValue` does.
+    /// Sets a cell to the content that typing a text gives; see `cellValue`.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     bool setHeaderData(int section, Qt::Orientation orientation, const QVariant& value,
                        int role) override;
 
-    /// False beyond the limits of plans; the last column stays.
+    /// Inserts rows. Like the functions below up to `moveColumns`, returns false and does nothing
+    /// if the plan would exceed its limits or lose its last column.
     bool insertRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
     bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
     bool insertColumns(int column, int count, const QModelIndex& parent = QModelIndex()) override;
@@ -65,12 +68,12 @@ public:
         int column;
         CellValue value;
     };
-    /// Sets cells, which have to be there and differ from each other, as one step called \p text;
-    /// none if all have these values.
+    /// Sets cells, which must exist and differ from each other, as one step called \p text. Does
+    /// nothing if all have these contents already.
     void setCells(const QString& text, std::vector<CellChange> changes);
 
-    /// Sets a rectangle of cells, and adds the rows and columns that it needs. False, and nothing
-    /// is done, beyond the limits of plans.
+    /// Sets a rectangle of cells, and adds the rows and columns that it needs. Returns false, and
+    /// does nothing, if the plan would exceed its limits.
     bool paste(int row, int column, const CellGrid& grid);
 
     void setRowsDisabled(int row, int count, bool isDisabled);

@@ -27,7 +27,8 @@ CellValue readCell(const XmlElement& cell)
     throw FileError(TestPlan::tr("The file ends after row %1 of %2.").arg(done).arg(all));
 }
 
-/// The next child, which has to be a \p name, or null if there is none.
+/// Returns the next child, or null if there is none. Throws `FileError` if the child isn't called
+/// \p name.
 auto nextChild(XmlElement& parent, const char* name)
 {
     auto child = parent.next_child();
@@ -47,7 +48,7 @@ bool isDisabled(const XmlElement& row)
     return text == QLatin1String("true");
 }
 
-/// Nothing if not all cells are there.
+/// Reads a row. Returns false if not all of its cells are there.
 bool readRow(XmlElement& element, int columns, TestPlanRow& row)
 {
     const int count = numberAttribute(element, "cells", 0, columns);
@@ -83,7 +84,8 @@ TestPlan TestPlanReadFile::read(const Progress& progress)
             complainOfEnd(0, rows);
         plan.headings.append(textAttribute(*heading, "text"));
     }
-    // Nothing is reserved: the count is only what the file claims.
+    // The count is only what the file claims, so nothing is reserved: a damaged file may claim far
+    // more than it has.
     for (int row = 0; row < rows; ++row) {
         const auto element = nextChild(*root, "row");
         plan.rows.emplace_back();

@@ -13,8 +13,8 @@ class TestPlanReadFile : public ZvXMLReadFile
 public:
     explicit TestPlanReadFile(const zvutil::ZvFilePath& path);
 
-    /// The whole plan, once. Throws `FileError` if the file isn't one, or is only a part of one, and
-    /// `Stopped` if \p progress says so.
+    /// Returns the whole plan; call once. Throws `FileError` if the file isn't a test plan or is
+    /// incomplete, and `Stopped` if \p progress returns false.
     TestPlan read(const Progress& progress);
 };
 

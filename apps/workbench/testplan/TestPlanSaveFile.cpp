@@ -25,14 +25,15 @@ void writeRow(Element& root, const TestPlan& plan, int number)
 {
     const TestPlanRow& row = plan.rows[static_cast<std::size_t>(number)];
     const auto element = root.child("row");
-    // A file that breaks off within a row is told by this count.
+    // The count reveals a file that breaks off within a row, which would otherwise be read as a
+    // shorter one.
     const int count = filledCells(row);
     setAttribute(*element, "cells", QString::number(count));
     element->attribute("disabled", row.isDisabled ? "true" : "false");
     for (int column = 0; column < count; ++column) {
         const CellValue& value = row.cells.at(column);
         const auto cell = element->child("cell");
-        // Values are attributes: of those a file that breaks off never shows a part.
+        // Values are attributes, of which a file that breaks off never shows a part.
         cell->attribute("type", value.userType() == QMetaType::Double ? "number" : "text");
         const QString text = cellText(value);
         requireWritable(text, [&] {

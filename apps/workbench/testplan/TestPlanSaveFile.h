@@ -13,9 +13,9 @@ class TestPlanSaveFile : public ZvBasicXMLSaveFile<char>
 public:
     explicit TestPlanSaveFile(const zvutil::ZvFilePath& path);
 
-    /// Writes it, and returns whether the file is this plan now. Throws `FileError` if a cell or heading
-    /// holds what can't be written, and `Stopped` if \p progress says so. A file that wasn't written
-    /// is what it was.
+    /// Writes \p plan, and returns whether the file now contains it. Throws `FileError` if a cell
+    /// or heading can't be written, and `Stopped` if \p progress returns false. A file that wasn't
+    /// written stays as it was.
     bool save(const TestPlan& plan, const Progress& progress);
 
 private:

@@ -102,7 +102,7 @@ void TestPlanView::fitColumns()
             m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         int width = metrics.horizontalAdvance(heading);
         for (int row = 0; row < std::min(m_model.rowCount(), measuredRows); ++row) {
-            // Comments run on over the empty cells behind them.
+            // Comments continue over the empty cells after them, so they need no wide column.
             if (m_model.rowKind(row) != TestPlanModel::RowKind::Comment)
                 width = std::max(width,
                                  metrics.horizontalAdvance(cellText(m_model.value(row, column))));
@@ -151,7 +151,7 @@ void TestPlanView::paste()
         else if (mayPaste(cells))
             pasteCells(gridOf(cells));
     } catch (const Stopped&) {
-        // Nothing has been pasted, which is what the user wants.
+        // The user has stopped the paste, and nothing was changed.
     } catch (const std::exception&) {
         Q_EMIT failed({tr("The cells were not pasted."),
                        tr("There is not enough memory for so many cells."),
@@ -415,7 +415,7 @@ void TestPlanView::moveCurrent(int columns, int rows)
 {
     if (m_model.rowCount() == 0)
         return;
-    // Not `setCurrentIndex`: with Shift that would select what lies between.
+    // QTableView::setCurrentIndex() would extend the selection while Shift is pressed.
     const QModelIndex current = currentIndex();
     selectionModel()->setCurrentIndex(
         m_model.index(qBound(0, current.row() + rows, m_model.rowCount() - 1),
@@ -443,7 +443,7 @@ bool TestPlanView::addChanges(const Filling& filling,
                                    [](const CellValue& value) { return value.isValid(); });
     const int filled = static_cast<int>(filling.values.rend() - last);
     for (int row = cells.top(); row <= cells.bottom(); ++row) {
-        // Behind its last cell a row is empty.
+        // A row is empty after its last cell, so there is nothing to clear.
         const int present =
             m_model.plan().rows[static_cast<std::size_t>(row)].cells.size() - cells.left();
         const int columns = std::min(cells.width(), std::max(filled, present));
@@ -505,7 +505,7 @@ void TestPlanView::pasteCells(const CellGrid& grid)
         fill(tr("Paste"), tr("The cells were not pasted."), fillings);
         return;
     }
-    // A plan without rows has no current cell.
+    // A plan without rows has no current cell, so the paste begins at the first.
     const QPoint target(std::max(currentIndex().column(), 0), std::max(currentIndex().row(), 0));
     if (!m_model.paste(target.y(), target.x(), grid)) {
         Q_EMIT failed(
@@ -561,7 +561,7 @@ void TestPlanView::paintComment(QPainter& painter, int row)
     painter.fillRect(room,
                      ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
     painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
-    // A painter knows the direction of the application alone.
+    // QPainter takes the application's layout direction, which may differ from the widget's.
     const Qt::Alignment leading =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
     painter.drawText(room.adjusted(margin, 0, -margin, 0), int(leading | Qt::AlignAbsolute),

@@ -17,35 +17,36 @@ class ClipboardCells;
 class HeadingEditor;
 struct CellGrid;
 
-/// A test plan as a table, with the keys that people know from spreadsheets and what they lead to.
+/// Shows a test plan as a table, with the keys that people know from spreadsheets.
 class TestPlanView : public QTableView
 {
     Q_OBJECT
 
 public:
-    /// The model has to stay for as long as the view.
+    /// Creates the view. \p model must outlive it.
     TestPlanView(TestPlanModel& model, QWidget* parent);
     ~TestPlanView() override;
 
-    /// Takes what is being typed over into the model.
+    /// Commits what is being typed to the model.
     void finishTyping();
 
-    /// Widths that suit the contents, as far as a look at the first rows can tell.
+    /// Fits the widths of columns to the contents of the first rows.
     void fitColumns();
 
-    /// False if that has failed.
+    /// Copies the selected cells. If that fails, emits `failed` and returns false.
     bool copy();
     void cut();
     void paste();
     void clearCells();
     void fillDown();
 
-    /// In front of each block of selected rows as many as it has.
+    /// Inserts as many rows in front of each block of selected rows as the block has.
     void insertRowsAbove();
     void removeSelectedRows();
-    /// By one row: -1 is up, 1 is down. None moves if one of them is at the edge.
+    /// Moves the selected rows by one: up if \p step is -1, down if it is 1. Moves none if one of
+    /// them is at the edge.
     void moveSelectedRows(int step);
-    /// As with rows.
+    /// Inserts as many columns in front of each block of selected columns as the block has.
     void insertColumnsBefore();
     void removeSelectedColumns();
     void moveSelectedColumns(int step);
@@ -60,7 +61,7 @@ public:
 
 Q_SIGNALS:
     void failed(const workbench::Failure& failure);
-    /// Another cell is the current one, or other cells are selected.
+    /// Emitted when the selection changes, as it does when another cell becomes current.
     void selectionMoved();
 
 protected:
@@ -70,34 +71,37 @@ protected:
                           const QItemSelection& deselected) override;
 
 private:
-    /// Cells, and what all cells of each of their columns become.
+    /// A rectangle of cells, and what all cells of each of its columns become.
     struct Filling
     {
         QRect cells;
         std::vector<CellValue> values;
     };
 
-    /// In columns and rows, as all of the rectangles here.
+    /// Returns the selected blocks, in columns and rows as all rectangles here.
     std::vector<QRect> selectedBlocks() const;
-    /// With all that lies between the blocks.
+    /// Returns the rectangle around all selected blocks, or the current cell if there are none.
     QRect selectedRectangle() const;
-    /// The rows, or columns, that have a selected cell; that of the current cell if there is none.
+    /// Returns the rows, or columns, that have a selected cell; that of the current cell if there
+    /// is none.
     Spans selectedSpans(Qt::Orientation orientation) const;
     CellGrid selectedCells() const;
-    /// Changes each of \p spans, the last one first, as one step called \p text.
+    /// Calls \p work for each of \p spans, the last one first, as one step called \p text.
     void change(const QString& text, const Spans& spans,
                 const std::function<void(const Span&)>& work);
     void moveCurrent(int columns, int rows);
     void select(const std::vector<QRect>& blocks);
-    /// What changes; cells that are empty and stay so don't. False if that is too much at once.
+    /// Appends what \p filling changes, without empty cells that stay empty. Returns false if that
+    /// is too much at once.
     bool addChanges(const Filling& filling, std::vector<TestPlanModel::CellChange>& changes) const;
-    /// One step called \p text. If there are too many cells, the failure \p what is told instead.
+    /// Fills cells as one step called \p text. If there are too many, emits `failed` with \p what
+    /// instead.
     void fill(const QString& text, const QString& what, const std::vector<Filling>& fillings);
     ClipboardCells clipboardCells();
     CellGrid gridOf(const ClipboardCells& cells);
     void pasteCells(const CellGrid& grid);
     bool mayPaste(const ClipboardCells& cells);
-    /// Over the empty cells behind it, if its own is too narrow.
+    /// Paints a comment over the empty cells after it, if its own cell is too narrow.
     void paintComment(QPainter& painter, int row);
 
     TestPlanModel& m_model;
