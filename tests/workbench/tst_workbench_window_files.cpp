@@ -233,6 +233,18 @@ private Q_SLOTS:
         QCOMPARE(fileUri(file), uri);
     }
 
+    void menusThatWereShownStillWork()
+    {
+        const Window window;
+        // QMenu::clear(), by which menus are filled again, disconnects actions from their menu.
+        for (QMenu* const menu : window->findChildren<QMenu*>())
+            Q_EMIT menu->aboutToShow();
+        actionOf(*window, "findInFiles")->trigger();
+        QVERIFY(window->findChild<FindInFilesDialog*>());
+        actionOf(*window, "new:script")->trigger();
+        QVERIFY(window->currentDocument());
+    }
+
     void hitsAreOpenedAtTheirLine()
     {
         const QString file = script("hit.zvscr", "one\ntwo\nthree needle\n");

@@ -13,8 +13,8 @@ public:
     /// Returns the id of the symbol or wire that the item shows.
     int id() const;
 
-    /// Returns the place of the item in the schematic, in steps. While the mouse moves the item,
-    /// this is the place where the move began.
+    /// Returns the position of the item in the schematic, in steps. While the mouse moves the item,
+    /// this is the position where the move began.
     virtual QPoint gridPosition() const = 0;
 
 protected:

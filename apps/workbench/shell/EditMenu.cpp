@@ -10,7 +10,8 @@ EditMenu::EditMenu(QWidget& window)
 {
     m_find->setObjectName(QStringLiteral("findInFiles"));
     m_find->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+F")));
-    connect(m_find, &QAction::triggered, this, &EditMenu::findInFilesRequested);
+    // QMenu::clear() disconnects actions from their menu, so the window is the receiver.
+    connect(m_find, &QAction::triggered, &window, [this] { Q_EMIT findInFilesRequested(); });
     // QMenu::clear() deletes actions that no other widget has, so the window has this one, too, and
     // offers its shortcut at any time.
     window.addAction(m_find);
