@@ -304,9 +304,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("problem");
         const QString banned = "A name has at most 255 characters, and none of < > : \" / \\ | ? *";
         const auto device = [](const QString& name) {
-            return QString("“%1” is the name of a device. Add something in front of it.").arg(name);
+            return QString("“%1” is a reserved device name. Choose another name.").arg(name);
         };
-        const QString end = "A name can't end with a dot or a blank.";
+        const QString end = "A name can't end with a dot or a space.";
         QTest::newRow("good") << "new.txt"
                               << "";
         QTest::newRow("umlaut") << "ü ö.txt"

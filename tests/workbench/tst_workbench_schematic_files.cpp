@@ -95,7 +95,7 @@ private Q_SLOTS:
             return QByteArray("<schematic version='1' symbols='0' wires='1'>") + content
                 + "</schematic>";
         };
-        row("no XML", "R1", "It is no XML file.");
+        row("no XML", "R1", "This is not an XML file.");
         row("another root", "<testplan version='1'/>", "It is no schematic: it holds “testplan”.");
         row("newer", "<schematic version='7'/>", "newer version");
         row("no counts", "<schematic version='1'/>", "no “symbols”");

@@ -179,7 +179,7 @@ private Q_SLOTS:
         const auto row = [](const char* name, const char* bytes, const char* reason) {
             QTest::newRow(name) << QByteArray(bytes) << QString::fromUtf8(reason);
         };
-        row("no XML", "Step,Instruction", "It is no XML file.");
+        row("no XML", "Step,Instruction", "This is not an XML file.");
         row("another root", "<parts version='1'/>", "It is no test plan: it holds “parts”.");
         row("no version", "<testplan rows='0' columns='1'/>", "no “version”");
         row("newer", "<testplan version='2'/>", "newer version of this program");
@@ -385,7 +385,7 @@ private Q_SLOTS:
         plan.document.saveAs(workbench::filePath(file));
         QCOMPARE(user.stopped, QStringList("Saving “user.testplan”…"));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains("You have stopped it."),
+        QVERIFY2(plan.failures.first().contains("Stopped."),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(!QFile::exists(file));
@@ -396,8 +396,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("length");
         QTest::addColumn<QString>("reason");
-        const QString tooLong = "Its name is too long for this disk.";
-        const QString other = "Either the disk is full, or you have no right to write there.";
+        const QString tooLong = "The file name is too long for this disk.";
+        const QString other = "The disk is full, or you do not have permission to write there.";
         QTest::newRow("at most") << 248 << other;
         QTest::newRow("too long to be written") << 249 << tooLong;
         QTest::newRow("too long at all") << 256 << tooLong;

@@ -86,9 +86,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("reason");
         QTest::newRow("missing") << "none.zvscr"
-                                 << "There is no such file.";
+                                 << "The file does not exist.";
         QTest::newRow("other type") << "note.txt"
-                                    << "It is no test plan, schematic or script.";
+                                    << "The file is not a test plan, schematic or script.";
         QTest::newRow("broken plan") << "bad.testplan"
                                      << "It is no test plan: it holds “nonsense”.";
     }
