@@ -297,9 +297,8 @@ private Q_SLOTS:
         write(tree.path("b.txt"), "needle");
         QVERIFY(finder.finds("needle"));
         QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::maxHits);
-        QCOMPARE(
-            finder.status(),
-            QString("The first 10,000 lines are shown. Search for more, or in less, to see all."));
+        QCOMPARE(finder.status(),
+                 QString("Only the first 10,000 lines are shown. Narrow the search to see all."));
     }
 
     void whatIsMissingIsListed()

@@ -341,11 +341,11 @@ private Q_SLOTS:
         QTest::newRow("ends like a device") << "a.con"
                                             << "";
         QTest::newRow("taken") << "taken.txt"
-                               << "There is a “taken.txt” in this folder already.";
+                               << "“taken.txt” already exists in this folder.";
         QTest::newRow("taken by a folder") << "folder"
-                                           << "There is a “folder” in this folder already.";
+                                           << "“folder” already exists in this folder.";
         QTest::newRow("its own") << "mine.txt"
-                                 << "There is a “mine.txt” in this folder already.";
+                                 << "“mine.txt” already exists in this folder.";
         QTest::newRow("its own in another case") << "MINE.txt"
                                                  << "";
     }
@@ -382,7 +382,7 @@ private Q_SLOTS:
         QVERIFY(name->validator());
         QCOMPARE(name->selectedText(), QString("a.tar"));
         QVERIFY(!ok->isEnabled());
-        QCOMPARE(problem->text(), QString("There is a “a.tar.gz” in this folder already."));
+        QCOMPARE(problem->text(), QString("“a.tar.gz” already exists in this folder."));
         QTest::keyClicks(name, "b");
         QCOMPARE(name->text(), QString("b.gz"));
         QVERIFY(ok->isEnabled());

@@ -96,7 +96,8 @@ private Q_SLOTS:
                 + "</schematic>";
         };
         row("no XML", "R1", "This is not an XML file.");
-        row("another root", "<testplan version='1'/>", "It is no schematic: it holds “testplan”.");
+        row("another root", "<testplan version='1'/>",
+            "This is not a schematic (root element “testplan”).");
         row("newer", "<schematic version='7'/>", "newer version");
         row("no counts", "<schematic version='1'/>", "no “symbols”");
         row("absurd count", "<schematic version='1' symbols='2000000000' wires='0'/>",

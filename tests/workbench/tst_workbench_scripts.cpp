@@ -216,8 +216,9 @@ private Q_SLOTS:
         QTest::newRow("NUL") << QByteArray("a\0b", 3) << characters;
         QTest::newRow("carriage return") << QByteArray("a\rb") << characters;
         QTest::newRow("paragraph separator") << QByteArray("a\xE2\x80\xA9") << characters;
-        QTest::newRow("too large") << QByteArray(5'000'001, 'a')
-                                   << "It has 5,000,001 bytes; a script has at most 5,000,000.";
+        QTest::newRow("too large")
+            << QByteArray(5'000'001, 'a')
+            << "The file has 5,000,001 bytes; a script can have at most 5,000,000.";
     }
 
     void refusesWhatItCantKeep()

@@ -180,7 +180,8 @@ private Q_SLOTS:
             QTest::newRow(name) << QByteArray(bytes) << QString::fromUtf8(reason);
         };
         row("no XML", "Step,Instruction", "This is not an XML file.");
-        row("another root", "<parts version='1'/>", "It is no test plan: it holds “parts”.");
+        row("another root", "<parts version='1'/>",
+            "This is not a test plan (root element “parts”).");
         row("no version", "<testplan rows='0' columns='1'/>", "no “version”");
         row("newer", "<testplan version='2'/>", "newer version of this program");
         row("version 0", "<testplan version='0'/>", "Its version is “0”");
@@ -385,8 +386,7 @@ private Q_SLOTS:
         plan.document.saveAs(workbench::filePath(file));
         QCOMPARE(user.stopped, QStringList("Saving “user.testplan”…"));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains("Stopped."),
-                 qPrintable(plan.failures.first()));
+        QVERIFY2(plan.failures.first().contains("Stopped."), qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(!QFile::exists(file));
     }

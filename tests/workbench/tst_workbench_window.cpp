@@ -254,13 +254,12 @@ private Q_SLOTS:
             "--style dark --new testplan --new script --screenshot p.png a.zvscr")
                              << "";
         QTest::newRow("unknown style")
-            << words("--style Blue") << "There is no style “Blue”. There are: Light, Dark.";
-        QTest::newRow("unknown type") << words("--new plan")
-                                      << "There is no type of document “plan”. There are: "
-                                         "testplan, schematic, script.";
-        QTest::newRow("nothing behind")
-            << words("a.zvscr --new") << "Something is missing behind “--new”.";
-        QTest::newRow("unknown") << words("--what ever") << "“--what” isn't known.";
+            << words("--style Blue") << "There is no style “Blue”. Available styles: Light, Dark.";
+        QTest::newRow("unknown type")
+            << words("--new plan")
+            << "There is no document type “plan”. Available types: testplan, schematic, script.";
+        QTest::newRow("nothing behind") << words("a.zvscr --new") << "“--new” needs a value.";
+        QTest::newRow("unknown") << words("--what ever") << "Unknown option “--what”.";
     }
 
     void arguments()
