@@ -124,7 +124,7 @@ private Q_SLOTS:
         const std::string message("a\0b\xFF\xC3\xA4", 6);
         Pair pair(true, failing(message));
         pair.start();
-        QCOMPARE(pair.responseLines().back(), "failed (" + message + ") 3");
+        QCOMPARE(pair.responseLines().back(), "failed: " + message);
     }
 
     void abortTwiceWhileStarted()

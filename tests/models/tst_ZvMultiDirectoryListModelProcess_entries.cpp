@@ -121,9 +121,10 @@ private Q_SLOTS:
         QTest::newRow("inside") << QByteArray("a\x80z.txt") << "a" + bad + "z.txt";
         QTest::newRow("cut off") << QByteArray("ab\xC3") << "ab" + bad;
         QTest::newRow("beside a character") << QByteArray("\xC3\xA4\xE4") << "ä" + bad;
-        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBFx") << "\uFEFFx";
+        QTest::newRow("byte order mark")
+            << QByteArray("\xEF\xBB\xBFx") << QStringLiteral("\uFEFFx");
         QTest::newRow("byte order mark in front of a bad byte")
-            << QByteArray("\xEF\xBB\xBF\xFF") << "\uFEFF" + bad;
+            << QByteArray("\xEF\xBB\xBF\xFF") << QStringLiteral("\uFEFF") + bad;
     }
 
     void namesThatAreNoTextAreListed()

@@ -296,7 +296,7 @@ private Q_SLOTS:
         const QString before = QDir::currentPath();
         QVERIFY(QDir::setCurrent(directory.path()));
         const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
-        const QString name = "\uFEFFa.png";
+        const QString name = QStringLiteral("\uFEFFa.png");
         QPixmap picture(7, 7);
         picture.fill(Qt::red);
         QVERIFY(picture.save(name));

@@ -287,8 +287,8 @@ private Q_SLOTS:
     void nameWithAByteOrderMarkIsToldWithoutIt()
     {
         Document document;
-        document.setFilename(pathOf("\uFEFFa.zvsch"));
-        QCOMPARE(document.filename(), pathOf("\uFEFFa.zvsch"));
+        document.setFilename(pathOf(QStringLiteral("\uFEFFa.zvsch")));
+        QCOMPARE(document.filename(), pathOf(QStringLiteral("\uFEFFa.zvsch")));
         QCOMPARE(document.getFilename(), QString("a.zvsch"));
         document.takeNotes();
     }

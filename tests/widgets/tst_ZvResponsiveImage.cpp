@@ -95,7 +95,7 @@ private Q_SLOTS:
         const QString before = QDir::currentPath();
         QVERIFY(QDir::setCurrent(directory.path()));
         const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
-        QVERIFY(picture(7, 5).save(QString("\uFEFFa.png")));
+        QVERIFY(picture(7, 5).save(QStringLiteral("\uFEFFa.png")));
         ZvResponsiveImage shown("\xEF\xBB\xBF"
                                 "a.png",
                                 nullptr);
