@@ -1,42 +1,46 @@
 # The compiler settings that every target of the project shares.
 #
 # zv_build_options      link it PRIVATE: warnings, Qt's strictness macros
+# zv_test_options       the same for tests, in which a literal may stand for a QString
 # zv_unloadable(TARGET) settings without which a shared library can't leave the process again
 
 include(CheckCXXCompilerFlag)
 
-add_library(zv_build_options INTERFACE)
+add_library(zv_test_options INTERFACE)
 target_compile_definitions(
-    zv_build_options
-    INTERFACE QT_NO_KEYWORDS QT_NO_FOREACH QT_DEPRECATED_WARNINGS QT_NO_CAST_FROM_ASCII
-              QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    zv_test_options
+    INTERFACE QT_NO_KEYWORDS QT_NO_FOREACH QT_DEPRECATED_WARNINGS QT_NO_CAST_TO_ASCII
+              QT_NO_URL_CAST_FROM_STRING
 )
+add_library(zv_build_options INTERFACE)
+target_compile_definitions(zv_build_options INTERFACE QT_NO_CAST_FROM_ASCII)
+target_link_libraries(zv_build_options INTERFACE zv_test_options)
 if(WIN32)
-    target_compile_definitions(zv_build_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+    target_compile_definitions(zv_test_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 if(MSVC)
     # 4251 and 4275 ask for exports of private members and of standard base classes.
-    target_compile_options(zv_build_options
+    target_compile_options(zv_test_options
         INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus /wd4251 /wd4275
     )
     if(ZV_WARNINGS_AS_ERRORS)
-        target_compile_options(zv_build_options INTERFACE /WX)
+        target_compile_options(zv_test_options INTERFACE /WX)
     endif()
 else()
     target_compile_options(
-        zv_build_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+        zv_test_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
                                    -Woverloaded-virtual -Wcast-align -Wnull-dereference
     )
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE MATCHES "Release|RelWithDebInfo")
         # GCC 12 finds null dereferences in the standard library's own headers when it optimises.
-        target_compile_options(zv_build_options INTERFACE -Wno-null-dereference)
+        target_compile_options(zv_test_options INTERFACE -Wno-null-dereference)
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # Qt Test's macros are variadic and take no argument more often than not.
-        target_compile_options(zv_build_options INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
+        target_compile_options(zv_test_options INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
     endif()
     if(ZV_WARNINGS_AS_ERRORS)
-        target_compile_options(zv_build_options INTERFACE -Werror)
+        target_compile_options(zv_test_options INTERFACE -Werror)
     endif()
 endif()
 

@@ -72,7 +72,7 @@ function(zv_add_test name)
         PRIVATE $<$<BOOL:${ZV_SANITIZE}>:ZV_SANITIZED> ${arg_DEFINITIONS}
     )
     target_link_libraries(tst_${name}
-        PRIVATE zv_build_options zv_test_support Qt5::Test ${arg_LIBRARIES}
+        PRIVATE zv_test_options zv_test_support Qt5::Test ${arg_LIBRARIES}
     )
     if(arg_DEPENDS)
         add_dependencies(tst_${name} ${arg_DEPENDS})
@@ -114,7 +114,7 @@ function(zv_add_property_test name)
 endfunction()
 
 # zv_add_test_helper(NAME [LIBRARIES TARGET...]): the program NAME from NAME.cpp. Tests that start it name
-# it behind DEPENDS, or it isn't built.
+# it in their DEPENDS, or it isn't built.
 function(zv_add_test_helper name)
     cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
     add_executable(${name} EXCLUDE_FROM_ALL ${name}.cpp)

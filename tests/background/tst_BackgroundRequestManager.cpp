@@ -330,16 +330,16 @@ private Q_SLOTS:
         waitUntilStarted(managed, *running);
         managed.add(std::make_shared<Request>(&leaveOpen));
         auto subject = std::make_shared<Request>();
-        if (how == QLatin1String("aborted before it was added"))
+        if (how == "aborted before it was added")
             subject->abort();
         connect(subject.get(), &abstract_request::finished, [&] { journal.write("finished"); });
         managed.add(subject);
         zvtest::runOn(managed.context(), [&] {
-            if (how == QLatin1String("started"))
+            if (how == "started")
                 subject->start();
-            else if (how == QLatin1String("completed"))
+            else if (how == "completed")
                 Q_EMIT subject->completed();
-            else if (how == QLatin1String("failed"))
+            else if (how == "failed")
                 Q_EMIT subject->failed("x");
             subject.reset();
             QVERIFY(journal.lines().empty());

@@ -415,11 +415,11 @@ private Q_SLOTS:
         const auto fail = [] { throw std::runtime_error("from the test"); };
         Process process(5, 3'600'000);
         QMetaObject::Connection failing;
-        if (where == QLatin1String("started"))
+        if (where == "started")
             failing = connect(&process, &ZvAbstractIterativeProcess::started, &process, fail);
-        else if (where == QLatin1String("hasMoreWork"))
+        else if (where == "hasMoreWork")
             process.onQuestion = fail;
-        else if (where == QLatin1String("processStep"))
+        else if (where == "processStep")
             process.onStep = fail;
         else
             process.onStep = [&] {

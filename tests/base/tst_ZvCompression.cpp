@@ -124,10 +124,10 @@ private Q_SLOTS:
         const QString before = QDir::currentPath();
         QVERIFY(QDir::setCurrent(m_dir->path()));
         const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
-        const QString marked = mark + QStringLiteral("\u00E4.txt");
-        const QString packed = QStringLiteral("packed");
-        const QString unpacked = QStringLiteral("unpacked");
-        QVERIFY(writeTo(QStringLiteral("\u00E4.txt"), "other"));
+        const QString marked = mark + QString("\u00E4.txt");
+        const QString packed = "packed";
+        const QString unpacked = "unpacked";
+        QVERIFY(writeTo("\u00E4.txt", "other"));
         QVERIFY(writeTo(marked, "marked"));
         ZvCompression::compress(path(marked), path(mark + packed), Zlib, 9);
         QCOMPARE(contentOf(mark + packed), qCompress(QByteArray("marked"), 9));
@@ -234,12 +234,12 @@ private Q_SLOTS:
     {
         const QByteArray bytes = randomBytes(10'000) + QByteArray("text\r\n").repeated(10'000);
         QVERIFY(writeTo(file("source"), bytes));
-        QCOMPARE(runPeer(QStringLiteral("pack"), file("source"), file("packed")), 0);
+        QCOMPARE(runPeer("pack", file("source"), file("packed")), 0);
         ZvCompression::decompress(path(file("packed")), path(file("target")), Zlib);
         QVERIFY(contentOf(file("target")) == bytes);
 
         ZvCompression::compress(path(file("source")), path(file("ours")), Zlib, 9);
-        QCOMPARE(runPeer(QStringLiteral("unpack"), file("ours"), file("theirs")), 0);
+        QCOMPARE(runPeer("unpack", file("ours"), file("theirs")), 0);
         QVERIFY(contentOf(file("theirs")) == bytes);
     }
 
@@ -263,16 +263,16 @@ private Q_SLOTS:
     void unreadableSource_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("missing") << QStringLiteral("none");
-        QTest::newRow("directory") << QStringLiteral("folder");
-        QTest::newRow("below a missing folder") << QStringLiteral("none/file");
-        QTest::newRow("name beyond ASCII") << QStringLiteral("\u00E4\u20AC");
+        QTest::newRow("missing") << "none";
+        QTest::newRow("directory") << "folder";
+        QTest::newRow("below a missing folder") << "none/file";
+        QTest::newRow("name beyond ASCII") << "\u00E4\u20AC";
     }
 
     void unreadableSource()
     {
         QFETCH(QString, name);
-        QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
+        QVERIFY(QDir(m_dir->path()).mkdir("folder"));
         QVERIFY(writeTo(file("target"), QByteArray("old")));
         const QString source = m_dir->filePath(name);
         QCOMPARE(compressFailure(source, file("target")), cannotRead(source));
@@ -294,15 +294,15 @@ private Q_SLOTS:
     void unwritableTarget_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("directory") << QStringLiteral("folder");
-        QTest::newRow("below a missing folder") << QStringLiteral("none/file");
-        QTest::newRow("below a file") << QStringLiteral("source/file");
+        QTest::newRow("directory") << "folder";
+        QTest::newRow("below a missing folder") << "none/file";
+        QTest::newRow("below a file") << "source/file";
     }
 
     void unwritableTarget()
     {
         QFETCH(QString, name);
-        QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
+        QVERIFY(QDir(m_dir->path()).mkdir("folder"));
         QVERIFY(writeTo(file("source"), QByteArray("text")));
         const QString target = m_dir->filePath(name);
         QCOMPARE(compressFailure(file("source"), target), cannotWrite(target));
@@ -336,9 +336,9 @@ private Q_SLOTS:
     {
 #if defined(Q_OS_LINUX)
         QVERIFY(writeTo(file("source"), randomBytes(1'000'000)));
-        QCOMPARE(compressFailure(file("source"), QStringLiteral("/dev/full")), "nothing"s);
+        QCOMPARE(compressFailure(file("source"), "/dev/full"), "nothing"s);
         ZvCompression::compress(path(file("source")), path(file("packed")), Zlib, -1);
-        QCOMPARE(decompressFailure(file("packed"), QStringLiteral("/dev/full")), "nothing"s);
+        QCOMPARE(decompressFailure(file("packed"), "/dev/full"), "nothing"s);
 #else
         QSKIP("There is no /dev/full");
 #endif
@@ -492,7 +492,7 @@ private Q_SLOTS:
 
     void pathsHaveTheRulesOfTheLibrary()
     {
-        QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("folder")));
+        QVERIFY(QDir(m_dir->path()).mkdir("folder"));
         QVERIFY(writeTo(file("folder/\u00E4 source"), QByteArray("text")));
         ZvFilePath source = path(m_dir->path());
         source /= ZvFilePath(L"folder");
@@ -525,7 +525,7 @@ private:
         QProcess peer;
         peer.setStandardInputFile(input);
         peer.setStandardOutputFile(output);
-        peer.start(QStringLiteral(PEER_FILE), {what});
+        peer.start(PEER_FILE, {what});
         return peer.waitForFinished() ? peer.exitCode() : -1;
     }
 };

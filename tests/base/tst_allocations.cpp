@@ -145,8 +145,7 @@ private Q_SLOTS:
         QFETCH(int, megabytes);
         // A long record and many short ones, in a few thousand bytes.
         QMimeData data;
-        data.setData(QStringLiteral("text/csv"),
-                     QByteArray("a,").repeated(999) + QByteArray("\na").repeated(1000));
+        data.setData("text/csv", QByteArray("a,").repeated(999) + QByteArray("\na").repeated(1000));
         const ZvClipboardData view(&data);
         QVERIFY(hasStorage(view.csvData()));
         std::vector<std::string> log;
@@ -245,7 +244,7 @@ private Q_SLOTS:
     void xmlElements()
     {
         const QTemporaryDir folder;
-        QFile file(folder.filePath(QStringLiteral("a.xml")));
+        QFile file(folder.filePath("a.xml"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("<r><a/><b x='1' y='2'/><c><d/><d/><d/></c><e>text</e><f/></r>");
         file.close();

@@ -266,7 +266,7 @@ private Q_SLOTS:
         std::swap(table.value(0, 0), table.value(0, 2));
         QCOMPARE(std::string(table.toCSV().c_str()), std::string("2,1,0"));
         const ZvVariant taken(std::move(table.value(0, 1)));
-        table.value(0, 1) = QVariant(QStringLiteral("x"));
+        table.value(0, 1) = QVariant("x");
         QCOMPARE(std::string(table.toCSV().c_str()), std::string("2,x,0"));
     }
 

@@ -19,7 +19,7 @@ class tst_zvlogging : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         QVERIFY2(library.load(), qPrintable(library.errorString()));
         // By their plain names, as the application asks for them.
         m_enableLogging = library.resolve("zvlogging_EnableLogging");
@@ -32,7 +32,7 @@ private Q_SLOTS:
     void init()
     {
         logging::reset();
-        logging::setLogFile(m_directory.filePath(QStringLiteral("zv.log")).toStdString());
+        logging::setLogFile(m_directory.filePath("zv.log").toStdString());
         m_calls.clear();
         logging::setObserver([this](const std::string& call) { m_calls.push_back(call); });
     }

@@ -26,15 +26,15 @@ public:
 
     QString getFilename() const override { return filename; }
     bool canReloadFile() const override { return true; }
-    void reloadFile() override { calls << QStringLiteral("reload"); }
-    void notifyHighlighted() override { calls << QStringLiteral("notify"); }
-    void notifyTitleBarPressed() override { calls << QStringLiteral("pressed"); }
-    void widgetHighlightedEvent() override { calls << QStringLiteral("highlighted"); }
-    void widgetUnhighlightedEvent() override { calls << QStringLiteral("unhighlighted"); }
-    void windowChanged() override { calls << QStringLiteral("window"); }
+    void reloadFile() override { calls << "reload"; }
+    void notifyHighlighted() override { calls << "notify"; }
+    void notifyTitleBarPressed() override { calls << "pressed"; }
+    void widgetHighlightedEvent() override { calls << "highlighted"; }
+    void widgetUnhighlightedEvent() override { calls << "unhighlighted"; }
+    void windowChanged() override { calls << "window"; }
     void notifyLocationChanged(Qt::DockWidgetArea area) override
     {
-        calls << QStringLiteral("area %1").arg(int(area));
+        calls << QString("area %1").arg(int(area));
     }
     DockLocationPreference getPreferredDockLocation() const override { return location; }
     QSize getPreferredNewWindowSize() const override { return QSize(321, 123); }
@@ -48,11 +48,10 @@ protected:
     using DockableWidgetContents::closeEvent;
     void closeEvent(QCloseEvent* event) override
     {
-        DockableWidgetContents::closeEvent(event, QStringLiteral("details"),
-                                           QStringLiteral("question"));
+        DockableWidgetContents::closeEvent(event, QString("details"), QString("question"));
     }
-    void callOnCloseScript() override { calls << QStringLiteral("script"); }
-    void onClosing() override { calls << QStringLiteral("closing"); }
+    void callOnCloseScript() override { calls << "script"; }
+    void onClosing() override { calls << "closing"; }
 };
 
 template <typename Child>

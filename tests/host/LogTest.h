@@ -13,7 +13,7 @@ class LogTest : public QObject
     Q_OBJECT
 
 protected:
-    QString file() const { return m_directory.filePath(QStringLiteral("zv.log")); }
+    QString file() const { return m_directory.filePath("zv.log"); }
 
     QTemporaryDir m_directory;
 

@@ -45,8 +45,8 @@ public:
 WindowResponder<QMessageBox> answered(QMessageBox::StandardButton button)
 {
     return WindowResponder<QMessageBox>([button](QMessageBox& box) {
-        QCOMPARE(box.text(), QStringLiteral("question"));
-        QCOMPARE(box.informativeText(), QStringLiteral("details"));
+        QCOMPARE(box.text(), QString("question"));
+        QCOMPARE(box.informativeText(), QString("details"));
         box.button(button)->click();
     });
 }
@@ -60,22 +60,22 @@ class tst_DockFramework : public zvtest::DockFrameworkTest
 private Q_SLOTS:
     void contentsOnTheirOwn()
     {
-        DockableWidgetContents contents(QStringLiteral("name"), nullptr);
-        QCOMPARE(contents.objectName(), QStringLiteral("name"));
-        QCOMPARE(contents.shortTitle(), QStringLiteral("name"));
-        QCOMPARE(contents.longTitle(), QStringLiteral("name"));
-        QCOMPARE(contents.getViewContextName(), QStringLiteral("name"));
-        QCOMPARE(contents.getToolBarContext(), QStringLiteral("name"));
+        DockableWidgetContents contents(QString("name"), nullptr);
+        QCOMPARE(contents.objectName(), QString("name"));
+        QCOMPARE(contents.shortTitle(), QString("name"));
+        QCOMPARE(contents.longTitle(), QString("name"));
+        QCOMPARE(contents.getViewContextName(), QString("name"));
+        QCOMPARE(contents.getToolBarContext(), QString("name"));
         const QSignalSpy titles(&contents, &DockableWidgetContents::titlesChanged);
-        contents.setShortTitle(QStringLiteral("short"));
-        contents.setLongTitle(QStringLiteral("long"));
+        contents.setShortTitle("short");
+        contents.setLongTitle("long");
         QCOMPARE(titles.count(), 2);
-        QCOMPARE(contents.shortTitle(), QStringLiteral("short"));
-        QCOMPARE(contents.longTitle(), QStringLiteral("long"));
-        QCOMPARE(contents.windowTitle(), QStringLiteral("short[*]"));
-        QCOMPARE(contents.getShortName(), QStringLiteral("short"));
-        QCOMPARE(contents.getMenuTitle(), QStringLiteral("short"));
-        QCOMPARE(contents.getRightClickMenuTitle(), QStringLiteral("short"));
+        QCOMPARE(contents.shortTitle(), QString("short"));
+        QCOMPARE(contents.longTitle(), QString("long"));
+        QCOMPARE(contents.windowTitle(), QString("short[*]"));
+        QCOMPARE(contents.getShortName(), QString("short"));
+        QCOMPARE(contents.getMenuTitle(), QString("short"));
+        QCOMPARE(contents.getRightClickMenuTitle(), QString("short"));
         QVERIFY(!contents.updateEnabledMenusOnKeyPress());
         QVERIFY(!contents.isContentWidget());
         QVERIFY(contents.isSystemWidget());
@@ -85,18 +85,18 @@ private Q_SLOTS:
         QVERIFY(!contents.getPreferredNewWindowSize().isValid());
         QCOMPARE(contents.getPreferredDockLocation(), DockLocationPreference::Documents);
         const RestoreWidgetInfo info = contents.getRestoreWidgetInfo();
-        QCOMPARE(info.name, QStringLiteral("name"));
+        QCOMPARE(info.name, QString("name"));
         QVERIFY(info.filename.isEmpty() && info.command.isEmpty());
     }
 
     void documentsOnTheirOwn()
     {
-        ContentWidget document(QStringLiteral("name"), nullptr, false);
+        ContentWidget document("name", nullptr, false);
         QVERIFY(document.isContentWidget());
         QVERIFY(!document.isSystemWidget());
         QVERIFY(!document.testAttribute(Qt::WA_DeleteOnClose));
         document.setShortTitle(QString());
-        QCOMPARE(document.getShortName(), QStringLiteral("name"));
+        QCOMPARE(document.getShortName(), QString("name"));
         const QSignalSpy modified(&document, &DockableWidgetContents::modifiedChanged);
         document.setModified(true);
         document.setModified(true);
@@ -110,12 +110,11 @@ private Q_SLOTS:
 
     void closeAsksOnlyForChanges()
     {
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         const QPointer<Document> guard(document);
         document->show();
         QVERIFY(document->close());
-        QCOMPARE(document->calls,
-                 (QStringList{QStringLiteral("closing"), QStringLiteral("script")}));
+        QCOMPARE(document->calls, (QStringList{"closing", "script"}));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!guard);
     }
@@ -136,7 +135,7 @@ private Q_SLOTS:
         QFETCH(int, button);
         QFETCH(bool, saves);
         QFETCH(bool, closes);
-        Document document(QStringLiteral("a"));
+        Document document("a");
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         document.setModified(true);
         document.show();
@@ -145,12 +144,12 @@ private Q_SLOTS:
         const auto answer = answered(QMessageBox::StandardButton(button));
         QCOMPARE(document.close(), closes);
         QCOMPARE(answer.count, 1);
-        QCOMPARE(document.calls.contains(QStringLiteral("closing")), closes);
+        QCOMPARE(document.calls.contains("closing"), closes);
     }
 
     void saveIsOfferedOnlyWhereSomebodySaves()
     {
-        Document document(QStringLiteral("a"));
+        Document document("a");
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         document.setModified(true);
         const WindowResponder<QMessageBox> answer([](QMessageBox& box) {
@@ -165,7 +164,7 @@ private Q_SLOTS:
     void partsBearTheNamesOfTheStyleSheet()
     {
         DockFrame frame;
-        auto* const window = frame.addContents(new Document(QStringLiteral("a")));
+        auto* const window = frame.addContents(new Document("a"));
         QCOMPARE(QByteArray(window->metaObject()->className()), QByteArray("DockableWidget"));
         auto* const bar = child<QWidget>(*window, "dockWidgetTitleBar");
         QVERIFY(bar);
@@ -187,21 +186,21 @@ private Q_SLOTS:
     void titleBarShowsTitlesAndTheMark()
     {
         DockFrame frame;
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         auto* const window = frame.addContents(document);
         frame.resize(600, 400);
         frame.show();
         const auto* const label = child<QLabel>(*window, "TitleBarLabel");
-        QCOMPARE(label->text(), QStringLiteral("a"));
-        document->setShortTitle(QStringLiteral("plan.txt"));
-        document->setLongTitle(QStringLiteral("/folder/plan.txt"));
-        QCOMPARE(label->text(), QStringLiteral("plan.txt"));
-        QCOMPARE(label->toolTip(), QStringLiteral("/folder/plan.txt"));
+        QCOMPARE(label->text(), QString("a"));
+        document->setShortTitle("plan.txt");
+        document->setLongTitle("/folder/plan.txt");
+        QCOMPARE(label->text(), QString("plan.txt"));
+        QCOMPARE(label->toolTip(), QString("/folder/plan.txt"));
         document->setModified(true);
-        QCOMPARE(label->text(), QStringLiteral("plan.txt*"));
+        QCOMPARE(label->text(), QString("plan.txt*"));
         QVERIFY(window->isWindowModified());
         document->setModified(false);
-        QCOMPARE(label->text(), QStringLiteral("plan.txt"));
+        QCOMPARE(label->text(), QString("plan.txt"));
         QVERIFY(!window->isWindowModified());
         // What is too long for the bar ends in dots, and is read out whole.
         const QString longName(200, QLatin1Char('x'));
@@ -214,9 +213,9 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.resize(700, 500);
-        auto* const first = frame.addContents(new Document(QStringLiteral("first")));
-        auto* const second = frame.addContents(new Document(QStringLiteral("second")));
-        auto* const panel = frame.addContents(new Panel(QStringLiteral("panel")));
+        auto* const first = frame.addContents(new Document("first"));
+        auto* const second = frame.addContents(new Document("second"));
+        auto* const panel = frame.addContents(new Panel("panel"));
         frame.show();
         QCOMPARE(frame.dockableWidgets(), (QList<DockableWidget*>{first, second, panel}));
         first->raise();
@@ -226,9 +225,9 @@ private Q_SLOTS:
         QTRY_VERIFY(frame.findChild<QTabBar*>());
         auto* const tabs = frame.findChild<QTabBar*>();
         QTRY_COMPARE(tabs->count(), 2);
-        QTRY_COMPARE(tabs->tabText(0), QStringLiteral("first"));
+        QTRY_COMPARE(tabs->tabText(0), QString("first"));
         second->contents()->setModified(true);
-        QTRY_COMPARE(tabs->tabText(1), QStringLiteral("second*"));
+        QTRY_COMPARE(tabs->tabText(1), QString("second*"));
         // Most of the room is for documents.
         QTRY_VERIFY2(panel->width() < 250, qPrintable(QString::number(panel->width())));
     }
@@ -240,15 +239,15 @@ private Q_SLOTS:
         const auto isAbout = [](int width, int wanted) { return qAbs(width - wanted) < 10; };
         const auto addAll = [](DockFrame& frame) {
             frame.resize(1000, 500);
-            auto* const panel = frame.addContents(new Panel(QStringLiteral("panel")));
-            frame.tabifyDockWidget(panel, frame.addContents(new Panel(QStringLiteral("behind"))));
+            auto* const panel = frame.addContents(new Panel("panel"));
+            frame.tabifyDockWidget(panel, frame.addContents(new Panel("behind")));
             panel->raise();
             return panel;
         };
         {
             DockFrame frame;
             auto* const panel = addAll(frame);
-            auto* const document = frame.addContents(new Document(QStringLiteral("first")));
+            auto* const document = frame.addContents(new Document("first"));
             frame.show();
             QTRY_VERIFY(isAbout(panel->width(), 250));
             frame.resizeDocks({panel, document}, {400, 600}, Qt::Horizontal);
@@ -256,13 +255,13 @@ private Q_SLOTS:
             // Without a document it gets all the room.
             document->close();
             QTRY_VERIFY(panel->width() > 900);
-            frame.addContents(new Document(QStringLiteral("second")));
+            frame.addContents(new Document("second"));
             QTRY_VERIFY(isAbout(panel->width(), 400));
             layout = frame.saveLayout();
         }
         DockFrame frame;
         const auto* const panel = addAll(frame);
-        frame.addContents(new Document(QStringLiteral("second")));
+        frame.addContents(new Document("second"));
         QVERIFY(!frame.restoreLayout(layout.left(layout.size() / 2)));
         QVERIFY(frame.restoreLayout(layout));
         frame.show();
@@ -272,17 +271,17 @@ private Q_SLOTS:
     void titlesAreNoMnemonics()
     {
         DockFrame frame;
-        auto* const window = frame.addContents(new Document(QStringLiteral("a&b")));
-        frame.addContents(new Document(QStringLiteral("c")));
+        auto* const window = frame.addContents(new Document("a&b"));
+        frame.addContents(new Document("c"));
         frame.show();
         QTRY_VERIFY(frame.findChild<QTabBar*>());
-        QTRY_COMPARE(frame.findChild<QTabBar*>()->tabText(0), QStringLiteral("a&&b"));
-        QCOMPARE(window->toggleViewAction()->text(), QStringLiteral("a&&b"));
+        QTRY_COMPARE(frame.findChild<QTabBar*>()->tabText(0), QString("a&&b"));
+        QCOMPARE(window->toggleViewAction()->text(), QString("a&&b"));
         // The title bar of a window of its own shows the name as it is.
         window->setFloating(true);
-        QCOMPARE(window->windowTitle(), QStringLiteral("a&b[*]"));
+        QCOMPARE(window->windowTitle(), QString("a&b[*]"));
         window->setFloating(false);
-        QCOMPARE(window->windowTitle(), QStringLiteral("a&&b[*]"));
+        QCOMPARE(window->windowTitle(), QString("a&&b[*]"));
     }
 
     void preferredLocations_data()
@@ -302,11 +301,11 @@ private Q_SLOTS:
         QFETCH(int, location);
         QFETCH(int, area);
         DockFrame frame;
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         document->location = DockLocationPreference(location);
         auto* const window = frame.addContents(document);
         QCOMPARE(int(frame.dockWidgetArea(window)), area);
-        QVERIFY(document->calls.contains(QStringLiteral("area %1").arg(area)));
+        QVERIFY(document->calls.contains(QString("area %1").arg(area)));
     }
 
     void windowsFloatAndDock()
@@ -314,23 +313,23 @@ private Q_SLOTS:
         DockFrame frame;
         frame.resize(700, 500);
         frame.show();
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         document->location = DockLocationPreference::Floating;
         auto* const window = frame.addContents(document);
         QVERIFY(window->isFloating());
-        QVERIFY(document->calls.contains(QStringLiteral("window")));
+        QVERIFY(document->calls.contains("window"));
         QCOMPARE(window->size(), QSize(321, 123));
         document->calls.clear();
         const WindowResponder<QMenu> dock([](QMenu& menu) {
-            QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Dock"));
+            QCOMPARE(menu.actions().at(0)->text(), QString("&Dock"));
             menu.actions().at(0)->trigger();
             menu.close();
         });
         child<QToolButton>(*window, "toolButton_DockWidgetOptions")->click();
         QTRY_VERIFY(!window->isFloating());
-        QVERIFY(document->calls.contains(QStringLiteral("window")));
+        QVERIFY(document->calls.contains("window"));
         const WindowResponder<QMenu> undock([](QMenu& menu) {
-            QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("&Float"));
+            QCOMPARE(menu.actions().at(0)->text(), QString("&Float"));
             menu.actions().at(0)->trigger();
             menu.close();
         });
@@ -342,8 +341,8 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.resize(700, 500);
-        auto* const first = new Document(QStringLiteral("first"));
-        auto* const second = new Document(QStringLiteral("second"));
+        auto* const first = new Document("first");
+        auto* const second = new Document("second");
         second->location = DockLocationPreference::Left;
         auto* const firstWindow = frame.addContents(first);
         auto* const secondWindow = frame.addContents(second);
@@ -355,23 +354,22 @@ private Q_SLOTS:
         const QSignalSpy changes(&frame, &DockFrame::highlightedChanged);
         first->edit->setFocus();
         QTRY_COMPARE(frame.highlighted(), firstWindow);
-        QCOMPARE(first->calls,
-                 (QStringList{QStringLiteral("notify"), QStringLiteral("highlighted")}));
-        QCOMPARE(second->calls, QStringList{QStringLiteral("unhighlighted")});
+        QCOMPARE(first->calls, (QStringList{"notify", "highlighted"}));
+        QCOMPARE(second->calls, QStringList{"unhighlighted"});
         QVERIFY(child<QLabel>(*firstWindow, "TitleBarLabel")->property("highlight").toBool());
         QVERIFY(!child<QLabel>(*secondWindow, "TitleBarLabel")->property("highlight").toBool());
         QCOMPARE(changes.count(), 1);
         frame.activate(secondWindow);
         QCOMPARE(frame.highlighted(), secondWindow);
         QTest::mouseClick(child<QWidget>(*firstWindow, "dockWidgetTitleBar"), Qt::LeftButton);
-        QVERIFY(first->calls.contains(QStringLiteral("pressed")));
+        QVERIFY(first->calls.contains("pressed"));
     }
 
     void windowsGoWithTheirContents()
     {
         DockFrame frame;
         frame.show();
-        const QPointer<Document> document = new Document(QStringLiteral("a"));
+        const QPointer<Document> document = new Document("a");
         const QPointer<DockableWidget> window = frame.addContents(document);
         child<QToolButton>(*window, "toolButton_DockWidgetClose")->click();
         QVERIFY(window->isHidden());
@@ -385,9 +383,9 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.show();
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         auto* const window = frame.addContents(document);
-        frame.addContents(new Document(QStringLiteral("b")));
+        frame.addContents(new Document("b"));
         document->setModified(true);
         {
             const auto answer = answered(QMessageBox::Cancel);
@@ -407,8 +405,8 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.show();
-        frame.addContents(new Document(QStringLiteral("unchanged")));
-        auto* const changed = new Document(QStringLiteral("changed"));
+        frame.addContents(new Document("unchanged"));
+        auto* const changed = new Document("changed");
         frame.addContents(changed);
         changed->setModified(true);
         {
@@ -424,9 +422,8 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.show();
-        const QPointer<DockableWidget> other =
-            frame.addContents(new Document(QStringLiteral("unchanged")));
-        auto* const changed = new Document(QStringLiteral("changed"));
+        const QPointer<DockableWidget> other = frame.addContents(new Document("unchanged"));
+        auto* const changed = new Document("changed");
         frame.addContents(changed);
         changed->setModified(true);
         const WindowResponder<QMessageBox> answer([&other](QMessageBox& box) {
@@ -442,7 +439,7 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.show();
-        auto* const window = frame.addContents(new Panel(QStringLiteral("panel")));
+        auto* const window = frame.addContents(new Panel("panel"));
         QVERIFY(window->close());
         QCoreApplication::processEvents();
         QCOMPARE(frame.dockableWidgets(), QList<DockableWidget*>{window});
@@ -455,7 +452,7 @@ private Q_SLOTS:
 
     void contextMenu()
     {
-        Document document(QStringLiteral("a"));
+        Document document("a");
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         document.show();
         const auto ask = [&document] {
@@ -464,14 +461,14 @@ private Q_SLOTS:
         };
         {
             const WindowResponder<QMenu> answer([](QMenu& menu) {
-                QCOMPARE(menu.actions().at(0)->text(), QStringLiteral("a"));
+                QCOMPARE(menu.actions().at(0)->text(), QString("a"));
                 menu.setActiveAction(menu.actions().at(1));
                 QTest::keyClick(&menu, Qt::Key_Return);
             });
             ask();
             QCOMPARE(answer.count, 1);
         }
-        QCOMPARE(document.calls, QStringList{QStringLiteral("reload")});
+        QCOMPARE(document.calls, QStringList{"reload"});
         document.disableContextMenuOnce();
         ask();
         const WindowResponder<QMenu> answer([](QMenu& menu) {

@@ -35,11 +35,10 @@ class tst_DockFramework_files : public zvtest::DockFrameworkTest
 private Q_SLOTS:
     void droppedFiles()
     {
-        Document document(QStringLiteral("a"));
+        Document document("a");
         document.setAttribute(Qt::WA_DeleteOnClose, false);
         QMimeData data;
-        data.setUrls(
-            {QUrl::fromLocalFile(QStringLiteral("/a b")), QUrl(QStringLiteral("http://x/"))});
+        data.setUrls({QUrl::fromLocalFile("/a b"), QUrl("http://x/")});
         const auto enter = [&] {
             QDragEnterEvent event(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton,
                                   Qt::NoModifier);
@@ -53,8 +52,8 @@ private Q_SLOTS:
         QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&document, &event);
         QCOMPARE(dropped.count(), 1);
-        QCOMPARE(dropped.at(0).at(0).toStringList(), QStringList{QStringLiteral("/a b")});
-        data.setUrls({QUrl(QStringLiteral("http://x/"))});
+        QCOMPARE(dropped.at(0).at(0).toStringList(), QStringList{"/a b"});
+        data.setUrls({QUrl("http://x/")});
         QVERIFY(!enter());
     }
 
@@ -71,8 +70,8 @@ private Q_SLOTS:
     {
         QFETCH(int, change);
         QFETCH(bool, exists);
-        Document document(QStringLiteral("a"));
-        document.filename = m_dir.filePath(QStringLiteral("watched %1").arg(change));
+        Document document("a");
+        document.filename = m_dir.filePath(QString("watched %1").arg(change));
         QVERIFY(writeTo(document.filename, "1"));
         document.enableFileWatcher(true);
         QVERIFY(document.isFileWatcherEnabled());
@@ -106,8 +105,8 @@ private Q_SLOTS:
 
     void ignoredChangesAreKnownAfterwards()
     {
-        Document document(QStringLiteral("a"));
-        document.filename = m_dir.filePath(QStringLiteral("ignored"));
+        Document document("a");
+        document.filename = m_dir.filePath("ignored");
         QVERIFY(writeTo(document.filename, "1"));
         document.enableFileWatcher(true);
         const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
@@ -126,8 +125,8 @@ private Q_SLOTS:
 
     void changeOfBeforeIsReportedWhenTheIgnoringBegins()
     {
-        Document document(QStringLiteral("a"));
-        document.filename = m_dir.filePath(QStringLiteral("before"));
+        Document document("a");
+        document.filename = m_dir.filePath("before");
         QVERIFY(writeTo(document.filename, ""));
         document.enableFileWatcher(true);
         const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
@@ -147,7 +146,7 @@ private Q_SLOTS:
 
     void nothingIsWatchedWithoutAName()
     {
-        Document document(QStringLiteral("a"));
+        Document document("a");
         document.enableFileWatcher(true);
         QVERIFY(!document.isFileWatcherEnabled());
         document.fileWatcherIgnoreChanges(true);
@@ -157,12 +156,12 @@ private Q_SLOTS:
     void reloadAsksBeforeChangesAreLost()
     {
         DockFrame frame;
-        auto* const document = new Document(QStringLiteral("a"));
+        auto* const document = new Document("a");
         auto* const window = frame.addContents(document);
         frame.show();
         const QList<QAction*> actions = window->findChildren<QAction*>();
         const auto reload = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
-            return action->text() == QStringLiteral("&Reload");
+            return action->text() == "&Reload";
         });
         QVERIFY(reload != actions.end());
         const auto answer = [](const QString& text) {
@@ -175,25 +174,25 @@ private Q_SLOTS:
         };
         document->calls.clear();
         (*reload)->trigger();
-        QCOMPARE(document->calls, QStringList{QStringLiteral("reload")});
+        QCOMPARE(document->calls, QStringList{"reload"});
         document->setModified(true);
         document->calls.clear();
         {
-            const WindowResponder<QMessageBox> cancel = answer(QStringLiteral("Cancel"));
+            const WindowResponder<QMessageBox> cancel = answer("Cancel");
             (*reload)->trigger();
             QCOMPARE(cancel.count, 1);
-            QVERIFY(!document->calls.contains(QStringLiteral("reload")));
+            QVERIFY(!document->calls.contains("reload"));
         }
-        const WindowResponder<QMessageBox> agree = answer(QStringLiteral("Reload"));
+        const WindowResponder<QMessageBox> agree = answer("Reload");
         (*reload)->trigger();
         QCOMPARE(agree.count, 1);
-        QVERIFY(document->calls.contains(QStringLiteral("reload")));
+        QVERIFY(document->calls.contains("reload"));
         document->setModified(false);
     }
 
     void questionsShowNamesAsTheyAre()
     {
-        Document document(QStringLiteral("<b>a</b>"));
+        Document document("<b>a</b>");
         document.setModified(true);
         QList<Qt::TextFormat> formats;
         const WindowResponder<QMessageBox> answer([&formats](QMessageBox& box) {
@@ -212,8 +211,8 @@ private Q_SLOTS:
     {
         DockFrame frame;
         frame.show();
-        auto* const document = new Document(QStringLiteral("a"));
-        document->filename = m_dir.filePath(QStringLiteral("offered"));
+        auto* const document = new Document("a");
+        document->filename = m_dir.filePath("offered");
         QVERIFY(writeTo(document->filename, "1"));
         auto* const window = frame.addContents(document);
         document->enableFileWatcher(true);
@@ -229,15 +228,15 @@ private Q_SLOTS:
         const auto* const label = bar->findChild<QLabel*>();
         QVERIFY(writeTo(document->filename, "22"));
         QTRY_VERIFY(bar->isVisible());
-        QVERIFY(!label->text().contains(QStringLiteral("loses")));
-        button(QStringLiteral("Reload"))->click();
+        QVERIFY(!label->text().contains("loses"));
+        button("Reload")->click();
         QVERIFY(!bar->isVisible());
-        QVERIFY(document->calls.contains(QStringLiteral("reload")));
+        QVERIFY(document->calls.contains("reload"));
         document->setModified(true);
         QVERIFY(writeTo(document->filename, "333"));
         QTRY_VERIFY(bar->isVisible());
-        QVERIFY(label->text().contains(QStringLiteral("loses")));
-        button(QStringLiteral("Ignore"))->click();
+        QVERIFY(label->text().contains("loses"));
+        button("Ignore")->click();
         QVERIFY(!bar->isVisible());
         // Saving it makes the offer void, unless that fails.
         QVERIFY(writeTo(document->filename, "4444"));
@@ -256,7 +255,7 @@ private Q_SLOTS:
         QVERIFY(!bar->isVisible());
         QVERIFY(QFile::remove(document->filename));
         QTRY_VERIFY(bar->isVisible());
-        QVERIFY(!button(QStringLiteral("Reload")));
+        QVERIFY(!button("Reload"));
         document->setModified(false);
     }
 };

@@ -328,7 +328,7 @@ private Q_SLOTS:
         host::writeOption("tst_kept", "kept");
         QSettings settings(QString::fromStdString(optionsFile()), host::settingsFormat());
         for (int i = 0; i < others; ++i)
-            settings.setValue(QStringLiteral("tst_%1").arg(i), QString(70, QLatin1Char('x')));
+            settings.setValue(QString("tst_%1").arg(i), QString(70, QLatin1Char('x')));
         settings.sync();
         const QByteArray before = contentOf(optionsFile());
         {
@@ -347,11 +347,11 @@ private Q_SLOTS:
         const QByteArray temporary = qgetenv("TMPDIR");
         // Without a place for temporary files nothing can be read.
         qputenv("TMPDIR", "/proc");
-        const QString copy = m_directory->filePath(QStringLiteral("copy.ini"));
+        const QString copy = m_directory->filePath("copy.ini");
         QVERIFY(QFile::copy(QString::fromStdString(optionsFile()), copy));
         QSettings settings(copy, host::settingsFormat());
         qputenv("TMPDIR", temporary);
-        settings.setValue(QStringLiteral("tst_other"), 1);
+        settings.setValue("tst_other", 1);
         settings.sync();
         QVERIFY(settings.status() != QSettings::NoError);
         QCOMPARE(contentOf(copy.toStdString()), before);
@@ -362,16 +362,16 @@ private Q_SLOTS:
 
     void settingsAreIniFiles()
     {
-        const QString name = m_directory->filePath(QStringLiteral("some.ini"));
+        const QString name = m_directory->filePath("some.ini");
         const QVariantMap expected = {
-            {QStringLiteral("plain"), QStringLiteral("text")},
-            {QStringLiteral("at"), QStringLiteral("@text")},
-            {QStringLiteral("lines"), QStringLiteral("a\n\"b\"; \\ = % \u00E4\u20AC")},
-            {QStringLiteral("nothing"), QString()},
-            {QStringLiteral("Group/bytes"), QByteArray("\0\n[x]\xFF", 6)},
-            {QStringLiteral("Group/list"), QStringList{QStringLiteral("a, b"), QString()}},
-            {QStringLiteral("Group/within/number"), QStringLiteral("7")},
-            {QStringLiteral("General/odd"), QStringLiteral("x")},
+            {"plain", "text"},
+            {"at", "@text"},
+            {"lines", "a\n\"b\"; \\ = % \u00E4\u20AC"},
+            {"nothing", QString()},
+            {"Group/bytes", QByteArray("\0\n[x]\xFF", 6)},
+            {"Group/list", QStringList{"a, b", QString()}},
+            {"Group/within/number", "7"},
+            {"General/odd", "x"},
         };
         {
             QSettings settings(name, host::settingsFormat());
@@ -381,11 +381,11 @@ private Q_SLOTS:
             QCOMPARE(settings.status(), QSettings::NoError);
         }
         // Qt's own format reads it, and so does another object after the file has changed.
-        const QString copy = m_directory->filePath(QStringLiteral("copy.ini"));
+        const QString copy = m_directory->filePath("copy.ini");
         QVERIFY(QFile::copy(name, copy));
         QSettings plain(copy, QSettings::IniFormat);
         plain.setIniCodec("UTF-8");
-        const QString again = m_directory->filePath(QStringLiteral("again.ini"));
+        const QString again = m_directory->filePath("again.ini");
         QVERIFY(QFile::copy(name, again));
         const QSettings settings(again, host::settingsFormat());
         // Their order is that of the platform.
@@ -403,14 +403,14 @@ private Q_SLOTS:
 
     void keysMayDifferInCase()
     {
-        const QString name = m_directory->filePath(QStringLiteral("some.ini"));
+        const QString name = m_directory->filePath("some.ini");
         QSettings settings(name, host::settingsFormat());
-        settings.setValue(QStringLiteral("Group/key"), 1);
-        settings.setValue(QStringLiteral("Group/KEY"), 2);
-        settings.setValue(QStringLiteral("group/key"), 3);
+        settings.setValue("Group/key", 1);
+        settings.setValue("Group/KEY", 2);
+        settings.setValue("group/key", 3);
         settings.sync();
         QCOMPARE(settings.status(), QSettings::NoError);
-        QCOMPARE(settings.value(QStringLiteral("group/key")).toInt(), 3);
+        QCOMPARE(settings.value("group/key").toInt(), 3);
         host::writeOption("tst_case", "1");
         host::writeOption("TST_CASE", "2");
         QCOMPARE(option("TST_CASE", ""), "2"s);
@@ -418,11 +418,11 @@ private Q_SLOTS:
 
     void settingsMayBecomeEmpty()
     {
-        const QString name = m_directory->filePath(QStringLiteral("some.ini"));
+        const QString name = m_directory->filePath("some.ini");
         QSettings settings(name, host::settingsFormat());
-        settings.setValue(QStringLiteral("a"), 1);
+        settings.setValue("a", 1);
         settings.sync();
-        settings.remove(QStringLiteral("a"));
+        settings.remove("a");
         settings.sync();
         QCOMPARE(settings.status(), QSettings::NoError);
         QCOMPARE(contentOf(name.toStdString()), QByteArray());
@@ -430,7 +430,7 @@ private Q_SLOTS:
 
     void fileIsSavedWholeOrNotAtAll()
     {
-        const std::string name = m_directory->filePath(QStringLiteral("\u00E4.txt")).toStdString();
+        const std::string name = m_directory->filePath("\u00E4.txt").toStdString();
         const std::string content(3 * zvtest::RefusedWrite::limit, 'x');
         host::saveFile(name, "old");
         QCOMPARE(contentOf(name), QByteArray("old"));
@@ -481,7 +481,7 @@ private Q_SLOTS:
 private:
     std::string optionsFile() const
     {
-        return m_directory->filePath(QStringLiteral("options.ini")).toStdString();
+        return m_directory->filePath("options.ini").toStdString();
     }
 
     std::unique_ptr<QTemporaryDir> m_directory;

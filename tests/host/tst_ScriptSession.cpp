@@ -113,7 +113,7 @@ private Q_SLOTS:
         Recorder recorder;
         recorder.atEnd = [&recorder] { QCOMPARE(recorder.lines.size(), 2); };
         QVERIFY(recorder.run("print('a', 1); print()"));
-        QCOMPARE(recorder.lines, (QStringList{QStringLiteral("a 1"), QString()}));
+        QCOMPARE(recorder.lines, (QStringList{"a 1", QString()}));
         QVERIFY(recorder.outcome.error.empty());
         QVERIFY(recorder.outcome.value.empty());
         QVERIFY(!recorder.outcome.isStopped);
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QFETCH(QString, definition);
         Recorder recorder;
         QVERIFY(recorder.evaluate(definition));
-        QVERIFY(recorder.evaluate(QStringLiteral("x * 2")));
+        QVERIFY(recorder.evaluate("x * 2"));
         QCOMPARE(recorder.outcome.value, std::string("10"));
     }
 
@@ -211,7 +211,7 @@ private Q_SLOTS:
     void thrownValuesAreNoValues()
     {
         Recorder recorder;
-        QVERIFY(recorder.evaluate(QStringLiteral("throw 3")));
+        QVERIFY(recorder.evaluate("throw 3"));
         QCOMPARE(recorder.outcome.error, std::string("uncaught exception: 3"));
         QVERIFY(recorder.outcome.value.empty());
     }
@@ -221,17 +221,14 @@ private Q_SLOTS:
         Recorder recorder;
         QVERIFY(recorder.run("print(Twice('x'))"));
         QCOMPARE(callersThread, QThread::currentThread());
-        QCOMPARE(recorder.lines,
-                 (QStringList{QStringLiteral("twice was called"), QStringLiteral("xx")}));
+        QCOMPARE(recorder.lines, (QStringList{"twice was called", "xx"}));
     }
 
     void commandsTellTheSource()
     {
         Recorder recorder;
         QVERIFY(recorder.run("tell('one two', 3)"));
-        QCOMPARE(
-            recorder.lines,
-            (QStringList{QStringLiteral("one two"), QStringLiteral("3"), QStringLiteral("here")}));
+        QCOMPARE(recorder.lines, (QStringList{"one two", "3", "here"}));
     }
 
     void secondTextAtOnceIsRefused()
@@ -241,7 +238,7 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(recorder.session->evaluate("2"), std::logic_error);
         QVERIFY(recorder.wait());
         QCOMPARE(recorder.outcome.value, std::string("1"));
-        QVERIFY(recorder.evaluate(QStringLiteral("2")));
+        QVERIFY(recorder.evaluate("2"));
         QCOMPARE(recorder.outcome.value, std::string("2"));
     }
 
@@ -273,7 +270,7 @@ private Q_SLOTS:
         QVERIFY(recorder.outcome.isStopped);
         QVERIFY(!recorder.outcome.error.empty());
         // And goes on with the next.
-        QVERIFY(recorder.evaluate(QStringLiteral("1 + 1")));
+        QVERIFY(recorder.evaluate("1 + 1"));
         QCOMPARE(recorder.outcome.value, std::string("2"));
         QVERIFY(!recorder.outcome.isStopped);
     }
@@ -282,9 +279,9 @@ private Q_SLOTS:
     {
         Recorder recorder;
         recorder.session->stop();
-        QVERIFY(recorder.evaluate(QStringLiteral("1")));
+        QVERIFY(recorder.evaluate("1"));
         recorder.session->stop();
-        QVERIFY(recorder.evaluate(QStringLiteral("2")));
+        QVERIFY(recorder.evaluate("2"));
         QCOMPARE(recorder.outcome.value, std::string("2"));
     }
 
@@ -337,8 +334,8 @@ private Q_SLOTS:
     {
         Recorder first;
         Recorder second;
-        QVERIFY(first.evaluate(QStringLiteral("var x = 1")));
-        QVERIFY(second.evaluate(QStringLiteral("typeof x")));
+        QVERIFY(first.evaluate("var x = 1"));
+        QVERIFY(second.evaluate("typeof x"));
         QCOMPARE(second.outcome.value, std::string("\"undefined\""));
     }
 

@@ -131,7 +131,7 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedIsNoSink()
     {
         // A file where a directory would have to be.
-        QFile obstacle(m_directory.filePath(QStringLiteral("obstacle")));
+        QFile obstacle(m_directory.filePath("obstacle"));
         QVERIFY(obstacle.open(QIODevice::WriteOnly));
         logging::host::setLogFile(obstacle.fileName().toStdString() + "/zv.log");
         add_sink(1);

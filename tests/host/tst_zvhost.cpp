@@ -22,7 +22,7 @@ Outcome run(const QStringList& arguments,
 {
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(ZVHOST_FILE), arguments);
+    process.start(ZVHOST_FILE, arguments);
     Outcome outcome;
     if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
         return outcome;
@@ -43,8 +43,7 @@ Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
 
 Outcome runScript(const QString& script)
 {
-    return run(
-        {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("-e"), script});
+    return run({"--module", MODULE_FILE, "-e", script});
 }
 
 } // namespace
@@ -57,9 +56,8 @@ private Q_SLOTS:
     void answersPathToURI()
     {
         const Outcome outcome =
-            run({QStringLiteral("-e"),
-                 QStringLiteral("print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))")});
-        QCOMPARE(outcome.output, QStringLiteral("file:///C:/Users/me/my%20file.txt\n"));
+            run({"-e", "print(PathToURI(\"C:\\\\Users\\\\me\\\\my file.txt\"))"});
+        QCOMPARE(outcome.output, QString("file:///C:/Users/me/my%20file.txt\n"));
         QCOMPARE(outcome.status, 0);
     }
 
@@ -68,10 +66,8 @@ private Q_SLOTS:
         const QTemporaryDir user;
         // Without a display nobody could close the windows, so the host doesn't wait for that.
         const Outcome outcome =
-            runFor(user,
-                   {QStringLiteral("-e"),
-                    QStringLiteral("_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')")});
-        QCOMPARE(outcome.output, QStringLiteral("done\n"));
+            runFor(user, {"-e", "_se(); _s1(); _s2(); _modifystyle(); _s3(); print('done')"});
+        QCOMPARE(outcome.output, QString("done\n"));
         QCOMPARE(outcome.status, 0);
     }
 
@@ -79,16 +75,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("output");
-        QTest::newRow("words") << QStringLiteral("print('a', 1, true)") << "a 1 true\n";
-        QTest::newRow("nothing") << QStringLiteral("print()") << "\n";
-        QTest::newRow("not ASCII") << QStringLiteral("print('ä€')") << QStringLiteral("ä€\n");
-        QTest::newRow("result of two")
-            << QStringLiteral("print(Schemes('http://x', 2))") << "http,http\n";
-        QTest::newRow("result of one")
-            << QStringLiteral("print(Schemes('https://x', 1).length)") << "5\n";
-        QTest::newRow("result of none")
-            << QStringLiteral("print(Schemes('https://x', 0).length)") << "0\n";
-        QTest::newRow("command with words") << QStringLiteral("tell()") << "tell in command line\n";
+        QTest::newRow("words") << "print('a', 1, true)"
+                               << "a 1 true\n";
+        QTest::newRow("nothing") << "print()"
+                                 << "\n";
+        QTest::newRow("not ASCII") << "print('ä€')"
+                                   << "ä€\n";
+        QTest::newRow("result of two") << "print(Schemes('http://x', 2))"
+                                       << "http,http\n";
+        QTest::newRow("result of one") << "print(Schemes('https://x', 1).length)"
+                                       << "5\n";
+        QTest::newRow("result of none") << "print(Schemes('https://x', 0).length)"
+                                        << "0\n";
+        QTest::newRow("command with words") << "tell()"
+                                            << "tell in command line\n";
         QTest::newRow("exception can be caught") << "try { Throw() } catch (e) { print(e.message) }"
                                                  << "thrown by the module\n";
         QTest::newRow("comment at the end") << "print('a') // b"
@@ -112,13 +112,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("message");
         QTest::newRow("thrown error") << "\n\nthrow new Error('no way')"
                                       << "command line:3: Error: no way";
-        QTest::newRow("thrown value")
-            << QStringLiteral("throw 3") << "command line: uncaught exception: 3";
-        QTest::newRow("thrown undefined")
-            << QStringLiteral("throw undefined") << "command line: uncaught exception: undefined";
+        QTest::newRow("thrown value") << "throw 3"
+                                      << "command line: uncaught exception: 3";
+        QTest::newRow("thrown undefined") << "throw undefined"
+                                          << "command line: uncaught exception: undefined";
         QTest::newRow("syntax") << "\nx = = 3"
                                 << "command line:2: SyntaxError";
-        QTest::newRow("unknown name") << QStringLiteral("Unknown(1)")
+        QTest::newRow("unknown name") << "Unknown(1)"
                                       << "command line:1: ReferenceError: Unknown is not defined";
         QTest::newRow("number for string") << "function f() {\n  return PathToURI(1);\n}\nf();"
                                            << "command line:2: Error: PathToURI expects 1 argument "
@@ -132,17 +132,17 @@ private Q_SLOTS:
         QTest::newRow("two arguments")
             << "PathToURI('a', 'b')"
             << "command line:1: Error: PathToURI expects 1 argument (string), not 2";
-        QTest::newRow("handler throws")
-            << QStringLiteral("Throw()") << "command line:1: Error: thrown by the module";
-        QTest::newRow("command fails")
-            << QStringLiteral("failing()") << "command line:1: Error: failing failed with error 1";
+        QTest::newRow("handler throws") << "Throw()"
+                                        << "command line:1: Error: thrown by the module";
+        QTest::newRow("command fails") << "failing()"
+                                       << "command line:1: Error: failing failed with error 1";
     }
 
     void fails()
     {
         QFETCH(QString, script);
         QFETCH(QString, message);
-        const Outcome outcome = runScript(script + QStringLiteral("\nprint('not reached')"));
+        const Outcome outcome = runScript(script + "\nprint('not reached')");
         QVERIFY2(outcome.errors.contains(message), qPrintable(outcome.errors));
         QCOMPARE(outcome.output, QString());
         QCOMPARE(outcome.status, 1);
@@ -150,61 +150,57 @@ private Q_SLOTS:
 
     void messagesOfACommandGoToStandardError()
     {
-        const Outcome outcome = runScript(QStringLiteral("tell('one', 'two words')"));
-        QVERIFY2(outcome.errors.contains(QStringLiteral("one\ntwo words\n")),
-                 qPrintable(outcome.errors));
+        const Outcome outcome = runScript("tell('one', 'two words')");
+        QVERIFY2(outcome.errors.contains("one\ntwo words\n"), qPrintable(outcome.errors));
     }
 
     void runsFilesInTurnAndStopsAtTheFirstError()
     {
         QTemporaryDir directory;
-        const QString good = write(directory, QStringLiteral("good.js"), "print('good')\n");
-        const QString bad =
-            write(directory, QStringLiteral("bad.js"), "print('bad')\n\nnothing.here\n");
+        const QString good = write(directory, "good.js", "print('good')\n");
+        const QString bad = write(directory, "bad.js", "print('bad')\n\nnothing.here\n");
         const Outcome outcome = run({good, bad, good});
-        QCOMPARE(outcome.output, QStringLiteral("good\nbad\n"));
-        QVERIFY2(outcome.errors.contains(bad + QStringLiteral(":3: ")), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString("good\nbad\n"));
+        QVERIFY2(outcome.errors.contains(bad + ":3: "), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 
     void missingFilesAreErrors_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        const QString missing = QStringLiteral("/no/such/file");
+        const QString missing = "/no/such/file";
         QTest::newRow("script") << QStringList{missing};
         QTest::newRow("library")
-            << (QStringLiteral("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
+            << (QString("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
         QTest::newRow("module")
-            << QStringLiteral("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
+            << QString("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
     }
 
     void missingFilesAreErrors()
     {
         QFETCH(QStringList, arguments);
         const Outcome outcome = run(arguments);
-        QVERIFY2(outcome.errors.contains(QStringLiteral("/no/such/file")),
-                 qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains("/no/such/file"), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 
     void listsWhatIsRegistered()
     {
-        const Outcome outcome = run(
-            {QStringLiteral("--module"), QStringLiteral(MODULE_FILE), QStringLiteral("--list")});
+        const Outcome outcome = run({"--module", MODULE_FILE, "--list"});
         QCOMPARE(outcome.output,
-                 QStringLiteral("function PathToURI(string)\n"
-                                "function Schemes(string, number)\n"
-                                "function Throw()\n"
-                                "command  _se\n"
-                                "command  _s1\n"
-                                "command  _s2\n"
-                                "command  _modifystyle\n"
-                                "command  _s3\n"
-                                "command  tell\n"
-                                "command  failing\n"
-                                "option   ZvStyle = \"Light\"\n"
-                                "option   ZvStyleAccent = \"#2D7D9A\"\n"
-                                "option   ModuleOption = \"some default\"\n"));
+                 QString("function PathToURI(string)\n"
+                         "function Schemes(string, number)\n"
+                         "function Throw()\n"
+                         "command  _se\n"
+                         "command  _s1\n"
+                         "command  _s2\n"
+                         "command  _modifystyle\n"
+                         "command  _s3\n"
+                         "command  tell\n"
+                         "command  failing\n"
+                         "option   ZvStyle = \"Light\"\n"
+                         "option   ZvStyleAccent = \"#2D7D9A\"\n"
+                         "option   ModuleOption = \"some default\"\n"));
         QCOMPARE(outcome.status, 0);
     }
 
@@ -212,19 +208,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<QStringList>("names");
-        QTest::newRow("all") << QStringList()
-                             << QStringList{QStringLiteral("a.txt"), QStringLiteral("b.bin"),
-                                            QStringLiteral("ab.txt")};
-        QTest::newRow("types") << QStringList{QStringLiteral("--types"), QStringLiteral(".txt,.c")}
-                               << QStringList{QStringLiteral("a.txt"), QStringLiteral("ab.txt")};
-        QTest::newRow("filter") << QStringList{QStringLiteral("--filter"), QStringLiteral("B")}
-                                << QStringList{QStringLiteral("b.bin"), QStringLiteral("ab.txt")};
-        QTest::newRow("both") << QStringList{QStringLiteral("--types=.txt"),
-                                             QStringLiteral("--filter=b")}
-                              << QStringList{QStringLiteral("ab.txt")};
-        QTest::newRow("nothing") << QStringList{QStringLiteral("--filter"),
-                                                QStringLiteral("nowhere")}
-                                 << QStringList();
+        QTest::newRow("all") << QStringList() << QStringList{"a.txt", "b.bin", "ab.txt"};
+        QTest::newRow("types") << QStringList{"--types", ".txt,.c"}
+                               << QStringList{"a.txt", "ab.txt"};
+        QTest::newRow("filter") << QStringList{"--filter", "B"} << QStringList{"b.bin", "ab.txt"};
+        QTest::newRow("both") << QStringList{"--types=.txt", "--filter=b"} << QStringList{"ab.txt"};
+        QTest::newRow("nothing") << QStringList{"--filter", "nowhere"} << QStringList();
     }
 
     void listsFiles()
@@ -241,16 +230,16 @@ private Q_SLOTS:
                 QFile(folder + QLatin1Char('/') + QLatin1String(name)).open(QIODevice::WriteOnly));
             directories.append(folder);
         }
-        const Outcome outcome = run(QStringList{QStringLiteral("--files")} + directories + options);
+        const Outcome outcome = run(QStringList{"--files"} + directories + options);
         QCOMPARE(outcome.status, 0);
         QStringList listed = outcome.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         for (QString& line : listed)
             line = QDir::fromNativeSeparators(line).section(QLatin1Char('/'), -1);
         QCOMPARE(listed, names);
         const QString summary = names.isEmpty()
-            ? QStringLiteral("rows: 0, batches: 0, all after [0-9.]+ ms\n$")
-            : QStringLiteral("rows: %1, batches: 1, first row after [0-9.]+ ms, "
-                             "all after [0-9.]+ ms\n$")
+            ? QString("rows: 0, batches: 0, all after [0-9.]+ ms\n$")
+            : QString("rows: %1, batches: 1, first row after [0-9.]+ ms, "
+                      "all after [0-9.]+ ms\n$")
                   .arg(names.size());
         QVERIFY2(QRegularExpression(summary).match(outcome.errors).hasMatch(),
                  qPrintable(outcome.errors));
@@ -258,9 +247,8 @@ private Q_SLOTS:
 
     void listsNoFilesBelowWhatIsNoDirectory()
     {
-        const Outcome outcome = run(
-            {QStringLiteral("--files"), QDir::tempPath(), QStringLiteral("/no/such/directory")});
-        QVERIFY2(outcome.errors.contains(QStringLiteral("no such directory: /no/such/directory")),
+        const Outcome outcome = run({"--files", QDir::tempPath(), "/no/such/directory"});
+        QVERIFY2(outcome.errors.contains("no such directory: /no/such/directory"),
                  qPrintable(outcome.errors));
         QCOMPARE(outcome.output, QString());
         QCOMPARE(outcome.status, 1);
@@ -269,8 +257,7 @@ private Q_SLOTS:
     void opensNoWindowThatNobodySees()
     {
         const Outcome outcome = run({});
-        QVERIFY2(outcome.errors.contains(QStringLiteral("--screenshot")),
-                 qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains("--screenshot"), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 
@@ -278,20 +265,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("output");
-        const QStringList style = {QStringLiteral("--style"), QStringLiteral("Dark")};
+        const QStringList style = {"--style", "Dark"};
         QTest::newRow("alone") << QStringList() << "";
         QTest::newRow("style") << style << "";
-        QTest::newRow("style in one word") << QStringList{QStringLiteral("--style=Dark")} << "";
-        QTest::newRow("new document")
-            << QStringList{QStringLiteral("--new"), QStringLiteral("schematic")} << "";
-        QTest::newRow("documents")
-            << QStringList{QStringLiteral(EXAMPLES "/workbench/amplifier.zvsch"),
-                           QStringLiteral(EXAMPLES "/workbench/amplifier.testplan")}
-            << "";
+        QTest::newRow("style in one word") << QStringList{"--style=Dark"} << "";
+        QTest::newRow("new document") << QStringList{"--new", "schematic"} << "";
+        QTest::newRow("documents") << QStringList{EXAMPLES "/workbench/amplifier.zvsch",
+                                                  EXAMPLES "/workbench/amplifier.testplan"}
+                                   << "";
         QTest::newRow("document and script")
-            << QStringList{QStringLiteral("-e"), QStringLiteral("print('ran')"),
-                           QStringLiteral(EXAMPLES "/workbench/currents.zvscr")}
-            << "ran\n";
+            << QStringList{"-e", "print('ran')", EXAMPLES "/workbench/currents.zvscr"} << "ran\n";
     }
 
     void picturesOfTheWorkbench()
@@ -299,10 +282,10 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(QString, output);
         const QTemporaryDir user;
-        const QString alone = user.filePath(QStringLiteral("alone.png"));
-        const QString picture = user.filePath(QStringLiteral("picture.png"));
+        const QString alone = user.filePath("alone.png");
+        const QString picture = user.filePath("picture.png");
         const auto screenshot = [](const QString& file) {
-            return QStringList{QStringLiteral("--screenshot"), file};
+            return QStringList{"--screenshot", file};
         };
         QCOMPARE(runFor(user, screenshot(alone)).status, 0);
         const Outcome outcome = runFor(user, arguments + screenshot(picture));
@@ -313,20 +296,19 @@ private Q_SLOTS:
         // Two pictures of the same may differ in a cursor that blinks.
         QVERIFY(arguments.isEmpty() || image != QImage(alone));
         const bool isDark = qGray(image.pixel(600, 790)) < 128;
-        QCOMPARE(isDark, arguments.join(QString()).contains(QStringLiteral("Dark")));
+        QCOMPARE(isDark, arguments.join(QString()).contains("Dark"));
     }
 
     void refusesWhatTheWorkbenchDoesntKnow_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("error");
-        QTest::newRow("style") << QStringList{QStringLiteral("--style"), QStringLiteral("Blue")}
+        QTest::newRow("style") << QStringList{"--style", "Blue"}
                                << "There is no style “Blue”. There are: Light, Dark.";
         QTest::newRow("type")
-            << QStringList{QStringLiteral("--new"), QStringLiteral("plan")}
+            << QStringList{"--new", "plan"}
             << "There is no type of document “plan”. There are: testplan, schematic, script.";
-        QTest::newRow("picture") << QStringList{QStringLiteral("--screenshot"),
-                                                QStringLiteral("/no/such/folder/a.png")}
+        QTest::newRow("picture") << QStringList{"--screenshot", "/no/such/folder/a.png"}
                                  << "can't be written";
     }
 
@@ -335,8 +317,7 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(QString, error);
         const QTemporaryDir user;
-        const QStringList picture = {QStringLiteral("--screenshot"),
-                                     user.filePath(QStringLiteral("a.png"))};
+        const QStringList picture = {"--screenshot", user.filePath("a.png")};
         const Outcome outcome = runFor(user, picture + arguments);
         QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
@@ -348,10 +329,9 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QString::fromLatin1(name));
-        const Outcome outcome =
-            run({QStringLiteral("-e"), QStringLiteral("print(1)")}, environment);
-        QVERIFY2(outcome.errors.contains(QStringLiteral("no display")), qPrintable(outcome.errors));
-        QCOMPARE(outcome.output, QStringLiteral("1\n"));
+        const Outcome outcome = run({"-e", "print(1)"}, environment);
+        QVERIFY2(outcome.errors.contains("no display"), qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString("1\n"));
         QCOMPARE(outcome.status, 0);
 #else
         QSKIP("There is always a display on this platform");
@@ -360,8 +340,8 @@ private Q_SLOTS:
 
     void examplesRun()
     {
-        const QDir examples(QStringLiteral(EXAMPLES));
-        const QStringList scripts = examples.entryList({QStringLiteral("*.js")}, QDir::Files);
+        const QDir examples(EXAMPLES);
+        const QStringList scripts = examples.entryList({"*.js"}, QDir::Files);
         QVERIFY(!scripts.isEmpty());
         for (const QString& script : scripts) {
             const Outcome outcome = run({examples.filePath(script)});

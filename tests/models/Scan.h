@@ -96,7 +96,7 @@ inline QStringList named(const QString& letters)
 {
     QStringList names;
     for (const QChar letter : letters)
-        names.append(letter + ".txt"_q);
+        names.append(letter + QString(".txt"));
     return names;
 }
 

@@ -111,7 +111,7 @@ public:
         auto& above = const_cast<Node&>(node(parent));
         beginInsertRows(parent, row, row);
         auto child = std::make_unique<Node>();
-        child->text = QStringLiteral("n%1").arg(++m_inserted);
+        child->text = QString("n%1").arg(++m_inserted);
         child->parent = &above;
         above.children.insert(above.children.begin() + row, std::move(child));
         endInsertRows();
@@ -223,8 +223,8 @@ private:
     {
         const auto append = [names = m_names, name](const QModelIndex& parent, int first,
                                                     int last) {
-            const QString above = parent.isValid() ? parent.data().toString() : QStringLiteral("-");
-            names->append(QStringLiteral("%1 %2 %3 %4")
+            const QString above = parent.isValid() ? parent.data().toString() : QString("-");
+            names->append(QString("%1 %2 %3 %4")
                               .arg(QString::fromUtf8(name), above, QString::number(first),
                                    QString::number(last)));
         };
@@ -244,7 +244,7 @@ inline QString shown(const QAbstractItemModel& model, const QModelIndex& parent 
             text += model.index(row, column, parent).data().toString() + QLatin1Char(' ');
         const QString below = shown(model, model.index(row, 0, parent));
         if (!below.isEmpty())
-            text += QLatin1Char('(') + below + QLatin1String(") ");
+            text += QLatin1Char('(') + below + ") ";
     }
     return text.trimmed();
 }

@@ -290,7 +290,7 @@ private Q_SLOTS:
         QCOMPARE(filter.searches, 2);
         QVERIFY(result.settles());
         QCOMPARE(result.rows, QList<int>());
-        source->setStringList({QStringLiteral("a")});
+        source->setStringList({"a"});
         QVERIFY(result.settles());
         QCOMPARE(result.rows, QList<int>{0});
     }

@@ -195,7 +195,7 @@ private Q_SLOTS:
         QVERIFY(result.settles());
         QCOMPARE(result.rows, upTo(1));
         // It was for the other.
-        QCOMPARE(texts, QStringList{QStringLiteral("a")});
+        QCOMPARE(texts, QStringList{"a"});
     }
 
     void anotherSource()

@@ -32,7 +32,7 @@ public:
 
     QModelIndex index(int row, int column, const QModelIndex& parent) const override
     {
-        note(QStringLiteral("index %1 %2 %3").arg(row).arg(column).arg(nameOf(parent)));
+        note(QString("index %1 %2 %3").arg(row).arg(column).arg(nameOf(parent)));
         const bool exists =
             row >= 0 && row < rowsBelow(parent) && column >= 0 && column < m_columns;
         return exists ? indexOn(row, column, levelOf(parent) + 1) : QModelIndex();
@@ -40,51 +40,51 @@ public:
 
     QModelIndex parent(const QModelIndex& child) const override
     {
-        note(QStringLiteral("parent ") + nameOf(child));
+        note("parent " + nameOf(child));
         // All parents are in the first row, which is all that the tests look at.
         return levelOf(child) > 1 ? indexOn(0, 0, levelOf(child) - 1) : QModelIndex();
     }
 
     int rowCount(const QModelIndex& parent) const override
     {
-        note(QStringLiteral("rowCount ") + nameOf(parent));
+        note("rowCount " + nameOf(parent));
         return rowsBelow(parent);
     }
 
     int columnCount(const QModelIndex& parent) const override
     {
-        note(QStringLiteral("columnCount ") + nameOf(parent));
+        note("columnCount " + nameOf(parent));
         return m_columns;
     }
 
     bool hasChildren(const QModelIndex& parent) const override
     {
-        note(QStringLiteral("hasChildren ") + nameOf(parent));
+        note("hasChildren " + nameOf(parent));
         return rowsBelow(parent) > 0;
     }
 
     QVariant data(const QModelIndex& index, int role) const override
     {
-        note(QStringLiteral("data %1 %2").arg(nameOf(index)).arg(role));
+        note(QString("data %1 %2").arg(nameOf(index)).arg(role));
         return values.value(role);
     }
 
     bool setData(const QModelIndex& index, const QVariant& value, int role) override
     {
-        note(QStringLiteral("setData %1 %2 %3").arg(nameOf(index)).arg(value.isValid()).arg(role));
+        note(QString("setData %1 %2 %3").arg(nameOf(index)).arg(value.isValid()).arg(role));
         return false;
     }
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override
     {
-        note(QStringLiteral("headerData %1 %2 %3").arg(section).arg(orientation).arg(role));
+        note(QString("headerData %1 %2 %3").arg(section).arg(orientation).arg(role));
         return {};
     }
 
     bool setHeaderData(int section, Qt::Orientation orientation, const QVariant& value,
                        int role) override
     {
-        note(QStringLiteral("setHeaderData %1 %2 %3 %4")
+        note(QString("setHeaderData %1 %2 %3 %4")
                  .arg(section)
                  .arg(orientation)
                  .arg(value.isValid())
@@ -94,45 +94,45 @@ public:
 
     QMap<int, QVariant> itemData(const QModelIndex& index) const override
     {
-        note(QStringLiteral("itemData ") + nameOf(index));
+        note("itemData " + nameOf(index));
         return {};
     }
 
     QStringList mimeTypes() const override
     {
-        note(QStringLiteral("mimeTypes"));
+        note("mimeTypes");
         return {};
     }
 
     Qt::DropActions supportedDropActions() const override
     {
-        note(QStringLiteral("supportedDropActions"));
+        note("supportedDropActions");
         return {};
     }
 
     bool canFetchMore(const QModelIndex& parent) const override
     {
-        note(QStringLiteral("canFetchMore ") + nameOf(parent));
+        note("canFetchMore " + nameOf(parent));
         return canFetch;
     }
 
     void fetchMore(const QModelIndex& parent) override
     {
-        note(QStringLiteral("fetchMore ") + nameOf(parent));
+        note("fetchMore " + nameOf(parent));
         if (onFetch)
             onFetch();
     }
 
     Qt::ItemFlags flags(const QModelIndex& index) const override
     {
-        note(QStringLiteral("flags ") + nameOf(index));
+        note("flags " + nameOf(index));
         return {};
     }
 
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                           Qt::MatchFlags matchFlags) const override
     {
-        note(QStringLiteral("match %1 %2 %3 %4 %5")
+        note(QString("match %1 %2 %3 %4 %5")
                  .arg(nameOf(start))
                  .arg(role)
                  .arg(value.isValid())
@@ -143,13 +143,13 @@ public:
 
     QSize span(const QModelIndex& index) const override
     {
-        note(QStringLiteral("span ") + nameOf(index));
+        note("span " + nameOf(index));
         return {};
     }
 
     QModelIndex sibling(int row, int column, const QModelIndex& index) const override
     {
-        note(QStringLiteral("sibling %1 %2 %3").arg(row).arg(column).arg(nameOf(index)));
+        note(QString("sibling %1 %2 %3").arg(row).arg(column).arg(nameOf(index)));
         return {};
     }
 
@@ -212,11 +212,8 @@ private:
     static QString nameOf(const QModelIndex& index)
     {
         if (!index.isValid())
-            return QStringLiteral("-");
-        return QStringLiteral("(%1,%2)/%3")
-            .arg(index.row())
-            .arg(index.column())
-            .arg(levelOf(index));
+            return "-";
+        return QString("(%1,%2)/%3").arg(index.row()).arg(index.column()).arg(levelOf(index));
     }
 
     int m_rows;
@@ -363,8 +360,8 @@ private Q_SLOTS:
         QVERIFY2(calls.join(QLatin1Char('\n')).contains(children),
                  qPrintable(calls.join(QLatin1Char('\n'))));
         // The cell is taken once more behind its children.
-        QCOMPARE(calls.count(QStringLiteral("index 0 0 -")), 1 + 2 + 3 + 1 + 4 + 1 + 1);
-        QCOMPARE(calls.count(QStringLiteral("index 0 1 -")), 1 + 4 + 1);
+        QCOMPARE(calls.count(QString("index 0 0 -")), 1 + 2 + 3 + 1 + 4 + 1 + 1);
+        QCOMPARE(calls.count(QString("index 0 1 -")), 1 + 4 + 1);
     }
 
     void secondColumnMayHaveChildren()
@@ -398,7 +395,7 @@ private Q_SLOTS:
         const ModelTest test(&model, nullptr);
         const QStringList calls = model.takeCalls();
         const auto walked = std::count_if(calls.begin(), calls.end(), [](const QString& call) {
-            return call.startsWith(QLatin1String("columnCount "));
+            return call.startsWith("columnCount ");
         });
         // Three for the tests of the top level itself, one for the walk of the top level.
         QCOMPARE(walked - 4, descents);
@@ -448,7 +445,7 @@ private Q_SLOTS:
             model.removeAt(0, 1);
             break;
         }
-        QCOMPARE(model.takeCalls().count(QStringLiteral("mimeTypes")), runs);
+        QCOMPARE(model.takeCalls().count(QString("mimeTypes")), runs);
     }
 
     void changesReadTheRowsOnEitherSide()
@@ -464,7 +461,7 @@ private Q_SLOTS:
         QString calls = atOnce.join(QLatin1Char('\n'));
         QVERIFY(calls.contains(inserted));
         // Behind the tests.
-        QCOMPARE(calls.left(calls.indexOf(inserted)).count(QStringLiteral("mimeTypes")), 1);
+        QCOMPARE(calls.left(calls.indexOf(inserted)).count(QString("mimeTypes")), 1);
         model.takeCalls();
         model.removeAt(1, 3);
         const QString removed = lines("rowCount -\nindex 0 0 -\ndata (0,0)/1 0\nindex 4 0 -\n"
@@ -472,7 +469,7 @@ private Q_SLOTS:
                                     .join(QLatin1Char('\n'));
         calls = model.takeCalls().join(QLatin1Char('\n'));
         QVERIFY(calls.contains(removed));
-        QCOMPARE(calls.left(calls.indexOf(removed)).count(QStringLiteral("mimeTypes")), 1);
+        QCOMPARE(calls.left(calls.indexOf(removed)).count(QString("mimeTypes")), 1);
     }
 
     void whatIsKeptOfAChangeGoesWithIt()
@@ -512,17 +509,16 @@ private Q_SLOTS:
             Q_EMIT model.layoutAboutToBeChanged();
             QStringList taken;
             for (int row = 0; row < read; ++row)
-                taken.append(QStringLiteral("index %1 0 -").arg(row));
+                taken.append(QString("index %1 0 -").arg(row));
             QStringList calls = model.takeCalls();
             QCOMPARE(calls.mid(calls.size() - read), taken);
             Q_EMIT model.layoutChanged();
             calls = model.takeCalls();
-            const QStringList tail =
-                calls.mid(calls.lastIndexOf(QStringLiteral("data (0,0)/1 10")) + 1);
+            const QStringList tail = calls.mid(calls.lastIndexOf("data (0,0)/1 10") + 1);
             QStringList expected;
             for (int row = 0; row < read; ++row) {
-                expected.append(QStringLiteral("parent (%1,0)/1").arg(row));
-                expected.append(QStringLiteral("index %1 0 -").arg(row));
+                expected.append(QString("parent (%1,0)/1").arg(row));
+                expected.append(QString("index %1 0 -").arg(row));
             }
             if (rows > 0)
                 QCOMPARE(tail, expected);
@@ -539,11 +535,11 @@ private Q_SLOTS:
         };
         model.canFetch = true;
         ModelTest test(&model, nullptr);
-        QCOMPARE(model.takeCalls().count(QStringLiteral("mimeTypes")), 1);
+        QCOMPARE(model.takeCalls().count(QString("mimeTypes")), 1);
         QVERIFY(fetched >= 3);
         // Afterwards it hears again.
         model.insertAt(0);
-        QCOMPARE(model.takeCalls().count(QStringLiteral("mimeTypes")), 2);
+        QCOMPARE(model.takeCalls().count(QString("mimeTypes")), 2);
     }
 
     void fetchThatThrowsLeavesItListening()
@@ -555,7 +551,7 @@ private Q_SLOTS:
         model.onFetch = {};
         model.takeCalls();
         model.reset();
-        QCOMPARE(model.takeCalls().count(QStringLiteral("mimeTypes")), 1);
+        QCOMPARE(model.takeCalls().count(QString("mimeTypes")), 1);
     }
 
     void modelThatBehavesIsNotChanged()
@@ -567,8 +563,8 @@ private Q_SLOTS:
         for (QStandardItemModel* model : {&plain, &tested}) {
             for (int i = 0; i < 5; ++i) {
                 auto* const item = new QStandardItem(QString::number(i));
-                item->appendRow({new QStandardItem(QStringLiteral("a")), new QStandardItem});
-                item->appendRow(new QStandardItem(QStringLiteral("b")));
+                item->appendRow({new QStandardItem("a"), new QStandardItem});
+                item->appendRow(new QStandardItem("b"));
                 model->appendRow(item);
             }
             model->removeRow(2);

@@ -107,8 +107,9 @@ private Q_SLOTS:
                                                << "a" << false;
         QTest::newRow("braces and bar") << "{1}|"
                                         << "a{1}|" << true;
-        QTest::newRow("not ASCII") << QStringLiteral("€𝄞") << QStringLiteral("ä€𝄞ä") << true;
-        QTest::newRow("half of a pair") << QString(QChar(0xD834)) << QStringLiteral("𝄞") << true;
+        QTest::newRow("not ASCII") << "€𝄞"
+                                   << "ä€𝄞ä" << true;
+        QTest::newRow("half of a pair") << QString(QChar(0xD834)) << "𝄞" << true;
     }
 
     void matches()
@@ -128,15 +129,15 @@ private Q_SLOTS:
         QVERIFY(result.settles());
         QCOMPARE(!result.rows.isEmpty(), isAccepted);
         // And back to a text of the other kind.
-        filter.setSearchString(QStringLiteral("*"));
-        filter.setSearchString(QStringLiteral("no such text"));
+        filter.setSearchString("*");
+        filter.setSearchString("no such text");
         QVERIFY(result.settles());
         QVERIFY(result.rows.isEmpty());
     }
 
     void acceptsAllBeforeTheFirstText()
     {
-        QStringListModel source({QStringLiteral("a"), QString(), QStringLiteral("c")});
+        QStringListModel source({"a", QString(), "c"});
         TextBackgroundListFilter filter(1, nullptr);
         const FilterResult result(filter);
         filter.setSourceModel(&source);
@@ -148,30 +149,30 @@ private Q_SLOTS:
     void looksAtTheTextOfTheFirstColumn()
     {
         QStandardItemModel source(3, 2);
-        source.setData(source.index(0, 1), QStringLiteral("a"));
-        source.setData(source.index(1, 0), QStringLiteral("a"));
-        source.setData(source.index(2, 0), QStringLiteral("a"), Qt::ToolTipRole);
+        source.setData(source.index(0, 1), "a");
+        source.setData(source.index(1, 0), "a");
+        source.setData(source.index(2, 0), "a", Qt::ToolTipRole);
         TextBackgroundListFilter filter(1, nullptr);
         const FilterResult result(filter);
         filter.setSourceModel(&source);
-        filter.setSearchString(QStringLiteral("a"));
+        filter.setSearchString("a");
         QVERIFY(result.settles());
         QCOMPARE(result.rows, QList<int>{1});
         // A number is its text.
         source.setData(source.index(0, 0), 17);
-        filter.setSearchString(QStringLiteral("7"));
+        filter.setSearchString("7");
         QVERIFY(result.settles());
         QCOMPARE(result.rows, QList<int>{0});
     }
 
     void ofTwoTextsTheSecondCounts()
     {
-        QStringListModel source({QStringLiteral("a"), QStringLiteral("b")});
+        QStringListModel source({"a", "b"});
         TextBackgroundListFilter filter(60'000, nullptr);
         FilterResult result(filter);
         filter.setSourceModel(&source);
-        filter.setSearchString(QStringLiteral("a"));
-        filter.setSearchString(QStringLiteral("b"));
+        filter.setSearchString("a");
+        filter.setSearchString("b");
         result.timer().setInterval(1);
         QVERIFY(result.settles());
         QCOMPARE(result.rows, QList<int>{1});
@@ -205,13 +206,13 @@ private Q_SLOTS:
     {
         TextBackgroundListFilter filter(1, nullptr);
         const QStringList lines = zvtest::warningsOf([&filter] {
-            filter.setSearchString(QStringLiteral("a***b"));
+            filter.setSearchString("a***b");
             filter.setSourceModel(nullptr);
         });
-        QCOMPARE(lines,
-                 (QStringList{QStringLiteral("TBLF setSearchString:  \"a***b\""),
-                              QStringLiteral("TBLF searchStarted:  \"*a***b*\""),
-                              QStringLiteral("TBLF searchStarted:  \"*a***b*\"")}));
+        QCOMPARE(
+            lines,
+            (QStringList{"TBLF setSearchString:  \"a***b\"", "TBLF searchStarted:  \"*a***b*\"",
+                         "TBLF searchStarted:  \"*a***b*\""}));
     }
 
     void veryLongTexts_data()
@@ -235,7 +236,7 @@ private Q_SLOTS:
         QTest::newRow("backslashes") << repeated("\\");
         QTest::newRow("a backslash and asterisks") << u'\\' + repeated("*");
         QTest::newRow("paths") << repeated("C:\\dir\\file.txt\n");
-        QTest::newRow("a set and asterisks") << QStringLiteral("[a]") + repeated("*");
+        QTest::newRow("a set and asterisks") << "[a]" + repeated("*");
     }
 
     void veryLongTexts()
@@ -251,8 +252,7 @@ private Q_SLOTS:
         filter.setSearchString(text);
         QVERIFY(result.settles());
         const bool matchesAll = text.count(QLatin1Char('*')) == text.size();
-        const bool isSet =
-            text.startsWith(QStringLiteral("[a")) && text.count(u'[') == 1 && text.contains(u']');
+        const bool isSet = text.startsWith("[a") && text.count(u'[') == 1 && text.contains(u']');
         // The empty row has no character for a set.
         QCOMPARE(result.rows.size(), matchesAll ? 200 : isSet ? 199 : 0);
     }

@@ -216,7 +216,7 @@ private Q_SLOTS:
         proxy.setSourceModel(other.get());
         QCOMPARE(hasRoot, (QList<bool>{false, false}));
         proxy.setRootModelIndex(at(*other, "2"));
-        QCOMPARE(shown(proxy), QStringLiteral("20 20b 21 21b 22 22b"));
+        QCOMPARE(shown(proxy), QString("20 20b 21 21b 22 22b"));
     }
 
     void branchMayBeVeryDeep()
@@ -257,7 +257,7 @@ private Q_SLOTS:
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         source->item(1)->removeRow(0);
-        source->item(1)->appendRow(new QStandardItem(QStringLiteral("x")));
+        source->item(1)->appendRow(new QStandardItem("x"));
         QCoreApplication::processEvents();
         QCOMPARE(view.indexAbove(view.indexBelow(proxy.index(0, 0, root))),
                  proxy.index(0, 0, root));

@@ -114,13 +114,13 @@ private Q_SLOTS:
         Proxy proxy;
         proxy.setSourceModel(source.get());
         proxy.setRootModelIndex(at(*source, "1"));
-        source->insertRow(0, new QStandardItem(QStringLiteral("new")));
-        QCOMPARE(shown(proxy), QStringLiteral("10 10b 11 11b 12 12b"));
+        source->insertRow(0, new QStandardItem("new"));
+        QCOMPARE(shown(proxy), QString("10 10b 11 11b 12 12b"));
         source->removeRow(0);
         source->sort(0, Qt::DescendingOrder);
-        QCOMPARE(source->item(1)->text(), QStringLiteral("1"));
+        QCOMPARE(source->item(1)->text(), QString("1"));
         source->sort(1);
-        QCOMPARE(shown(proxy), QStringLiteral("10 10b 11 11b 12 12b"));
+        QCOMPARE(shown(proxy), QString("10 10b 11 11b 12 12b"));
     }
 
     void rootThatTheSourceRemovesIsNone()
@@ -145,32 +145,31 @@ private Q_SLOTS:
         const QAbstractItemModelTester tester(&proxy);
         QStringList journal;
         const auto text = [](const QModelIndex& index) {
-            return index.isValid() ? index.data().toString() : QStringLiteral("-");
+            return index.isValid() ? index.data().toString() : QString("-");
         };
         connect(&proxy, &QAbstractItemModel::rowsInserted, this,
                 [&](const QModelIndex& parent, int first, int last) {
                     journal.append(
-                        QStringLiteral("inserted %1 %2 %3").arg(text(parent)).arg(first).arg(last));
+                        QString("inserted %1 %2 %3").arg(text(parent)).arg(first).arg(last));
                 });
         connect(&proxy, &QAbstractItemModel::rowsRemoved, this,
                 [&](const QModelIndex& parent, int first, int last) {
                     journal.append(
-                        QStringLiteral("removed %1 %2 %3").arg(text(parent)).arg(first).arg(last));
+                        QString("removed %1 %2 %3").arg(text(parent)).arg(first).arg(last));
                 });
         connect(&proxy, &QAbstractItemModel::dataChanged, this,
                 [&](const QModelIndex& first, const QModelIndex& last) {
-                    journal.append(QStringLiteral("changed %1 %2").arg(text(first), text(last)));
+                    journal.append(QString("changed %1 %2").arg(text(first), text(last)));
                 });
-        source->item(1)->insertRow(1, new QStandardItem(QStringLiteral("x")));
+        source->item(1)->insertRow(1, new QStandardItem("x"));
         source->item(1)->child(0)->removeRows(0, 2);
-        source->item(1)->child(2)->child(1)->setText(QStringLiteral("y"));
+        source->item(1)->child(2)->child(1)->setText("y");
         source->item(1)->removeRow(0);
         QCOMPARE(journal,
-                 (QStringList{QStringLiteral("inserted - 1 1"), QStringLiteral("removed 10 0 1"),
-                              QStringLiteral("changed y y"), QStringLiteral("removed - 0 0")}));
+                 (QStringList{"inserted - 1 1", "removed 10 0 1", "changed y y", "removed - 0 0"}));
         QCOMPARE(shown(proxy),
-                 QStringLiteral("x  11 11b (110 110b y 111b 112 112b) 12 12b "
-                                "(120 120b 121 121b 122 122b)"));
+                 QString("x  11 11b (110 110b y 111b 112 112b) 12 12b "
+                         "(120 120b 121 121b 122 122b)"));
     }
 
     void changesBesideTheBranchAreNotAnnounced()
@@ -186,8 +185,8 @@ private Q_SLOTS:
         source->item(0)->removeRow(1);
         source->item(0)->insertColumn(0, {new QStandardItem});
         source->item(0)->removeColumn(0);
-        source->item(0)->child(0)->setText(QStringLiteral("x"));
-        source->item(1)->setText(QStringLiteral("the root itself"));
+        source->item(0)->child(0)->setText("x");
+        source->item(1)->setText("the root itself");
         source->appendRow(new QStandardItem);
         source->insertRow(0, new QStandardItem);
         source->removeRow(1);
@@ -197,7 +196,7 @@ private Q_SLOTS:
         QCOMPARE(announced.names(), QStringList());
         QCOMPARE(shown(proxy), before);
         QCOMPARE(kept.row(), 1);
-        QCOMPARE(kept.data().toString(), QStringLiteral("11"));
+        QCOMPARE(kept.data().toString(), QString("11"));
     }
 
     void endOfTheRootResets_data()
@@ -224,8 +223,7 @@ private Q_SLOTS:
         const Signals announced(proxy);
         const QModelIndex above = at(*source, parent);
         QVERIFY(row < 0 ? source->removeColumn(column, above) : source->removeRow(row, above));
-        QCOMPARE(announced.names(),
-                 (QStringList{QStringLiteral("about to reset"), QStringLiteral("reset")}));
+        QCOMPARE(announced.names(), (QStringList{"about to reset", "reset"}));
         QCOMPARE(proxy.rowCount(root), source->rowCount());
         QVERIFY(!proxy.index(0, 0, root).isValid());
     }
@@ -238,17 +236,15 @@ private Q_SLOTS:
         const Signals announced(proxy);
         source->item(0)->appendRow(new QStandardItem);
         source->item(0)->removeRow(0);
-        source->item(0)->child(0)->setText(QStringLiteral("x"));
+        source->item(0)->child(0)->setText("x");
         QCOMPARE(announced.names(), QStringList());
         source->appendRow(new QStandardItem);
         source->removeRow(0);
         source->appendColumn({});
-        QCOMPARE(
-            announced.names(),
-            (QStringList{
-                QStringLiteral("about to insert rows - 3 3"), QStringLiteral("inserted rows - 3 3"),
-                QStringLiteral("about to remove rows - 0 0"), QStringLiteral("removed rows - 0 0"),
-                QStringLiteral("about to insert columns"), QStringLiteral("inserted columns")}));
+        QCOMPARE(announced.names(),
+                 (QStringList{"about to insert rows - 3 3", "inserted rows - 3 3",
+                              "about to remove rows - 0 0", "removed rows - 0 0",
+                              "about to insert columns", "inserted columns"}));
         QCOMPARE(proxy.rowCount(root), 3);
     }
 
@@ -267,7 +263,7 @@ private Q_SLOTS:
         QVERIFY(proxy.insertColumns(0, 1, QModelIndex()));
         QCOMPARE(source->columnCount(), 3);
         QVERIFY(proxy.removeColumns(0, 1, QModelIndex()));
-        QCOMPARE(shown(proxy), QStringLiteral("10 10b 11 11b 12 12b"));
+        QCOMPARE(shown(proxy), QString("10 10b 11 11b 12 12b"));
         // Further down the rows are those that are shown.
         QVERIFY(proxy.insertRows(0, 1, proxy.index(0, 0, root)));
         QCOMPARE(at(*source, "10").model(), source.get());
@@ -291,7 +287,7 @@ private Q_SLOTS:
         QCOMPARE(count, 1);
         QCOMPARE(announced.names().size(), before);
         source->removeRow(source->rowCount() - 1);
-        QCOMPARE(announced.names().mid(before), QStringList(QStringLiteral("reset")));
+        QCOMPARE(announced.names().mid(before), QStringList("reset"));
     }
 
     void sourceMayBeChangedByWhatIsAnnounced()
@@ -312,7 +308,7 @@ private Q_SLOTS:
             work();
             disconnect(connection);
             QCOMPARE(proxy.sourceModel(), second.get());
-            QCOMPARE(proxy.index(0, 0, root).data().toString(), QStringLiteral("20"));
+            QCOMPARE(proxy.index(0, 0, root).data().toString(), QString("20"));
             QVERIFY(!held.isValid());
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         };
@@ -320,7 +316,7 @@ private Q_SLOTS:
         expectChange(&Model::rowsAboutToBeInserted, [item] { item->appendRow(new QStandardItem); });
         expectChange(&Model::rowsInserted, [item] { item->appendRow(new QStandardItem); });
         expectChange(&Model::rowsRemoved, [item] { item->removeRow(0); });
-        expectChange(&Model::dataChanged, [item] { item->child(0)->setText(QStringLiteral("x")); });
+        expectChange(&Model::dataChanged, [item] { item->child(0)->setText("x"); });
         expectChange(&Model::layoutAboutToBeChanged,
                      [item] { item->sortChildren(0, Qt::DescendingOrder); });
         expectChange(&Model::layoutChanged, [item] { item->sortChildren(0); });
@@ -330,7 +326,7 @@ private Q_SLOTS:
         const auto connection = connect(&proxy, &Model::rowsAboutToBeMoved, this, change);
         QVERIFY(movable.move(at(movable, "1"), 0, at(movable, "1"), 3));
         disconnect(connection);
-        QCOMPARE(proxy.index(0, 0, root).data().toString(), QStringLiteral("20"));
+        QCOMPARE(proxy.index(0, 0, root).data().toString(), QString("20"));
     }
 
     void layoutChanges_data()
@@ -365,8 +361,7 @@ private Q_SLOTS:
         else
             source->itemFromIndex(at(*source, parent))->sortChildren(0, Qt::DescendingOrder);
         QCOMPARE(announced.names(),
-                 isAnnounced ? (QStringList{QStringLiteral("about to change layout"),
-                                            QStringLiteral("changed layout")})
+                 isAnnounced ? (QStringList{"about to change layout", "changed layout"})
                              : QStringList());
         for (const auto& [index, expected] : held)
             QCOMPARE(proxy.mapToSource(index), QModelIndex(expected));
@@ -380,8 +375,7 @@ private Q_SLOTS:
         proxy.setRootModelIndex(source.index(0, 0));
         const Signals announced(proxy);
         source.drop();
-        QCOMPARE(announced.names().mid(2),
-                 (QStringList{QStringLiteral("about to reset"), QStringLiteral("reset")}));
+        QCOMPARE(announced.names().mid(2), (QStringList{"about to reset", "reset"}));
         QCOMPARE(proxy.rowCount(root), source.rowCount());
     }
 

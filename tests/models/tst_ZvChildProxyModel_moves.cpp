@@ -25,11 +25,9 @@ private Q_SLOTS:
         const Signals announced(proxy);
         QVERIFY(source.move(QModelIndex(), 0, QModelIndex(), 2));
         QVERIFY(source.move(at(source, "0"), 0, at(source, "1"), 0));
-        QCOMPARE(announced.names(),
-                 (QStringList{QStringLiteral("about to move"), QStringLiteral("moved")}));
+        QCOMPARE(announced.names(), (QStringList{"about to move", "moved"}));
         QVERIFY(source.move(at(source, "0"), 0, QModelIndex(), 0));
-        QCOMPARE(announced.names().mid(2),
-                 (QStringList{QStringLiteral("about to reset"), QStringLiteral("reset")}));
+        QCOMPARE(announced.names().mid(2), (QStringList{"about to reset", "reset"}));
     }
 
     void moves_data()
@@ -40,7 +38,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("place");
         QTest::addColumn<QString>("announced");
         QTest::addColumn<QString>("text");
-        const QString before = QStringLiteral("10 (100 101 102) 11 (110 111 112) 12 (120 121 122)");
+        const QString before = "10 (100 101 102) 11 (110 111 112) 12 (120 121 122)";
         QTest::newRow("at the top") << QByteArray("1") << 0 << QByteArray("1") << 3 << "moved"
                                     << "11 (110 111 112) 12 (120 121 122) 10 (100 101 102)";
         QTest::newRow("further down") << QByteArray("10") << 2 << QByteArray("12") << 0 << "moved"
@@ -74,10 +72,8 @@ private Q_SLOTS:
         const Signals told(proxy);
         QVERIFY(source.move(at(source, from), row, at(source, to), place));
         QCOMPARE(shown(proxy), text);
-        const QStringList expected = {announced == QLatin1String("moved")
-                                          ? QStringLiteral("about to move")
-                                          : QStringLiteral("about to reset"),
-                                      announced};
+        const QStringList expected = {
+            announced == "moved" ? QString("about to move") : QString("about to reset"), announced};
         QCOMPARE(told.names(), announced.isEmpty() ? QStringList() : expected);
     }
 

@@ -25,7 +25,6 @@ using zvtest::Model;
 using zvtest::rowsOf;
 using zvtest::scanOf;
 using zvtest::Watched;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -94,11 +93,11 @@ private Q_SLOTS:
         QFETCH(Change, remove);
         // Narrow text of Windows has no such characters.
 #if defined(Q_OS_WIN)
-        const FileTree tree({"plain/a.txt"_q});
-        const QString path = tree.path("plain"_q);
+        const FileTree tree({"plain/a.txt"});
+        const QString path = tree.path("plain");
 #else
-        const FileTree tree({"ä€𝄞/a.txt"_q});
-        const QString path = tree.path("ä€𝄞"_q);
+        const FileTree tree({"ä€𝄞/a.txt"});
+        const QString path = tree.path("ä€𝄞");
 #endif
         Watched watched;
         add(watched.model, path);
@@ -112,15 +111,15 @@ private Q_SLOTS:
 
     void fileThatVanishesStaysARow()
     {
-        const FileTree tree({"a.txt"_q});
+        const FileTree tree({"a.txt"});
         Watched watched;
         watched.model.addDirectory(tree.path());
         QVERIFY(watched.settles(2));
         const QStringList rows = rowsOf(watched.model);
         QCOMPARE(rows.size(), 1);
-        QVERIFY(QFile::remove(tree.path("a.txt"_q)));
+        QVERIFY(QFile::remove(tree.path("a.txt")));
         // A filter looks at what has been found, not at the disk.
-        watched.model.setFilterFixedString("a"_q);
+        watched.model.setFilterFixedString("a");
         QVERIFY(watched.settles(3));
         QCOMPARE(rowsOf(watched.model), rows);
         watched.model.reloadPaths();
@@ -130,11 +129,11 @@ private Q_SLOTS:
 
     void pathsOfTheFileSystemEndAtANul()
     {
-        const FileTree tree({"plain/a.txt"_q});
-        const QString path = tree.path("plain"_q);
+        const FileTree tree({"plain/a.txt"});
+        const QString path = tree.path("plain");
         std::filesystem::path::string_type longer = zvtest::stdPath(path).native();
         longer += std::filesystem::path::value_type();
-        longer += zvtest::stdPath("x"_q).native();
+        longer += zvtest::stdPath("x").native();
         Watched watched;
         watched.model.addDirectory(std::filesystem::path(longer));
         QVERIFY(watched.settles(2));
@@ -155,7 +154,7 @@ private Q_SLOTS:
 #if defined(Q_OS_WIN)
         QSKIP("Narrow text is in a code page, in which every byte has a meaning");
 #else
-        const FileTree tree({"a.txt"_q});
+        const FileTree tree({"a.txt"});
         Watched watched;
         watched.model.addDirectory(tree.path());
         QVERIFY(watched.settles(2));
@@ -173,13 +172,13 @@ private Q_SLOTS:
 
     void setDirectoriesReplacesAll()
     {
-        const FileTree tree({"a/a.txt"_q, "b/b.txt"_q, "c/c.txt"_q});
+        const FileTree tree({"a/a.txt", "b/b.txt", "c/c.txt"});
         Watched watched;
-        watched.model.addDirectory(tree.path("a"_q));
-        watched.model.setDirectories({zvutil::ZvFilePath(tree.path("c"_q).toStdWString()),
-                                      zvutil::ZvFilePath(tree.path("b"_q).toStdWString())});
+        watched.model.addDirectory(tree.path("a"));
+        watched.model.setDirectories({zvutil::ZvFilePath(tree.path("c").toStdWString()),
+                                      zvutil::ZvFilePath(tree.path("b").toStdWString())});
         QVERIFY(watched.settles(3));
-        QCOMPARE(rowsOf(watched.model), zvtest::expectedRows({tree.path("c"_q), tree.path("b"_q)}));
+        QCOMPARE(rowsOf(watched.model), zvtest::expectedRows({tree.path("c"), tree.path("b")}));
         watched.model.setDirectories({});
         QVERIFY(watched.settles(4));
         QCOMPARE(watched.model.rows(), 0);
@@ -187,12 +186,12 @@ private Q_SLOTS:
 
     void rolesAndIndexes()
     {
-        const FileTree tree({"a.txt"_q});
+        const FileTree tree({"a.txt"});
         Watched watched;
         watched.model.addDirectory(tree.path());
         QVERIFY(watched.settles(2));
         const QModelIndex index = watched.model.index(0);
-        const QString path = QDir::toNativeSeparators(tree.path("a.txt"_q));
+        const QString path = QDir::toNativeSeparators(tree.path("a.txt"));
         for (int role = -1; role < Qt::UserRole + 2; ++role) {
             const bool isShown = role == Qt::DisplayRole || role == Qt::ToolTipRole;
             const QVariant data = watched.model.data(index, role);
@@ -229,19 +228,21 @@ private Q_SLOTS:
     void eachRequestEndsTheScan_data()
     {
         QTest::addColumn<Request>("request");
-        QTest::newRow("add") << Request([](Model& model) { model.addDirectory("/no/such"_q); });
-        QTest::newRow("remove") << Request([](Model& model) { model.removeDirectory("/no"_q); });
+        QTest::newRow("add") << Request(
+            [](Model& model) { model.addDirectory(QString("/no/such")); });
+        QTest::newRow("remove") << Request(
+            [](Model& model) { model.removeDirectory(QString("/no")); });
         QTest::newRow("set") << Request([](Model& model) { model.setDirectories({}); });
         QTest::newRow("reload") << Request(&Model::reloadPaths);
         QTest::newRow("types") << Request([](Model& model) { model.setAllowedFileTypes({}); });
-        QTest::newRow("filter") << Request([](Model& model) { model.setFilterFixedString("a"_q); });
+        QTest::newRow("filter") << Request([](Model& model) { model.setFilterFixedString("a"); });
     }
 
     void eachRequestEndsTheScan()
     {
         QFETCH(Request, request);
         const FileTree tree;
-        tree.files(30, "%1/a%1.txt"_q);
+        tree.files(30, "%1/a%1.txt");
         Watched watched;
         QVERIFY(watched.settles(1));
         Hold hold("starting", 1);
@@ -275,7 +276,7 @@ private Q_SLOTS:
 
     void emptyBatchIsNotToldOf()
     {
-        const FileTree tree({"a.txt"_q});
+        const FileTree tree({"a.txt"});
         Model model;
         QObject* const scan = scanOf(model);
         QVERIFY(scan);
@@ -293,11 +294,11 @@ private Q_SLOTS:
         QVERIFY(send({}));
         QCOMPARE(signalNames, QStringList());
         QCOMPARE(model.rows(), 0);
-        QVERIFY(send({"a"_q}));
-        QCOMPARE(signalNames, (QStringList{"about to insert"_q, "inserted"_q}));
+        QVERIFY(send({"a"}));
+        QCOMPARE(signalNames, (QStringList{"about to insert", "inserted"}));
         QVERIFY(send({}));
         QCOMPARE(signalNames.size(), 2);
-        QCOMPARE(rowsOf(model), QStringList{"a"_q});
+        QCOMPARE(rowsOf(model), QStringList{"a"});
     }
 };
 

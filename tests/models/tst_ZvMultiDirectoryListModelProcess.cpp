@@ -30,7 +30,6 @@ using zvtest::Log;
 using zvtest::named;
 using zvtest::runLines;
 using zvtest::Scan;
-using namespace zvtest::literals;
 
 class tst_ZvMultiDirectoryListModelProcess : public QObject
 {
@@ -56,25 +55,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("place");
         const std::pair<const char*, QStringList> shapes[] = {
             {"nothing", {}},
-            {"one file", {"a.txt"_q}},
-            {"two files", named("ab"_q)},
-            {"many files", named("abcdefghijklmnopqrstuvwxyz"_q)},
-            {"an empty directory", {"d/"_q}},
-            {"empty directories in another", {"d/e/"_q, "d/f/"_q, "d/g/h/"_q}},
-            {"one file in one directory", {"d/a.txt"_q}},
-            {"one file three levels down", {"d/e/f/a.txt"_q}},
-            {"files in one directory", {"d/a.txt"_q, "d/b.txt"_q, "d/c.txt"_q}},
-            {"a file and an empty directory", {"a.txt"_q, "d/"_q}},
-            {"a file and a directory with files", {"a.txt"_q, "d/b.txt"_q, "d/c.txt"_q}},
+            {"one file", {"a.txt"}},
+            {"two files", named("ab")},
+            {"many files", named("abcdefghijklmnopqrstuvwxyz")},
+            {"an empty directory", {"d/"}},
+            {"empty directories in another", {"d/e/", "d/f/", "d/g/h/"}},
+            {"one file in one directory", {"d/a.txt"}},
+            {"one file three levels down", {"d/e/f/a.txt"}},
+            {"files in one directory", {"d/a.txt", "d/b.txt", "d/c.txt"}},
+            {"a file and an empty directory", {"a.txt", "d/"}},
+            {"a file and a directory with files", {"a.txt", "d/b.txt", "d/c.txt"}},
             {"files on all levels",
-             {"a.txt"_q, "b.txt"_q, "d/c.txt"_q, "d/d.txt"_q, "d/e/f.txt"_q, "d/e/g.txt"_q,
-              "d/e/h/i.txt"_q, "d/e/h/j.txt"_q}},
+             {"a.txt", "b.txt", "d/c.txt", "d/d.txt", "d/e/f.txt", "d/e/g.txt", "d/e/h/i.txt",
+              "d/e/h/j.txt"}},
             {"directories side by side",
-             {"d/a.txt"_q, "d/b.txt"_q, "e/c.txt"_q, "e/d.txt"_q, "f/e.txt"_q, "f/f.txt"_q}},
+             {"d/a.txt", "d/b.txt", "e/c.txt", "e/d.txt", "f/e.txt", "f/f.txt"}},
             {"directories with the names of files",
-             {"d.txt/a.txt"_q, "d.txt/b.bin"_q, "e.bin/a.txt"_q, "e.bin/f.txt/c.txt"_q}},
-            {"names that aren't ASCII",
-             {"ä/ö.txt"_q, "ä/€.txt"_q, "ü.txt"_q, "日本/語.txt"_q, "𝄞.txt"_q}},
+             {"d.txt/a.txt", "d.txt/b.bin", "e.bin/a.txt", "e.bin/f.txt/c.txt"}},
+            {"names that aren't ASCII", {"ä/ö.txt", "ä/€.txt", "ü.txt", "日本/語.txt", "𝄞.txt"}},
         };
         // Two file systems, whose orders differ.
         for (const auto& [name, files] : shapes) {
@@ -89,19 +87,19 @@ private Q_SLOTS:
         QFETCH(QString, place);
         const FileTree tree(files, place);
         for (const QStringList& types :
-             {QStringList(), QStringList{".txt"_q}, QStringList{".bin"_q, ".TXT"_q}}) {
+             {QStringList(), QStringList{".txt"}, QStringList{".bin", ".TXT"}}) {
             Scan scan;
             scan.process.setAllowedFileTypes(types);
             scan.add(tree.path());
             QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}, types));
-            scan.process.setFilterFixedString("A"_q);
-            QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}, types, "A"_q));
+            scan.process.setFilterFixedString("A");
+            QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}, types, "A"));
         }
     }
 
     void firstEntryIsNeverListedAndTheLastOneTwice()
     {
-        const FileTree tree(named("ab"_q));
+        const FileTree tree(named("ab"));
         Scan scan;
         scan.add(tree.path());
         QCOMPARE(scan.rows.size(), 2);
@@ -110,27 +108,27 @@ private Q_SLOTS:
 
     void singleEntryIsListedOnce()
     {
-        const FileTree tree({"a.txt"_q});
+        const FileTree tree({"a.txt"});
         Scan scan;
         scan.add(tree.path());
-        QCOMPARE(scan.rows, QStringList{QDir::toNativeSeparators(tree.path("a.txt"_q))});
+        QCOMPARE(scan.rows, QStringList{QDir::toNativeSeparators(tree.path("a.txt"))});
     }
 
     void walkThatEndsInSubdirectoriesListsTheOneThatItIsCutBackTo()
     {
-        const FileTree tree({"d.txt/e/a.txt"_q});
+        const FileTree tree({"d.txt/e/a.txt"});
         Scan scan;
         scan.add(tree.path());
-        const QString directory = QDir::toNativeSeparators(tree.path("d.txt"_q));
-        const QString file = QDir::toNativeSeparators(tree.path("d.txt/e/a.txt"_q));
+        const QString directory = QDir::toNativeSeparators(tree.path("d.txt"));
+        const QString file = QDir::toNativeSeparators(tree.path("d.txt/e/a.txt"));
         QCOMPARE(scan.rows, (QStringList{file, directory}));
-        scan.process.setAllowedFileTypes({".txt"_q});
+        scan.process.setAllowedFileTypes({".txt"});
         scan.process.reloadPaths();
         QCOMPARE(scan.rows, (QStringList{file, directory}));
         // It has the name of the directory for the filter, too.
-        scan.process.setFilterFixedString("D.T"_q);
+        scan.process.setFilterFixedString("D.T");
         QCOMPARE(scan.rows, QStringList{directory});
-        scan.process.setAllowedFileTypes({".bin"_q});
+        scan.process.setAllowedFileTypes({".bin"});
         scan.process.setFilterFixedString({});
         scan.process.reloadPaths();
         QCOMPARE(scan.rows, QStringList());
@@ -140,30 +138,30 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("list");
         QTest::newRow("none") << QStringList();
-        QTest::newRow("two") << QStringList{"files"_q, "deep"_q};
-        QTest::newRow("two the other way") << QStringList{"deep"_q, "files"_q};
-        QTest::newRow("one twice") << QStringList{"files"_q, "files"_q};
-        QTest::newRow("one in the other") << QStringList{"."_q, "files"_q};
-        QTest::newRow("single entries") << QStringList{"one"_q, "one"_q, "files"_q, "one"_q};
-        QTest::newRow("empty, alone") << QStringList{"empty"_q};
-        QTest::newRow("empty, first: the rest isn't walked") << QStringList{"empty"_q, "files"_q};
+        QTest::newRow("two") << QStringList{"files", "deep"};
+        QTest::newRow("two the other way") << QStringList{"deep", "files"};
+        QTest::newRow("one twice") << QStringList{"files", "files"};
+        QTest::newRow("one in the other") << QStringList{".", "files"};
+        QTest::newRow("single entries") << QStringList{"one", "one", "files", "one"};
+        QTest::newRow("empty, alone") << QStringList{"empty"};
+        QTest::newRow("empty, first: the rest isn't walked") << QStringList{"empty", "files"};
         QTest::newRow("empty, in the middle: the rest isn't walked")
-            << QStringList{"files"_q, "empty"_q, "deep"_q};
-        QTest::newRow("empty, last") << QStringList{"files"_q, "empty"_q};
-        QTest::newRow("missing") << QStringList{"missing"_q};
-        QTest::newRow("missing, first: passed over") << QStringList{"missing"_q, "files"_q};
+            << QStringList{"files", "empty", "deep"};
+        QTest::newRow("empty, last") << QStringList{"files", "empty"};
+        QTest::newRow("missing") << QStringList{"missing"};
+        QTest::newRow("missing, first: passed over") << QStringList{"missing", "files"};
         QTest::newRow("missing, in the middle: passed over")
-            << QStringList{"files"_q, "missing"_q, "missing"_q, "deep"_q};
-        QTest::newRow("missing, last") << QStringList{"files"_q, "missing"_q};
-        QTest::newRow("a file: passed over") << QStringList{"files/a.txt"_q, "deep"_q};
-        QTest::newRow("empty behind missing") << QStringList{"missing"_q, "empty"_q, "files"_q};
+            << QStringList{"files", "missing", "missing", "deep"};
+        QTest::newRow("missing, last") << QStringList{"files", "missing"};
+        QTest::newRow("a file: passed over") << QStringList{"files/a.txt", "deep"};
+        QTest::newRow("empty behind missing") << QStringList{"missing", "empty", "files"};
     }
 
     void directoriesAreWalkedInTheOrderOfTheirList()
     {
         QFETCH(QStringList, list);
-        const FileTree tree({"files/a.txt"_q, "files/b.txt"_q, "files/c.txt"_q, "deep/d/e.txt"_q,
-                             "deep/f/g.txt"_q, "deep/h.txt"_q, "one/i.txt"_q, "empty/"_q});
+        const FileTree tree({"files/a.txt", "files/b.txt", "files/c.txt", "deep/d/e.txt",
+                             "deep/f/g.txt", "deep/h.txt", "one/i.txt", "empty/"});
         QStringList paths;
         QList<zvutil::ZvFilePath> directories;
         for (const QString& name : list) {
@@ -185,14 +183,14 @@ private Q_SLOTS:
 
     void emptyDirectoryEndsTheWalkForGood()
     {
-        const FileTree tree({"empty/"_q, "files/a.txt"_q});
+        const FileTree tree({"empty/", "files/a.txt"});
         Scan scan;
-        scan.add(tree.path("empty"_q));
-        scan.add(tree.path("files"_q));
+        scan.add(tree.path("empty"));
+        scan.add(tree.path("files"));
         QCOMPARE(scan.rows, QStringList());
         scan.process.startScan();
         QCOMPARE(scan.rows, QStringList());
-        tree.file("empty/b.txt"_q);
+        tree.file(QString("empty/b.txt"));
         scan.process.startScan();
         QCOMPARE(scan.rows, QStringList());
         scan.process.reloadPaths();
@@ -203,22 +201,23 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::newRow("empty") << QString();
-        QTest::newRow("NUL inside") << QDir::tempPath() + QChar(u'\0') + "x"_q;
+        QTest::newRow("NUL inside") << QDir::tempPath() + QChar(u'\0') + "x";
         QTest::newRow("NUL at the start") << QString(QChar(u'\0'));
-        QTest::newRow("wildcards") << QDir::tempPath() + "/*?"_q;
-        QTest::newRow("unpaired surrogates") << "/x"_q + QChar(0xD800) + QChar(0xDC00).toLower();
-        QTest::newRow("relative") << "no/such/directory"_q;
-        QTest::newRow("very long") << "/x"_q.repeated(100'000);
+        QTest::newRow("wildcards") << QDir::tempPath() + "/*?";
+        QTest::newRow("unpaired surrogates")
+            << QString("/x") + QChar(0xD800) + QChar(0xDC00).toLower();
+        QTest::newRow("relative") << "no/such/directory";
+        QTest::newRow("very long") << QString("/x").repeated(100'000);
         QTest::newRow("a name that is too long")
             << QDir::tempPath() + QLatin1Char('/') + QString(300, QLatin1Char('x'));
-        QTest::newRow("a drive that isn't there") << "Q:"_q;
-        QTest::newRow("a server that isn't there") << "\\\\?\\no"_q;
+        QTest::newRow("a drive that isn't there") << "Q:";
+        QTest::newRow("a server that isn't there") << "\\\\?\\no";
     }
 
     void textsThatAreNoDirectoryArePassedOver()
     {
         QFETCH(QString, text);
-        const FileTree tree(named("ab"_q));
+        const FileTree tree(named("ab"));
         Scan scan;
         Log log;
         scan.add(text);
@@ -259,19 +258,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, suffix);
         QFETCH(QString, shown);
-        const FileTree tree({"d/a.txt"_q});
+        const FileTree tree({"d/a.txt"});
         Scan scan;
-        scan.add(tree.path("d"_q) + suffix);
+        scan.add(tree.path("d") + suffix);
         QCOMPARE(scan.rows,
-                 QStringList{QDir::toNativeSeparators(tree.path("d"_q)) + shown + "a.txt"_q});
+                 QStringList{QDir::toNativeSeparators(tree.path("d")) + shown + "a.txt"});
         // All forms are the same directory to a removal.
-        scan.remove(QDir::toNativeSeparators(tree.path("d"_q)));
+        scan.remove(QDir::toNativeSeparators(tree.path("d")));
         QCOMPARE(scan.rows, QStringList());
     }
 
     void removalTakesAllThatAreEqualAndKeepsTheOrder()
     {
-        const FileTree tree({"a/a.txt"_q, "b/b.txt"_q, "c/c.txt"_q});
+        const FileTree tree({"a/a.txt", "b/b.txt", "c/c.txt"});
         const auto path = [&tree](const char* name) { return tree.path(QLatin1String(name)); };
         Scan scan;
         for (const char* name : {"c", "a", "b", "a/", "c", "a\\"})
@@ -281,7 +280,7 @@ private Q_SLOTS:
         QCOMPARE(scan.rows, zvtest::expectedRows({path("c"), path("b"), path("c")}));
         scan.signalOrder.clear();
         scan.remove(path("A"));
-        QCOMPARE(scan.signalOrder, "(b)"_q);
+        QCOMPARE(scan.signalOrder, QString("(b)"));
         QCOMPARE(scan.rows, zvtest::expectedRows({path("c"), path("b"), path("c")}));
     }
 
@@ -291,18 +290,18 @@ private Q_SLOTS:
         Scan scan;
         scan.process.startScan();
         QCOMPARE(log.take(), runLines());
-        QCOMPARE(scan.signalOrder, "()"_q);
-        const FileTree tree(named("abc"_q));
+        QCOMPARE(scan.signalOrder, QString("()"));
+        const FileTree tree(named("abc"));
         scan.add(tree.path());
         QCOMPARE(log.take(), runLines());
-        QCOMPARE(scan.signalOrder, "()(b)"_q);
+        QCOMPARE(scan.signalOrder, QString("()(b)"));
     }
 
     void runDoesNotNest()
     {
         Scan scan;
         bool nested = false;
-        const FileTree tree(named("abc"_q));
+        const FileTree tree(named("abc"));
         scan.onBatch = [&] {
             if (!std::exchange(nested, true))
                 scan.process.startScan();
@@ -312,7 +311,7 @@ private Q_SLOTS:
         Lines lines = runLines();
         lines.insert(lines.begin() + 3, "write 1 FileView: Start invoked, already running: true");
         QCOMPARE(log.take(), lines);
-        QCOMPARE(scan.signalOrder, "(b)"_q);
+        QCOMPARE(scan.signalOrder, QString("(b)"));
     }
 
     void signalsComeBetweenTheLinesOfTheLog()
@@ -326,7 +325,7 @@ private Q_SLOTS:
                          [&all] { all.emplace_back("stopped()"); });
         QObject::connect(&scan.process, &ZvMultiDirectoryListModelProcess::nextBatch,
                          [&all] { all.emplace_back("nextBatch()"); });
-        const FileTree tree(named("abc"_q));
+        const FileTree tree(named("abc"));
         scan.add(tree.path());
         QCOMPARE(all,
                  (Lines{"Start invoked, already running: false", "starting", "started()", "b",
@@ -368,13 +367,13 @@ private Q_SLOTS:
 
     void stopDuringTheSecondPassSendsNoPartialBatch()
     {
-        const FileTree tree(named("abcde"_q));
+        const FileTree tree(named("abcde"));
         Scan scan(2);
         scan.onBatch = [&scan] { scan.process.requestStop(); };
         Log log;
         scan.add(tree.path());
         QCOMPARE(scan.batches, QList<int>{2});
-        QCOMPARE(scan.signalOrder, "(b)"_q);
+        QCOMPARE(scan.signalOrder, QString("(b)"));
         // The line comes on stopped runs, too.
         QCOMPARE(log.take(), runLines());
 
@@ -396,12 +395,12 @@ private Q_SLOTS:
     {
         QFETCH(long long, batchSize);
         QFETCH(bool, isBehindThePass);
-        const FileTree tree(named("abc"_q));
+        const FileTree tree(named("abc"));
         Scan scan(batchSize);
         scan.onBatch = [] { throw std::runtime_error("no room"); };
         Log log;
         scan.add(tree.path());
-        QCOMPARE(scan.signalOrder, "(b)"_q);
+        QCOMPARE(scan.signalOrder, QString("(b)"));
         Lines expected = runLines();
         // Behind the line "b", or in its place.
         const auto b = expected.begin() + 2;
@@ -417,7 +416,7 @@ private Q_SLOTS:
 
     void stopBetweenRunsEndsNothing()
     {
-        const FileTree tree(named("abc"_q));
+        const FileTree tree(named("abc"));
         Scan scan;
         scan.add(tree.path());
         scan.process.requestStop();
@@ -427,12 +426,12 @@ private Q_SLOTS:
 
     void endHoldsForAllRuns()
     {
-        const FileTree tree(named("abc"_q));
+        const FileTree tree(named("abc"));
         Scan scan;
         scan.process.requestEnd();
         Log log;
         scan.add(tree.path());
-        QCOMPARE(scan.signalOrder, "()"_q);
+        QCOMPARE(scan.signalOrder, QString("()"));
         QCOMPARE(log.take(), runLines());
     }
 
@@ -445,7 +444,7 @@ private Q_SLOTS:
             QCOMPARE(mknodat(folder, std::to_string(i).c_str(), S_IFREG | 0600, 0), 0);
         close(folder);
 #else
-        tree.files(manyEntries, "%1"_q);
+        tree.files(manyEntries, "%1");
 #endif
         Scan scan;
         scan.add(tree.path());
@@ -453,11 +452,11 @@ private Q_SLOTS:
         QCOMPARE(scan.rows.size(), manyEntries);
         scan.rows.sort();
         QCOMPARE(scan.rows.removeDuplicates(), 1);
-        scan.process.setFilterFixedString("99"_q);
+        scan.process.setFilterFixedString("99");
         QStringList rows;
         for (int i = 0; i < manyEntries; ++i) {
             const QString name = QString::number(i);
-            if (name.contains("99"_q))
+            if (name.contains("99"))
                 rows.append(name);
         }
         QVERIFY(qAbs(scan.rows.size() - rows.size()) <= 1);

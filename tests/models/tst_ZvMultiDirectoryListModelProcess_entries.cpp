@@ -25,7 +25,6 @@ using zvtest::Lines;
 using zvtest::Log;
 using zvtest::runLines;
 using zvtest::Scan;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -46,71 +45,71 @@ private Q_SLOTS:
 #if defined(Q_OS_UNIX)
     void linksToFilesAreListedAndThoseToDirectoriesNotFollowed()
     {
-        const FileTree tree({"files/a.txt"_q, "files/b.txt"_q, "one/"_q, "two/"_q, "three/"_q});
-        tree.link("one/link.txt"_q, tree.path("files/a.txt"_q));
-        tree.link("two/link"_q, tree.path("files"_q));
-        tree.link("three/dangling"_q, "/no/such/file"_q);
-        tree.link("three/below a file"_q, tree.path("files/a.txt/x"_q));
+        const FileTree tree({"files/a.txt", "files/b.txt", "one/", "two/", "three/"});
+        tree.link("one/link.txt", tree.path("files/a.txt"));
+        tree.link("two/link", tree.path("files"));
+        tree.link("three/dangling", "/no/such/file");
+        tree.link("three/below a file", tree.path("files/a.txt/x"));
         Log log;
         Scan scan;
-        scan.add(tree.path("one"_q));
-        QCOMPARE(scan.rows, QStringList{tree.path("one/link.txt"_q)});
-        scan.add(tree.path("two"_q));
-        scan.add(tree.path("three"_q));
-        QCOMPARE(scan.rows, QStringList{tree.path("one/link.txt"_q)});
+        scan.add(tree.path("one"));
+        QCOMPARE(scan.rows, QStringList{tree.path("one/link.txt")});
+        scan.add(tree.path("two"));
+        scan.add(tree.path("three"));
+        QCOMPARE(scan.rows, QStringList{tree.path("one/link.txt")});
         QVERIFY(std::none_of(log.lines.begin(), log.lines.end(), &isScanError));
         // The same with a link as the listed directory.
-        tree.link("link"_q, tree.path("files"_q));
+        tree.link("link", tree.path("files"));
         Scan other;
-        other.add(tree.path("link"_q));
-        QCOMPARE(other.rows, zvtest::expectedRows({tree.path("link"_q)}));
+        other.add(tree.path("link"));
+        QCOMPARE(other.rows, zvtest::expectedRows({tree.path("link")}));
         QCOMPARE(other.rows.size(), 2);
     }
 
     void linkAtTheEndOfAWalk()
     {
         // The path is cut back to a directory, and so is what the link is.
-        const FileTree tree({"a.txt"_q, "d/e/"_q});
-        tree.remove("a.txt"_q);
-        tree.link("d/e/link"_q, "/proc/self/status"_q);
+        const FileTree tree({"a.txt", "d/e/"});
+        tree.remove("a.txt");
+        tree.link("d/e/link", "/proc/self/status");
         Scan scan;
         scan.add(tree.path());
-        QCOMPARE(scan.rows, QStringList{tree.path("d/e/link"_q)});
+        QCOMPARE(scan.rows, QStringList{tree.path("d/e/link")});
     }
 
     void loopsOfLinksEnd()
     {
-        const FileTree tree({"d/a.txt"_q});
-        tree.link("d/up"_q, ".."_q);
-        tree.link("d/self"_q, "self"_q);
-        tree.link("d/one"_q, "two"_q);
-        tree.link("d/two"_q, "one"_q);
+        const FileTree tree({"d/a.txt"});
+        tree.link("d/up", "..");
+        tree.link("d/self", "self");
+        tree.link("d/one", "two");
+        tree.link("d/two", "one");
         Log log;
         Scan scan;
         scan.add(tree.path());
-        QVERIFY(scan.rows.contains(tree.path("d/a.txt"_q)));
+        QVERIFY(scan.rows.contains(tree.path("d/a.txt")));
         const auto errors = std::count_if(log.lines.begin(), log.lines.end(), &isScanError);
         // None of the three is the first entry of the listed directory, which has but one.
         QCOMPARE(errors, 3);
         const auto error = std::find_if(log.lines.begin(), log.lines.end(), &isScanError);
         QVERIFY2(error->find("directory_entry::status") != std::string::npos, error->c_str());
-        QVERIFY2(error->find(tree.path("d/"_q).toStdString()) != std::string::npos, error->c_str());
-        QCOMPARE(scan.signalOrder, "(b)"_q);
+        QVERIFY2(error->find(tree.path("d/").toStdString()) != std::string::npos, error->c_str());
+        QCOMPARE(scan.signalOrder, QString("(b)"));
     }
 
     void otherKindsOfFilesAreNotListed()
     {
-        const FileTree tree({"d/a.txt"_q});
-        QCOMPARE(mkfifo(QFile::encodeName(tree.path("d/fifo"_q)).constData(), 0600), 0);
-        tree.link("d/null"_q, "/dev/null"_q);
+        const FileTree tree({"d/a.txt"});
+        QCOMPARE(mkfifo(QFile::encodeName(tree.path("d/fifo")).constData(), 0600), 0);
+        tree.link("d/null", "/dev/null");
         Scan scan;
         scan.add(tree.path());
-        QVERIFY(!scan.rows.contains(tree.path("d/fifo"_q)));
-        QVERIFY(!scan.rows.contains(tree.path("d/null"_q)));
-        QVERIFY(scan.rows.contains(tree.path("d/a.txt"_q)));
+        QVERIFY(!scan.rows.contains(tree.path("d/fifo")));
+        QVERIFY(!scan.rows.contains(tree.path("d/null")));
+        QVERIFY(scan.rows.contains(tree.path("d/a.txt")));
         // A listed one isn't opened either, which would wait for a writer.
-        scan.add(tree.path("d/fifo"_q));
-        QCOMPARE(scan.signalOrder.right(1), ")"_q);
+        scan.add(tree.path("d/fifo"));
+        QCOMPARE(scan.signalOrder.right(1), QString(")"));
     }
 
     void namesThatAreNoTextAreListed_data()
@@ -119,9 +118,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("shown");
         const QString bad(QChar::ReplacementCharacter);
         QTest::newRow("one byte") << QByteArray("\xFF") << bad;
-        QTest::newRow("inside") << QByteArray("a\x80z.txt") << "a"_q + bad + "z.txt"_q;
-        QTest::newRow("cut off") << QByteArray("ab\xC3") << "ab"_q + bad;
-        QTest::newRow("beside a character") << QByteArray("\xC3\xA4\xE4") << "ä"_q + bad;
+        QTest::newRow("inside") << QByteArray("a\x80z.txt") << "a" + bad + "z.txt";
+        QTest::newRow("cut off") << QByteArray("ab\xC3") << "ab" + bad;
+        QTest::newRow("beside a character") << QByteArray("\xC3\xA4\xE4") << "ä" + bad;
         QTest::newRow("byte order mark")
             << QByteArray("\xEF\xBB\xBFx") << QStringLiteral("\uFEFFx");
         QTest::newRow("byte order mark in front of a bad byte")
@@ -132,7 +131,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, name);
         QFETCH(QString, shown);
-        const FileTree tree({"d/a.txt"_q});
+        const FileTree tree({"d/a.txt"});
         // As a directory and as a file.
         const QByteArray folder = QFile::encodeName(tree.path()) + "/d/" + name;
         QCOMPARE(mkdir(folder.constData(), 0700), 0);
@@ -145,11 +144,11 @@ private Q_SLOTS:
         Log log;
         Scan scan;
         scan.add(tree.path());
-        const QString prefix = tree.path("d/"_q) + shown + QLatin1Char('/');
-        for (const QString& file : {shown, "b.txt"_q, "c.txt"_q})
+        const QString prefix = tree.path("d/") + shown + QLatin1Char('/');
+        for (const QString& file : {shown, QString("b.txt"), QString("c.txt")})
             QVERIFY2(scan.rows.contains(prefix + file),
                      qPrintable(scan.rows.join(QLatin1Char('\n'))));
-        QVERIFY(scan.rows.contains(tree.path("d/a.txt"_q)));
+        QVERIFY(scan.rows.contains(tree.path("d/a.txt")));
         QCOMPARE(log.take(), runLines());
         scan.process.setFilterFixedString(shown);
         QVERIFY(scan.rows.contains(prefix + shown));
@@ -157,8 +156,8 @@ private Q_SLOTS:
 
     void directoriesThatCanNotBeReadEndTheWalk()
     {
-        const FileTree tree({"first/a.txt"_q, "first/b.txt"_q, "locked/"_q, "mixed/c.txt"_q,
-                             "mixed/locked/d.txt"_q, "mixed/e.txt"_q, "last/f.txt"_q});
+        const FileTree tree({"first/a.txt", "first/b.txt", "locked/", "mixed/c.txt",
+                             "mixed/locked/d.txt", "mixed/e.txt", "last/f.txt"});
         const auto mode = [&tree](const char* name, mode_t bits) {
             return chmod(QFile::encodeName(tree.path(QLatin1String(name))).constData(), bits) == 0;
         };
@@ -186,7 +185,7 @@ private Q_SLOTS:
             // A later run goes no further.
             scan.process.startScan();
             return !scan.rows.contains(path("last/f.txt")) && scan.rows.size() >= 2
-                && scan.rows.size() <= 4 && scan.signalOrder.endsWith("(b)"_q)
+                && scan.rows.size() <= 4 && scan.signalOrder.endsWith("(b)")
                 && log.take() == runLines();
         }));
         QVERIFY(mode("locked", 0700) && mode("mixed/locked", 0700));
@@ -194,20 +193,20 @@ private Q_SLOTS:
 
     void linksThatMayNotBeFollowedAreTold()
     {
-        const FileTree tree({"d/a.txt"_q, "locked/b.txt"_q});
-        tree.link("d/link"_q, tree.path("locked/b.txt"_q));
+        const FileTree tree({"d/a.txt", "locked/b.txt"});
+        tree.link("d/link", tree.path("locked/b.txt"));
         const auto mode = [&tree](const char* name, mode_t bits) {
             return chmod(QFile::encodeName(tree.path(QLatin1String(name))).constData(), bits) == 0;
         };
         QVERIFY(mode(".", 0755) && mode("d", 0755) && mode("locked", 0));
         QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
-            const QString parent = tree.path("d"_q);
+            const QString parent = tree.path("d");
             Log log;
             Scan scan;
             scan.add(parent);
             // Where the link is the first entry, nobody looks at it.
             const auto errors = std::count_if(log.lines.begin(), log.lines.end(), &isScanError);
-            return errors <= 2 && !scan.rows.contains(tree.path("d/link"_q))
+            return errors <= 2 && !scan.rows.contains(tree.path("d/link"))
                 && scan.signalOrder.endsWith(QLatin1Char(')'));
         }));
         QVERIFY(mode("locked", 0700));
@@ -218,11 +217,11 @@ private Q_SLOTS:
         // The log of the first loop of links is the moment at which the rest goes.
         const FileTree tree;
         for (int i = 0; i < 20; ++i) {
-            const QString name = "d%1"_q.arg(i);
-            tree.file(name + "/a.txt"_q);
-            tree.link(name + "/self"_q, "self"_q);
+            const QString name = QString("d%1").arg(i);
+            tree.file(name + "/a.txt");
+            tree.link(name + "/self", "self");
         }
-        tree.file("other/b.txt"_q);
+        tree.file(QString("other/b.txt"));
         Scan scan;
         int errors = 0;
         bool removed = false;
@@ -234,7 +233,7 @@ private Q_SLOTS:
             lines.push_back(line);
             if (!std::exchange(removed, true)) {
                 for (int i = 0; i < 20; ++i)
-                    tree.remove("d%1"_q.arg(i));
+                    tree.remove(QString("d%1").arg(i));
             }
         });
         scan.add(tree.path());
@@ -249,14 +248,14 @@ private Q_SLOTS:
         QCOMPARE(scan.rows, rows);
         scan.process.reloadPaths();
         QCOMPARE(scan.rows,
-                 QStringList{tree.path("other/b.txt"_q)} + QStringList{tree.path("other"_q)});
+                 QStringList{tree.path("other/b.txt")} + QStringList{tree.path("other")});
     }
 
     void stoppedWalkGoesOnWhereItWas()
     {
         const FileTree tree;
-        tree.files(50, "d/%1.txt"_q);
-        tree.link("d/self"_q, "self"_q);
+        tree.files(50, "d/%1.txt");
+        tree.link("d/self", "self");
         Scan scan;
         {
             const Log log([&scan](const std::string& line) {
@@ -268,11 +267,11 @@ private Q_SLOTS:
         QCOMPARE(scan.rows, QStringList());
         // It doesn't begin anew: it doesn't meet the link again, unless that was the last entry.
         Log log;
-        scan.process.setFilterFixedString("1"_q);
-        tree.remove("d/self"_q);
-        QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}, {}, "1"_q));
-        scan.process.setFilterFixedString(".TX"_q);
-        QStringList expected = zvtest::expectedRows({tree.path()}, {}, ".tx"_q);
+        scan.process.setFilterFixedString("1");
+        tree.remove("d/self");
+        QCOMPARE(scan.rows, zvtest::expectedRows({tree.path()}, {}, "1"));
+        scan.process.setFilterFixedString(".TX");
+        QStringList expected = zvtest::expectedRows({tree.path()}, {}, ".tx");
         QCOMPARE(scan.rows, expected);
         QVERIFY(std::none_of(log.lines.begin(), log.lines.end(), &isScanError));
     }
@@ -302,7 +301,7 @@ private Q_SLOTS:
         QCOMPARE(log.take(), runLines());
         const QString text = QString::fromUtf8(name);
         const QString deepest = tree.path() + (QLatin1Char('/') + text).repeated(levels);
-        QStringList rows{deepest + "/a.txt"_q, deepest + "/link"_q};
+        QStringList rows{deepest + "/a.txt", deepest + "/link"};
         std::sort(rows.begin(), rows.end());
         QStringList files = scan.rows;
         std::sort(files.begin(), files.end());
@@ -335,11 +334,11 @@ private Q_SLOTS:
         // In the listed directory the first one isn't seen or the last one seen twice.
         QVERIFY2(scan.rows.size() >= 2 * levels - 1 && scan.rows.size() <= 2 * levels + 1,
                  qPrintable(QString::number(scan.rows.size())));
-        scan.process.setFilterFixedString("Z"_q);
+        scan.process.setFilterFixedString("Z");
         QVERIFY2(scan.rows.size() >= levels - 1 && scan.rows.size() <= levels + 1,
                  qPrintable(QString::number(scan.rows.size())));
-        const QString deepest = tree.path() + "/m"_q.repeated(levels - 1);
-        QVERIFY(scan.rows.contains(deepest + "/z"_q));
+        const QString deepest = tree.path() + QString("/m").repeated(levels - 1);
+        QVERIFY(scan.rows.contains(deepest + "/z"));
         removeDeep(tree.path(), "m", levels);
     }
 #endif

@@ -11,7 +11,6 @@
 #include <dlfcn.h>
 
 using zvtest::FileTree;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -55,11 +54,11 @@ private Q_SLOTS:
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static): a slot
     void areListedAsOthers()
     {
-        const FileTree tree({"first/a.txt"_q, "second/below/b.txt"_q, "c.txt"_q, "third/"_q,
-                             "elsewhere/d.txt"_q, "elsewhere/e.txt"_q});
-        tree.link("link to a file"_q, tree.path("c.txt"_q));
-        tree.link("link to a folder"_q, tree.path("third"_q));
-        tree.link("dangling"_q, "/no/such/file"_q);
+        const FileTree tree({"first/a.txt", "second/below/b.txt", "c.txt", "third/",
+                             "elsewhere/d.txt", "elsewhere/e.txt"});
+        tree.link("link to a file", tree.path("c.txt"));
+        tree.link("link to a folder", tree.path("third"));
+        tree.link("dangling", "/no/such/file");
         const QStringList expected = rowsOf(tree.path());
         QVERIFY(expected.size() >= 5);
         areTypesHidden = true;

@@ -84,7 +84,7 @@ public:
             m_source.moveRow({}, row, {}, 0);
             break;
         case 5:
-            m_source.setStringList({text, text, QStringLiteral("ab")});
+            m_source.setStringList({text, text, "ab"});
             break;
         case 6:
             m_filter.setPaused(argument.size() % 2 == 0);
@@ -118,7 +118,7 @@ public:
     }
 
 private:
-    QStringListModel m_source{{QStringLiteral("aa"), QStringLiteral("ab"), QStringLiteral("b\\")}};
+    QStringListModel m_source{{"aa", "ab", "b\\"}};
     TextBackgroundListFilter m_filter{1, nullptr};
     FilterResult m_result{m_filter};
     QString m_text;

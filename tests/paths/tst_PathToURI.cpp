@@ -80,7 +80,7 @@ class tst_PathToURI : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         QVERIFY2(library.load(), qPrintable(library.errorString()));
         QVERIFY(function().handler);
     }

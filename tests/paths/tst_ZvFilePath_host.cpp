@@ -61,14 +61,14 @@ private Q_SLOTS:
         QTest::addColumn<int>("path");
         QTest::addColumn<Lines>("expected");
         QTest::addColumn<QString>("result");
-        const QString value = QStringLiteral("C:\\value");
+        const QString value = "C:\\value";
         QTest::newRow("application data")
             << int(StandardPath::AppData) << Lines{"ZVAPPDATAPATH false <>"} << value;
         QTest::newRow("documents")
             << int(StandardPath::Documents) << Lines{"ZVDOCSPATH false <>"} << value;
         QTest::newRow("common data")
             << int(StandardPath::CommonAppData) << Lines{"COMMON_APPDATAPATH false <>", "product"}
-            << value + QStringLiteral("\\Corvane Technologies\\folder");
+            << value + "\\Corvane Technologies\\folder";
         QTest::newRow("beyond the last") << 3 << Lines() << QString();
         QTest::newRow("before the first") << -1 << Lines() << QString();
     }
@@ -89,10 +89,9 @@ private Q_SLOTS:
     {
         for (const int other : {1, -1, 7}) {
             reported = other;
-            QCOMPARE(ZvFilePath::Path(StandardPath::Documents).toQString(),
-                     QStringLiteral("C:\\value"));
+            QCOMPARE(ZvFilePath::Path(StandardPath::Documents).toQString(), QString("C:\\value"));
             QCOMPARE(ZvFilePath::Path(StandardPath::CommonAppData).toQString(),
-                     QStringLiteral("C:\\value\\Corvane Technologies\\folder"));
+                     QString("C:\\value\\Corvane Technologies\\folder"));
         }
     }
 

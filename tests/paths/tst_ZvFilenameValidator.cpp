@@ -52,27 +52,27 @@ private Q_SLOTS:
             QTest::newRow(description) << name << state;
         };
         row("empty", QString(), intermediate);
-        row("name", QStringLiteral("a.txt"), acceptable);
-        row("blank inside", QStringLiteral("a b"), acceptable);
-        row("blank at the end", QStringLiteral("a "), acceptable);
-        row("blank alone", QStringLiteral(" "), acceptable);
-        row("dot", QStringLiteral("."), acceptable);
-        row("two dots", QStringLiteral(".."), acceptable);
-        row("dot at the end", QStringLiteral("a."), acceptable);
-        row("device", QStringLiteral("NUL"), acceptable);
-        row("device with extension", QStringLiteral("com1.txt"), acceptable);
-        row("letters beyond ASCII", QStringLiteral("\u00E4\u20AC\u65E5"), acceptable);
+        row("name", "a.txt", acceptable);
+        row("blank inside", "a b", acceptable);
+        row("blank at the end", "a ", acceptable);
+        row("blank alone", " ", acceptable);
+        row("dot", ".", acceptable);
+        row("two dots", "..", acceptable);
+        row("dot at the end", "a.", acceptable);
+        row("device", "NUL", acceptable);
+        row("device with extension", "com1.txt", acceptable);
+        row("letters beyond ASCII", "\u00E4\u20AC\u65E5", acceptable);
         row("character of two units", QString::fromUtf8("\xF0\x9D\x84\x9E"), acceptable);
         row("delete", QStringLiteral("a\x7F"), acceptable);
-        row("other signs", QStringLiteral("!#$%&'()+,-;=@[]^_`{}~"), acceptable);
-        row("line separator", QStringLiteral("a\u2028"), acceptable);
-        row("directory", QStringLiteral("a/b"), invalid);
-        row("drive", QStringLiteral("C:"), invalid);
-        row("banned first", QStringLiteral("?a"), invalid);
-        row("banned last", QStringLiteral("a?"), invalid);
-        row("line break at the end", QStringLiteral("a\n"), invalid);
-        row("line break alone", QStringLiteral("\n"), invalid);
-        row("banned behind a surrogate", QStringLiteral("\U0001D11E*"), invalid);
+        row("other signs", "!#$%&'()+,-;=@[]^_`{}~", acceptable);
+        row("line separator", "a\u2028", acceptable);
+        row("directory", "a/b", invalid);
+        row("drive", "C:", invalid);
+        row("banned first", "?a", invalid);
+        row("banned last", "a?", invalid);
+        row("line break at the end", "a\n", invalid);
+        row("line break alone", "\n", invalid);
+        row("banned behind a surrogate", "\U0001D11E*", invalid);
     }
 
     void names()
@@ -85,7 +85,7 @@ private Q_SLOTS:
     void everyUnit()
     {
         const ZvFilenameValidator validator;
-        const QString banned = QStringLiteral("<>:\"/\\|?*");
+        const QString banned = "<>:\"/\\|?*";
         for (int unit = 0; unit < 0xD800; ++unit) {
             const QChar c(unit);
             const bool isBanned = unit < 0x20 || banned.contains(c);
@@ -147,11 +147,11 @@ private Q_SLOTS:
     void expressionOfTheBaseClassCanBeReplaced()
     {
         ZvFilenameValidator validator(10);
-        validator.setRegularExpression(QRegularExpression(QStringLiteral("a/b")));
-        QCOMPARE(stateOf(validator, QStringLiteral("a/b")), acceptable);
-        QCOMPARE(stateOf(validator, QStringLiteral("xyz")), invalid);
+        validator.setRegularExpression(QRegularExpression("a/b"));
+        QCOMPARE(stateOf(validator, "a/b"), acceptable);
+        QCOMPARE(stateOf(validator, "xyz"), invalid);
         validator.setRegularExpression(QRegularExpression());
-        QCOMPARE(stateOf(validator, QStringLiteral("a/b:*")), acceptable);
+        QCOMPARE(stateOf(validator, "a/b:*"), acceptable);
         QCOMPARE(stateOf(validator, QString(10, QLatin1Char('a'))), invalid);
     }
 
@@ -165,7 +165,7 @@ private Q_SLOTS:
     void expression()
     {
         const QRegularExpression used = ZvFilenameValidator().regularExpression();
-        QCOMPARE(used.pattern(), QStringLiteral("^[^<>:\"/\\\\|?*\\x00-\\x1f]+$"));
+        QCOMPARE(used.pattern(), QString("^[^<>:\"/\\\\|?*\\x00-\\x1f]+$"));
         QCOMPARE(used.pattern().size(), 25);
         QCOMPARE(used.patternOptions(), QRegularExpression::NoPatternOption);
     }
@@ -187,19 +187,19 @@ private Q_SLOTS:
 
         QTest::keyClick(&edit, Qt::Key_Return);
         QCOMPARE(finished.count(), 0);
-        QTest::keyClicks(&edit, QStringLiteral("a/b:c?"));
-        QCOMPARE(edit.text(), QStringLiteral("abc"));
+        QTest::keyClicks(&edit, "a/b:c?");
+        QCOMPARE(edit.text(), QString("abc"));
         QVERIFY(edit.hasAcceptableInput());
-        QTest::keyClicks(&edit, QStringLiteral("defg"));
-        QCOMPARE(edit.text(), QStringLiteral("abcde"));
+        QTest::keyClicks(&edit, "defg");
+        QCOMPARE(edit.text(), QString("abcde"));
         QTest::keyClick(&edit, Qt::Key_Return);
         QCOMPARE(finished.count(), 1);
 
         // Room again, in the middle.
         QTest::keyClick(&edit, Qt::Key_Backspace);
         QTest::keyClick(&edit, Qt::Key_Home);
-        QTest::keyClicks(&edit, QStringLiteral("<xy"));
-        QCOMPARE(edit.text(), QStringLiteral("xabcd"));
+        QTest::keyClicks(&edit, "<xy");
+        QCOMPARE(edit.text(), QString("xabcd"));
         QCOMPARE(edit.cursorPosition(), 1);
 
         edit.selectAll();
@@ -212,12 +212,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("pasted");
         QTest::addColumn<QString>("result");
-        QTest::newRow("name") << QStringLiteral("bc") << QStringLiteral("abc");
-        QTest::newRow("path") << QStringLiteral("b/c") << QStringLiteral("a");
-        QTest::newRow("too long") << QStringLiteral("bcdef") << QStringLiteral("a");
-        QTest::newRow("just short enough") << QStringLiteral("bcde") << QStringLiteral("abcde");
-        QTest::newRow("letters beyond ASCII")
-            << QStringLiteral("\u20AC") << QStringLiteral("a\u20AC");
+        QTest::newRow("name") << "bc"
+                              << "abc";
+        QTest::newRow("path") << "b/c"
+                              << "a";
+        QTest::newRow("too long") << "bcdef"
+                                  << "a";
+        QTest::newRow("just short enough") << "bcde"
+                                           << "abcde";
+        QTest::newRow("letters beyond ASCII") << "\u20AC"
+                                              << "a\u20AC";
     }
 
     void pasting()
@@ -228,7 +232,7 @@ private Q_SLOTS:
         edit.setValidator(new ZvFilenameValidator(6, &edit));
         edit.show();
         edit.setFocus();
-        QTest::keyClicks(&edit, QStringLiteral("a"));
+        QTest::keyClicks(&edit, "a");
         QApplication::clipboard()->setText(pasted);
         QTest::keyClick(&edit, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(edit.text(), result);

@@ -33,7 +33,7 @@ private Q_SLOTS:
     void typeOfFiltersIsRegisteredBehindAllThatTheHostSees()
     {
         const auto isKnown = [] { return QMetaType::type("ModelIndexVectorPtr") != 0; };
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         std::vector<bool> known;
         host::setRegistrationObserver([&](const std::string&) { known.push_back(isKnown()); });
         QVERIFY(library.load());
@@ -46,7 +46,7 @@ private Q_SLOTS:
 
     void sourcesRegisterInTheOrderOfTheirList()
     {
-        QLibrary fixture(QStringLiteral(FIXTURE_FILE));
+        QLibrary fixture(FIXTURE_FILE);
         QVERIFY2(fixture.load(), qPrintable(fixture.errorString()));
         QCOMPARE(
             m_events,
@@ -60,7 +60,7 @@ private Q_SLOTS:
 
     void libraryRegistersOnLoadAndTakesBackOnUnload()
     {
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         QVERIFY(!zvtest::isInProcess(library.fileName()));
         QVERIFY(!isCallable());
         // Twice, since a library that stayed in the process would not register again.
@@ -84,7 +84,7 @@ private Q_SLOTS:
 
     void pathTypeIsRegisteredBehindTheFunctionAndItsConverterGoesBefore()
     {
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         std::vector<bool> convertible;
         host::setRegistrationObserver(
             [&convertible](const std::string&) { convertible.push_back(hasPathConverter()); });
@@ -99,8 +99,8 @@ private Q_SLOTS:
 
     void resourcesComeLastAndGoFirst()
     {
-        const auto hasResources = [] { return QFile::exists(QStringLiteral(":/libzvutil/style")); };
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        const auto hasResources = [] { return QFile::exists(":/libzvutil/style"); };
+        QLibrary library(ZVUTIL_FILE);
         std::vector<bool> there;
         host::setRegistrationObserver([&](const std::string&) { there.push_back(hasResources()); });
         QVERIFY(library.load());
@@ -115,7 +115,7 @@ private Q_SLOTS:
         std::vector<bool> callable;
         host::setRegistrationObserver(
             [&callable](const std::string&) { callable.push_back(isCallable()); });
-        QLibrary library(QStringLiteral(ZVUTIL_FILE));
+        QLibrary library(ZVUTIL_FILE);
         QVERIFY(library.load());
         QVERIFY(library.unload());
         QCOMPARE(callable, (std::vector{true, true, true, true, true, true, true, true, false}));

@@ -36,7 +36,7 @@ class tst_designer_plugin : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        m_loader.setFileName(QStringLiteral(PLUGIN_FILE));
+        m_loader.setFileName(PLUGIN_FILE);
         m_collection = qobject_cast<QDesignerCustomWidgetCollectionInterface*>(m_loader.instance());
         QVERIFY2(m_collection, qPrintable(m_loader.errorString()));
     }
@@ -58,7 +58,7 @@ private Q_SLOTS:
         QCOMPARE(widgets.size(), 4);
         QDesignerCustomWidgetInterface* const offered = widgets.at(index);
         QCOMPARE(offered->name(), name);
-        QCOMPARE(offered->includeFile(), QStringLiteral("zvutil/%1.h").arg(name));
+        QCOMPARE(offered->includeFile(), QString("zvutil/%1.h").arg(name));
         QVERIFY(!offered->toolTip().isEmpty());
         QVERIFY(!offered->whatsThis().isEmpty());
         QVERIFY(!offered->group().isEmpty());
@@ -71,7 +71,7 @@ private Q_SLOTS:
                 isEmpty = isEmpty && qAlpha(icon.pixel(x, y)) == 0;
         }
         QVERIFY(!isEmpty);
-        QVERIFY(offered->domXml().contains(QStringLiteral("class=\"%1\"").arg(name)));
+        QVERIFY(offered->domXml().contains(QString("class=\"%1\"").arg(name)));
     }
 
     void makesWhatItOffers()
@@ -90,19 +90,19 @@ private Q_SLOTS:
         QUiLoader loader;
         loader.setWorkingDirectory(QDir::temp());
         loader.clearPluginPaths();
-        loader.addPluginPath(QFileInfo(QStringLiteral(PLUGIN_FILE)).path());
+        loader.addPluginPath(QFileInfo(PLUGIN_FILE).path());
         QBuffer buffer;
         buffer.setData(form);
         QVERIFY(buffer.open(QIODevice::ReadOnly));
         const std::unique_ptr<QWidget> window(loader.load(&buffer));
         QVERIFY2(window, qPrintable(loader.errorString()));
-        QVERIFY(window->findChild<ZvProcessingIndicator*>(QStringLiteral("spinner")));
-        QVERIFY(window->findChild<ZvResponsiveImage*>(QStringLiteral("image")));
-        QVERIFY(window->findChild<ZvSearchBar*>(QStringLiteral("search")));
-        auto* const progress = dynamic_cast<ZvProgressLineEdit*>(
-            window->findChild<QLineEdit*>(QStringLiteral("progress")));
+        QVERIFY(window->findChild<ZvProcessingIndicator*>("spinner"));
+        QVERIFY(window->findChild<ZvResponsiveImage*>("image"));
+        QVERIFY(window->findChild<ZvSearchBar*>("search"));
+        auto* const progress =
+            dynamic_cast<ZvProgressLineEdit*>(window->findChild<QLineEdit*>("progress"));
         QVERIFY(progress);
-        QCOMPARE(progress->text(), QStringLiteral("text"));
+        QCOMPARE(progress->text(), QString("text"));
     }
 
 private:

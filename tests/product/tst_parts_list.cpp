@@ -21,7 +21,7 @@ struct Result
 Result run(const QStringList& arguments)
 {
     QProcess process;
-    process.start(QStringLiteral(PARTS_LIST), arguments);
+    process.start(PARTS_LIST, arguments);
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
         return {-1, {}, process.errorString().toUtf8()};
     return {process.exitCode(), process.readAllStandardOutput().replace("\r", ""),
@@ -39,27 +39,22 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
-        m_file = m_folder->filePath(QStringLiteral("list.xml"));
+        m_file = m_folder->filePath("list.xml");
     }
 
     void keepsAList()
     {
         QCOMPARE(run({m_file}).output, QByteArray());
-        QCOMPARE(run({m_file, QStringLiteral("R1"), QStringLiteral("2")}).output,
-                 QByteArray("2 x R1\n"));
+        QCOMPARE(run({m_file, "R1", "2"}).output, QByteArray("2 x R1\n"));
         const QByteArray both = "2 x R1\n1 x <C&1> (0.1 \"W\")\n";
-        QCOMPARE(
-            run({m_file, QStringLiteral("<C&1>"), QStringLiteral("1"), QStringLiteral("0.1 \"W\"")})
-                .output,
-            both);
+        QCOMPARE(run({m_file, "<C&1>", "1", "0.1 \"W\""}).output, both);
         QCOMPARE(run({m_file}).output, both);
         QCOMPARE(content(),
                  QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><parts version=\"1\">"
                             "<part name=\"R1\" quantity=\"2\"/>"
                             "<part name=\"&lt;C&amp;1&gt;\" quantity=\"1\">"
                             "<note>0.1 &quot;W&quot;</note></part></parts>"));
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files),
-                 QStringList(QStringLiteral("list.xml")));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList("list.xml"));
     }
 
     void readsWhatALaterVersionHasWritten()
@@ -85,7 +80,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         QFETCH(QByteArray, message);
         write(content);
-        const Result result = run({m_file, QStringLiteral("R1"), QStringLiteral("2")});
+        const Result result = run({m_file, "R1", "2"});
         QCOMPARE(result.code, 1);
         QCOMPARE(result.errors, message);
         QCOMPARE(this->content(), content);
@@ -93,8 +88,7 @@ private Q_SLOTS:
 
     void missingFolder()
     {
-        const Result result = run({m_folder->filePath(QStringLiteral("none/list.xml")),
-                                   QStringLiteral("R1"), QStringLiteral("2")});
+        const Result result = run({m_folder->filePath("none/list.xml"), "R1", "2"});
         QCOMPARE(result.code, 1);
         QVERIFY(result.errors.endsWith("The list can't be saved\n"));
     }

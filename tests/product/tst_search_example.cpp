@@ -39,7 +39,7 @@ Outcome outcomeOf(QProcess& process)
 Outcome run(const QStringList& arguments)
 {
     QProcess process;
-    process.start(QStringLiteral(SEARCH_FILE), arguments);
+    process.start(SEARCH_FILE, arguments);
     return outcomeOf(process);
 }
 
@@ -64,50 +64,46 @@ private Q_SLOTS:
         write("below/it/.hidden", "\r\n  needle  \r\n");
         write("other.txt", "Needle\nneed\nle\n");
         write("long.txt", QByteArray(200'000, 'x') + " needle\nneedle\n");
-        const Outcome outcome = run({QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"needle", m_directory->path()});
         QCOMPARE(outcome.status, 0);
         QStringList expected{
-            path("a.txt") + QStringLiteral(":2: the needle here"),
-            path("a.txt") + QStringLiteral(":3: and a needle there"),
-            path("below/b.cpp") + QStringLiteral(":1: needle"),
-            path("below/it/.hidden") + QStringLiteral(":2: needle"),
-            path("long.txt") + QStringLiteral(":2: needle"),
+            path("a.txt") + ":2: the needle here", path("a.txt") + ":3: and a needle there",
+            path("below/b.cpp") + ":1: needle",    path("below/it/.hidden") + ":2: needle",
+            path("long.txt") + ":2: needle",
         };
         expected.sort();
         QStringList hits = outcome.hits;
-        const auto longLine = std::find_if(hits.begin(), hits.end(), [](const QString& hit) {
-            return hit.endsWith(QLatin1String("xx needle"));
-        });
+        const auto longLine = std::find_if(
+            hits.begin(), hits.end(), [](const QString& hit) { return hit.endsWith("xx needle"); });
         QVERIFY(longLine != hits.end());
-        QVERIFY(longLine->startsWith(path("long.txt") + QStringLiteral(":1: ")));
+        QVERIFY(longLine->startsWith(path("long.txt") + ":1: "));
         hits.erase(longLine);
         QCOMPARE(hits, expected);
-        QVERIFY2(
-            outcome.messages.contains(QStringLiteral("\r5 files searched, 0 unreadable, 6 hits")),
-            qPrintable(outcome.messages));
+        QVERIFY2(outcome.messages.contains("\r5 files searched, 0 unreadable, 6 hits"),
+                 qPrintable(outcome.messages));
     }
 
     void findsNothing()
     {
         write("a.txt", "hay\n");
-        const Outcome outcome = run({QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"needle", m_directory->path()});
         QCOMPARE(outcome.status, 1);
         QVERIFY(outcome.hits.isEmpty());
     }
 
     void findsNothingInNoFile()
     {
-        const Outcome outcome = run({QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"needle", m_directory->path()});
         QCOMPARE(outcome.status, 1);
-        QVERIFY(outcome.messages.contains(QStringLiteral("0 files searched")));
+        QVERIFY(outcome.messages.contains("0 files searched"));
     }
 
     void passesOverWhatIsNoText()
     {
         write("a.bin", QByteArray("needle\0needle", 13));
-        const Outcome outcome = run({QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"needle", m_directory->path()});
         QCOMPARE(outcome.status, 1);
-        QVERIFY(outcome.messages.contains(QStringLiteral("1 files searched, 0 unreadable")));
+        QVERIFY(outcome.messages.contains("1 files searched, 0 unreadable"));
     }
 
     void countsWhatCannotBeRead()
@@ -117,9 +113,9 @@ private Q_SLOTS:
             QSKIP("root reads any file");
         write("a.txt", "needle\n");
         QVERIFY(QFile::setPermissions(path("a.txt"), QFileDevice::WriteOwner));
-        const Outcome outcome = run({QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"needle", m_directory->path()});
         QCOMPARE(outcome.status, 1);
-        QVERIFY(outcome.messages.contains(QStringLiteral("0 files searched, 1 unreadable")));
+        QVERIFY(outcome.messages.contains("0 files searched, 1 unreadable"));
 #else
         QSKIP("Read permission can't be taken away by QFile here");
 #endif
@@ -127,23 +123,19 @@ private Q_SLOTS:
 
     void tellsThatThereIsNoDirectory()
     {
-        const Outcome outcome = run({QStringLiteral("needle"), path("missing")});
+        const Outcome outcome = run({"needle", path("missing")});
         QCOMPARE(outcome.status, 2);
-        QVERIFY(
-            outcome.messages.contains(QStringLiteral("there is no directory ") + path("missing")));
+        QVERIFY(outcome.messages.contains("there is no directory " + path("missing")));
     }
 
     void refusesBadArguments_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("none") << QStringList();
-        QTest::newRow("one") << QStringList{QStringLiteral("needle")};
-        QTest::newRow("empty text") << QStringList{QString(), QStringLiteral(".")};
-        QTest::newRow("no number")
-            << QStringList{QStringLiteral("--cancel-after"), QStringLiteral("x"),
-                           QStringLiteral("needle"), QStringLiteral(".")};
-        QTest::newRow("negative number") << QStringList{
-            QStringLiteral("--cancel-after=-1"), QStringLiteral("needle"), QStringLiteral(".")};
+        QTest::newRow("one") << QStringList{"needle"};
+        QTest::newRow("empty text") << QStringList{QString(), "."};
+        QTest::newRow("no number") << QStringList{"--cancel-after", "x", "needle", "."};
+        QTest::newRow("negative number") << QStringList{"--cancel-after=-1", "needle", "."};
     }
 
     void refusesBadArguments()
@@ -151,28 +143,25 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         const Outcome outcome = run(arguments);
         QCOMPARE(outcome.status, 2);
-        QVERIFY(outcome.messages.contains(QStringLiteral("Usage")));
+        QVERIFY(outcome.messages.contains("Usage"));
     }
 
     void isCancelledBeforeItStarts()
     {
         write("a.txt", "needle\n");
-        const Outcome outcome = run({QStringLiteral("--cancel-after"), QStringLiteral("0"),
-                                     QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"--cancel-after", "0", "needle", m_directory->path()});
         QCOMPARE(outcome.status, 3);
         QVERIFY(outcome.hits.isEmpty());
-        QVERIFY(outcome.messages.contains(QStringLiteral("abort requested")));
+        QVERIFY(outcome.messages.contains("abort requested"));
     }
 
     void isCancelledAtAHit()
     {
         writeEndlessFile();
-        const Outcome outcome = run({QStringLiteral("--cancel-after"), QStringLiteral("1"),
-                                     QStringLiteral("needle"), m_directory->path()});
+        const Outcome outcome = run({"--cancel-after", "1", "needle", m_directory->path()});
         QCOMPARE(outcome.status, 3);
-        QCOMPARE(outcome.hits, QStringList{path("endless") + QStringLiteral(":1: needle")});
-        QVERIFY2(outcome.messages.contains(QStringLiteral("\ncancelled")),
-                 qPrintable(outcome.messages));
+        QCOMPARE(outcome.hits, QStringList{path("endless") + ":1: needle"});
+        QVERIFY2(outcome.messages.contains("\ncancelled"), qPrintable(outcome.messages));
     }
 
     void isCancelledByAnInterrupt()
@@ -180,13 +169,13 @@ private Q_SLOTS:
 #ifdef Q_OS_UNIX
         writeEndlessFile();
         QProcess process;
-        process.start(QStringLiteral(SEARCH_FILE), {QStringLiteral("needle"), m_directory->path()});
+        process.start(SEARCH_FILE, {"needle", m_directory->path()});
         // Its first hit tells that it is at work.
         QVERIFY(process.waitForReadyRead(120'000));
         ::kill(static_cast<pid_t>(process.processId()), SIGINT);
         const Outcome outcome = outcomeOf(process);
         QCOMPARE(outcome.status, 3);
-        QVERIFY(outcome.messages.contains(QStringLiteral("\ncancelled")));
+        QVERIFY(outcome.messages.contains("\ncancelled"));
 #else
         QSKIP("No program can send another one an interrupt here");
 #endif

@@ -13,7 +13,7 @@
 
 namespace zvtest {
 
-inline const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
+inline const QStringList builtIn = {"Light", "Dark"};
 
 inline libzvutil::ZvStyle userStyle(const char* name, const QColor& panel)
 {
@@ -29,7 +29,7 @@ inline QColor panel(const libzvutil::ZvStyle& style)
 
 inline QString panelInSheet(const QColor& panel)
 {
-    return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
+    return QString("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
 
 /// The signals of the manager, in the order in which they come.
@@ -41,14 +41,14 @@ public:
         QObject::connect(&libzvutil::styleManager(),
                          &libzvutil::ZvStyleManager::currentStyleChanged, &m_context,
                          [this](const libzvutil::ZvStyle& style) {
-                             events += QStringLiteral("style ") + style.name().toQString();
+                             events += "style " + style.name().toQString();
                              sheets += qApp->styleSheet();
                              onManagersThread &= QThread::currentThread() == qApp->thread()
                                  && &style == &libzvutil::ZvStyleManager::CurrentStyle();
                          });
         QObject::connect(&libzvutil::styleManager(),
                          &libzvutil::ZvStyleManager::styleLibraryChanged, &m_context,
-                         [this] { events += QStringLiteral("library"); });
+                         [this] { events += "library"; });
     }
 
     QStringList events;

@@ -28,13 +28,13 @@ namespace zvtest {
 
 enum Group { Brushes, Icons, Editors };
 
-inline const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
+inline const QStringList builtIn = {"Light", "Dark"};
 
 inline const QColor lightPanel(0xF0, 0xF0, 0xF0);
 
 inline QString inSheet(const QColor& panel)
 {
-    return QStringLiteral("background-color:%1;").arg(panel.name(QColor::HexArgb));
+    return QString("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
 
 inline libzvutil::ZvStyle userStyle(const char* name, const QColor& panel)
@@ -68,9 +68,9 @@ public:
         , tabs(editor->findChild<QTabWidget*>())
     {
         for (QPushButton* const button : editor->findChildren<QPushButton*>()) {
-            if (button->text() == QLatin1String("Duplicate"))
+            if (button->text() == "Duplicate")
                 duplicate = button;
-            else if (button->text() == QLatin1String("Apply"))
+            else if (button->text() == "Apply")
                 apply = button;
         }
         model = dynamic_cast<libzvutil::ZvStyleModel*>(tree->model());

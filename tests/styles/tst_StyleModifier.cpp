@@ -22,8 +22,8 @@ using libzvutil::ZvStyleManager;
 
 namespace {
 
-const QString added = QStringLiteral("QLabel { color: @panel }");
-const QString addedInSheet = QStringLiteral("QLabel { color: #fff0f0f0 }");
+const QString added = "QLabel { color: @panel }";
+const QString addedInSheet = "QLabel { color: #fff0f0f0 }";
 
 /// The window's controls.
 struct Window
@@ -44,9 +44,9 @@ Window openWindow()
         window.widget = widget;
         window.editor = widget->findChild<QPlainTextEdit*>();
         for (QPushButton* const button : widget->findChildren<QPushButton*>()) {
-            if (button->text() == QLatin1String("Preview"))
+            if (button->text() == "Preview")
                 window.preview = button;
-            else if (button->text() == QLatin1String("Apply"))
+            else if (button->text() == "Apply")
                 window.apply = button;
         }
     }
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QVERIFY(window.editor && window.preview && window.apply);
         QVERIFY(window.widget->isWindow());
         QVERIFY(window.widget->testAttribute(Qt::WA_DeleteOnClose));
-        QCOMPARE(window.widget->windowTitle(), QStringLiteral("Style Modifications"));
+        QCOMPARE(window.widget->windowTitle(), QString("Style Modifications"));
         const QFontMetrics metrics = window.widget->fontMetrics();
         const QSize wanted(80 * metrics.averageCharWidth(), 30 * metrics.lineSpacing());
         const QSize least = wanted.boundedTo(window.widget->screen()->availableSize());
@@ -131,7 +131,7 @@ private Q_SLOTS:
     {
         QVERIFY(m_host.write(m_host.modificationsFile(), "a { \xC3\xA4 }\nb"));
         const Window window = openWindow();
-        QCOMPARE(window.editor->toPlainText(), QStringLiteral("a { \u00E4 }\nb"));
+        QCOMPARE(window.editor->toPlainText(), QString("a { \u00E4 }\nb"));
         QVERIFY(!window.apply->isEnabled());
         closeWithoutQuestion(window);
     }
@@ -151,10 +151,9 @@ private Q_SLOTS:
         // Closing with No takes the preview off the screen.
         const Answer answer(QMessageBox::No);
         window.widget->close();
-        QCOMPARE(
-            answer.question,
-            QStringLiteral("Style modified|Style modifications have been made, apply the style "
-                           "before closing?"));
+        QCOMPARE(answer.question,
+                 QString("Style modified|Style modifications have been made, apply the style "
+                         "before closing?"));
         QCOMPARE(answer.buttons, QMessageBox::Yes | QMessageBox::No);
         QCOMPARE(answer.icon, QMessageBox::Question);
         QCOMPARE(qApp->styleSheet(), m_sheet);
@@ -207,7 +206,7 @@ private Q_SLOTS:
     void fileThatCannotBeWritten()
     {
         // A directory in its place.
-        QVERIFY(QDir(m_host.path()).mkpath(QStringLiteral("ui/modifications.qss")));
+        QVERIFY(QDir(m_host.path()).mkpath("ui/modifications.qss"));
         const Window window = openWindow();
         QVERIFY(window.editor->toPlainText().isEmpty());
         QTest::keyClicks(window.editor, added);
@@ -218,7 +217,7 @@ private Q_SLOTS:
         const Answer answer(QMessageBox::Yes);
         window.widget->close();
         expectGone(window);
-        QVERIFY(QDir(m_host.path()).rmdir(QStringLiteral("ui/modifications.qss")));
+        QVERIFY(QDir(m_host.path()).rmdir("ui/modifications.qss"));
     }
 
     void fullDiskLeavesTheFileAsItWas()
@@ -245,7 +244,7 @@ private Q_SLOTS:
         QTextCodec* const codec = QTextCodec::codecForLocale();
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
         const Window window = openWindow();
-        window.editor->setPlainText(QStringLiteral("\u00E4"));
+        window.editor->setPlainText("\u00E4");
         QTest::mouseClick(window.apply, Qt::LeftButton);
         QTextCodec::setCodecForLocale(codec);
         QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), QByteArray("\xE4"));

@@ -32,10 +32,10 @@ private Q_SLOTS:
         const ZvNamedColour empty;
         QCOMPARE(nameOf(empty), QString());
         QVERIFY(!empty.qColour().isValid());
-        QCOMPARE(empty.colourString().toQString(), QStringLiteral("#000000"));
+        QCOMPARE(empty.colourString().toQString(), QString("#000000"));
 
         const ZvNamedColour made("a", QColor(1, 2, 3, 4));
-        QCOMPARE(nameOf(made), QStringLiteral("a"));
+        QCOMPARE(nameOf(made), QString("a"));
         QCOMPARE(made.qColour(), QColor(1, 2, 3, 4));
         const QColor& converted = made;
         QVERIFY(&converted == &made.qColour());
@@ -80,23 +80,23 @@ private Q_SLOTS:
     {
         ZvNamedColour colour("a", "#010203");
         QVERIFY(&(colour = QColor(4, 5, 6)) == &colour);
-        QCOMPARE(nameOf(colour), QStringLiteral("a"));
+        QCOMPARE(nameOf(colour), QString("a"));
         QCOMPARE(colour.qColour(), QColor(4, 5, 6));
 
         colour.setColour(QColor(7, 8, 9));
-        QCOMPARE(nameOf(colour), QStringLiteral("a"));
+        QCOMPARE(nameOf(colour), QString("a"));
         QCOMPARE(colour.qColour(), QColor(7, 8, 9));
 
         const ZvNamedColour other("b", "#0a0b0c");
         const QColor* const place = &colour.qColour();
         QVERIFY(&(colour = other) == &colour);
-        QCOMPARE(nameOf(colour), QStringLiteral("b"));
+        QCOMPARE(nameOf(colour), QString("b"));
         QCOMPARE(colour.qColour(), QColor(10, 11, 12));
         QVERIFY(&colour.qColour() == place);
 
         const ZvNamedColour& self = colour;
         colour = self;
-        QCOMPARE(nameOf(colour), QStringLiteral("b"));
+        QCOMPARE(nameOf(colour), QString("b"));
     }
 
     void copiesShareNothing()
@@ -104,7 +104,7 @@ private Q_SLOTS:
         ZvNamedColour source("a", "#010203");
         const ZvNamedColour copy(source);
         source = ZvNamedColour("b", "#040506");
-        QCOMPARE(nameOf(copy), QStringLiteral("a"));
+        QCOMPARE(nameOf(copy), QString("a"));
         QCOMPARE(copy.qColour(), QColor(1, 2, 3));
     }
 

@@ -42,7 +42,7 @@ private Q_SLOTS:
         icon = ZvNamedIcon("a", "b");
         icon.setPath(ZvString("c"));
         compare(icon, "a", "c");
-        icon.setPath(QStringLiteral("\u00E4/\u20AC"));
+        icon.setPath(QString("\u00E4/\u20AC"));
         compare(icon, "a", "\xC3\xA4/\xE2\x82\xAC");
         icon.setPath(QString());
         compare(icon, "a", "");

@@ -197,10 +197,10 @@ private Q_SLOTS:
         ZvStyle style("x");
         QCOMPARE(style.icon(icon).name().toQString().toStdString(), name);
         QCOMPARE(style.icon(icon).path().toQString(), QString());
-        style.setIcon(icon, QStringLiteral("\u00E4.svg"));
+        style.setIcon(icon, "\u00E4.svg");
         for (int i = 0; i < iconCount; ++i)
             QCOMPARE(style.icon(static_cast<ZvStyleIcon>(i)).path().toQString(),
-                     i == value ? QStringLiteral("\u00E4.svg") : QString());
+                     i == value ? QString("\u00E4.svg") : QString());
     }
 
     void otherValuesAndNames()
@@ -220,8 +220,8 @@ private Q_SLOTS:
     void construction()
     {
         QCOMPARE(nameOf(ZvStyle()), QString());
-        QCOMPARE(nameOf(ZvStyle("a")), QStringLiteral("a"));
-        QCOMPARE(nameOf(ZvStyle("a\0b"s)), QStringLiteral("a"));
+        QCOMPARE(nameOf(ZvStyle("a")), QString("a"));
+        QCOMPARE(nameOf(ZvStyle("a\0b"s)), QString("a"));
         const ZvStyle style("x");
         QVERIFY(!style.isDefaultStyle());
         QCOMPARE(style.colour(ZvStyleBrush::Accent).qColour(), defaultAccent);
@@ -254,7 +254,7 @@ private Q_SLOTS:
     {
         const ZvStyle style = ZvStyleLibrary().light();
         QVERIFY(!style.apply());
-        QVERIFY(!style.apply(QStringLiteral("QLabel {}")));
+        QVERIFY(!style.apply(QString("QLabel {}")));
     }
 
     void firstShadesEqualTheAccent()
@@ -281,8 +281,7 @@ private Q_SLOTS:
         // Qt computes in another model of colours and rounds, so its operator finds them different.
         QVERIFY(style.colour(ZvStyleBrush::AccentD1).qColour() != accent);
         QVERIFY(style.colour(ZvStyleBrush::AccentL1).qColour() != accent);
-        QCOMPARE(style.colour(ZvStyleBrush::AccentD3).name().toQString(),
-                 QStringLiteral("AccentD3"));
+        QCOMPARE(style.colour(ZvStyleBrush::AccentD3).name().toQString(), QString("AccentD3"));
         QVERIFY(!style.colour(ZvStyleBrush::AccentForeground).qColour().isValid());
 
         // Setting the brush alone leaves the shades.
@@ -384,11 +383,11 @@ private Q_SLOTS:
         ZvStyle source("a");
         source.setColour(ZvStyleBrush::Panel, QColor(1, 2, 3));
         source.setAccent(QColor(50, 60, 70));
-        source.setIcon(ZvStyleIcon::Menu, QStringLiteral("m.svg"));
+        source.setIcon(ZvStyleIcon::Menu, "m.svg");
         source.setEditorColour("Editor", "Brush", QColor(4, 5, 6));
         const ZvStyle copy = source.duplicate("b");
-        QCOMPARE(nameOf(copy), QStringLiteral("b"));
-        QCOMPARE(nameOf(source), QStringLiteral("a"));
+        QCOMPARE(nameOf(copy), QString("b"));
+        QCOMPARE(nameOf(source), QString("a"));
         std::string expected = written(source);
         expected.replace(expected.find("[name=a]"), 8, "[name=b]");
         QCOMPARE(written(copy), expected);
@@ -414,7 +413,7 @@ private Q_SLOTS:
         QVERIFY(&(assigned = source) == &assigned);
         const std::string before = written(source);
         source.setColour(ZvStyleBrush::Panel, QColor(9, 9, 9));
-        source.setIcon(ZvStyleIcon::Close, QStringLiteral("x"));
+        source.setIcon(ZvStyleIcon::Close, "x");
         source.setEditorColour("Editor", "Brush", QColor(9, 9, 9));
         QCOMPARE(written(copy), before);
         QCOMPARE(written(assigned), before);
@@ -438,7 +437,7 @@ private Q_SLOTS:
     {
         ZvStyle style("a");
         style.setColour(ZvStyleBrush::Panel, QColor(1, 2, 3, 4));
-        style.setIcon(ZvStyleIcon::Close, QStringLiteral("close.svg"));
+        style.setIcon(ZvStyleIcon::Close, "close.svg");
         std::string expected = "<Style>[name=a]<Brushes>";
         for (int i = 0; i < brushCount; ++i) {
             const auto brush = static_cast<ZvStyleBrush>(i);
@@ -459,10 +458,7 @@ private Q_SLOTS:
         QCOMPARE(written(style), expected);
     }
 
-    void currentStyleIsTheManagers()
-    {
-        QCOMPARE(nameOf(ZvStyle::Current()), QStringLiteral("Light"));
-    }
+    void currentStyleIsTheManagers() { QCOMPARE(nameOf(ZvStyle::Current()), QString("Light")); }
 
 private:
     std::unique_ptr<zvtest::StyleHost> m_host;

@@ -58,7 +58,7 @@ const QColor darkPanel(0x20, 0x20, 0x20);
 
 QWidget* sampleTab(const ZvStyleEditor* editor)
 {
-    auto* const label = new QLabel(QStringLiteral("Sample"));
+    auto* const label = new QLabel("Sample");
     label->setProperty("editor", QVariant::fromValue(const_cast<ZvStyleEditor*>(editor)));
     return label;
 }
@@ -158,7 +158,7 @@ private Q_SLOTS:
                 qobject_cast<QAbstractButton*>(grid->itemAtPosition(row, column)->widget());
             QVERIFY(control);
             QCOMPARE(QByteArray(control->metaObject()->className()), type);
-            QCOMPARE(control->text(), QStringLiteral("Label"));
+            QCOMPARE(control->text(), QString("Label"));
             QCOMPARE(control->isEnabled(), column != 2);
             QCOMPARE(control->isDown(), column == 3);
             QCOMPARE(control->isChecked(), canBeChecked && (column == 4 || row == 5));
@@ -172,7 +172,7 @@ private Q_SLOTS:
     void basicTab()
     {
         const Window window;
-        QCOMPARE(tabNames(*window.tabs), QStringList{QStringLiteral("Basic UI")});
+        QCOMPARE(tabNames(*window.tabs), QStringList{"Basic UI"});
         const auto* const area = qobject_cast<QScrollArea*>(window.tabs->widget(0));
         QVERIFY(area);
         QVERIFY(area->widgetResizable());
@@ -187,8 +187,7 @@ private Q_SLOTS:
         QStringList header;
         for (int column = 0; column < 5; ++column)
             header += label(grid, 0, column);
-        QCOMPARE(header.join(QLatin1Char(' ')),
-                 QStringLiteral("Type Enabled Disabled Pressed Checked"));
+        QCOMPARE(header.join(QLatin1Char(' ')), QString("Type Enabled Disabled Pressed Checked"));
     }
 
     void startsWithTheCurrentStyle()
@@ -196,9 +195,9 @@ private Q_SLOTS:
         setLibrary({userStyle("Mine", Qt::red)});
         ZvStyleManager::SetStyle(ZvStyleManager::Library().style("Mine"));
         const Window window;
-        QCOMPARE(window.styles(), builtIn + QStringList{QStringLiteral("Mine")});
-        QCOMPARE(window.combo->currentText(), QStringLiteral("Mine"));
-        QCOMPARE(window.model->style().name().toQString(), QStringLiteral("Mine"));
+        QCOMPARE(window.styles(), builtIn + QStringList{"Mine"});
+        QCOMPARE(window.combo->currentText(), QString("Mine"));
+        QCOMPARE(window.model->style().name().toQString(), QString("Mine"));
         expectPreview(window, Qt::red);
     }
 
@@ -208,24 +207,23 @@ private Q_SLOTS:
         const Window window;
         QCOMPARE(window.styles(), builtIn);
         // The list has nothing else to show.
-        QCOMPARE(window.combo->currentText(), QStringLiteral("Light"));
-        QCOMPARE(window.model->style().name().toQString(), QStringLiteral("Unknown"));
+        QCOMPARE(window.combo->currentText(), QString("Light"));
+        QCOMPARE(window.model->style().name().toQString(), QString("Unknown"));
         expectPreview(window, Qt::red);
 
         // An edit puts it into the library; the list learns of it with the next copy.
         chooseColour(window, window.row({Brushes, 0}), Qt::blue);
         QCOMPARE(window.styles(), builtIn);
         window.click(window.duplicate);
-        QCOMPARE(window.styles(),
-                 (builtIn + QStringList{QStringLiteral("Unknown"), QStringLiteral("Unknown 1")}));
-        QCOMPARE(window.combo->currentText(), QStringLiteral("Unknown 1"));
+        QCOMPARE(window.styles(), (builtIn + QStringList{"Unknown", "Unknown 1"}));
+        QCOMPARE(window.combo->currentText(), QString("Unknown 1"));
     }
 
     void previewShowsOnThePanelAlone()
     {
         const Window window;
         expectPreview(window, lightPanel);
-        window.choose(QStringLiteral("Dark"));
+        window.choose("Dark");
         expectPreview(window, darkPanel);
         for (const QWidget* const widget : window.panel->findChildren<QWidget*>())
             QCOMPARE(widget->styleSheet(), window.panel->styleSheet());
@@ -235,7 +233,7 @@ private Q_SLOTS:
               static_cast<const QWidget*>(window.tree), static_cast<const QWidget*>(window.combo),
               static_cast<const QWidget*>(window.apply)})
             QVERIFY(widget->styleSheet().isEmpty());
-        window.choose(QStringLiteral("Light"));
+        window.choose("Light");
         expectPreview(window, lightPanel);
     }
 
@@ -243,7 +241,7 @@ private Q_SLOTS:
     {
         QVERIFY(m_host.write(m_host.modificationsFile(), "QLabel { color: @panel }"));
         const Window window;
-        QVERIFY(window.panel->styleSheet().endsWith(QStringLiteral("QLabel { color: #fff0f0f0 }")));
+        QVERIFY(window.panel->styleSheet().endsWith("QLabel { color: #fff0f0f0 }"));
         QVERIFY(QFile::remove(m_host.modificationsFile()));
     }
 
@@ -251,11 +249,11 @@ private Q_SLOTS:
     {
         const Window window;
         QSignalSpy resets(window.model, &QAbstractItemModel::modelReset);
-        window.choose(QStringLiteral("Dark"));
+        window.choose("Dark");
         QCOMPARE(window.panelColour(), darkPanel);
-        QCOMPARE(window.model->style().name().toQString(), QStringLiteral("Dark"));
+        QCOMPARE(window.model->style().name().toQString(), QString("Dark"));
         QCOMPARE(resets.count(), 1);
-        window.choose(QStringLiteral("Light"));
+        window.choose("Light");
         QCOMPARE(window.panelColour(), lightPanel);
         QCOMPARE(window.styles(), builtIn);
     }
@@ -263,12 +261,12 @@ private Q_SLOTS:
     void nameThatTheLibraryDoesNotHaveChangesNothing()
     {
         const Window window;
-        window.choose(QStringLiteral("Dark"));
-        window.combo->addItem(QStringLiteral("Nowhere"));
-        window.combo->setCurrentText(QStringLiteral("Nowhere"));
-        QCOMPARE(window.model->style().name().toQString(), QStringLiteral("Dark"));
+        window.choose("Dark");
+        window.combo->addItem("Nowhere");
+        window.combo->setCurrentText("Nowhere");
+        QCOMPARE(window.model->style().name().toQString(), QString("Dark"));
         window.combo->clear();
-        QCOMPARE(window.model->style().name().toQString(), QStringLiteral("Dark"));
+        QCOMPARE(window.model->style().name().toQString(), QString("Dark"));
     }
 
     void command()
@@ -293,8 +291,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("style");
         QTest::newRow("no sheet") << QString();
-        QTest::newRow("Light") << QStringLiteral("Light");
-        QTest::newRow("Dark") << QStringLiteral("Dark");
+        QTest::newRow("Light") << "Light";
+        QTest::newRow("Dark") << "Dark";
     }
 
     void commandShowsAllSamples()
@@ -316,7 +314,7 @@ private Q_SLOTS:
         QVERIFY(found != all.end());
         const std::unique_ptr<QWidget> window(*found);
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        QCOMPARE(window->windowTitle(), QStringLiteral("Style Editor"));
+        QCOMPARE(window->windowTitle(), QString("Style Editor"));
         QVERIFY(window->screen()->availableGeometry().size().expandedTo(window->size())
                 == window->screen()->availableGeometry().size());
         const auto* const area = window->findChild<QScrollArea*>();
@@ -339,39 +337,31 @@ private Q_SLOTS:
         const int narrow = window.combo->width();
         window.click(window.duplicate);
         window.click(window.duplicate);
-        QCOMPARE(window.combo->currentText(), QStringLiteral("User Light 1"));
+        QCOMPARE(window.combo->currentText(), QString("User Light 1"));
         QTRY_VERIFY(window.combo->width() > narrow);
         QVERIFY(window.combo->width() >= window.combo->sizeHint().width());
         QVERIFY(window.combo->width()
-                > window.combo->fontMetrics().horizontalAdvance(QStringLiteral("User Light 1")));
+                > window.combo->fontMetrics().horizontalAdvance("User Light 1"));
     }
 
     void keysReachEveryControlInOrder()
     {
         const Window window;
-        window.editor->addPreviewWidget(QStringLiteral("Added"), new QPushButton);
-        QCOMPARE(
-            reachedByTab(window),
-            (QStringList{QStringLiteral("Style"), QStringLiteral("Duplicate"),
-                         QStringLiteral("Colours and icons"), QStringLiteral("Basic UI tab"),
-                         QStringLiteral("Basic UI"), QStringLiteral("Button Enabled"),
-                         QStringLiteral("Button Pressed"), QStringLiteral("Button Checked"),
-                         QStringLiteral("Checkbox Enabled"), QStringLiteral("Checkbox Pressed"),
-                         QStringLiteral("Checkbox Checked"), QStringLiteral("RadioButton Enabled"),
-                         QStringLiteral("ToolButton Enabled"), QStringLiteral("ToolButton Pressed"),
-                         QStringLiteral("ToolButton Checked"),
-                         QStringLiteral("PartialCheckbox Enabled"),
-                         QStringLiteral("PartialCheckbox Pressed"),
-                         QStringLiteral("PartialCheckbox Checked"), QStringLiteral("Apply")}));
+        window.editor->addPreviewWidget("Added", new QPushButton);
+        QCOMPARE(reachedByTab(window),
+                 (QStringList{"Style", "Duplicate", "Colours and icons", "Basic UI tab", "Basic UI",
+                              "Button Enabled", "Button Pressed", "Button Checked",
+                              "Checkbox Enabled", "Checkbox Pressed", "Checkbox Checked",
+                              "RadioButton Enabled", "ToolButton Enabled", "ToolButton Pressed",
+                              "ToolButton Checked", "PartialCheckbox Enabled",
+                              "PartialCheckbox Pressed", "PartialCheckbox Checked", "Apply"}));
         // With another tab in front its page takes the place of the first one's.
-        auto* const button = new QPushButton(QStringLiteral("Sample"));
-        window.editor->addPreviewWidget(QStringLiteral("Last"), button);
+        auto* const button = new QPushButton("Sample");
+        window.editor->addPreviewWidget("Last", button);
         window.tabs->setCurrentIndex(2);
         QCOMPARE(reachedByTab(window),
-                 (QStringList{QStringLiteral("Style"), QStringLiteral("Duplicate"),
-                              QStringLiteral("Colours and icons"), QStringLiteral("Last tab"),
-                              QStringLiteral("Last"), QStringLiteral("Sample"),
-                              QStringLiteral("Apply")}));
+                 (QStringList{"Style", "Duplicate", "Colours and icons", "Last tab", "Last",
+                              "Sample", "Apply"}));
     }
 
     void pictures_data() { zvtest::addStyleRows(); }
@@ -382,27 +372,26 @@ private Q_SLOTS:
         const Window window;
         window.choose(style);
         window.tree->setCurrentIndex(window.row({Brushes, 0}));
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+        QVERIFY(QDir().mkpath(PICTURES));
         const QPixmap picture = window.editor->grab();
-        QVERIFY(picture.save(QStringLiteral(PICTURES "/editor-%1.png").arg(style)));
+        QVERIFY(picture.save(QString(PICTURES "/editor-%1.png").arg(style)));
     }
 
     void addedTabShowsInThisEditorAlone()
     {
         const Window window;
         const Window other;
-        QPointer<QLabel> added = new QLabel(QStringLiteral("Added"));
-        window.editor->addPreviewWidget(QStringLiteral("Mine \u00E4"), added);
-        QCOMPARE(tabNames(*window.tabs),
-                 (QStringList{QStringLiteral("Basic UI"), QStringLiteral("Mine \u00E4")}));
-        QCOMPARE(tabNames(*other.tabs), QStringList{QStringLiteral("Basic UI")});
+        QPointer<QLabel> added = new QLabel("Added");
+        window.editor->addPreviewWidget("Mine \u00E4", added);
+        QCOMPARE(tabNames(*window.tabs), (QStringList{"Basic UI", "Mine \u00E4"}));
+        QCOMPARE(tabNames(*other.tabs), QStringList{"Basic UI"});
         const auto* const area = qobject_cast<QScrollArea*>(window.tabs->widget(1));
         QVERIFY(area && area->widgetResizable());
         QCOMPARE(area->widget(), added.data());
         QCOMPARE(window.tabs->currentIndex(), 0);
         // The tab takes part in the next change.
         QVERIFY(added->styleSheet().isEmpty());
-        window.choose(QStringLiteral("Dark"));
+        window.choose("Dark");
         QVERIFY(added->styleSheet().contains(inSheet(darkPanel)));
         // No widget is an empty tab.
         window.editor->addPreviewWidget(QString(), nullptr);
@@ -418,12 +407,10 @@ private Q_SLOTS:
         for (int i = 0; i < 1000; ++i)
             ZvStyleEditor::RegisterPreviewWidget("No more", &emptyTab) = nullptr;
         ZvStyleEditor::RegisterPreviewWidget("Empty", &emptyTab);
-        QCOMPARE(tabNames(*before.tabs), QStringList{QStringLiteral("Basic UI")});
+        QCOMPARE(tabNames(*before.tabs), QStringList{"Basic UI"});
 
         const Window after;
-        QCOMPARE(tabNames(*after.tabs),
-                 (QStringList{QStringLiteral("Basic UI"), QStringLiteral("Sample \u00E4"),
-                              QStringLiteral("Empty")}));
+        QCOMPARE(tabNames(*after.tabs), (QStringList{"Basic UI", "Sample \u00E4", "Empty"}));
         const QWidget* const sample = qobject_cast<QScrollArea*>(after.tabs->widget(1))->widget();
         QCOMPARE(sample->property("editor").value<ZvStyleEditor*>(), after.editor.get());
         // It has been there when the first style was shown.
@@ -432,8 +419,7 @@ private Q_SLOTS:
         // What is returned is the entry itself.
         first = nullptr;
         const Window last;
-        QCOMPARE(tabNames(*last.tabs),
-                 (QStringList{QStringLiteral("Basic UI"), QStringLiteral("Empty")}));
+        QCOMPARE(tabNames(*last.tabs), (QStringList{"Basic UI", "Empty"}));
     }
 
 private:
@@ -445,7 +431,7 @@ private:
         widget->setFocus();
         do {
             if (qobject_cast<QTabBar*>(widget))
-                names += window.tabs->tabText(window.tabs->currentIndex()) + QStringLiteral(" tab");
+                names += window.tabs->tabText(window.tabs->currentIndex()) + " tab";
             else if (!widget->accessibleName().isEmpty())
                 names += widget->accessibleName();
             else
@@ -460,7 +446,7 @@ private:
     {
         const auto* const label =
             qobject_cast<const QLabel*>(grid->itemAtPosition(row, column)->widget());
-        return label ? label->text() : QStringLiteral("no label");
+        return label ? label->text() : QString("no label");
     }
 };
 

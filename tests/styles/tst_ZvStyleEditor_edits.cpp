@@ -105,7 +105,7 @@ private Q_SLOTS:
         const Window window;
         window.choose(style);
         const QColor before = window.panelColour();
-        const QString copy = QStringLiteral("User ") + style;
+        const QString copy = "User " + style;
 
         chooseColour(window, window.row({Brushes, 0}), Qt::red);
         QCOMPARE(window.styles(), builtIn + QStringList{copy});
@@ -132,7 +132,7 @@ private Q_SLOTS:
         // A further edit of the built-in one makes a further copy.
         window.choose(style);
         chooseColour(window, window.row({Editors, 0, 1}), Qt::red);
-        QCOMPARE(window.combo->currentText(), copy + QStringLiteral(" 1"));
+        QCOMPARE(window.combo->currentText(), copy + " 1");
         QCOMPARE(window.model->style().editorColour("Testplan", "DisabledText"), QColor(Qt::red));
     }
 
@@ -144,7 +144,7 @@ private Q_SLOTS:
         chooseColour(window, window.row({Brushes, int(ZvStyleBrush::Accent)}), Qt::red);
         QCOMPARE(window.colour(ZvStyleBrush::Accent), QColor(Qt::red));
         QCOMPARE(window.colour(ZvStyleBrush::AccentD2), shade);
-        QVERIFY(window.panel->styleSheet().contains(QStringLiteral("#ffff0000")));
+        QVERIFY(window.panel->styleSheet().contains("#ffff0000"));
         QVERIFY(window.panel->styleSheet().contains(shade.name(QColor::HexArgb)));
     }
 
@@ -200,8 +200,8 @@ private Q_SLOTS:
         setLibrary({userStyle("USER LIGHT", Qt::red)});
         const Window window;
         window.click(window.duplicate);
-        QCOMPARE(window.styles(), builtIn + QStringList{QStringLiteral("User Light")});
-        QCOMPARE(window.combo->currentText(), QStringLiteral("User Light"));
+        QCOMPARE(window.styles(), builtIn + QStringList{"User Light"});
+        QCOMPARE(window.combo->currentText(), QString("User Light"));
         QCOMPARE(window.panelColour(), lightPanel);
     }
 
@@ -212,7 +212,7 @@ private Q_SLOTS:
         for (int i = 1; i < 10'000; ++i)
             xml +=
                 "<Style name='User Light " + QByteArray::number(i) + "'><Brushes/><Icons/></Style>";
-        const QString file = m_host.path() + QStringLiteral("/many.xml");
+        const QString file = m_host.path() + "/many.xml";
         QVERIFY(m_host.write(file, xml + "</Styles><Accents/></StyleLibrary>"));
         ZvStyleLibrary library;
         library.add(zvutil::ZvFilePath(file.toStdWString()));
@@ -220,7 +220,7 @@ private Q_SLOTS:
         const Window window;
         window.click(window.duplicate);
         QCOMPARE(window.combo->count(), 10'002);
-        QCOMPARE(window.combo->currentText(), QStringLiteral("User Light 9999"));
+        QCOMPARE(window.combo->currentText(), QString("User Light 9999"));
         QCOMPARE(window.panelColour(), lightPanel);
     }
 
@@ -228,39 +228,35 @@ private Q_SLOTS:
     {
         const Window window;
         Spy previews(*window.editor);
-        window.choose(QStringLiteral("Dark"));
-        QCOMPARE(previews.names, QStringList{QStringLiteral("Dark")});
+        window.choose("Dark");
+        QCOMPARE(previews.names, QStringList{"Dark"});
         QVERIFY(previews.isModels);
         previews.names.clear();
 
         // The list is filled anew, which begins with its first style.
         window.click(window.duplicate);
-        QCOMPARE(previews.names,
-                 (QStringList{QStringLiteral("Light"), QStringLiteral("Dark"),
-                              QStringLiteral("User Dark")}));
+        QCOMPARE(previews.names, (QStringList{"Light", "Dark", "User Dark"}));
         previews.names.clear();
         chooseColour(window, window.row({Brushes, 0}), Qt::red);
-        QCOMPARE(previews.names, QStringList{QStringLiteral("User Dark")});
+        QCOMPARE(previews.names, QStringList{"User Dark"});
         previews.names.clear();
 
         // Nobody hears of what happens while a built-in style is copied.
-        window.choose(QStringLiteral("Light"));
+        window.choose("Light");
         previews.names.clear();
         chooseColour(window, window.row({Brushes, 0}), Qt::red);
-        QCOMPARE(previews.names, QStringList{QStringLiteral("User Light")});
+        QCOMPARE(previews.names, QStringList{"User Light"});
     }
 
     void libraryHasTheEditBeforeAnybodyHearsOfIt()
     {
         setLibrary({userStyle("Mine", Qt::red)});
         const Window window;
-        window.choose(QStringLiteral("Mine"));
+        window.choose("Mine");
         std::vector<QColor> seen;
         connect(window.editor.get(), &ZvStyleEditor::previewStyleChanged, window.editor.get(), [&] {
             window.editor->apply();
-            seen.push_back(ZvStyleManager::Style(QStringLiteral("Mine"))
-                               .colour(ZvStyleBrush::Panel)
-                               .qColour());
+            seen.push_back(ZvStyleManager::Style("Mine").colour(ZvStyleBrush::Panel).qColour());
         });
         QVERIFY(
             window.model->setData(window.row({Brushes, 0}), QColor(Qt::blue), Qt::DecorationRole));
@@ -276,21 +272,17 @@ private Q_SLOTS:
         window.click(window.apply);
         QCOMPARE(m_libraryChanges, 1);
         QCOMPARE(ZvStyleManager::AvailableStyleNames(), window.styles());
-        const ZvStyle style = ZvStyleManager::Style(QStringLiteral("User Light"));
+        const ZvStyle style = ZvStyleManager::Style("User Light");
         QCOMPARE(style.colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::red));
-        QCOMPARE(ZvStyle::Current().name().toQString(), QStringLiteral("Light"));
+        QCOMPARE(ZvStyle::Current().name().toQString(), QString("Light"));
 
         // The editor's stays its own.
         chooseColour(window, window.row({Brushes, 0}), Qt::blue);
-        QCOMPARE(ZvStyleManager::Style(QStringLiteral("User Light"))
-                     .colour(ZvStyleBrush::Panel)
-                     .qColour(),
+        QCOMPARE(ZvStyleManager::Style("User Light").colour(ZvStyleBrush::Panel).qColour(),
                  QColor(Qt::red));
         window.editor->apply();
         QCOMPARE(m_libraryChanges, 2);
-        QCOMPARE(ZvStyleManager::Style(QStringLiteral("User Light"))
-                     .colour(ZvStyleBrush::Panel)
-                     .qColour(),
+        QCOMPARE(ZvStyleManager::Style("User Light").colour(ZvStyleBrush::Panel).qColour(),
                  QColor(Qt::blue));
     }
 
@@ -326,10 +318,10 @@ private Q_SLOTS:
         const Window window;
         const QModelIndex row = window.row({Editors, 0, 0});
         QTimer::singleShot(0, window.editor.get(),
-                           [&window] { window.combo->setCurrentText(QStringLiteral("Dark")); });
+                           [&window] { window.combo->setCurrentText("Dark"); });
         chooseColour(window, row, Qt::red);
         QCOMPARE(window.styles(), builtIn);
-        QCOMPARE(window.combo->currentText(), QStringLiteral("Dark"));
+        QCOMPARE(window.combo->currentText(), QString("Dark"));
     }
 
     void keysAloneChangeAColourAndApplyIt()
@@ -345,7 +337,7 @@ private Q_SLOTS:
              {Qt::Key_Home, Qt::Key_Down, Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_End,
               Qt::Key_Right, Qt::Key_Down, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down})
             QTest::keyClick(window.tree, key);
-        QCOMPARE(window.tree->currentIndex().data().toString(), QStringLiteral("DisabledText"));
+        QCOMPARE(window.tree->currentIndex().data().toString(), QString("DisabledText"));
         QTest::keyClick(window.tree, Qt::Key_Enter);
         QCOMPARE(colours.opened, 1);
         // The offscreen platform doesn't give the focus back by itself.
@@ -356,8 +348,7 @@ private Q_SLOTS:
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
         QCOMPARE(QApplication::focusWidget(), window.apply);
         QTest::keyClick(window.apply, Qt::Key_Space);
-        QCOMPARE(ZvStyleManager::Style(QStringLiteral("User Dark"))
-                     .editorColour("Testplan", "DisabledText"),
+        QCOMPARE(ZvStyleManager::Style("User Dark").editorColour("Testplan", "DisabledText"),
                  QColor(Qt::red));
     }
 

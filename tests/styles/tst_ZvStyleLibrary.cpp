@@ -37,7 +37,7 @@ static_assert(std::has_virtual_destructor_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_constructible_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_assignable_v<ZvStyleLibrary>);
 
-const QStringList builtIn = {QStringLiteral("Light"), QStringLiteral("Dark")};
+const QStringList builtIn = {"Light", "Dark"};
 
 /// A brush by its name, as a file has it.
 QColor brush(const ZvStyle& style, const QString& name)
@@ -95,11 +95,9 @@ QStringList accentsIn(const QByteArray& document)
     QStringList accents;
     QXmlStreamReader reader(document);
     while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement
-            && reader.name() == QLatin1String("Accent")) {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "Accent") {
             const QXmlStreamAttributes attributes = reader.attributes();
-            accents += attributes.value(QStringLiteral("name")) + QLatin1Char(' ')
-                + attributes.value(QStringLiteral("colour"));
+            accents += attributes.value("name") + QLatin1Char(' ') + attributes.value("colour");
         }
     }
     return accents;
@@ -143,8 +141,8 @@ private Q_SLOTS:
         QCOMPARE(library.names(), builtIn);
         QVERIFY(library.light().isDefaultStyle());
         QVERIFY(library.dark().isDefaultStyle());
-        QCOMPARE(library.light().name().toQString(), QStringLiteral("Light"));
-        QCOMPARE(library.dark().name().toQString(), QStringLiteral("Dark"));
+        QCOMPARE(library.light().name().toQString(), QString("Light"));
+        QCOMPARE(library.dark().name().toQString(), QString("Dark"));
     }
 
     void builtInBrushes_data()
@@ -169,12 +167,12 @@ private Q_SLOTS:
     void builtInOddities()
     {
         const ZvStyleLibrary library;
-        QVERIFY(!brush(library.light(), QStringLiteral("BorderEditorDisabled")).isValid());
-        QVERIFY(!brush(library.dark(), QStringLiteral("TextHover")).isValid());
-        QCOMPARE(brush(library.light(), QStringLiteral("TextDisabled")).alpha(), 0x61);
-        QCOMPARE(brush(library.dark(), QStringLiteral("Accent")), QColor(0x2D, 0x7D, 0x9A));
-        QVERIFY(!brush(library.dark(), QStringLiteral("AccentForeground")).isValid());
-        QVERIFY(!brush(library.dark(), QStringLiteral("TOTAL")).isValid());
+        QVERIFY(!brush(library.light(), "BorderEditorDisabled").isValid());
+        QVERIFY(!brush(library.dark(), "TextHover").isValid());
+        QCOMPARE(brush(library.light(), "TextDisabled").alpha(), 0x61);
+        QCOMPARE(brush(library.dark(), "Accent"), QColor(0x2D, 0x7D, 0x9A));
+        QVERIFY(!brush(library.dark(), "AccentForeground").isValid());
+        QVERIFY(!brush(library.dark(), "TOTAL").isValid());
     }
 
     void builtInIcons_data()
@@ -211,8 +209,7 @@ private Q_SLOTS:
         const ZvStyleLibrary library;
         QCOMPARE(library.light().editorColour("Testplan", name), QColor(colour));
         QCOMPARE(library.dark().editorColour("Testplan", name), QColor(colour));
-        QCOMPARE(QString::fromStdString(written(library.dark())).count(QStringLiteral("<Editor>")),
-                 1);
+        QCOMPARE(QString::fromStdString(written(library.dark())).count(QString("<Editor>")), 1);
     }
 
     void builtInAccents()
@@ -227,25 +224,24 @@ private Q_SLOTS:
 
     void builtInFile()
     {
-        QFile file(QStringLiteral(":/libzvutil/style/library.xml"));
+        QFile file(":/libzvutil/style/library.xml");
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray bytes = file.readAll();
         QVERIFY(bytes.startsWith("<StyleLibrary>"));
 
         // The inert third style.
         const QString text = QString::fromUtf8(bytes);
-        const QString inert =
-            text.section(QStringLiteral("<!--"), 1).section(QStringLiteral("-->"), 0, 0);
-        QCOMPARE(inert.count(QStringLiteral("name=\"HighContrast\"")), 1);
-        QCOMPARE(inert.count(QStringLiteral("colour=\"\"")), 19);
+        const QString inert = text.section("<!--", 1).section("-->", 0, 0);
+        QCOMPARE(inert.count(QString("name=\"HighContrast\"")), 1);
+        QCOMPARE(inert.count(QString("colour=\"\"")), 19);
         for (const auto& row : zvtest::builtInBrushes)
             QVERIFY(inert.contains(utf8(row.name)));
 
         // "colour" comes first on accents, icons are "StyleIcon"s.
-        QCOMPARE(text.count(QRegularExpression(
-                     QStringLiteral("<Accent colour=\"#[0-9A-F]{6}\" name=\"[^\"]+\"/>"))),
-                 48);
-        QCOMPARE(text.count(QStringLiteral("<StyleIcon ")), 8);
+        QCOMPARE(
+            text.count(QRegularExpression("<Accent colour=\"#[0-9A-F]{6}\" name=\"[^\"]+\"/>")),
+            48);
+        QCOMPARE(text.count(QString("<StyleIcon ")), 8);
     }
 
     void unknownStyle()
@@ -266,9 +262,7 @@ private Q_SLOTS:
         other.update(userStyle("Two", Qt::blue));
         const std::string light = written(library.light());
         library.add(other);
-        QCOMPARE(library.names(),
-                 (QStringList{QStringLiteral("Light"), QStringLiteral("Dark"),
-                              QStringLiteral("One"), QStringLiteral("Two")}));
+        QCOMPARE(library.names(), (QStringList{"Light", "Dark", "One", "Two"}));
         QCOMPARE(written(library.light()), light);
         QVERIFY(library.light().isDefaultStyle());
         QVERIFY(!library.style("One").isDefaultStyle());
@@ -305,7 +299,7 @@ private Q_SLOTS:
         QCOMPARE(other.names(), QStringList()); // NOLINT(bugprone-use-after-move)
         QCOMPARE(notFound(other, "Two"), "Style not found: Two"s);
         other.update(userStyle("Three", Qt::red));
-        QCOMPARE(other.names(), QStringList{QStringLiteral("Three")});
+        QCOMPARE(other.names(), QStringList{"Three"});
 
         // All its names are known.
         ZvStyleLibrary& self = library;
@@ -331,7 +325,7 @@ private Q_SLOTS:
         QVERIFY(m_host->write(m_host->libraryFile(), document(style("A") + style("dark"))));
         ZvStyleLibrary library;
         library.add(libraryPath());
-        QCOMPARE(library.names(), builtIn + QStringList{QStringLiteral("A")});
+        QCOMPARE(library.names(), builtIn + QStringList{"A"});
     }
 
     void addNeverChangesTheAccents()
@@ -342,8 +336,7 @@ private Q_SLOTS:
         ZvStyleLibrary library = loaded;
         library.add(ZvStyleLibrary());
         library.save(libraryPath());
-        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())),
-                 QStringList{QStringLiteral("x #010203")});
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())), QStringList{"x #010203"});
     }
 
     void update()
@@ -356,9 +349,9 @@ private Q_SLOTS:
 
         const ZvStyle user = userStyle("user", Qt::red);
         library.update(user);
-        QCOMPARE(library.names(), builtIn + QStringList{QStringLiteral("user")});
+        QCOMPARE(library.names(), builtIn + QStringList{"user"});
         library.update(userStyle("USER", Qt::blue));
-        QCOMPARE(library.names(), builtIn + QStringList{QStringLiteral("USER")});
+        QCOMPARE(library.names(), builtIn + QStringList{"USER"});
         QCOMPARE(library.style("user").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::blue));
         library.update(library.style("user"));
         QCOMPARE(library.names().size(), 3);
@@ -434,21 +427,20 @@ private Q_SLOTS:
             " <skipped/></a>"));
         const ZvStyleLibrary library(libraryPath());
         // Names that repeat in one file are kept.
-        QCOMPARE(library.names(), (QStringList{QStringLiteral("One"), QStringLiteral("one")}));
+        QCOMPARE(library.names(), (QStringList{"One", "one"}));
         const ZvStyle& style = library.style("ONE");
         QVERIFY(!style.isDefaultStyle());
-        QCOMPARE(brush(style, QStringLiteral("Panel")), QColor(3, 3, 3, 3));
-        QCOMPARE(brush(style, QStringLiteral("TextHover")), QColor(2, 2, 2));
-        QCOMPARE(brush(style, QStringLiteral("TOTAL")), QColor(6, 6, 6));
-        QCOMPARE(brush(style, QStringLiteral("Accent")), QColor(0x2D, 0x7D, 0x9A));
-        QVERIFY(!brush(style, QStringLiteral("EditorFocus")).isValid());
-        QCOMPARE(iconPath(style, QStringLiteral("Menu")), QStringLiteral("m"));
-        QCOMPARE(iconPath(style, QStringLiteral("TOTAL")), QStringLiteral("n"));
+        QCOMPARE(brush(style, "Panel"), QColor(3, 3, 3, 3));
+        QCOMPARE(brush(style, "TextHover"), QColor(2, 2, 2));
+        QCOMPARE(brush(style, "TOTAL"), QColor(6, 6, 6));
+        QCOMPARE(brush(style, "Accent"), QColor(0x2D, 0x7D, 0x9A));
+        QVERIFY(!brush(style, "EditorFocus").isValid());
+        QCOMPARE(iconPath(style, "Menu"), QString("m"));
+        QCOMPARE(iconPath(style, "TOTAL"), QString("n"));
         QCOMPARE(style.editorColour("E", "X"), QColor(8, 8, 8));
         QCOMPARE(std::string(style.editorStyle("f").name()), "F"s);
         library.save(libraryPath());
-        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())),
-                 QStringList{QStringLiteral("y #000000")});
+        QCOMPARE(accentsIn(zvtest::contentOf(m_host->libraryFile())), QStringList{"y #000000"});
     }
 
     void accentIsReadFromTheHost()
@@ -457,7 +449,7 @@ private Q_SLOTS:
         QVERIFY(m_host->write(m_host->libraryFile(),
                               document(style("A", "<Brush name=\"Accent\" colour=\"#010203\"/>"))));
         const ZvStyleLibrary library(libraryPath());
-        QCOMPARE(brush(library.style("A"), QStringLiteral("Accent")), QColor(0xE8, 0x11, 0x23));
+        QCOMPARE(brush(library.style("A"), "Accent"), QColor(0xE8, 0x11, 0x23));
     }
 
     void unreadableFiles()
@@ -511,9 +503,9 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("what");
         QTest::addColumn<QStringList>("names");
-        const QString null = QStringLiteral("null element xml exception");
+        const QString null = "null element xml exception";
         const QByteArray whole = "<Style name='A'><Brushes/><Icons/></Style>";
-        const QStringList one{QStringLiteral("A")};
+        const QStringList one{"A"};
         const auto row = [&](const char* name, const QByteArray& behind, const QString& what,
                              const QStringList& names) {
             QTest::newRow(name) << "<StyleLibrary>" + behind << what << names;
@@ -527,7 +519,7 @@ private Q_SLOTS:
             "<Styles>" + whole + "<Style name='B'><Brushes><Brush name='Panel' colour='red'/>",
             null, {});
         row("in a style's icons", "<Styles>" + whole + "<Style name='B'><Brushes/><Icons>",
-            QString(), one + QStringList{QStringLiteral("B")});
+            QString(), one + QStringList{"B"});
         row("behind the styles", "<Styles>" + whole + "</Styles>", QString(), one);
         row("among the accents", "<Styles>" + whole + "</Styles><Accents><A", QString(), one);
         row("malformed behind a style", "<Styles>" + whole + "</Oops>", QString(), one);
@@ -555,7 +547,7 @@ private Q_SLOTS:
         ZvStyleLibrary library;
         library.update(userStyle("user", Qt::red));
         QVERIFY_EXCEPTION_THROWN(library.add(libraryPath()), xml::xml_exception);
-        QCOMPARE(library.names(), builtIn + QStringList{QStringLiteral("user")});
+        QCOMPARE(library.names(), builtIn + QStringList{"user"});
         QCOMPARE(zvtest::contentOf(m_host->libraryFile()), bytes);
     }
 
@@ -564,11 +556,10 @@ private Q_SLOTS:
         QByteArray bytes = document(style("A", "<Brush name=\"Panel\" colour=\"#010101\"/>")
                                     + style("B") + "<Style name=\"C\"><Brushes>");
         QVERIFY(m_host->write(m_host->libraryFile(), document(style("A") + style("B")).left(140)));
-        QCOMPARE(ZvStyleLibrary(libraryPath()).names(),
-                 (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(ZvStyleLibrary(libraryPath()).names(), (QStringList{"A", "B"}));
         QVERIFY(m_host->write(m_host->libraryFile(),
                               document(style("A")).replace("</Styles>", "</Wrong>")));
-        QCOMPARE(ZvStyleLibrary(libraryPath()).names(), QStringList{QStringLiteral("A")});
+        QCOMPARE(ZvStyleLibrary(libraryPath()).names(), QStringList{"A"});
     }
 
     void everyTruncation()
@@ -601,19 +592,19 @@ private Q_SLOTS:
         const ZvStyleLibrary library(libraryPath());
         library.save(libraryPath());
         const QString text = QString::fromUtf8(zvtest::contentOf(m_host->libraryFile()));
-        QVERIFY(text.startsWith(QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
-                                               "<StyleLibrary><Styles><Style name=\"A &amp; B\">"
-                                               "<Brushes>"
-                                               "<Brush name=\"Panel\" colour=\"#010203\"/>")));
-        QVERIFY(text.contains(QStringLiteral("<Brush name=\"TOTAL\" colour=\"#000000\"/></Brushes>"
-                                             "<Icons><Icon name=\"CheckboxTick\" path=\"\"/>")));
-        QVERIFY(text.endsWith(QStringLiteral(
+        QVERIFY(text.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
+                                "<StyleLibrary><Styles><Style name=\"A &amp; B\">"
+                                "<Brushes>"
+                                "<Brush name=\"Panel\" colour=\"#010203\"/>"));
+        QVERIFY(text.contains("<Brush name=\"TOTAL\" colour=\"#000000\"/></Brushes>"
+                              "<Icons><Icon name=\"CheckboxTick\" path=\"\"/>"));
+        QVERIFY(text.endsWith(
             "<Icon name=\"TOTAL\" path=\"\"/></Icons>"
             "<Editors><Editor name=\"E\"><Brushes><Brush name=\"x\" colour=\"#ff0000\"/></Brushes>"
             "</Editor></Editors></Style></Styles>"
-            "<Accents><Accent name=\"Red\" colour=\"#e81123\"/></Accents>")));
-        QCOMPARE(text.count(QStringLiteral("<Brush ")), 28 + 1);
-        QCOMPARE(text.count(QStringLiteral("<Icon ")), 5);
+            "<Accents><Accent name=\"Red\" colour=\"#e81123\"/></Accents>"));
+        QCOMPARE(text.count(QString("<Brush ")), 28 + 1);
+        QCOMPARE(text.count(QString("<Icon ")), 5);
     }
 
     void savedLibraryLoadsBack()
@@ -628,23 +619,22 @@ private Q_SLOTS:
         const ZvStyleLibrary back(libraryPath());
         QCOMPARE(back.names(), library.names());
         QVERIFY(!back.light().isDefaultStyle());
-        QCOMPARE(brush(back.light(), QStringLiteral("TextDisabled")), QColor(0, 0, 0));
-        QCOMPARE(brush(back.dark(), QStringLiteral("Panel")), QColor(0x20, 0x20, 0x20));
+        QCOMPARE(brush(back.light(), "TextDisabled"), QColor(0, 0, 0));
+        QCOMPARE(brush(back.dark(), "Panel"), QColor(0x20, 0x20, 0x20));
         // Written as black, which is what an invalid colour comes back as.
-        QCOMPARE(brush(back.dark(), QStringLiteral("TextHover")), QColor(0, 0, 0));
+        QCOMPARE(brush(back.dark(), "TextHover"), QColor(0, 0, 0));
         const ZvStyle& loaded = back.style("\xC3\xA4 user");
-        QCOMPARE(brush(loaded, QStringLiteral("Accent")), QColor(0xE8, 0x11, 0x23));
-        QVERIFY(!brush(loaded, QStringLiteral("AccentForeground")).isValid());
+        QCOMPARE(brush(loaded, "Accent"), QColor(0xE8, 0x11, 0x23));
+        QVERIFY(!brush(loaded, "AccentForeground").isValid());
         QCOMPARE(loaded.editorColour("Testplan", "ErrorText"), QColor(0, 0, 0));
-        QCOMPARE(iconPath(loaded, QStringLiteral("Close")),
-                 QStringLiteral(":/libzvutil/style/cross-white.svg"));
+        QCOMPARE(iconPath(loaded, "Close"), QString(":/libzvutil/style/cross-white.svg"));
     }
 
     void saveThatFailsSaysNothing()
     {
         const ZvStyleLibrary library;
-        library.save(ZvFilePath((m_host->path() + QStringLiteral("/none/a.xml")).toStdWString()));
-        QVERIFY(!QFile::exists(m_host->path() + QStringLiteral("/none")));
+        library.save(ZvFilePath((m_host->path() + "/none/a.xml").toStdWString()));
+        QVERIFY(!QFile::exists(m_host->path() + "/none"));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
@@ -658,13 +648,13 @@ private Q_SLOTS:
         ZvStyleLibrary library;
         library.add(libraryPath());
         QCOMPARE(library.names().size(), 10'002);
-        QCOMPARE(library.names().last(), QStringLiteral("Style 9999"));
+        QCOMPARE(library.names().last(), QString("Style 9999"));
     }
 
 private:
     ZvFilePath libraryPath() const
     {
-        QDir(m_host->path()).mkpath(QStringLiteral("ui"));
+        QDir(m_host->path()).mkpath("ui");
         return {m_host->libraryFile().toStdWString()};
     }
 

@@ -101,21 +101,20 @@ private Q_SLOTS:
             QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
             methods += QString::fromLatin1(meta.method(i).methodSignature());
         }
-        QCOMPARE(methods,
-                 (QStringList{QStringLiteral("currentStyleChanged(ZvStyle)"),
-                              QStringLiteral("styleLibraryChanged()")}));
+        QCOMPARE(methods, (QStringList{"currentStyleChanged(ZvStyle)", "styleLibraryChanged()"}));
     }
 
     void paths_data()
     {
         QTest::addColumn<QString>("symbol");
         QTest::addColumn<QString>("directory");
-        QTest::newRow("plain") << QStringLiteral("C:\\data") << QStringLiteral("C:\\data\\ui");
-        QTest::newRow("separator at the end")
-            << QStringLiteral("C:\\data\\") << QStringLiteral("C:\\data\\ui");
-        QTest::newRow("slash at the end")
-            << QStringLiteral("C:/data/") << QStringLiteral("C:\\data\\ui");
-        QTest::newRow("no value") << QString() << QStringLiteral("ui");
+        QTest::newRow("plain") << "C:\\data"
+                               << "C:\\data\\ui";
+        QTest::newRow("separator at the end") << "C:\\data\\"
+                                              << "C:\\data\\ui";
+        QTest::newRow("slash at the end") << "C:/data/"
+                                          << "C:\\data\\ui";
+        QTest::newRow("no value") << QString() << "ui";
     }
 
     void paths()
@@ -128,9 +127,9 @@ private Q_SLOTS:
                                     ZvStyleManager::StyleModificationsPath()};
         host::setPathSymbol("ZVAPPDATAPATH", m_host.path().toStdString());
         QCOMPARE(paths[0].toQString(), directory);
-        QCOMPARE(paths[1].toQString(), directory + QStringLiteral("\\styles.xml"));
-        QCOMPARE(paths[2].toQString(), directory + QStringLiteral("\\modifications.qss"));
-        QVERIFY(!QFile::exists(QStringLiteral("ui")));
+        QCOMPARE(paths[1].toQString(), directory + "\\styles.xml");
+        QCOMPARE(paths[2].toQString(), directory + "\\modifications.qss");
+        QVERIFY(!QFile::exists("ui"));
     }
 
     void setStyle()
@@ -138,23 +137,23 @@ private Q_SLOTS:
         Listener listener;
         const ZvStyle style = userStyle("Unknown", Qt::red);
         ZvStyleManager::SetStyle(style);
-        QCOMPARE(current(), QStringLiteral("Unknown"));
+        QCOMPARE(current(), QString("Unknown"));
         QCOMPARE(panel(ZvStyleManager::CurrentStyle()), QColor(Qt::red));
         QVERIFY(&ZvStyle::Current() == &ZvStyleManager::CurrentStyle());
-        QCOMPARE(listener.events, QStringList{QStringLiteral("style Unknown")});
+        QCOMPARE(listener.events, QStringList{"style Unknown"});
         // No sheet, and nothing in the library.
         QVERIFY(qApp->styleSheet().isEmpty());
         QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn);
 
         ZvStyle temporary = userStyle("Temporary", Qt::blue);
         ZvStyleManager::SetStyle(std::move(temporary));
-        QCOMPARE(current(), QStringLiteral("Temporary"));
+        QCOMPARE(current(), QString("Temporary"));
         // NOLINTNEXTLINE(bugprone-use-after-move): it stays as it is
-        QCOMPARE(temporary.name().toQString(), QStringLiteral("Temporary"));
+        QCOMPARE(temporary.name().toQString(), QString("Temporary"));
 
         // The current style itself.
         ZvStyleManager::SetStyle(ZvStyleManager::CurrentStyle());
-        QCOMPARE(current(), QStringLiteral("Temporary"));
+        QCOMPARE(current(), QString("Temporary"));
     }
 
     void setLibrary()
@@ -167,10 +166,8 @@ private Q_SLOTS:
 
         Listener listener;
         ZvStyleManager::SetLibrary(library);
-        QCOMPARE(listener.events,
-                 (QStringList{QStringLiteral("library"), QStringLiteral("style One")}));
-        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
-                 builtIn + QStringList{QStringLiteral("One")});
+        QCOMPARE(listener.events, (QStringList{"library", "style One"}));
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn + QStringList{"One"});
         QCOMPARE(panel(ZvStyleManager::CurrentStyle()), QColor(Qt::blue));
         QCOMPARE(panel(ZvStyleManager::Library().light()), QColor(0xF0, 0xF0, 0xF0));
         QVERIFY(qApp->styleSheet().isEmpty());
@@ -180,29 +177,26 @@ private Q_SLOTS:
         ZvStyleLibrary next;
         next.update(userStyle("Two", Qt::red));
         ZvStyleManager::SetLibrary(next);
-        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
-                 builtIn + QStringList{QStringLiteral("Two")});
-        QCOMPARE(current(), QStringLiteral("Light"));
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn + QStringList{"Two"});
+        QCOMPARE(current(), QString("Light"));
 
         // The manager's own.
         ZvStyleManager::SetLibrary(ZvStyleManager::Library());
-        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
-                 builtIn + QStringList{QStringLiteral("Two")});
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn + QStringList{"Two"});
     }
 
     void freeStandingStyleFallsBackToLight()
     {
         ZvStyleManager::SetStyle(userStyle("Unknown", Qt::red));
         ZvStyleManager::SetLibrary(ZvStyleLibrary());
-        QCOMPARE(current(), QStringLiteral("Light"));
+        QCOMPARE(current(), QString("Light"));
     }
 
     void style()
     {
-        QCOMPARE(ZvStyleManager::Style(QStringLiteral("dark")).name().toQString(),
-                 QStringLiteral("Dark"));
+        QCOMPARE(ZvStyleManager::Style("dark").name().toQString(), QString("Dark"));
         try {
-            ZvStyleManager::Style(QStringLiteral("\u00E4"));
+            ZvStyleManager::Style("\u00E4");
             QFAIL("nothing thrown");
         } catch (const zvutil::ZvException& error) {
             QCOMPARE(std::string(error.what()), "Style not found: \xC3\xA4"s);
@@ -214,7 +208,7 @@ private Q_SLOTS:
         ZvStyleManager::SetStyle(userStyle("Mine", QColor(1, 2, 3)));
         Listener listener;
         ZvStyleManager::Refresh();
-        QCOMPARE(listener.events, QStringList{QStringLiteral("style Mine")});
+        QCOMPARE(listener.events, QStringList{"style Mine"});
         QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
         // The sheet is there before the listeners hear of it.
         QCOMPARE(listener.sheets, QStringList{qApp->styleSheet()});
@@ -231,23 +225,22 @@ private Q_SLOTS:
         const ZvStyle& light = ZvStyleManager::Library().light();
         QVERIFY(light.apply());
         const QString plain = qApp->styleSheet();
-        QVERIFY(plain.endsWith(QStringLiteral("\r\n}\n")));
+        QVERIFY(plain.endsWith("\r\n}\n"));
 
         QVERIFY(
             m_host.write(m_host.modificationsFile(),
                          "QLabel { color: @panel } /* \xC3\xA4 @testplanCommentTextEnabled */"));
         QVERIFY(light.apply());
-        QCOMPARE(qApp->styleSheet(),
-                 plain + QStringLiteral("QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */"));
+        QCOMPARE(qApp->styleSheet(), plain + "QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */");
 
         QWidget widget;
         QVERIFY(light.apply(&widget));
         QCOMPARE(widget.styleSheet(),
                  plain.left(plain.size() - 1)
-                     + QStringLiteral("QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */"));
+                     + "QLabel { color: #fff0f0f0 } /* \u00E4 #ff000000 */");
 
-        QVERIFY(light.apply(QStringLiteral("QLabel { color: @textDisabled; }")));
-        QCOMPARE(qApp->styleSheet(), plain + QStringLiteral("QLabel { color: #61000000; }"));
+        QVERIFY(light.apply(QString("QLabel { color: @textDisabled; }")));
+        QCOMPARE(qApp->styleSheet(), plain + "QLabel { color: #61000000; }");
         QVERIFY(light.apply(QString()));
         QCOMPARE(qApp->styleSheet(), plain);
     }
@@ -255,17 +248,17 @@ private Q_SLOTS:
     void applyOfAFile()
     {
         const ZvStyle& light = ZvStyleManager::Library().light();
-        const QString file = m_host.path() + QStringLiteral("/own.qss");
+        const QString file = m_host.path() + "/own.qss";
         const ZvFilePath path(file.toStdWString());
-        qApp->setStyleSheet(QStringLiteral("QLabel {}"));
+        qApp->setStyleSheet("QLabel {}");
         QVERIFY(!light.apply(path));
         QVERIFY(m_host.write(file, QByteArray()));
         QVERIFY(!light.apply(path));
-        QCOMPARE(qApp->styleSheet(), QStringLiteral("QLabel {}"));
+        QCOMPARE(qApp->styleSheet(), QString("QLabel {}"));
         QVERIFY(m_host.write(file, "QLabel { image: url(@iconMenu) }"));
         QVERIFY(light.apply(path));
         QCOMPARE(qApp->styleSheet(),
-                 QStringLiteral("QLabel { image: url(:/libzvutil/style/menu-black.svg) }"));
+                 QString("QLabel { image: url(:/libzvutil/style/menu-black.svg) }"));
     }
 
     void update()
@@ -274,9 +267,8 @@ private Q_SLOTS:
         const ZvStyle mine = userStyle("Mine", QColor(1, 2, 3));
         ZvStyleManager::Update(mine);
         QVERIFY(listener.events.isEmpty());
-        QCOMPARE(current(), QStringLiteral("Light"));
-        QCOMPARE(ZvStyleManager::AvailableStyleNames(),
-                 builtIn + QStringList{QStringLiteral("Mine")});
+        QCOMPARE(current(), QString("Light"));
+        QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn + QStringList{"Mine"});
         const ZvFilePath config(m_host.libraryFile().toStdWString());
         QCOMPARE(ZvStyleLibrary(config).names(), ZvStyleManager::AvailableStyleNames());
         QCOMPARE(panel(ZvStyleLibrary(config).style("Mine")), QColor(1, 2, 3));
@@ -291,10 +283,10 @@ private Q_SLOTS:
 
     void updateThatCannotBeSavedSaysNothing()
     {
-        QVERIFY(QDir(m_host.path()).rename(QStringLiteral("ui"), QStringLiteral("gone")));
+        QVERIFY(QDir(m_host.path()).rename("ui", QString("gone")));
         ZvStyleManager::Update(userStyle("Mine", Qt::red));
-        QVERIFY(QDir(m_host.path()).rename(QStringLiteral("gone"), QStringLiteral("ui")));
-        QVERIFY(ZvStyleManager::AvailableStyleNames().contains(QStringLiteral("Mine")));
+        QVERIFY(QDir(m_host.path()).rename("gone", QString("ui")));
+        QVERIFY(ZvStyleManager::AvailableStyleNames().contains("Mine"));
     }
 
     void commands()
@@ -306,7 +298,7 @@ private Q_SLOTS:
         host::callCommand("_s2", {"ignored"}, {}, {"test", 1});
         QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0xF0, 0xF0, 0xF0))));
         // The look alone.
-        QCOMPARE(current(), QStringLiteral("Mine"));
+        QCOMPARE(current(), QString("Mine"));
         QVERIFY(listener.events.isEmpty());
         ZvStyleManager::Refresh();
         QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
@@ -403,8 +395,8 @@ private Q_SLOTS:
         const zvtest::StyleHost user;
         if (!library.isEmpty())
             QVERIFY(user.write(user.libraryFile(), library));
-        QCOMPARE(probe(user, {QStringLiteral("start"), option}), printed);
-        QVERIFY(QDir(user.path()).exists(QStringLiteral("ui")));
+        QCOMPARE(probe(user, {"start", option}), printed);
+        QVERIFY(QDir(user.path()).exists("ui"));
         // No file is written, and none is touched.
         if (library.isEmpty())
             QVERIFY(!QFile::exists(user.libraryFile()));
@@ -417,10 +409,9 @@ private Q_SLOTS:
     {
         // A file where the directory is to be.
         const zvtest::StyleHost user;
-        QFile blocking(user.path() + QStringLiteral("/ui"));
+        QFile blocking(user.path() + "/ui");
         QVERIFY(blocking.open(QIODevice::WriteOnly));
-        QCOMPARE(probe(user, {QStringLiteral("start"), QString()}),
-                 QStringLiteral("Light|Light,Dark|#f0f0f0"));
+        QCOMPARE(probe(user, {"start", QString()}), QString("Light|Light,Dark|#f0f0f0"));
     }
 
     void startWithoutOptions()
@@ -430,7 +421,7 @@ private Q_SLOTS:
 #else
         const zvtest::StyleHost user;
         QProcess process;
-        process.start(QStringLiteral(OPTION_PROBE_FILE), {user.path()});
+        process.start(OPTION_PROBE_FILE, {user.path()});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.readAllStandardOutput(), QByteArray("Light\n"));
         QCOMPARE(process.exitCode(), 0);
@@ -445,14 +436,11 @@ private Q_SLOTS:
                            "<StyleLibrary><Styles><Style name='Mine'><Brushes>"
                            "<Brush name='Panel' colour='#010203'/></Brushes><Icons/></Style>"
                            "</Styles><Accents/></StyleLibrary>"));
-        QCOMPARE(
-            probe(user, {QStringLiteral("road"), QStringLiteral("Mine")}),
-            QStringLiteral("Mine|library|style Mine|style Edited|style Edited|sheet #ff040506"));
+        QCOMPARE(probe(user, {"road", "Mine"}),
+                 QString("Mine|library|style Mine|style Edited|style Edited|sheet #ff040506"));
         // Another one reads what it has saved.
-        QCOMPARE(probe(user, {QStringLiteral("start"), QStringLiteral("Saved")}),
-                 QStringLiteral("Saved|Light,Dark,Mine,Saved|#f0f0f0"));
-        QCOMPARE(QDir(user.path() + QStringLiteral("/ui")).entryList(QDir::Files),
-                 QStringList{QStringLiteral("styles.xml")});
+        QCOMPARE(probe(user, {"start", "Saved"}), QString("Saved|Light,Dark,Mine,Saved|#f0f0f0"));
+        QCOMPARE(QDir(user.path() + "/ui").entryList(QDir::Files), QStringList{"styles.xml"});
     }
 
     void processesThatUpdateAtOnceLeaveAWholeFile()
@@ -460,8 +448,8 @@ private Q_SLOTS:
         const zvtest::StyleHost user;
         QProcess first;
         QProcess second;
-        startProbe(first, user, {QStringLiteral("update"), QStringLiteral("First")});
-        startProbe(second, user, {QStringLiteral("update"), QStringLiteral("Second")});
+        startProbe(first, user, {"update", "First"});
+        startProbe(second, user, {"update", "Second"});
         int seen = 0;
         while (first.state() != QProcess::NotRunning || second.state() != QProcess::NotRunning) {
             first.waitForFinished(5);
@@ -479,23 +467,22 @@ private Q_SLOTS:
         QVERIFY(seen > 0);
         const ZvStyleLibrary library(ZvFilePath(user.libraryFile().toStdWString()));
         QCOMPARE(library.names().mid(0, 2), builtIn);
-        QCOMPARE(QDir(user.path() + QStringLiteral("/ui")).entryList(QDir::Files),
-                 QStringList{QStringLiteral("styles.xml")});
+        QCOMPARE(QDir(user.path() + "/ui").entryList(QDir::Files), QStringList{"styles.xml"});
     }
 
     void missingSvgPluginIsToldOnce()
     {
         const zvtest::StyleHost user;
-        QVERIFY(probe(user, {QStringLiteral("icons")}).isEmpty());
-        QCOMPARE(probe(user, {QStringLiteral("icons"), QStringLiteral("none")}),
-                 QStringLiteral("Icons can't be shown: Qt has no image format plugin for SVG"));
+        QVERIFY(probe(user, {"icons"}).isEmpty());
+        QCOMPARE(probe(user, {"icons", "none"}),
+                 QString("Icons can't be shown: Qt has no image format plugin for SVG"));
     }
 
 private:
     static void startProbe(QProcess& process, const zvtest::StyleHost& user,
                            const QStringList& arguments)
     {
-        process.start(QStringLiteral(STYLE_PROBE_FILE), QStringList{user.path()} + arguments);
+        process.start(STYLE_PROBE_FILE, QStringList{user.path()} + arguments);
         if (!process.waitForStarted())
             QFAIL("the probe doesn't start");
     }
@@ -506,7 +493,7 @@ private:
         QProcess process;
         startProbe(process, user, arguments);
         if (!process.waitForFinished() || process.exitCode() != 0)
-            return QStringLiteral("failed: ") + QString::fromUtf8(process.readAllStandardError());
+            return "failed: " + QString::fromUtf8(process.readAllStandardError());
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 };

@@ -46,9 +46,8 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents(&styleManager(), QEvent::MetaCall);
         QStringList expected;
         for (int i = 0; i < 50; ++i)
-            expected += {QStringLiteral("style %1").arg(i), QStringLiteral("library"),
-                         QStringLiteral("style Light"), QStringLiteral("style Other"),
-                         QStringLiteral("style Other")};
+            expected += {QString("style %1").arg(i), "library", "style Light", "style Other",
+                         "style Other"};
         QCOMPARE(listener.events, expected);
         QVERIFY(listener.onManagersThread);
         QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(49, 0, 0))));

@@ -146,7 +146,7 @@ public:
 
     QModelIndex index(int row, int column, const QModelIndex& parent) const override
     {
-        if (text(*this, parent) != QLatin1String("Testplan"))
+        if (text(*this, parent) != "Testplan")
             return ZvStyleModel::index(row, column, parent);
         QModelIndex& known = m_colours[{parent.row(), row, column}];
         if (!known.isValid())
@@ -157,9 +157,8 @@ public:
     QModelIndex parent(const QModelIndex& index) const override
     {
         const QModelIndex parent = ZvStyleModel::parent(index);
-        return text(*this, parent) == QLatin1String("Icons")
-            ? createIndex(Icons, 0, parent.internalPointer())
-            : parent;
+        return text(*this, parent) == "Icons" ? createIndex(Icons, 0, parent.internalPointer())
+                                              : parent;
     }
 
 private:
@@ -178,9 +177,9 @@ QStringList complaints(ZvStyleModel& model)
     });
     QStringList wrong;
     for (const QString& complaint : found) {
-        if (complaint.startsWith(QLatin1String("FAIL!")))
+        if (complaint.startsWith("FAIL!"))
             wrong += complaint.section(QLatin1Char('\n'), 1, 1).section(QLatin1Char(' '), 3, 4);
-        else if (!complaint.startsWith(QLatin1String("    ")))
+        else if (!complaint.startsWith("    "))
             wrong += complaint;
     }
     wrong.removeDuplicates();
@@ -211,7 +210,7 @@ private Q_SLOTS:
         QObject owner;
         ZvStyleModel current(&owner);
         QCOMPARE(static_cast<QObject&>(current).parent(), &owner);
-        QCOMPARE(current.style().name().toQString(), QStringLiteral("Light"));
+        QCOMPARE(current.style().name().toQString(), QString("Light"));
         QVERIFY(current.style().isDefaultStyle());
 
         ZvStyle style("Mine");
@@ -238,9 +237,7 @@ private Q_SLOTS:
         QStringList names;
         for (int row = 0; row < 3; ++row)
             names += text(model, model.index(row, 0, root));
-        QCOMPARE(names,
-                 (QStringList{QStringLiteral("Brushes"), QStringLiteral("Icons"),
-                              QStringLiteral("Editors")}));
+        QCOMPARE(names, (QStringList{"Brushes", "Icons", "Editors"}));
         // The name stands in the first column alone.
         for (int row = 0; row < 3; ++row)
             QVERIFY(!model.data(model.index(row, 1, root), Qt::DisplayRole).isValid());
@@ -317,7 +314,7 @@ private Q_SLOTS:
         const QModelIndex group = model.index(Editors, 0, root);
         QCOMPARE(model.rowCount(group), 1);
         const QModelIndex editor = model.index(0, 0, group);
-        QCOMPARE(text(model, editor), QStringLiteral("Testplan"));
+        QCOMPARE(text(model, editor), QString("Testplan"));
         QCOMPARE(model.rowCount(editor), 8);
         int row = 0;
         for (const zvtest::NamedText& brush : zvtest::builtInEditorBrushes) {
@@ -335,7 +332,7 @@ private Q_SLOTS:
         ZvStyleModel model(style, nullptr);
         const QModelIndex group = model.index(Editors, 0, root);
         QCOMPARE(model.rowCount(group), 2);
-        QCOMPARE(text(model, at(model, {Editors, 1})), QStringLiteral("testplan"));
+        QCOMPARE(text(model, at(model, {Editors, 1})), QString("testplan"));
         QCOMPARE(model.rowCount(at(model, {Editors, 1})), 1);
         QCOMPARE(decoration(model, at(model, {Editors, 1, 0})), QVariant(QColor(Qt::red)));
 
@@ -350,8 +347,8 @@ private Q_SLOTS:
         ZvStyle style("x");
         style.setEditorColour("\xC3\xA4", "\xE2\x82\xAC", Qt::red);
         const ZvStyleModel model(style, nullptr);
-        QCOMPARE(text(model, at(model, {Editors, 0})), QStringLiteral("\u00E4"));
-        QCOMPARE(text(model, at(model, {Editors, 0, 0})), QStringLiteral("\u20AC"));
+        QCOMPARE(text(model, at(model, {Editors, 0})), QString("\u00E4"));
+        QCOMPARE(text(model, at(model, {Editors, 0, 0})), QString("\u20AC"));
     }
 
     void kindsOfRows_data() { addKinds(); }
@@ -422,10 +419,10 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("colour");
         QTest::newRow("colour") << QVariant(QColor(1, 2, 3, 4)) << QColor(1, 2, 3, 4);
         QTest::newRow("invalid colour") << QVariant(QColor()) << QColor();
-        QTest::newRow("text") << QVariant(QStringLiteral("#80ff0000")) << QColor(255, 0, 0, 128);
-        QTest::newRow("name") << QVariant(QStringLiteral("blue")) << QColor(Qt::blue);
+        QTest::newRow("text") << QVariant("#80ff0000") << QColor(255, 0, 0, 128);
+        QTest::newRow("name") << QVariant("blue") << QColor(Qt::blue);
         QTest::newRow("brush") << QVariant(QBrush(Qt::green)) << QColor(Qt::green);
-        QTest::newRow("no colour") << QVariant(QStringLiteral("ffffff")) << QColor();
+        QTest::newRow("no colour") << QVariant("ffffff") << QColor();
         QTest::newRow("number") << QVariant(7.5) << QColor();
         QTest::newRow("nothing") << QVariant() << QColor();
     }
@@ -479,7 +476,7 @@ private Q_SLOTS:
         QCOMPARE(model.columnCount(fourth), 1);
         QVERIFY(!model.data(fourth, Qt::DisplayRole).isValid());
         QVERIFY(!model.parent(fourth).isValid());
-        QCOMPARE(text(model, model.index(1, 0, fourth)), QStringLiteral("Icons"));
+        QCOMPARE(text(model, model.index(1, 0, fourth)), QString("Icons"));
         QCOMPARE(model.rowCount(model.index(-1, 0, root)), 3);
         QCOMPARE(model.columnCount(model.index(-1, 0, root)), 1);
     }
@@ -533,7 +530,7 @@ private Q_SLOTS:
             QCOMPARE(parent.row(), 0);
             QCOMPARE(parent.column(), 0);
             QCOMPARE(parent.internalPointer(), at(model, {Icons}).internalPointer());
-            QCOMPARE(text(model, parent), QStringLiteral("Icons"));
+            QCOMPARE(text(model, parent), QString("Icons"));
             QCOMPARE(model.rowCount(parent), 4);
         }
         for (int row = 0; row < 2; ++row) {
@@ -558,7 +555,7 @@ private Q_SLOTS:
         // One each, and one for their list.
         QCOMPARE(zvtest::liveBlocks - before, 1001);
         // The first is as good as the last.
-        QCOMPARE(text(model, held.front()), QStringLiteral("CommentText"));
+        QCOMPARE(text(model, held.front()), QString("CommentText"));
         QCOMPARE(model.parent(held.front()), editor);
         QVERIFY(held[0] != held[8]);
 
@@ -580,7 +577,7 @@ private Q_SLOTS:
         QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
         const QPersistentModelIndex kept(at(model, {Editors, 0, 0}));
         connect(&model, &QAbstractItemModel::modelReset, &model,
-                [&model] { QCOMPARE(model.style().name().toQString(), QStringLiteral("Dark")); });
+                [&model] { QCOMPARE(model.style().name().toQString(), QString("Dark")); });
         model.setStyle(ZvStyleLibrary().dark());
         QCOMPARE(about.count(), 1);
         QCOMPARE(resets.count(), 1);
@@ -593,27 +590,26 @@ private Q_SLOTS:
         ZvStyleModel model(light(), nullptr);
         model.setData(at(model, {Brushes, 0}), QColor(Qt::red), Qt::DecorationRole);
         model.setStyle(ZvStyle("Mine"));
-        QCOMPARE(model.style().name().toQString(), QStringLiteral("Mine"));
+        QCOMPARE(model.style().name().toQString(), QString("Mine"));
         QVERIFY(!model.style().isDefaultStyle());
         QVERIFY(!decoration(model, at(model, {Brushes, 0})).value<QColor>().isValid());
         QCOMPARE(model.rowCount(at(model, {Editors})), 0);
         // Its own.
         model.setStyle(model.style());
-        QCOMPARE(model.style().name().toQString(), QStringLiteral("Mine"));
+        QCOMPARE(model.style().name().toQString(), QString("Mine"));
     }
 
     void testerComplainsOfWhatIsWantedAlone()
     {
-        const QStringList parentOfIcons = {
-            QStringLiteral("Inconsistent parent() implementation detected:"),
-            QStringLiteral("Actual (model->parent(index))")};
+        const QStringList parentOfIcons = {"Inconsistent parent() implementation detected:",
+                                           "Actual (model->parent(index))"};
         ZvStyleModel plain(ZvStyle("x"), nullptr);
         QCOMPARE(complaints(plain), parentOfIcons);
 
         ZvStyle style = light();
         style.setEditorColour("Testplan", "x", Qt::red);
         ZvStyleModel withEditors(style, nullptr);
-        const QString otherIndexAtEachCall = QStringLiteral("Actual (index)");
+        const QString otherIndexAtEachCall = "Actual (index)";
         QCOMPARE(complaints(withEditors), parentOfIcons + QStringList{otherIndexAtEachCall});
 
         // Nothing else hides behind these.
@@ -634,7 +630,7 @@ private Q_SLOTS:
         QVERIFY(view->isVisible());
         QVERIFY(view->testAttribute(Qt::WA_DeleteOnClose));
         QVERIFY(!view->parent());
-        QCOMPARE(view->windowTitle(), QStringLiteral("Current Style"));
+        QCOMPARE(view->windowTitle(), QString("Current Style"));
         QVERIFY(view->isHeaderHidden());
         // Qt's own size has room for a dozen rows.
         const int lines = 30 * view->fontMetrics().lineSpacing();
@@ -642,7 +638,7 @@ private Q_SLOTS:
         auto* const model = dynamic_cast<ZvStyleModel*>(view->model());
         QVERIFY(model);
         QCOMPARE(static_cast<QObject*>(model)->parent(), view.data());
-        QCOMPARE(model->style().name().toQString(), QStringLiteral("Light"));
+        QCOMPARE(model->style().name().toQString(), QString("Light"));
 
         // A person opens all of it.
         view->expandAll();

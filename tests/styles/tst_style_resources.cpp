@@ -38,7 +38,7 @@ using libzvutil::ZvStyleManager;
 
 namespace {
 
-const QString folder = QStringLiteral(":/libzvutil/style/");
+const QString folder = ":/libzvutil/style/";
 
 QByteArray resource(const QString& name)
 {
@@ -59,9 +59,9 @@ struct ReadRule
 /// The rules of a style sheet, in which no declaration holds a brace or a semicolon.
 std::vector<ReadRule> rulesOf(QString text)
 {
-    static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"),
+    static const QRegularExpression comment("/\\*.*?\\*/",
                                             QRegularExpression::DotMatchesEverythingOption);
-    static const QRegularExpression rule(QStringLiteral("([^{}]+)\\{([^{}]*)\\}"));
+    static const QRegularExpression rule("([^{}]+)\\{([^{}]*)\\}");
     text.remove(comment);
     std::vector<ReadRule> rules;
     QRegularExpressionMatchIterator matches = rule.globalMatch(text);
@@ -83,7 +83,7 @@ QStringList warnings;
 void collectWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
     // The offscreen platform complains about every window.
-    const bool isPlatforms = text.startsWith(QStringLiteral("This plugin does not support"));
+    const bool isPlatforms = text.startsWith("This plugin does not support");
     if (type != QtDebugMsg && type != QtInfoMsg && !isPlatforms)
         warnings += text;
 }
@@ -95,7 +95,7 @@ void addRow(QGridLayout& grid, int row, const char* name)
     grid.addWidget(new QLabel(QString::fromLatin1(name)), row, 0);
     for (int column = 1; column <= 4; ++column) {
         auto* const control = new Control;
-        control->setText(QStringLiteral("Label"));
+        control->setText("Label");
         control->setDisabled(column == 2);
         control->setDown(column == 3);
         control->setChecked(column == 4);
@@ -108,29 +108,29 @@ std::unique_ptr<QWidget> sampleWindow()
     auto window = std::make_unique<QWidget>();
     auto* const grid = new QGridLayout(window.get());
     int column = 1;
-    grid->addWidget(new QLabel(QStringLiteral("Type")), 0, 0);
+    grid->addWidget(new QLabel("Type"), 0, 0);
     for (const char* state : {"Enabled", "Disabled", "Pressed", "Checked"})
         grid->addWidget(new QLabel(QString::fromLatin1(state)), 0, column++);
     addRow<QPushButton>(*grid, 1, "Button");
     addRow<QCheckBox>(*grid, 2, "Checkbox");
     addRow<QRadioButton>(*grid, 3, "RadioButton");
     addRow<QToolButton>(*grid, 4, "ToolButton");
-    auto* const partial = new QCheckBox(QStringLiteral("Label"));
+    auto* const partial = new QCheckBox("Label");
     partial->setCheckState(Qt::PartiallyChecked);
-    grid->addWidget(new QLabel(QStringLiteral("PartialCheckbox")), 5, 0);
+    grid->addWidget(new QLabel("PartialCheckbox"), 5, 0);
     grid->addWidget(partial, 5, 1);
     auto* const combo = new QComboBox;
-    combo->addItem(QStringLiteral("Label"));
+    combo->addItem("Label");
     grid->addWidget(combo, 5, 2);
-    auto* const disabled = new QLineEdit(QStringLiteral("Label"));
+    auto* const disabled = new QLineEdit("Label");
     disabled->setDisabled(true);
-    grid->addWidget(new QLineEdit(QStringLiteral("Label")), 5, 3);
+    grid->addWidget(new QLineEdit("Label"), 5, 3);
     grid->addWidget(disabled, 5, 4);
     auto* const tabs = new QTabWidget;
-    tabs->addTab(new QPlainTextEdit(QStringLiteral("Label")), QStringLiteral("Text"));
-    tabs->addTab(new QWidget, QStringLiteral("Other"));
+    tabs->addTab(new QPlainTextEdit("Label"), "Text");
+    tabs->addTab(new QWidget, "Other");
     grid->addWidget(tabs, 6, 0, 1, 3);
-    auto* const group = new QGroupBox(QStringLiteral("Group"));
+    auto* const group = new QGroupBox("Group");
     auto* const progress = new QProgressBar;
     progress->setValue(60);
     (new QVBoxLayout(group))->addWidget(progress);
@@ -149,8 +149,7 @@ private Q_SLOTS:
 
     void templatePath()
     {
-        QCOMPARE(ZvStyle::TemplateResourcePath(),
-                 QStringLiteral(":/libzvutil/style/template.tqss"));
+        QCOMPARE(ZvStyle::TemplateResourcePath(), QString(":/libzvutil/style/template.tqss"));
     }
 
     void templateRules_data()
@@ -177,7 +176,7 @@ private Q_SLOTS:
 
     void templateForm()
     {
-        const QByteArray bytes = resource(QStringLiteral("template.tqss"));
+        const QByteArray bytes = resource("template.tqss");
         QVERIFY(std::all_of(bytes.begin(), bytes.end(), [](char c) {
             return c == '\r' || c == '\n' || (c >= ' ' && c < 127);
         }));
@@ -191,15 +190,14 @@ private Q_SLOTS:
     void templateComments()
     {
         const QString text = templateText();
-        const int menuBar = text.indexOf(QStringLiteral("QMenuBar::item:selected, QMenu::item"));
-        const int toolBar = text.indexOf(QStringLiteral("QMenuBar, QToolBar\r\n"));
+        const int menuBar = text.indexOf("QMenuBar::item:selected, QMenu::item");
+        const int toolBar = text.indexOf("QMenuBar, QToolBar\r\n");
         const QString between = text.mid(menuBar, toolBar - menuBar);
-        QVERIFY(between.contains(
-            QStringLiteral("This breaks empty table entries that are then written to.")));
-        QVERIFY(between.contains(QStringLiteral("@textEnabled")));
-        QVERIFY(between.contains(QStringLiteral("@textDisabled")));
-        QVERIFY(text.contains(QStringLiteral(
-            "/*TODO: this needs to be changed for light mode.**/\r\nQCheckBox::indicator\r\n{")));
+        QVERIFY(between.contains("This breaks empty table entries that are then written to."));
+        QVERIFY(between.contains("@textEnabled"));
+        QVERIFY(between.contains("@textDisabled"));
+        QVERIFY(text.contains(
+            "/*TODO: this needs to be changed for light mode.**/\r\nQCheckBox::indicator\r\n{"));
     }
 
     void templateVariables()
@@ -211,12 +209,12 @@ private Q_SLOTS:
             QVERIFY(!text.contains(QLatin1String(unused)));
         ZvStyleManager::SetStyle(ZvStyleManager::Library().light());
         ZvStyleManager::Refresh();
-        static const QRegularExpression variable(QStringLiteral("@\\w+"));
+        static const QRegularExpression variable("@\\w+");
         QStringList left;
         QRegularExpressionMatchIterator matches = variable.globalMatch(qApp->styleSheet());
         while (matches.hasNext())
             left += matches.next().captured();
-        QCOMPARE(left, QStringList{QStringLiteral("@interactiveDisabled")});
+        QCOMPARE(left, QStringList{"@interactiveDisabled"});
     }
 
     void substitutionSteps_data()
@@ -286,26 +284,24 @@ private Q_SLOTS:
     {
         ZvStyle style("x");
         style.setEditorColour("TESTPLAN", "comment", QColor(1, 2, 3, 4));
-        QCOMPARE(substituted(style, QStringLiteral("@testplanCommentTextEnabled")),
-                 QStringLiteral("#04010203"));
+        QCOMPARE(substituted(style, "@testplanCommentTextEnabled"), QString("#04010203"));
     }
 
     void iconPathsMayHoldVariables()
     {
         ZvStyle style("x");
-        style.setIcon(libzvutil::ZvStyleIcon::CheckboxTick, QStringLiteral("@iconMenu@panel"));
-        style.setIcon(libzvutil::ZvStyleIcon::Menu, QStringLiteral("m.svg"));
-        QCOMPARE(substituted(style, QStringLiteral("@iconCheckboxTick")),
-                 QStringLiteral("m.svg@panel"));
+        style.setIcon(libzvutil::ZvStyleIcon::CheckboxTick, "@iconMenu@panel");
+        style.setIcon(libzvutil::ZvStyleIcon::Menu, "m.svg");
+        QCOMPARE(substituted(style, "@iconCheckboxTick"), QString("m.svg@panel"));
         // The editors' variable comes behind all icons.
         style.setEditorColour("Testplan", "Comment", QColor(1, 2, 3, 4));
         for (const libzvutil::ZvStyleIcon icon :
              {libzvutil::ZvStyleIcon::CheckboxTick, libzvutil::ZvStyleIcon::CheckboxIndeterminate,
               libzvutil::ZvStyleIcon::Close, libzvutil::ZvStyleIcon::Menu})
-            style.setIcon(icon, QStringLiteral("@testplanCommentTextEnabled"));
+            style.setIcon(icon, "@testplanCommentTextEnabled");
         for (const char* const icon :
              {"@iconCheckboxTick", "@iconCheckboxIndeterminate", "@iconClose", "@iconMenu"})
-            QCOMPARE(substituted(style, QString::fromLatin1(icon)), QStringLiteral("#04010203"));
+            QCOMPARE(substituted(style, QString::fromLatin1(icon)), QString("#04010203"));
     }
 
     void svgFiles_data()
@@ -313,10 +309,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("paths");
         QTest::addColumn<bool>("filled");
-        QTest::newRow("tick") << QStringLiteral("M26,49.5l16,15.5l32,-31") << 1 << false;
-        QTest::newRow("cross") << QStringLiteral("M24,24l52,52|M24,76l52,-52") << 2 << false;
-        QTest::newRow("indeterminate") << QStringLiteral("M24,50l52,0") << 1 << false;
-        QTest::newRow("menu") << QStringLiteral("M24,35l52,0l-26,41l-26,-41Z") << 1 << true;
+        QTest::newRow("tick") << "M26,49.5l16,15.5l32,-31" << 1 << false;
+        QTest::newRow("cross") << "M24,24l52,52|M24,76l52,-52" << 2 << false;
+        QTest::newRow("indeterminate") << "M24,50l52,0" << 1 << false;
+        QTest::newRow("menu") << "M24,35l52,0l-26,41l-26,-41Z" << 1 << true;
     }
 
     void svgFiles()
@@ -326,13 +322,11 @@ private Q_SLOTS:
         QFETCH(bool, filled);
         const QString shape = QString::fromLatin1(QTest::currentDataTag());
         for (const bool isBlack : {true, false}) {
-            const QString name =
-                shape + (isBlack ? QStringLiteral("-black.svg") : QStringLiteral("-white.svg"));
-            const QString colour = isBlack ? QStringLiteral("#000") : QStringLiteral("#ebebeb");
+            const QString name = shape + (isBlack ? QString("-black.svg") : QString("-white.svg"));
+            const QString colour = isBlack ? QString("#000") : QString("#ebebeb");
             QXmlStreamReader reader(resource(name));
             QVERIFY(reader.readNextStartElement());
-            QCOMPARE(reader.attributes().value(QStringLiteral("viewBox")),
-                     QStringLiteral("0 0 100 100"));
+            QCOMPARE(reader.attributes().value("viewBox"), QString("0 0 100 100"));
             QStringList found;
             while (reader.readNextStartElement()) {
                 const QXmlStreamAttributes attributes = reader.attributes();
@@ -341,12 +335,12 @@ private Q_SLOTS:
                 };
                 found += value("d");
                 QCOMPARE(value("stroke"), colour);
-                QCOMPARE(value("stroke-width"), QStringLiteral("8px"));
-                QCOMPARE(value("stroke-linecap"), QStringLiteral("round"));
-                QCOMPARE(value("stroke-linejoin"), QStringLiteral("round"));
-                QCOMPARE(value("fill"), filled ? colour : QStringLiteral("none"));
-                QCOMPARE(value("fill-opacity"), filled ? QStringLiteral("0.8") : QString());
-                QCOMPARE(value("stroke-opacity"), filled ? QStringLiteral("0.8") : QString());
+                QCOMPARE(value("stroke-width"), QString("8px"));
+                QCOMPARE(value("stroke-linecap"), QString("round"));
+                QCOMPARE(value("stroke-linejoin"), QString("round"));
+                QCOMPARE(value("fill"), filled ? colour : QString("none"));
+                QCOMPARE(value("fill-opacity"), filled ? QString("0.8") : QString());
+                QCOMPARE(value("stroke-opacity"), filled ? QString("0.8") : QString());
                 reader.skipCurrentElement();
             }
             QVERIFY(!reader.hasError());
@@ -376,16 +370,15 @@ private Q_SLOTS:
         QStringList expected;
         for (const char* shape : {"cross", "indeterminate", "menu", "tick"}) {
             for (const int size : {100, 25, 50}) {
-                const QString name =
-                    QStringLiteral("%1-%2.png").arg(QLatin1String(shape)).arg(size);
+                const QString name = QString("%1-%2.png").arg(QLatin1String(shape)).arg(size);
                 QCOMPARE(QImage(folder + name).size(), QSize(size, size));
                 expected += name;
             }
         }
-        QCOMPARE(QImage(folder + QStringLiteral("menu-dark-25.png")).size(), QSize(25, 25));
-        expected += QStringLiteral("menu-dark-25.png");
+        QCOMPARE(QImage(folder + "menu-dark-25.png").size(), QSize(25, 25));
+        expected += "menu-dark-25.png";
         expected.sort();
-        QStringList found = QDir(folder).entryList({QStringLiteral("*.png")});
+        QStringList found = QDir(folder).entryList({"*.png"});
         found.sort();
         QCOMPARE(found, expected);
         QCOMPARE(QDir(folder).entryList().size(), 2 + 8 + 13);
@@ -410,10 +403,9 @@ private Q_SLOTS:
         QCOMPARE(warnings, QStringList());
 
         // For people to look at.
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(picture.save(QStringLiteral(PICTURES "/controls-%1.png").arg(style)));
-        const QColor panel(style == QLatin1String("Dark") ? QColor(0x20, 0x20, 0x20)
-                                                          : QColor(0xF0, 0xF0, 0xF0));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(picture.save(QString(PICTURES "/controls-%1.png").arg(style)));
+        const QColor panel(style == "Dark" ? QColor(0x20, 0x20, 0x20) : QColor(0xF0, 0xF0, 0xF0));
         QCOMPARE(picture.toImage().pixelColor(1, 1), panel);
     }
 
@@ -422,8 +414,8 @@ private:
     static QString substituted(const ZvStyle& style, const QString& text)
     {
         if (!style.apply(text))
-            return QStringLiteral("nothing applied");
-        return qApp->styleSheet().section(QStringLiteral("}\n"), -1);
+            return "nothing applied";
+        return qApp->styleSheet().section("}\n", -1);
     }
 
     const zvtest::StyleHost m_host;

@@ -45,38 +45,30 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QFETCH(QString, result);
-        QCOMPARE(substitute_variables(text, variables(QStringLiteral("Bc"))), result);
+        QCOMPARE(substitute_variables(text, variables("Bc")), result);
     }
 
     void valueThatCompletesAnEarlierVariable()
     {
-        QCOMPARE(
-            substitute_variables(QStringLiteral("@pane@iconA"), variables(QStringLiteral("l"))),
-            QStringLiteral("@panel"));
+        QCOMPARE(substitute_variables("@pane@iconA", variables("l")), QString("@panel"));
     }
 
     void valuesWithSigns()
     {
         // What a value holds is seen by the variables that follow, not by those before.
-        QCOMPARE(substitute_variables(QStringLiteral("@iconA"),
-                                      variables(QStringLiteral("@panel@lastVariable"))),
-                 QStringLiteral("@panelend"));
-        QCOMPARE(
-            substitute_variables(QStringLiteral("@iconA"), variables(QStringLiteral("@iconA"))),
-            QStringLiteral("@iconA"));
+        QCOMPARE(substitute_variables("@iconA", variables("@panel@lastVariable")),
+                 QString("@panelend"));
+        QCOMPARE(substitute_variables("@iconA", variables("@iconA")), QString("@iconA"));
     }
 
 private:
     static std::vector<variable> variables(const QString& iconValue)
     {
         return {
-            {QLatin1String("@panel"), QStringLiteral("#1")},
-            {QLatin1String("@accentL3"), QStringLiteral("#3")},
-            {QLatin1String("@accent"), QStringLiteral("#2")},
-            {QLatin1String("@iconBc"), QStringLiteral("path")},
-            {QLatin1String("@iconA"), iconValue},
-            {QLatin1String("@iconB"), QString()},
-            {QLatin1String("@lastVariable"), QStringLiteral("end")},
+            {QLatin1String("@panel"), "#1"},         {QLatin1String("@accentL3"), "#3"},
+            {QLatin1String("@accent"), "#2"},        {QLatin1String("@iconBc"), "path"},
+            {QLatin1String("@iconA"), iconValue},    {QLatin1String("@iconB"), QString()},
+            {QLatin1String("@lastVariable"), "end"},
         };
     }
 };

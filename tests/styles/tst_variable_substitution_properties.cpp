@@ -86,7 +86,7 @@ rc::Gen<std::vector<variable>> genVariables()
             for (std::size_t i = 0; i < std::size(styleVariables); ++i)
                 variables.push_back(
                     {QLatin1String(styleVariables[i]),
-                     isIconVariable(styleVariables[i]) ? paths[i] : QStringLiteral("#ff00ff00")});
+                     isIconVariable(styleVariables[i]) ? paths[i] : QString("#ff00ff00")});
             return variables;
         });
 }

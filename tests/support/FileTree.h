@@ -7,21 +7,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <cstddef>
 #include <filesystem>
 #include <system_error>
 
 namespace zvtest {
-
-inline namespace literals {
-
-/// A text from UTF-8.
-inline QString operator""_q(const char* text, std::size_t size)
-{
-    return QString::fromUtf8(text, static_cast<int>(size));
-}
-
-} // namespace literals
 
 /// The path of the file system for a text.
 inline std::filesystem::path stdPath(const QString& path)
@@ -32,7 +21,7 @@ inline std::filesystem::path stdPath(const QString& path)
 /// Where very many files are quickly made: in memory, if the system has such a place.
 inline QString quickPlace()
 {
-    const QFileInfo memory("/dev/shm"_q);
+    const QFileInfo memory("/dev/shm");
     return memory.isDir() && memory.isWritable() ? memory.filePath() : QDir::tempPath();
 }
 
@@ -41,7 +30,7 @@ class FileTree
 {
 public:
     explicit FileTree(const QStringList& files = {}, const QString& place = quickPlace())
-        : m_dir(place + "/zvtest-XXXXXX"_q)
+        : m_dir(place + "/zvtest-XXXXXX")
     {
         m_dir.setAutoRemove(false);
         for (const QString& name : files)
@@ -70,7 +59,7 @@ public:
             qFatal("there is no room for the files");
     }
 
-    void files(int count, const QString& pattern = "%1.txt"_q) const
+    void files(int count, const QString& pattern = "%1.txt") const
     {
         for (int i = 0; i < count; ++i)
             file(pattern.arg(i));

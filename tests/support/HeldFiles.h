@@ -14,7 +14,7 @@ inline QStringList temporaryFiles(const QString& folder, const QString& target)
     QStringList files = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
     files.removeAll(QFileInfo(target).fileName());
 #if defined(Q_OS_LINUX)
-    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const QDir descriptors("/proc/self/fd");
     const QString real = QFileInfo(folder).canonicalFilePath() + QLatin1Char('/');
     const QFileInfoList links = descriptors.entryInfoList(QDir::AllEntries | QDir::System);
     for (const QFileInfo& link : links) {

@@ -18,22 +18,19 @@ public:
     StyleHost()
     {
         host::setPathSymbol("ZVAPPDATAPATH", m_dir.path().toStdString());
-        host::setOptionsFile(m_dir.filePath(QStringLiteral("options.ini")).toStdString());
+        host::setOptionsFile(m_dir.filePath("options.ini").toStdString());
     }
 
     bool isValid() const { return m_dir.isValid(); }
     QString path() const { return m_dir.path(); }
 
-    QString libraryFile() const { return m_dir.filePath(QStringLiteral("ui/styles.xml")); }
-    QString modificationsFile() const
-    {
-        return m_dir.filePath(QStringLiteral("ui/modifications.qss"));
-    }
+    QString libraryFile() const { return m_dir.filePath("ui/styles.xml"); }
+    QString modificationsFile() const { return m_dir.filePath("ui/modifications.qss"); }
 
     /// Writes a file of the style directory, which is made if need be.
     bool write(const QString& name, const QByteArray& bytes) const
     {
-        return QDir(m_dir.path()).mkpath(QStringLiteral("ui")) && writeTo(name, bytes);
+        return QDir(m_dir.path()).mkpath("ui") && writeTo(name, bytes);
     }
 
 private:

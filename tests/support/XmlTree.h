@@ -116,12 +116,12 @@ private:
             nothing();
             element(child);
         }
-        m_text += QLatin1String("</") + name + QLatin1String(chance(3) ? " \n>" : ">");
+        m_text += "</" + name + QLatin1String(chance(3) ? " \n>" : ">");
     }
 
     void attribute(const QString& name, const QVector<uint>& value)
     {
-        m_text += QLatin1Char(' ') + name + QLatin1String("=\"");
+        m_text += QLatin1Char(' ') + name + "=\"";
         for (const uint code : value) {
             if (code == '<' || code == '&' || code == '"' || code == '\n' || mayRefer(code))
                 reference(code);
@@ -141,8 +141,7 @@ private:
             if (mayBreak && i > 0)
                 nothing();
             if (mayBreak && code != '>' && chance(6))
-                m_text +=
-                    QLatin1String("<![CDATA[") + QString::fromUcs4(&code, 1) + QLatin1String("]]>");
+                m_text += "<![CDATA[" + QString::fromUcs4(&code, 1) + "]]>";
             else if (m_all && code == 't')
                 append(chance(2) ? "&tt;" : "&t;");
             else if (code == '<' || code == '&' || code == '>' || mayRefer(code))
@@ -162,8 +161,7 @@ private:
             append("&amp;");
             return;
         default:
-            m_text += chance(2) ? QLatin1String("&#x") + QString::number(code, 16)
-                                : QLatin1String("&#") + QString::number(code);
+            m_text += chance(2) ? "&#x" + QString::number(code, 16) : "&#" + QString::number(code);
             append(";");
         }
     }

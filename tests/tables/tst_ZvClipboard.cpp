@@ -29,9 +29,9 @@ static_assert(std::is_empty_v<ZvClipboard> && !std::is_polymorphic_v<ZvClipboard
 static_assert(std::is_default_constructible_v<ZvClipboard>);
 static_assert(std::is_copy_assignable_v<ZvClipboard> && std::is_move_assignable_v<ZvClipboard>);
 
-const QString csv = QStringLiteral("text/csv");
-const QString windowsCsv = QStringLiteral("application/x-qt-windows-mime;value=\"Csv\"");
-const QString plain = QStringLiteral("text/plain");
+const QString csv = "text/csv";
+const QString windowsCsv = "application/x-qt-windows-mime;value=\"Csv\"";
+const QString plain = "text/plain";
 
 /// Patience with another process on a busy machine.
 constexpr int patience = 60000;
@@ -55,7 +55,7 @@ class OtherText : public QMimeData
 protected:
     QVariant retrieveData(const QString& /*format*/, QVariant::Type type) const override
     {
-        return type == QVariant::String ? QVariant(QStringLiteral("x")) : QVariant();
+        return type == QVariant::String ? QVariant("x") : QVariant();
     }
 };
 
@@ -72,7 +72,7 @@ public:
     {
         if (left-- == 0)
             throw std::runtime_error("no text");
-        return QStringLiteral("x");
+        return "x";
     }
 
     static inline int alive = 0;
@@ -82,14 +82,14 @@ public:
 /// Only there other programs share the clipboard with this one.
 bool isX11()
 {
-    return QGuiApplication::platformName() == QLatin1String("xcb");
+    return QGuiApplication::platformName() == "xcb";
 }
 
-const QString peer = QStringLiteral(PEER_FILE);
+const QString peer = PEER_FILE;
 
 QString xclip()
 {
-    return QStandardPaths::findExecutable(QStringLiteral("xclip"));
+    return QStandardPaths::findExecutable("xclip");
 }
 
 /// Why nothing can be exchanged with a program; null if it can.
@@ -121,9 +121,7 @@ QByteArray outputOf(const QString& program, const QStringList& arguments)
 
 QByteArray xclipOutput(const QString& target)
 {
-    return outputOf(xclip(),
-                    {QStringLiteral("-selection"), QStringLiteral("clipboard"),
-                     QStringLiteral("-o"), QStringLiteral("-t"), target});
+    return outputOf(xclip(), {"-selection", "clipboard", "-o", "-t", target});
 }
 
 /// A process that offers something on the clipboard as long as it runs. When it is ready, word of it may
@@ -187,7 +185,7 @@ private Q_SLOTS:
     void tableComesBackAsItWas()
     {
         QFETCH(bool, isMoved);
-        const Grid grid{{1, QStringLiteral("a,b")}, {QVariant(), 1.5}};
+        const Grid grid{{1, "a,b"}, {QVariant(), 1.5}};
         ZvTable table = tableOf(grid);
         const libzvutil::ZvVariant* const place = &table.value(0, 0);
         ZvClipboard clipboard;
@@ -215,7 +213,7 @@ private Q_SLOTS:
 
         QCOMPARE(content()->data(csv), QByteArray("1,\"a,b\"\n,1.5"));
         QCOMPARE(content()->data(windowsCsv), QByteArray("1,\"a,b\"\n,1.5"));
-        QCOMPARE(content()->text(), QStringLiteral("1\ta,b\n\t1.5"));
+        QCOMPARE(content()->text(), QString("1\ta,b\n\t1.5"));
         QCOMPARE(bytesOf(clipboard.stringData()), "1\ta,b\n\t1.5"s);
     }
 
@@ -280,7 +278,7 @@ private Q_SLOTS:
         setContent(csv, "a,b\n");
         QVERIFY(clipboard.hasTableData() && !clipboard.hasText());
         QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
-        QCOMPARE(gridOf(clipboard), (Grid{{QStringLiteral("a"), QStringLiteral("b")}}));
+        QCOMPARE(gridOf(clipboard), (Grid{{"a", "b"}}));
         QCOMPARE(bytesOf(clipboard.stringData()), ""s);
     }
 
@@ -308,7 +306,7 @@ private Q_SLOTS:
     void textIsAskedForByItsName()
     {
         QGuiApplication::clipboard()->setMimeData(new OtherText);
-        QCOMPARE(content()->text(), QStringLiteral("x"));
+        QCOMPARE(content()->text(), QString("x"));
         QCOMPARE(bytesOf(ZvClipboard().stringData()), ""s);
     }
 
@@ -320,8 +318,8 @@ private Q_SLOTS:
             data->setUrls(urls);
             QGuiApplication::clipboard()->setMimeData(data);
         };
-        const QUrl file(QStringLiteral("file:///a%20b/\u00E4"));
-        const QUrl page(QStringLiteral("http://host/x?y#z"));
+        const QUrl file("file:///a%20b/\u00E4");
+        const QUrl page("http://host/x?y#z");
         const ZvClipboard clipboard;
         set({file});
         QCOMPARE(bytesOf(clipboard.stringData()), "file:///a b/\xC3\xA4"s);
@@ -329,7 +327,7 @@ private Q_SLOTS:
         set({file, page});
         QCOMPARE(bytesOf(clipboard.stringData()), "file:///a b/\xC3\xA4\nhttp://host/x?y#z\n"s);
         QCOMPARE(bytesOf(clipboard.stringData()),
-                 content()->data(QStringLiteral("text/plain")).toStdString());
+                 content()->data(QString("text/plain")).toStdString());
     }
 
     void assignmentDoesNothing()
@@ -375,8 +373,7 @@ private Q_SLOTS:
             QSKIP(reason);
         QFETCH(QString, target);
         QFETCH(QByteArray, expected);
-        ZvClipboard().setData(
-            tableOf({{QStringLiteral("a,b"), QString(QChar(0xE4))}, {1, QVariant()}}));
+        ZvClipboard().setData(tableOf({{"a,b", QString(QChar(0xE4))}, {1, QVariant()}}));
         QCOMPARE(xclipOutput(target), expected);
     }
 
@@ -385,7 +382,7 @@ private Q_SLOTS:
         if (const char* const reason = hindrance(xclip()))
             QSKIP(reason);
         ZvClipboard().setData(ZvTable(1, 1, 0));
-        const QList<QByteArray> targets = xclipOutput(QStringLiteral("TARGETS")).split('\n');
+        const QList<QByteArray> targets = xclipOutput("TARGETS").split('\n');
         for (const QString& format : {csv, windowsCsv, plain})
             QVERIFY2(targets.contains(format.toUtf8()), qPrintable(format));
         QVERIFY(!targets.join().contains("XML Spreadsheet"));
@@ -395,8 +392,8 @@ private Q_SLOTS:
     {
         if (const char* const reason = hindrance(peer))
             QSKIP(reason);
-        ZvClipboard().setData(tableOf({{1, QStringLiteral("a,b")}, {QVariant(), 1.5}}));
-        QCOMPARE(outputOf(peer, {QStringLiteral("read")}),
+        ZvClipboard().setData(tableOf({{1, "a,b"}, {QVariant(), 1.5}}));
+        QCOMPARE(outputOf(peer, {"read"}),
                  QByteArray("table 1 own 0 text 1\n1,\"a,b\"\n,1.5\n--\n1\ta,b\n\t1.5\n"));
     }
 
@@ -409,14 +406,14 @@ private Q_SLOTS:
         const auto row = [](const char* name, const QString& target, const char* cell,
                             bool isText) {
             const QByteArray bytes = "\"a,b\", " + QByteArray(cell) + "\xC3\xA4 \r\n";
-            const Grid grid{{QStringLiteral("a,b"), QString::fromUtf8(cell) + QChar(0xE4)}};
+            const Grid grid{{"a,b", QString::fromUtf8(cell) + QChar(0xE4)}};
             QTest::newRow(name) << target << bytes << (isText ? Grid() : grid)
                                 << (isText ? bytes.toStdString() : ""s);
         };
         row("CSV", csv, "1", false);
         row("Windows CSV", windowsCsv, "2", false);
         row("text", plain, "3", true);
-        row("UTF-8 text", QStringLiteral("UTF8_STRING"), "4", true);
+        row("UTF-8 text", "UTF8_STRING", "4", true);
     }
 
     void anotherProgramOffers()
@@ -431,9 +428,7 @@ private Q_SLOTS:
         QProcess process;
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
-        process.start(xclip(),
-                      {QStringLiteral("-selection"), QStringLiteral("clipboard"),
-                       QStringLiteral("-i"), QStringLiteral("-t"), target});
+        process.start(xclip(), {"-selection", "clipboard", "-i", "-t", target});
         process.write(bytes);
         process.closeWriteChannel();
         QVERIFY(process.waitForFinished(patience));
@@ -449,12 +444,10 @@ private Q_SLOTS:
     {
         if (const char* const reason = hindrance(peer))
             QSKIP(reason);
-        const Peer other({QStringLiteral("offer"), csv, QStringLiteral("a,b"), windowsCsv,
-                          QStringLiteral("c,d"), plain, QStringLiteral("e")});
+        const Peer other({"offer", csv, "a,b", windowsCsv, "c,d", plain, "e"});
         QVERIFY(other.isReady());
         const ZvClipboard clipboard;
-        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
-                                  (Grid{{QStringLiteral("c"), QStringLiteral("d")}}), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard), (Grid{{"c", "d"}}), patience);
         QCOMPARE(bytesOf(clipboard.stringData()), "e"s);
     }
 
@@ -462,12 +455,11 @@ private Q_SLOTS:
     {
         if (const char* const reason = hindrance(peer))
             QSKIP(reason);
-        const Peer other({QStringLiteral("table"), QStringLiteral("a,b"), QStringLiteral("1")});
+        const Peer other({"table", "a,b", "1"});
         QVERIFY(other.isReady());
         // There it is its own, here it is a text like any other.
         const ZvClipboard clipboard;
-        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard),
-                                  (Grid{{QStringLiteral("a,b"), QStringLiteral("1")}}), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(gridOf(clipboard), (Grid{{"a,b", "1"}}), patience);
         QVERIFY(!clipboard.hasType(ZvInternalMimeType::table));
         QCOMPARE(bytesOf(clipboard.stringData()), "a,b\t1"s);
     }
@@ -476,8 +468,7 @@ private Q_SLOTS:
     {
         if (const char* const reason = hindrance(peer))
             QSKIP(reason);
-        auto first =
-            std::make_unique<Peer>(QStringList{QStringLiteral("offer"), csv, QStringLiteral("a")});
+        auto first = std::make_unique<Peer>(QStringList{"offer", csv, "a"});
         QVERIFY(first->isReady());
         int count = 0;
         const ZvClipboardData view = ZvClipboard().clipboardData();
@@ -486,11 +477,10 @@ private Q_SLOTS:
         // Qt has one object for the content of all others.
         first.reset();
         QTRY_VERIFY_WITH_TIMEOUT(!view.hasTableData(), patience);
-        const Peer second({QStringLiteral("table"), QStringLiteral("b"), QStringLiteral("c")});
+        const Peer second({"table", "b", "c"});
         QVERIFY(second.isReady());
         QTRY_VERIFY_WITH_TIMEOUT(view.hasTableData(), patience);
-        QCOMPARE(zvtest::gridOf(view.tableData()),
-                 (Grid{{QStringLiteral("b"), QStringLiteral("c")}}));
+        QCOMPARE(zvtest::gridOf(view.tableData()), (Grid{{"b", "c"}}));
         QVERIFY(view.isValid());
         QCOMPARE(count, 0);
     }

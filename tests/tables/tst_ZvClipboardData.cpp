@@ -38,10 +38,9 @@ static_assert(std::is_move_constructible_v<ZvClipboardData>);
 static_assert(!std::is_copy_assignable_v<ZvClipboardData>);
 static_assert(!std::is_move_assignable_v<ZvClipboardData>);
 
-const QString csv = QStringLiteral("text/csv");
-const QString windowsCsv = QStringLiteral("application/x-qt-windows-mime;value=\"Csv\"");
-const QString xmlSpreadsheet =
-    QStringLiteral("application/x-qt-windows-mime;value=\"XML Spreadsheet\"");
+const QString csv = "text/csv";
+const QString windowsCsv = "application/x-qt-windows-mime;value=\"Csv\"";
+const QString xmlSpreadsheet = "application/x-qt-windows-mime;value=\"XML Spreadsheet\"";
 
 const std::string tooManyFields =
     "write 4 CSV clipboard data invalid format: rows have different number of columns: ";
@@ -371,7 +370,7 @@ private Q_SLOTS:
 
     void ownTable()
     {
-        const Grid grid{{1, QStringLiteral(" a ")}, {QVariant(), 1.5}};
+        const Grid grid{{1, " a "}, {QVariant(), 1.5}};
         ZvClipboard().setData(tableOf(grid));
         const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
         const auto* const own = static_cast<const ZvClipboardInternalData*>(data);
@@ -552,7 +551,7 @@ private Q_SLOTS:
         const ZvTable table = tableFrom(QByteArray("a\n").repeated(10 * million));
         QCOMPARE(table.rows(), 10ULL * million + 1);
         QCOMPARE(table.columns(), 1ULL);
-        QCOMPARE(table.value(10ULL * million - 1, 0).data(), QVariant(QStringLiteral("a")));
+        QCOMPARE(table.value(10ULL * million - 1, 0).data(), QVariant("a"));
         QCOMPARE(table.value(10ULL * million, 0).data(), QVariant(QString()));
     }
 
@@ -561,7 +560,7 @@ private Q_SLOTS:
         const ZvTable table = tableFrom(QByteArray("b,").repeated(million - 1) + "b\nc");
         QCOMPARE(table.rows(), 1ULL);
         QCOMPARE(table.columns(), 1ULL * million);
-        QCOMPARE(table.value(0, million - 1).data(), QVariant(QStringLiteral("b")));
+        QCOMPARE(table.value(0, million - 1).data(), QVariant("b"));
     }
 
     void longOpenQuote_data()

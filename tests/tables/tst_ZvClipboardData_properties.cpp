@@ -22,8 +22,7 @@ namespace {
 ZvTable tableFrom(const std::string& text)
 {
     QMimeData data;
-    data.setData(QStringLiteral("text/csv"),
-                 QByteArray(text.data(), static_cast<int>(text.size())));
+    data.setData("text/csv", QByteArray(text.data(), static_cast<int>(text.size())));
     return ZvClipboardData(&data).csvData();
 }
 

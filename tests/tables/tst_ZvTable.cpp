@@ -75,7 +75,7 @@ private Q_SLOTS:
         if (columns == 0)
             QCOMPARE(table.toCSV().size(), std::size_t(0));
         else
-            QCOMPARE(gridOf(table), Grid(int(rows), Row(int(columns), QStringLiteral("x"))));
+            QCOMPARE(gridOf(table), Grid(int(rows), Row(int(columns), "x")));
 
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const ZvTable copy(table);

@@ -38,7 +38,7 @@ rc::Gen<QString> genPiece()
                                                           {1, char16_t(0xFFFF)}});
     return rc::gen::weightedOneOf<QString>(
         {{4, rc::gen::map(unit, [](char16_t u) { return QString(QChar(u)); })},
-         {1, rc::gen::just(QStringLiteral("of eight units or more"))}});
+         {1, rc::gen::just(QString("of eight units or more"))}});
 }
 
 rc::Gen<QVariant> genCell()

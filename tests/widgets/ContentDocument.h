@@ -30,7 +30,7 @@ class Document : public ZvContentWidget
 
 public:
     explicit Document(int type = 1, QWidget* parent = nullptr)
-        : ZvContentWidget(QStringLiteral("document"), parent)
+        : ZvContentWidget(QString("document"), parent)
         , m_type(type)
     {
         setAttribute(Qt::WA_DeleteOnClose, false);
@@ -42,13 +42,13 @@ public:
 
     QString closeEventText(int index) const override
     {
-        note(QStringLiteral("text %1").arg(index));
-        return QStringLiteral("text of index %1").arg(index);
+        note(QString("text %1").arg(index));
+        return QString("text of index %1").arg(index);
     }
 
     void writeFile(const zvutil::ZvFilePath& path) const override
     {
-        note(QStringLiteral("write ") + textOf(path));
+        note("write " + textOf(path));
         write(*this, path);
     }
 
@@ -59,7 +59,7 @@ public:
     {
         Q_EMIT beginSave(path, QProtectedSignal());
         const bool isWritten = writeTo(textOf(path), text);
-        note(QStringLiteral("written"));
+        note("written");
         Q_EMIT endSave(isWritten, path, QProtectedSignal());
     }
 
@@ -79,22 +79,19 @@ public:
     void note(const QString& line) const { m_notes->append(line); }
 
     QByteArray text = "contents";
-    QString typeName = QStringLiteral("Schematic");
+    QString typeName = "Schematic";
 
 private:
     void record()
     {
-        connect(this, &ZvContentWidget::beginSave, this, [this](const zvutil::ZvFilePath& path) {
-            note(QStringLiteral("begin ") + textOf(path));
-        });
-        connect(
-            this, &ZvContentWidget::endSave, this,
-            [this](bool success, const zvutil::ZvFilePath& path) {
-                note(QStringLiteral("ended %1 %2").arg(success ? "well" : "badly", textOf(path)));
-            });
-        connect(this, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
-            note(QStringLiteral("saved ") + textOf(path));
-        });
+        connect(this, &ZvContentWidget::beginSave, this,
+                [this](const zvutil::ZvFilePath& path) { note("begin " + textOf(path)); });
+        connect(this, &ZvContentWidget::endSave, this,
+                [this](bool success, const zvutil::ZvFilePath& path) {
+                    note(QString("ended %1 %2").arg(success ? "well" : "badly", textOf(path)));
+                });
+        connect(this, &ZvContentWidget::saved, this,
+                [this](const zvutil::ZvFilePath& path) { note("saved " + textOf(path)); });
         connect(this, &DockableWidgetContents::fileWatcherIgnores, this, [this](bool ignores) {
             note(ignores ? "changes are ignored" : "changes are heeded");
         });

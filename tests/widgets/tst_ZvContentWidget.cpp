@@ -220,7 +220,7 @@ private Q_SLOTS:
         QWidget parent;
         auto* const document = new Document(1, &parent);
         QCOMPARE(document->parentWidget(), &parent);
-        QCOMPARE(document->objectName(), QStringLiteral("document"));
+        QCOMPARE(document->objectName(), QString("document"));
         QVERIFY(document->filename().isEmpty());
         QCOMPARE(document->getFilename(), QString());
         QVERIFY(!document->isModified());
@@ -263,7 +263,7 @@ private Q_SLOTS:
             };
 
             explicit Large(bool& isGone)
-                : ZvContentWidget(new LargeImpl(isGone), QStringLiteral("large"), nullptr)
+                : ZvContentWidget(new LargeImpl(isGone), QString("large"), nullptr)
             {
             }
             int fileType() const override { return 0; }
@@ -277,8 +277,8 @@ private Q_SLOTS:
         bool isGone = false;
         {
             Large large(isGone);
-            large.saveAs(pathOf(QStringLiteral("/a/b.txt")));
-            QCOMPARE(large.getFilename(), QStringLiteral("/a/b.txt"));
+            large.saveAs(pathOf("/a/b.txt"));
+            QCOMPARE(large.getFilename(), QString("/a/b.txt"));
             QVERIFY(!isGone);
         }
         QVERIFY(isGone);
@@ -289,7 +289,7 @@ private Q_SLOTS:
         Document document;
         document.setFilename(pathOf(QStringLiteral("\uFEFFa.zvsch")));
         QCOMPARE(document.filename(), pathOf(QStringLiteral("\uFEFFa.zvsch")));
-        QCOMPARE(document.getFilename(), QStringLiteral("a.zvsch"));
+        QCOMPARE(document.getFilename(), QString("a.zvsch"));
         document.takeNotes();
     }
 
@@ -297,14 +297,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("shortTitle");
-        QTest::newRow("slashes") << QStringLiteral("/a/b/plan.zvsch")
-                                 << QStringLiteral("plan.zvsch");
-        QTest::newRow("backslashes")
-            << QStringLiteral("C:\\a\\plan.zvsch") << QStringLiteral("plan.zvsch");
-        QTest::newRow("no folder") << QStringLiteral("plan") << QStringLiteral("plan");
-        QTest::newRow("folder only") << QStringLiteral("/a/b/") << QString();
-        QTest::newRow("beyond ASCII")
-            << QStringLiteral("/\u00E4/\u65E5\u672C.zvsch") << QStringLiteral("\u65E5\u672C.zvsch");
+        QTest::newRow("slashes") << "/a/b/plan.zvsch"
+                                 << "plan.zvsch";
+        QTest::newRow("backslashes") << "C:\\a\\plan.zvsch"
+                                     << "plan.zvsch";
+        QTest::newRow("no folder") << "plan"
+                                   << "plan";
+        QTest::newRow("folder only") << "/a/b/" << QString();
+        QTest::newRow("beyond ASCII") << "/\u00E4/\u65E5\u672C.zvsch"
+                                      << "\u65E5\u672C.zvsch";
     }
 
     void newNameShowsInTheTitles()
@@ -313,8 +314,7 @@ private Q_SLOTS:
         QFETCH(QString, shortTitle);
         Document document;
         connect(&document, &DockableWidgetContents::titlesChanged, &document, [&document] {
-            document.note(
-                QStringLiteral("titles %1|%2").arg(document.longTitle(), document.shortTitle()));
+            document.note(QString("titles %1|%2").arg(document.longTitle(), document.shortTitle()));
         });
         document.setFilename(pathOf(path));
         QCOMPARE(document.filename(), pathOf(path));
@@ -322,9 +322,8 @@ private Q_SLOTS:
         QCOMPARE(document.longTitle(), path);
         QCOMPARE(document.shortTitle(), shortTitle);
         QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("titles %1|document").arg(path),
-                              QStringLiteral("titles %1|%2").arg(path, shortTitle),
-                              QStringLiteral("not watched")}));
+                 (QStringList{QString("titles %1|document").arg(path),
+                              QString("titles %1|%2").arg(path, shortTitle), "not watched"}));
         // Nor is anything made, or looked for.
         QVERIFY(!QFile::exists(path));
     }
@@ -332,16 +331,16 @@ private Q_SLOTS:
     void sameNameChangesNothing()
     {
         Document document;
-        document.setFilename(pathOf(QStringLiteral("/a/plan.zvsch")));
-        document.setLongTitle(QStringLiteral("long"));
-        document.setShortTitle(QStringLiteral("short"));
+        document.setFilename(pathOf("/a/plan.zvsch"));
+        document.setLongTitle("long");
+        document.setShortTitle("short");
         document.takeNotes();
-        document.setFilename(pathOf(QStringLiteral("/a/plan.zvsch")));
+        document.setFilename(pathOf("/a/plan.zvsch"));
         QVERIFY(document.takeNotes().isEmpty());
-        QCOMPARE(document.longTitle(), QStringLiteral("long"));
-        QCOMPARE(document.shortTitle(), QStringLiteral("short"));
+        QCOMPARE(document.longTitle(), QString("long"));
+        QCOMPARE(document.shortTitle(), QString("short"));
         document.setFilename(ZvFilePath());
-        QCOMPARE(document.takeNotes(), QStringList{QStringLiteral("not watched")});
+        QCOMPARE(document.takeNotes(), QStringList{"not watched"});
         QCOMPARE(document.longTitle(), QString());
         document.setFilename(ZvFilePath());
         QVERIFY(document.takeNotes().isEmpty());
@@ -352,24 +351,24 @@ private Q_SLOTS:
         Document document;
         document.setFilename(ZvFilePath());
         QVERIFY(document.takeNotes().isEmpty());
-        QCOMPARE(document.longTitle(), QStringLiteral("document"));
+        QCOMPARE(document.longTitle(), QString("document"));
     }
 
     void names()
     {
         Document document;
-        document.typeName = QStringLiteral("  Test \t\n plan ");
-        QCOMPARE(document.menuName(), QStringLiteral("Test plan"));
-        QCOMPARE(document.getMenuTitle(), QStringLiteral("Test plan"));
+        document.typeName = "  Test \t\n plan ";
+        QCOMPARE(document.menuName(), QString("Test plan"));
+        QCOMPARE(document.getMenuTitle(), QString("Test plan"));
         QCOMPARE(document.getViewContextName(), document.typeName);
         class Renamed : public Document
         {
         public:
-            QString menuName() const override { return QStringLiteral("other"); }
+            QString menuName() const override { return "other"; }
         };
         const Renamed renamed;
-        QCOMPARE(renamed.getMenuTitle(), QStringLiteral("other"));
-        QCOMPARE(renamed.getViewContextName(), QStringLiteral("Schematic"));
+        QCOMPARE(renamed.getMenuTitle(), QString("other"));
+        QCOMPARE(renamed.getViewContextName(), QString("Schematic"));
     }
 
     void closeAsksWithBothTexts_data()
@@ -389,11 +388,10 @@ private Q_SLOTS:
         const BoxAnswer answer(discards ? QMessageBox::Discard : QMessageBox::Cancel);
         QCOMPARE(document.close(), discards);
         QCOMPARE(answer.answer.count, 1);
-        QCOMPARE(answer.text, QStringLiteral("text of index 0"));
-        QCOMPARE(answer.details, QStringLiteral("text of index 1"));
+        QCOMPARE(answer.text, QString("text of index 0"));
+        QCOMPARE(answer.details, QString("text of index 1"));
         QCOMPARE(document.isVisible(), !discards);
-        QCOMPARE(document.takeNotes().mid(0, 2),
-                 (QStringList{QStringLiteral("text 0"), QStringLiteral("text 1")}));
+        QCOMPARE(document.takeNotes().mid(0, 2), (QStringList{"text 0", "text 1"}));
     }
 
     void closeOfWhatIsSavedAsksNothing()
@@ -404,8 +402,7 @@ private Q_SLOTS:
         QVERIFY(document.close());
         QCOMPARE(answer.answer.count, 0);
         // The texts are asked for all the same.
-        QCOMPARE(document.takeNotes().mid(0, 2),
-                 (QStringList{QStringLiteral("text 0"), QStringLiteral("text 1")}));
+        QCOMPARE(document.takeNotes().mid(0, 2), (QStringList{"text 0", "text 1"}));
     }
 
     void closeThroughTheFrameDoesNothing()
@@ -426,7 +423,7 @@ private Q_SLOTS:
     void outsideChangeIsReportedButNotTheOwn()
     {
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("watched.zvsch"));
+        const QString file = m_dir.filePath("watched.zvsch");
         document.saveAs(pathOf(file));
         document.enableFileWatcher(true);
         const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
@@ -453,11 +450,11 @@ private Q_SLOTS:
     void newNameEndsTheWatch()
     {
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("old name.zvsch"));
+        const QString file = m_dir.filePath("old name.zvsch");
         document.saveAs(pathOf(file));
         document.enableFileWatcher(true);
         const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);
-        document.saveAs(pathOf(m_dir.filePath(QStringLiteral("new name.zvsch"))));
+        document.saveAs(pathOf(m_dir.filePath("new name.zvsch")));
         QVERIFY(!document.isFileWatcherEnabled());
         QVERIFY(writeTo(file, "x"));
         QVERIFY(writeTo(document.getFilename(), "x"));

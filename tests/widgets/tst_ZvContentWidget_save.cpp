@@ -32,7 +32,7 @@ struct DialogAnswer
                 dialog.reject();
                 return;
             }
-            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(file);
             QMetaObject::invokeMethod(&dialog, "accept");
         })
     {
@@ -54,19 +54,16 @@ private Q_SLOTS:
     void goodSave()
     {
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("good.zvsch"));
+        const QString file = m_dir.filePath("good.zvsch");
         document.setModified(true);
         document.takeNotes();
         document.saveAs(pathOf(file));
         // Those of the document come behind what the library does in the same place.
-        QCOMPARE(
-            document.takeNotes(),
-            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
-                         QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
-                         QStringLiteral("written"), QStringLiteral("changes are heeded"),
-                         QStringLiteral("not watched"), QStringLiteral("not modified"),
-                         QStringLiteral("saved ") + file, QStringLiteral("ended well ") + file,
-                         QStringLiteral("changes are heeded")}));
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{"changes are ignored", "write " + file, "changes are ignored",
+                              "begin " + file, "written", "changes are heeded", "not watched",
+                              "not modified", "saved " + file, "ended well " + file,
+                              "changes are heeded"}));
         QCOMPARE(contentOf(file), QByteArray("contents"));
         QCOMPARE(document.getFilename(), file);
         QVERIFY(!document.isModified());
@@ -75,7 +72,7 @@ private Q_SLOTS:
         document.setModified(true);
         document.takeNotes();
         QCOMPARE(document.save(), pathOf(file));
-        QVERIFY(!document.takeNotes().contains(QStringLiteral("not watched")));
+        QVERIFY(!document.takeNotes().contains("not watched"));
         QCOMPARE(contentOf(file), QByteArray("more"));
         QVERIFY(!document.isModified());
     }
@@ -83,18 +80,16 @@ private Q_SLOTS:
     void failingWrite()
     {
         Document document;
-        const QString before = m_dir.filePath(QStringLiteral("before.zvsch"));
+        const QString before = m_dir.filePath("before.zvsch");
         document.saveAs(pathOf(before));
         document.setModified(true);
         document.takeNotes();
-        const QString file = m_dir.filePath(QStringLiteral("no such folder/x.zvsch"));
+        const QString file = m_dir.filePath("no such folder/x.zvsch");
         document.saveAs(pathOf(file));
         QCOMPARE(document.takeNotes(),
-                 (QStringList{
-                     QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
-                     QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
-                     QStringLiteral("written"), QStringLiteral("changes are heeded"),
-                     QStringLiteral("ended badly ") + file, QStringLiteral("changes are heeded")}));
+                 (QStringList{"changes are ignored", "write " + file, "changes are ignored",
+                              "begin " + file, "written", "changes are heeded",
+                              "ended badly " + file, "changes are heeded"}));
         QCOMPARE(document.getFilename(), before);
         QVERIFY(document.isModified());
         // The result is the path that was tried.
@@ -114,7 +109,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, begins);
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("throwing.zvsch"));
+        const QString file = m_dir.filePath("throwing.zvsch");
         document.write = [begins](const Document& self, const ZvFilePath& path) {
             if (begins)
                 self.begin(path);
@@ -129,11 +124,11 @@ private Q_SLOTS:
             isCaught = number == 42;
         }
         QVERIFY(isCaught);
-        QStringList expected{QStringLiteral("changes are ignored"),
-                             QStringLiteral("write ") + file};
+        QStringList expected{"changes are ignored", "write " + file};
         if (begins)
-            expected << QStringLiteral("changes are ignored") << QStringLiteral("begin ") + file;
-        expected << QStringLiteral("changes are heeded");
+            expected << "changes are ignored"
+                     << "begin " + file;
+        expected << "changes are heeded";
         QCOMPARE(document.takeNotes(), expected);
         QVERIFY(document.filename().isEmpty());
         QVERIFY(document.isModified());
@@ -147,10 +142,9 @@ private Q_SLOTS:
         document.write = [](const Document& /*self*/, const ZvFilePath& /*path*/) {};
         document.setModified(true);
         document.takeNotes();
-        document.saveAs(pathOf(QStringLiteral("/x")));
+        document.saveAs(pathOf("/x"));
         QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write /x"),
-                              QStringLiteral("changes are heeded")}));
+                 (QStringList{"changes are ignored", "write /x", "changes are heeded"}));
         QVERIFY(document.filename().isEmpty());
         QVERIFY(document.isModified());
     }
@@ -158,14 +152,13 @@ private Q_SLOTS:
     void savedClearsTheMarkAlsoForTheSameName()
     {
         Document document;
-        const ZvFilePath path = pathOf(QStringLiteral("/a/b"));
+        const ZvFilePath path = pathOf("/a/b");
         document.setFilename(path);
         document.setModified(true);
         document.takeNotes();
         document.tellSaved(path);
         QVERIFY(!document.isModified());
-        QCOMPARE(document.takeNotes(),
-                 (QStringList{QStringLiteral("not modified"), QStringLiteral("saved /a/b")}));
+        QCOMPARE(document.takeNotes(), (QStringList{"not modified", "saved /a/b"}));
     }
 
     void emptyPathDoesNothing()
@@ -181,19 +174,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("filter");
-        QTest::newRow("schematic")
-            << 1 << QStringLiteral("Schematic") << QStringLiteral("Save Schematic as...")
-            << QStringLiteral("Schematics (*.zvsch)");
-        QTest::newRow("test plan")
-            << 2 << QStringLiteral("Test plan") << QStringLiteral("Save Test plan as...")
-            << QStringLiteral("Test plans (*.testplan)");
-        QTest::newRow("plural by an s")
-            << 1 << QStringLiteral("Entry") << QStringLiteral("Save Entry as...")
-            << QStringLiteral("Entrys (*.zvsch)");
+        QTest::newRow("schematic") << 1 << "Schematic"
+                                   << "Save Schematic as..."
+                                   << "Schematics (*.zvsch)";
+        QTest::newRow("test plan") << 2 << "Test plan"
+                                   << "Save Test plan as..."
+                                   << "Test plans (*.testplan)";
+        QTest::newRow("plural by an s") << 1 << "Entry"
+                                        << "Save Entry as..."
+                                        << "Entrys (*.zvsch)";
         // Qt itself shows the filter without needless blanks.
-        QTest::newRow("blanks stay")
-            << 1 << QStringLiteral(" My  type ") << QStringLiteral("Save  My  type  as...")
-            << QStringLiteral("My type s (*.zvsch)");
+        QTest::newRow("blanks stay") << 1 << " My  type "
+                                     << "Save  My  type  as..."
+                                     << "My type s (*.zvsch)";
     }
 
     void dialogAsksForThePath()
@@ -204,7 +197,7 @@ private Q_SLOTS:
         QFETCH(QString, filter);
         Document document(type);
         document.typeName = name;
-        const QString file = m_dir.filePath(QStringLiteral("chosen \u00E4.x"));
+        const QString file = m_dir.filePath("chosen \u00E4.x");
         const DialogAnswer answer(file);
         QCOMPARE(textOf(document.requestSavePath()), file);
         QCOMPARE(answer.answer.count, 1);
@@ -217,7 +210,7 @@ private Q_SLOTS:
     {
         Document document;
         // Without an extension, which nobody adds.
-        const QString file = m_dir.filePath(QStringLiteral("first"));
+        const QString file = m_dir.filePath("first");
         {
             const DialogAnswer answer(file);
             QCOMPARE(textOf(document.save()), file);
@@ -230,7 +223,7 @@ private Q_SLOTS:
             QCOMPARE(textOf(document.save()), file);
             QCOMPARE(answer.answer.count, 0);
         }
-        const QString other = m_dir.filePath(QStringLiteral("other.zvsch"));
+        const QString other = m_dir.filePath("other.zvsch");
         const DialogAnswer answer(other);
         QCOMPARE(textOf(document.saveAs()), other);
         QCOMPARE(answer.answer.count, 1);
@@ -259,13 +252,13 @@ private Q_SLOTS:
     void documentWithoutAFile()
     {
         Document document(0);
-        const DialogAnswer answer(m_dir.filePath(QStringLiteral("x")));
+        const DialogAnswer answer(m_dir.filePath("x"));
         QVERIFY(document.save().isEmpty());
         QVERIFY(document.saveAs().isEmpty());
         QCOMPARE(answer.answer.count, 0);
         QVERIFY(document.takeNotes().isEmpty());
         // One that has a name all the same is written.
-        const QString file = m_dir.filePath(QStringLiteral("type 0"));
+        const QString file = m_dir.filePath("type 0");
         document.setFilename(pathOf(file));
         QCOMPARE(textOf(document.save()), file);
         QCOMPARE(contentOf(file), QByteArray("contents"));
@@ -293,9 +286,9 @@ private Q_SLOTS:
         };
         Asking document;
         QVERIFY(document.save().isEmpty());
-        document.answer = m_dir.filePath(QStringLiteral("asked"));
+        document.answer = m_dir.filePath("asked");
         QCOMPARE(textOf(document.save()), document.answer);
-        document.answer = m_dir.filePath(QStringLiteral("asked again"));
+        document.answer = m_dir.filePath("asked again");
         QCOMPARE(textOf(document.saveAs()), document.answer);
     }
 };

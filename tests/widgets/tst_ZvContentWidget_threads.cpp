@@ -28,7 +28,7 @@ private Q_SLOTS:
     void saveFromAWorkerThread()
     {
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("worker.zvsch"));
+        const QString file = m_dir.filePath("worker.zvsch");
         std::thread worker;
         std::atomic<bool> mayWrite{false};
         document.write = [&](const Document& self, const ZvFilePath& path) {
@@ -43,10 +43,8 @@ private Q_SLOTS:
         document.takeNotes();
         document.saveAs(pathOf(file));
         // It has returned before anything else has happened.
-        QCOMPARE(
-            document.takeNotes(),
-            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("write ") + file,
-                         QStringLiteral("changes are heeded")}));
+        QCOMPARE(document.takeNotes(),
+                 (QStringList{"changes are ignored", "write " + file, "changes are heeded"}));
         mayWrite = true;
         worker.join();
         QVERIFY(document.takeNotes().isEmpty());
@@ -56,10 +54,8 @@ private Q_SLOTS:
         // The document's own notes of the signals are delivered along with the library's.
         QCOMPARE(
             notes,
-            (QStringList{QStringLiteral("changes are ignored"), QStringLiteral("begin ") + file,
-                         QStringLiteral("changes are heeded"), QStringLiteral("not watched"),
-                         QStringLiteral("not modified"), QStringLiteral("saved ") + file,
-                         QStringLiteral("ended well ") + file}));
+            (QStringList{"changes are ignored", "begin " + file, "changes are heeded",
+                         "not watched", "not modified", "saved " + file, "ended well " + file}));
         QCOMPARE(document.getFilename(), file);
         QCOMPARE(contentOf(file), QByteArray("contents"));
     }
@@ -67,7 +63,7 @@ private Q_SLOTS:
     void ownWritingOnAWorkerIsNotReported()
     {
         Document document;
-        const QString file = m_dir.filePath(QStringLiteral("watched worker.zvsch"));
+        const QString file = m_dir.filePath("watched worker.zvsch");
         document.saveAs(pathOf(file));
         document.enableFileWatcher(true);
         const QSignalSpy changes(&document, &DockableWidgetContents::fileChangedOutside);

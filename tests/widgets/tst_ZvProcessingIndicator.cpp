@@ -170,7 +170,7 @@ private Q_SLOTS:
             for (const double distance : {0.2, 0.325, 0.45}) {
                 const int alpha = alphaAt(image, distance, degrees);
                 QVERIFY2(std::abs(alpha - expected) <= 2,
-                         qPrintable(QStringLiteral("bar %1 at %2: %3 for %4")
+                         qPrintable(QString("bar %1 at %2: %3 for %4")
                                         .arg(bar)
                                         .arg(distance)
                                         .arg(alpha)

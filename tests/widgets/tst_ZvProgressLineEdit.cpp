@@ -31,7 +31,7 @@ template <typename Change>
 int refusedStops(Change change)
 {
     const QStringList warnings = zvtest::warningsOf(change);
-    return warnings.filter(QStringLiteral("QGradient::setColorAt: ")).size();
+    return warnings.filter(QString("QGradient::setColorAt: ")).size();
 }
 
 } // namespace
@@ -43,7 +43,7 @@ class tst_ZvProgressLineEdit : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setStyle(QStyleFactory::create("Fusion"));
         setBase(white);
     }
 
@@ -59,9 +59,9 @@ private Q_SLOTS:
         QCOMPARE(edit->progressMaximum(), 0);
         QCOMPARE(edit->progressValue(), 0);
         QCOMPARE(base(*edit), QLineEdit().palette().brush(QPalette::Active, QPalette::Base));
-        const auto* const other = new ZvProgressLineEdit(QStringLiteral("text"), &parent);
+        const auto* const other = new ZvProgressLineEdit(QString("text"), &parent);
         QCOMPARE(other->parentWidget(), &parent);
-        QCOMPARE(other->text(), QStringLiteral("text"));
+        QCOMPARE(other->text(), QString("text"));
         QCOMPARE(other->progressMaximum(), 0);
         QCOMPARE(other->progressValue(), 0);
     }
@@ -230,7 +230,7 @@ private Q_SLOTS:
         font.setPixelSize(60);
         edit.setFont(font);
         const int after = edit.cursorPositionAt(QPoint(200, 40));
-        QVERIFY2(after < before, qPrintable(QStringLiteral("%1, %2").arg(before).arg(after)));
+        QVERIFY2(after < before, qPrintable(QString("%1, %2").arg(before).arg(after)));
     }
 
     void backgroundIsPainted()

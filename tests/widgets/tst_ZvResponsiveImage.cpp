@@ -60,7 +60,7 @@ bool nearlyEqual(const QRect& left, const QRect& right)
 
 QByteArray text(const QRect& rect)
 {
-    return QStringLiteral("%1,%2 to %3,%4")
+    return QString("%1,%2 to %3,%4")
         .arg(rect.left())
         .arg(rect.top())
         .arg(rect.right())
@@ -352,7 +352,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<bool>("isThere");
         QVERIFY(m_dir.isValid());
-        const QString file = m_dir.filePath(QStringLiteral("Bild \u00E4.png"));
+        const QString file = m_dir.filePath("Bild \u00E4.png");
         QVERIFY(picture(30, 20).save(file));
         QTest::newRow("file, in UTF-8") << file.toUtf8() << true;
         QTest::newRow("resource") << QByteArray(":/libzvutil/style/tick-25.png") << true;

@@ -49,7 +49,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::newRow("without text") << QString();
-        QTest::newRow("with text") << QStringLiteral("needle");
+        QTest::newRow("with text") << "needle";
     }
 
     void newBar()
@@ -60,7 +60,7 @@ private Q_SLOTS:
             text.isEmpty() ? new ZvSearchBar(&parent) : new ZvSearchBar(text, &parent);
         QCOMPARE(bar->parentWidget(), &parent);
         QCOMPARE(bar->text(), text);
-        QCOMPARE(bar->placeholderText(), QStringLiteral("Search"));
+        QCOMPARE(bar->placeholderText(), QString("Search"));
         QCOMPARE(bar->findChildren<ZvProcessingIndicator*>().size(), 1);
         parent.show();
         const Shown shown(text.isEmpty() ? new ZvSearchBar : new ZvSearchBar(text, nullptr));
@@ -90,13 +90,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("calls");
         QTest::addColumn<bool>("visible");
-        QTest::newRow("start") << QStringLiteral("+") << true;
-        QTest::newRow("start twice") << QStringLiteral("++") << true;
-        QTest::newRow("stop first") << QStringLiteral("-") << false;
-        QTest::newRow("start, stop") << QStringLiteral("+-") << false;
-        QTest::newRow("two starts, one stop") << QStringLiteral("++-") << false;
-        QTest::newRow("two stops, one start") << QStringLiteral("--+") << true;
-        QTest::newRow("once more") << QStringLiteral("+-+") << true;
+        QTest::newRow("start") << "+" << true;
+        QTest::newRow("start twice") << "++" << true;
+        QTest::newRow("stop first") << "-" << false;
+        QTest::newRow("start, stop") << "+-" << false;
+        QTest::newRow("two starts, one stop") << "++-" << false;
+        QTest::newRow("two stops, one start") << "--+" << true;
+        QTest::newRow("once more") << "+-+" << true;
     }
 
     void searchesAreNotCounted()
@@ -118,23 +118,23 @@ private Q_SLOTS:
         const Shown shown;
         QObject search;
         connect(&search, &QObject::objectNameChanged, shown.bar, &ZvSearchBar::searchStarted);
-        search.setObjectName(QStringLiteral("x"));
+        search.setObjectName("x");
         QVERIFY(shown.spinner->isVisible());
     }
 
     void textNeitherStartsNorStops()
     {
         const Shown shown;
-        QTest::keyClicks(shown.bar, QStringLiteral("abc"));
-        QCOMPARE(shown.bar->text(), QStringLiteral("abc"));
+        QTest::keyClicks(shown.bar, "abc");
+        QCOMPARE(shown.bar->text(), QString("abc"));
         QVERIFY(!shown.spinner->isVisible());
         shown.bar->searchStarted();
-        QTest::keyClicks(shown.bar, QStringLiteral("def"));
+        QTest::keyClicks(shown.bar, "def");
         QVERIFY(shown.spinner->isVisible());
         shown.bar->clear();
         QVERIFY(shown.spinner->isVisible());
         shown.bar->searchStopped();
-        shown.bar->setText(QStringLiteral("x"));
+        shown.bar->setText("x");
         shown.bar->clear();
         QVERIFY(!shown.spinner->isVisible());
     }

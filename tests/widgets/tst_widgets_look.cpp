@@ -39,7 +39,7 @@ public:
     explicit Document(const QString& name)
         : ZvContentWidget(name, nullptr)
     {
-        auto* const text = new QPlainTextEdit(QStringLiteral("Wire 1 from A to B"));
+        auto* const text = new QPlainTextEdit("Wire 1 from A to B");
         auto* const layout = new QVBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(text);
@@ -47,7 +47,7 @@ public:
     }
 
     int fileType() const override { return 1; }
-    QString documentTypeName() const override { return QStringLiteral("Schematic"); }
+    QString documentTypeName() const override { return "Schematic"; }
     QString closeEventText(int /*index*/) const override { return QString(); }
     void writeFile(const zvutil::ZvFilePath& /*path*/) const override { }
 };
@@ -57,15 +57,15 @@ class Widgets : public DockableWidgetContents
 {
 public:
     Widgets()
-        : DockableWidgetContents(QStringLiteral("Widgets"), nullptr)
-        , search(new ZvSearchBar(QStringLiteral("needle"), nullptr))
-        , progress(new ZvProgressLineEdit(QStringLiteral("C:\\Plans\\bridge.zvsch"), nullptr))
+        : DockableWidgetContents(QString("Widgets"), nullptr)
+        , search(new ZvSearchBar(QString("needle"), nullptr))
+        , progress(new ZvProgressLineEdit(QString("C:\\Plans\\bridge.zvsch"), nullptr))
         , spinner(new ZvProcessingIndicator)
     {
         auto* const form = new QFormLayout;
-        form->addRow(QStringLiteral("Idle"), new ZvSearchBar);
-        form->addRow(QStringLiteral("Searching"), search);
-        form->addRow(QStringLiteral("40 %"), progress);
+        form->addRow(QString("Idle"), new ZvSearchBar);
+        form->addRow(QString("Searching"), search);
+        form->addRow(QString("40 %"), progress);
         auto* const layout = new QVBoxLayout(this);
         layout->addLayout(form);
         layout->addWidget(spinner);
@@ -120,10 +120,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("style");
         QTest::addColumn<Qt::LayoutDirection>("direction");
-        QTest::newRow("Light") << QStringLiteral("Light") << Qt::LeftToRight;
-        QTest::newRow("Dark") << QStringLiteral("Dark") << Qt::LeftToRight;
-        QTest::newRow("Light, right to left") << QStringLiteral("Light") << Qt::RightToLeft;
-        QTest::newRow("Dark, right to left") << QStringLiteral("Dark") << Qt::RightToLeft;
+        QTest::newRow("Light") << "Light" << Qt::LeftToRight;
+        QTest::newRow("Dark") << "Dark" << Qt::LeftToRight;
+        QTest::newRow("Light, right to left") << "Light" << Qt::RightToLeft;
+        QTest::newRow("Dark, right to left") << "Dark" << Qt::RightToLeft;
     }
 
     void pictures()
@@ -137,10 +137,10 @@ private Q_SLOTS:
 
         DockFrame frame;
         frame.resize(900, 600);
-        auto* const plain = frame.addContents(new Document(QStringLiteral("bridge.zvsch")));
+        auto* const plain = frame.addContents(new Document("bridge.zvsch"));
         auto* const widgets = new Widgets;
         frame.addContents(widgets);
-        auto* const document = frame.addContents(new Document(QStringLiteral("tower.zvsch")));
+        auto* const document = frame.addContents(new Document("tower.zvsch"));
         document->contents()->setModified(true);
         frame.show();
         widgets->progress->setProgressMaximum(100);
@@ -148,23 +148,22 @@ private Q_SLOTS:
         frame.activate(document);
         QCoreApplication::processEvents();
 
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+        QVERIFY(QDir().mkpath(PICTURES));
         const double ratio = frame.devicePixelRatioF();
         const QPixmap picture = frame.grab();
-        QVERIFY(
-            picture.save(QStringLiteral(PICTURES "/widgets-%1%2%3.png")
-                             .arg(style)
-                             .arg(direction == Qt::RightToLeft ? QStringLiteral("-rtl") : QString())
-                             .arg(ratio > 1 ? QStringLiteral("-%1x").arg(ratio) : QString())));
+        QVERIFY(picture.save(QString(PICTURES "/widgets-%1%2%3.png")
+                                 .arg(style)
+                                 .arg(direction == Qt::RightToLeft ? QString("-rtl") : QString())
+                                 .arg(ratio > 1 ? QString("-%1x").arg(ratio) : QString())));
 
-        const auto* const label = document->findChild<QLabel*>(QStringLiteral("TitleBarLabel"));
+        const auto* const label = document->findChild<QLabel*>("TitleBarLabel");
         QCOMPARE(label->palette().color(label->foregroundRole()).rgb(),
                  shown.colour(ZvStyleBrush::AccentD1).qColour().rgb());
-        const auto* const other = plain->findChild<QLabel*>(QStringLiteral("TitleBarLabel"));
+        const auto* const other = plain->findChild<QLabel*>("TitleBarLabel");
         QCOMPARE(other->palette().color(other->foregroundRole()).rgb(),
                  shown.colour(ZvStyleBrush::TextEnabled).qColour().rgb());
         for (QToolButton* const button : document->findChildren<QToolButton*>()) {
-            if (button->objectName().startsWith(QStringLiteral("toolButton_DockWidget")))
+            if (button->objectName().startsWith("toolButton_DockWidget"))
                 QVERIFY(coloursOf(button->grab().toImage()).size() > 3);
         }
         const QRect field = widgets->search->rect();

@@ -89,12 +89,12 @@ public:
     /// Shortcuts need it.
     bool activate() const { return zvtest::activate(*panel); }
 
-    ZvSearchBar* search() const { return child<ZvSearchBar>("search"_q); }
-    QListView* view() const { return child<QListView>("files"_q); }
-    QListWidget* folders() const { return child<QListWidget>("folders"_q); }
-    workbench::StatusLine* status() const { return child<workbench::StatusLine>("status"_q); }
-    QToolButton* stop() const { return child<QToolButton>("stop"_q); }
-    workbench::TypesBox* types() const { return child<workbench::TypesBox>("types"_q); }
+    ZvSearchBar* search() const { return child<ZvSearchBar>("search"); }
+    QListView* view() const { return child<QListView>("files"); }
+    QListWidget* folders() const { return child<QListWidget>("folders"); }
+    workbench::StatusLine* status() const { return child<workbench::StatusLine>("status"); }
+    QToolButton* stop() const { return child<QToolButton>("stop"); }
+    workbench::TypesBox* types() const { return child<workbench::TypesBox>("types"); }
 
     QStringList shown() const
     {

@@ -58,10 +58,10 @@ public:
         return dialog->findChild<Widget*>(name);
     }
 
-    QLineEdit* text() const { return child<QLineEdit>("text"_q); }
-    QTreeView* view() const { return child<QTreeView>("hits"_q); }
-    QListWidget* folders() const { return child<QListWidget>("folders"_q); }
-    QString status() const { return child<workbench::StatusLine>("status"_q)->text(); }
+    QLineEdit* text() const { return child<QLineEdit>("text"); }
+    QTreeView* view() const { return child<QTreeView>("hits"); }
+    QListWidget* folders() const { return child<QListWidget>("folders"); }
+    QString status() const { return child<workbench::StatusLine>("status")->text(); }
     QPushButton* button(const QString& name) const { return child<QPushButton>(name); }
 
     /// The hits as FILE:LINE.
@@ -71,7 +71,7 @@ public:
         const auto* const model = qobject_cast<workbench::HitsModel*>(view()->model());
         for (int row = 0; row < model->rowCount(); ++row) {
             const workbench::SearchHit& hit = model->hit(row);
-            lines.append(QFileInfo(hit.file).fileName() + ":"_q + QString::number(hit.line.number));
+            lines.append(QFileInfo(hit.file).fileName() + ":" + QString::number(hit.line.number));
         }
         return lines;
     }
@@ -79,7 +79,7 @@ public:
     bool finds(const QString& needle) const
     {
         text()->setText(needle);
-        button("find"_q)->click();
+        button("find")->click();
         return ends();
     }
 

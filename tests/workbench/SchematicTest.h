@@ -15,7 +15,7 @@ namespace zvtest {
 
 inline QString textOf(const QPoint& point)
 {
-    return QStringLiteral("%1,%2").arg(point.x()).arg(point.y());
+    return QString("%1,%2").arg(point.x()).arg(point.y());
 }
 
 /// One line for each symbol and wire, without ids.
@@ -23,7 +23,7 @@ inline QStringList textOf(const workbench::Schematic& schematic)
 {
     QStringList lines;
     for (const workbench::Symbol& symbol : schematic.symbols)
-        lines.append(QStringLiteral("%1 %2 “%3” %4 %5°")
+        lines.append(QString("%1 %2 “%3” %4 %5°")
                          .arg(workbench::kindName(symbol.kind), symbol.reference, symbol.value,
                               textOf(symbol.position), QString::number(symbol.rotation)));
     for (const workbench::Wire& wire : schematic.wires) {
@@ -61,7 +61,7 @@ class Sheet
 {
 public:
     explicit Sheet(const workbench::Schematic& schematic = workbench::Schematic())
-        : document(QStringLiteral("New schematic"), nullptr)
+        : document(QString("New schematic"), nullptr)
         , scene(document.scene())
         , view(document.view())
     {

@@ -33,10 +33,9 @@ inline QStringList textOf(const workbench::TestPlan& plan)
         for (int column = 0; column < plan.headings.size(); ++column) {
             const workbench::CellValue value = row.cells.value(column);
             const bool isNumber = value.userType() == QMetaType::Double;
-            cells.append((isNumber ? QStringLiteral("=") : QString()) + workbench::cellText(value));
+            cells.append((isNumber ? QString("=") : QString()) + workbench::cellText(value));
         }
-        lines.append((row.isDisabled ? QStringLiteral("-") : QString())
-                     + cells.join(QLatin1Char('|')));
+        lines.append((row.isDisabled ? QString("-") : QString()) + cells.join(QLatin1Char('|')));
     }
     return lines;
 }
@@ -57,10 +56,8 @@ inline workbench::TestPlan planOf(const QStringList& headings, const QStringList
 class Plan
 {
 public:
-    explicit Plan(const QStringList& rows = {QStringLiteral("a1|b1|c1"), QStringLiteral("a2|b2|c2"),
-                                             QStringLiteral("a3|b3|c3"),
-                                             QStringLiteral("a4|b4|c4")})
-        : document(QStringLiteral("New test plan"), nullptr)
+    explicit Plan(const QStringList& rows = {"a1|b1|c1", "a2|b2|c2", "a3|b3|c3", "a4|b4|c4"})
+        : document(QString("New test plan"), nullptr)
         , model(document.model())
         , view(document.view())
     {
@@ -68,8 +65,7 @@ public:
         QObject::connect(
             &document, &workbench::Document::failed, &document,
             [this](const workbench::Failure& failure) { failures.append(failure.reason); });
-        model.setPlan(
-            planOf({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")}, rows));
+        model.setPlan(planOf({"A", "B", "C"}, rows));
         document.resize(800, 500);
         document.show();
         goTo(0, 0);

@@ -113,7 +113,7 @@ inline void dismiss(QMessageBox& box)
 inline WindowResponder<QFileDialog> chooseFile(const QString& file)
 {
     return WindowResponder<QFileDialog>([file](QFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+        dialog.findChild<QLineEdit*>("fileNameEdit")->setText(file);
         QMetaObject::invokeMethod(&dialog, "accept");
     });
 }
@@ -126,7 +126,7 @@ class WindowTest : public QObject
 protected:
     static QByteArray optionsOf(const StyleHost& host)
     {
-        return contentOf(host.path() + QStringLiteral("/options.ini"));
+        return contentOf(host.path() + "/options.ini");
     }
 
     QString script(const char* name, const QByteArray& content = "print(1)") const

@@ -36,7 +36,6 @@ using zvtest::manyFiles;
 using zvtest::matching;
 using zvtest::Panel;
 using namespace workbench;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -73,60 +72,60 @@ private Q_SLOTS:
     {
         const Panel panel;
         QTRY_VERIFY_WITH_TIMEOUT(!panel.panel->isWorking(), longWait);
-        QCOMPARE(panel.status()->text(), "Add a folder to list its files."_q);
+        QCOMPARE(panel.status()->text(), QString("Add a folder to list its files."));
         QVERIFY(!panel.stop()->isVisible());
         QCOMPARE(panel.panel->getPreferredDockLocation(), DockLocationPreference::Left);
         QCOMPARE(panel.panel->getPreferredNewWindowSize().width(), 320);
         QVERIFY(panel.panel->isSystemWidget());
-        QCOMPARE(panel.panel->shortTitle(), "Files"_q);
+        QCOMPARE(panel.panel->shortTitle(), QString("Files"));
     }
 
     void emptyFolderHidesNoOther()
     {
         zvtest::FileTree tree;
-        tree.file("empty/"_q);
-        tree.files(5, "full/%1.txt"_q);
+        tree.file(QString("empty/"));
+        tree.files(5, "full/%1.txt");
         const Panel panel;
-        panel.panel->addFolders({tree.path("empty"_q), tree.path("full"_q)});
-        QVERIFY(panel.comesToShow(listed({tree.path("full"_q)})));
+        panel.panel->addFolders({tree.path("empty"), tree.path("full")});
+        QVERIFY(panel.comesToShow(listed({tree.path("full")})));
         QCOMPARE(panel.folders()->count(), 2);
     }
 
     void folderThatIsNotThereIsTold()
     {
         zvtest::FileTree tree;
-        tree.files(5, "a/%1.txt"_q);
+        tree.files(5, "a/%1.txt");
         const Panel panel;
-        panel.panel->addFolders({tree.path("gone"_q), tree.path("a"_q)});
-        const QStringList all = listed({tree.path("a"_q)});
+        panel.panel->addFolders({tree.path("gone"), tree.path("a")});
+        const QStringList all = listed({tree.path("a")});
         QVERIFY(panel.comesToShow(all));
         QCOMPARE(panel.status()->text(),
-                 "%1 files; folders that can't be read: 1"_q.arg(all.size()));
-        const QString gone = QDir::toNativeSeparators(tree.path("gone"_q));
-        QCOMPARE(panel.folders()->item(0)->text(), gone + " (can't be read)"_q);
-        QVERIFY(panel.folders()->item(0)->toolTip().startsWith("“"_q + gone));
-        QCOMPARE(panel.panel->folders().first(), tree.path("gone"_q));
-        tree.files(3, "gone/%1.txt"_q);
-        panel.action("Reload"_q)->trigger();
-        QVERIFY(panel.comesToShow(listed({tree.path("gone"_q), tree.path("a"_q)})));
+                 QString("%1 files; folders that can't be read: 1").arg(all.size()));
+        const QString gone = QDir::toNativeSeparators(tree.path("gone"));
+        QCOMPARE(panel.folders()->item(0)->text(), gone + " (can't be read)");
+        QVERIFY(panel.folders()->item(0)->toolTip().startsWith("“" + gone));
+        QCOMPARE(panel.panel->folders().first(), tree.path("gone"));
+        tree.files(3, "gone/%1.txt");
+        panel.action("Reload")->trigger();
+        QVERIFY(panel.comesToShow(listed({tree.path("gone"), tree.path("a")})));
         QCOMPARE(panel.folders()->item(0)->text(), gone);
     }
 
     void foldersComeAndGo()
     {
         zvtest::FileTree tree;
-        tree.files(3, "a/%1.txt"_q);
-        tree.files(3, "b/%1.txt"_q);
+        tree.files(3, "a/%1.txt");
+        tree.files(3, "b/%1.txt");
         const Panel panel;
-        const QString a = tree.path("a"_q);
-        const QString b = tree.path("b"_q);
+        const QString a = tree.path("a");
+        const QString b = tree.path("b");
         QSignalSpy foldersChanged(panel.panel.get(), &FilesPanel::foldersChanged);
-        panel.panel->addFolders({a, a + "/"_q, b});
+        panel.panel->addFolders({a, a + "/", b});
         QCOMPARE(panel.panel->folders(), (QStringList{a, b}));
         QVERIFY(panel.comesToShow(listed({a, b})));
-        QVERIFY(!panel.action("Remove"_q)->isEnabled());
+        QVERIFY(!panel.action("Remove")->isEnabled());
         panel.folders()->setCurrentRow(0);
-        panel.action("Remove"_q)->trigger();
+        panel.action("Remove")->trigger();
         QCOMPARE(panel.panel->folders(), QStringList{b});
         QVERIFY(panel.comesToShow(listed({b})));
         panel.folders()->setCurrentRow(0);
@@ -135,7 +134,7 @@ private Q_SLOTS:
         QTest::keyClick(panel.folders(), Qt::Key_Delete);
         QVERIFY(panel.panel->folders().isEmpty());
         QVERIFY(panel.comesToShow({}));
-        QCOMPARE(panel.status()->text(), "Add a folder to list its files."_q);
+        QCOMPARE(panel.status()->text(), QString("Add a folder to list its files."));
         QCOMPARE(foldersChanged.count(), 3);
     }
 
@@ -148,10 +147,10 @@ private Q_SLOTS:
         const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
             mode = dialog.fileMode();
             dialog.setDirectory(tree.path());
-            dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(tree.path());
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
         });
-        panel.action("Add folder…"_q)->trigger();
+        panel.action("Add folder…")->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QCOMPARE(mode, QFileDialog::Directory);
         QTRY_COMPARE_WITH_TIMEOUT(panel.panel->folders(), QStringList{tree.path()}, longWait);
@@ -164,7 +163,7 @@ private Q_SLOTS:
         const Panel panel;
         QSignalSpy open(panel.panel.get(), &FilesPanel::openRequested);
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(tree.path()), QUrl::fromLocalFile(tree.path("1.txt"_q))});
+        data.setUrls({QUrl::fromLocalFile(tree.path()), QUrl::fromLocalFile(tree.path("1.txt"))});
         for (QWidget* const target :
              {static_cast<QWidget*>(panel.panel.get()), panel.view()->viewport()}) {
             QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
@@ -173,7 +172,7 @@ private Q_SLOTS:
             QApplication::sendEvent(target, &drop);
         }
         QCOMPARE(panel.panel->folders(), QStringList{tree.path()});
-        QCOMPARE(open.value(0).value(0).toStringList(), QStringList{tree.path("1.txt"_q)});
+        QCOMPARE(open.value(0).value(0).toStringList(), QStringList{tree.path("1.txt")});
     }
 
     void filteringStops()
@@ -184,25 +183,25 @@ private Q_SLOTS:
         panel.panel->addFolders({tree.path()});
         const QStringList all = listed({tree.path()});
         QVERIFY(panel.comesToShow(all));
-        panel.search()->setText("7"_q);
+        panel.search()->setText("7");
         QVERIFY(panel.panel->isWorking());
-        QVERIFY(panel.status()->text().startsWith("Filtering… "_q));
+        QVERIFY(panel.status()->text().startsWith("Filtering… "));
         panel.panel->stop();
         QVERIFY(!panel.panel->isWorking());
-        QVERIFY2(panel.status()->text().startsWith("Filtering stopped at "_q),
+        QVERIFY2(panel.status()->text().startsWith("Filtering stopped at "),
                  qPrintable(panel.status()->text()));
         const QStringList hits = panel.shown();
-        QVERIFY(hits.size() < matching(all, "7"_q).size());
+        QVERIFY(hits.size() < matching(all, "7").size());
         QTest::qWait(50);
         QCOMPARE(panel.shown(), hits);
-        panel.search()->setText("77"_q);
-        QVERIFY(panel.comesToShow(matching(all, "77"_q)));
+        panel.search()->setText("77");
+        QVERIFY(panel.comesToShow(matching(all, "77")));
     }
 
     void keysAndMouseOpen()
     {
         zvtest::FileTree tree;
-        tree.files(4, "%1.zvsch"_q);
+        tree.files(4, "%1.zvsch");
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         const QStringList all = listed({tree.path()});
@@ -238,52 +237,52 @@ private Q_SLOTS:
             box.accept();
         });
         panel.view()->selectAll();
-        panel.action("Open"_q)->trigger();
+        panel.action("Open")->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
-        QCOMPARE(told, "%1 files are too many to open at once."_q.arg(panel.shown().size()));
+        QCOMPARE(told, QString("%1 files are too many to open at once.").arg(panel.shown().size()));
         QCOMPARE(open.count(), 0);
     }
 
     void pathsAreCopied()
     {
-        zvtest::FileTree tree({"a b.txt"_q, "ü.txt"_q, "c.txt"_q});
+        zvtest::FileTree tree({"a b.txt", "ü.txt", "c.txt"});
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         const QStringList all = listed({tree.path()});
         QVERIFY(panel.comesToShow(all));
-        QVERIFY(!panel.action("Copy path"_q)->isEnabled());
+        QVERIFY(!panel.action("Copy path")->isEnabled());
         panel.view()->selectAll();
-        panel.action("Copy path"_q)->trigger();
+        panel.action("Copy path")->trigger();
         QCOMPARE(QApplication::clipboard()->text(), all.join(QLatin1Char('\n')));
         QStringList uris;
         for (const QString& path : all)
             uris.append(QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded()));
-        panel.action("Copy as URI"_q)->trigger();
+        panel.action("Copy as URI")->trigger();
         QCOMPARE(QApplication::clipboard()->text(), uris.join(QLatin1Char('\n')));
     }
 
     void filesAreRenamed()
     {
-        zvtest::FileTree tree({"a.txt"_q, "b.txt"_q, "c.txt"_q});
+        zvtest::FileTree tree({"a.txt", "b.txt", "c.txt"});
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         QVERIFY(panel.comesToShow(listed({tree.path()})));
         panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
         const QString old = panel.shown().first();
         const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
-            dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
+            dialog.findChild<QLineEdit*>("name")->setText("new.txt");
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
-        panel.action("Rename…"_q)->trigger();
+        panel.action("Rename…")->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
-        QVERIFY(QFileInfo::exists(tree.path("new.txt"_q)));
+        QVERIFY(QFileInfo::exists(tree.path("new.txt")));
         QVERIFY(!QFileInfo::exists(old));
         QVERIFY(panel.comesToShow(listed({tree.path()})));
     }
 
     void renamingThatFailsIsTold()
     {
-        zvtest::FileTree tree({"a.txt"_q, "b.txt"_q, "c.txt"_q});
+        zvtest::FileTree tree({"a.txt", "b.txt", "c.txt"});
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         QVERIFY(panel.comesToShow(listed({tree.path()})));
@@ -291,11 +290,11 @@ private Q_SLOTS:
         const QString old = panel.shown().first();
         bool isRemoved = false;
         const zvtest::WindowResponder<QDialog> answer([&](QDialog& dialog) {
-            dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
+            dialog.findChild<QLineEdit*>("name")->setText("new.txt");
             isRemoved = QFile::remove(old);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
-        panel.action("Rename…"_q)->trigger();
+        panel.action("Rename…")->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QVERIFY(isRemoved);
         QString text;
@@ -304,30 +303,30 @@ private Q_SLOTS:
             box.accept();
         });
         QTRY_COMPARE_WITH_TIMEOUT(told.count, 1, longWait);
-        QCOMPARE(text, "“%1” was not renamed."_q.arg(old));
+        QCOMPARE(text, QString("“%1” was not renamed.").arg(old));
     }
 
     void stateComesBack()
     {
         zvtest::FileTree tree;
-        tree.files(5, "%1.zvsch"_q);
-        tree.files(5, "%1.txt"_q);
-        QSettings settings(tree.path("state.ini"_q), QSettings::IniFormat);
+        tree.files(5, "%1.zvsch");
+        tree.files(5, "%1.txt");
+        QSettings settings(tree.path("state.ini"), QSettings::IniFormat);
         {
             const Panel panel;
             panel.panel->addFolders({tree.path()});
-            panel.types()->setTypes({".zvsch"_q});
+            panel.types()->setTypes({".zvsch"});
             panel.panel->saveState(settings);
         }
-        QCOMPARE(settings.childGroups(), QStringList{"Files"_q});
+        QCOMPARE(settings.childGroups(), QStringList{"Files"});
         const Panel panel;
         QSignalSpy foldersChanged(panel.panel.get(), &FilesPanel::foldersChanged);
         panel.panel->restoreState(settings);
         QCOMPARE(panel.panel->folders(), QStringList{tree.path()});
-        QCOMPARE(panel.panel->types(), QStringList{".zvsch"_q});
+        QCOMPARE(panel.panel->types(), QStringList{".zvsch"});
         QCOMPARE(foldersChanged.count(), 1);
-        QVERIFY(panel.comesToShow(listed({tree.path()}, {".zvsch"_q})));
-        QSettings nothing(tree.path("nothing.ini"_q), QSettings::IniFormat);
+        QVERIFY(panel.comesToShow(listed({tree.path()}, {".zvsch"})));
+        QSettings nothing(tree.path("nothing.ini"), QSettings::IniFormat);
         panel.panel->restoreState(nothing);
         QVERIFY(panel.panel->folders().isEmpty());
     }
@@ -339,23 +338,23 @@ private Q_SLOTS:
         QFETCH(QString, style);
         zvtest::showStyle(style);
         zvtest::FileTree tree;
-        tree.files(400, "plans/bridge/part %1.testplan"_q);
-        tree.files(400, "sheets/tower with a long name of its folder/sheet %1.zvsch"_q);
+        tree.files(400, "plans/bridge/part %1.testplan");
+        tree.files(400, "sheets/tower with a long name of its folder/sheet %1.zvsch");
         const Panel panel;
-        panel.panel->addFolders({tree.path("plans"_q), tree.path("sheets"_q)});
-        panel.search()->setText("2"_q);
-        QVERIFY(panel.comesToShow(
-            matching(listed({tree.path("plans"_q), tree.path("sheets"_q)}), "2"_q)));
+        panel.panel->addFolders({tree.path("plans"), tree.path("sheets")});
+        panel.search()->setText("2");
+        QVERIFY(
+            panel.comesToShow(matching(listed({tree.path("plans"), tree.path("sheets")}), "2")));
         panel.view()->setCurrentIndex(panel.view()->model()->index(2, 0));
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(panel.panel->grab().save(QStringLiteral(PICTURES "/files-%1.png").arg(style)));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(panel.panel->grab().save(QString(PICTURES "/files-%1.png").arg(style)));
 
-        panel.search()->setText("3"_q);
+        panel.search()->setText("3");
         panel.status()->setProgressMaximum(100);
         panel.status()->setProgressValue(40);
         panel.panel->resize(420, 500);
         const QPixmap working = panel.panel->grab();
-        QVERIFY(working.save(QStringLiteral(PICTURES "/files-working-%1.png").arg(style)));
+        QVERIFY(working.save(QString(PICTURES "/files-working-%1.png").arg(style)));
         // The bar is the accent's, whatever a style sheet does to line edits.
         const QImage bar = panel.status()->grab().toImage();
         QCOMPARE(bar.pixelColor(2, bar.height() - 1),
@@ -384,10 +383,10 @@ private Q_SLOTS:
 
     void actionsTakeWhatIsSelectedNotWhatIsCurrent()
     {
-        zvtest::FileTree tree({"1/a.txt"_q, "1/b.txt"_q, "2/c.txt"_q, "2/d.txt"_q});
+        zvtest::FileTree tree({"1/a.txt", "1/b.txt", "2/c.txt", "2/d.txt"});
         const Panel panel;
-        panel.panel->addFolders({tree.path("1"_q), tree.path("2"_q)});
-        QVERIFY(panel.comesToShow(listed({tree.path("1"_q), tree.path("2"_q)})));
+        panel.panel->addFolders({tree.path("1"), tree.path("2")});
+        QVERIFY(panel.comesToShow(listed({tree.path("1"), tree.path("2")})));
         const QStringList shown = panel.shown();
         QVERIFY(shown.size() >= 2);
         const int last = shown.size() - 1;
@@ -399,16 +398,16 @@ private Q_SLOTS:
         click(last, Qt::ControlModifier);
         click(last, Qt::ControlModifier);
         QCOMPARE(panel.view()->currentIndex().row(), last);
-        QVERIFY(panel.action("Rename…"_q)->isEnabled());
+        QVERIFY(panel.action("Rename…")->isEnabled());
 
-        panel.action("Show folder"_q)->trigger();
+        panel.action("Show folder")->trigger();
         QCOMPARE(QToolTip::text(), QDir::toNativeSeparators(QFileInfo(shown.first()).path()));
         QToolTip::hideText();
         const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
-            dialog.findChild<QLineEdit*>("name"_q)->setText("new.txt"_q);
+            dialog.findChild<QLineEdit*>("name")->setText("new.txt");
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
-        panel.action("Rename…"_q)->trigger();
+        panel.action("Rename…")->trigger();
         QTRY_COMPARE(answer.count, 1);
         QVERIFY(!QFileInfo::exists(shown.first()));
         QVERIFY(QFileInfo::exists(shown.last()));
@@ -418,12 +417,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("name");
-        QTest::newRow("no extension") << "new"_q
-                                      << "new.testplan"_q;
-        QTest::newRow("its own") << "new.testplan"_q
-                                 << "new.testplan"_q;
-        QTest::newRow("another") << "new.txt"_q
-                                 << "new.txt"_q;
+        QTest::newRow("no extension") << "new"
+                                      << "new.testplan";
+        QTest::newRow("its own") << "new.testplan"
+                                 << "new.testplan";
+        QTest::newRow("another") << "new.txt"
+                                 << "new.txt";
     }
 
     void documentsStayDocuments()
@@ -431,16 +430,16 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(QString, name);
         zvtest::FileTree tree;
-        tree.files(3, "%1.testplan"_q);
+        tree.files(3, "%1.testplan");
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         QVERIFY(panel.comesToShow(listed({tree.path()})));
         panel.view()->setCurrentIndex(panel.view()->model()->index(0, 0));
         const zvtest::WindowResponder<QDialog> answer([&typed](QDialog& dialog) {
-            dialog.findChild<QLineEdit*>("name"_q)->setText(typed);
+            dialog.findChild<QLineEdit*>("name")->setText(typed);
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
-        panel.action("Rename…"_q)->trigger();
+        panel.action("Rename…")->trigger();
         QTRY_COMPARE(answer.count, 1);
         QVERIFY(QFileInfo::exists(tree.path(name)));
     }
@@ -451,7 +450,7 @@ private Q_SLOTS:
             return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
                                             : tip;
         };
-        for (const QString& path : {"/a/<b>c</b>.txt"_q, "/a/b & c.txt"_q, "/a/i <b && c> d"_q}) {
+        for (const QString path : {"/a/<b>c</b>.txt", "/a/b & c.txt", "/a/i <b && c> d"}) {
             QStringListModel source({path});
             FilteredFilesModel model(nullptr);
             model.setSource(&source);
@@ -459,10 +458,10 @@ private Q_SLOTS:
             QCOMPARE(shown(model.index(0).data(Qt::ToolTipRole).toString()), path);
         }
         const Panel panel;
-        panel.panel->addFolders({"/a/<b>bold</b>"_q});
-        const QString folder = QDir::toNativeSeparators("/a/<b>bold</b>"_q);
+        panel.panel->addFolders({"/a/<b>bold</b>"});
+        const QString folder = QDir::toNativeSeparators("/a/<b>bold</b>");
         const QString tip = shown(panel.folders()->item(0)->toolTip());
-        QVERIFY2(tip.startsWith("“"_q + folder + "” isn't there"_q), qPrintable(tip));
+        QVERIFY2(tip.startsWith("“" + folder + "” isn't there"), qPrintable(tip));
     }
 };
 

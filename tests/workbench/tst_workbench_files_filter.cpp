@@ -23,7 +23,6 @@ using zvtest::join;
 using zvtest::longWait;
 using zvtest::matching;
 using namespace workbench;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -47,52 +46,52 @@ private Q_SLOTS:
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("matches");
-        QTest::newRow("empty") << ""_q
-                               << "a.txt"_q << true;
-        QTest::newRow("empty name") << "a"_q
-                                    << ""_q << false;
-        QTest::newRow("contained") << "lan"_q
-                                   << "Plan.txt"_q << true;
-        QTest::newRow("other case") << "PLAN"_q
-                                    << "my plan.txt"_q << true;
-        QTest::newRow("other case, wildcard") << "*PLAN*"_q
-                                              << "my plan.txt"_q << true;
-        QTest::newRow("umlaut") << "ÄR"_q
-                                << "bär.txt"_q << true;
-        QTest::newRow("umlaut, wildcard") << "*ÄR.txt"_q
-                                          << "bär.txt"_q << true;
-        QTest::newRow("not contained") << "plane"_q
-                                       << "plan.txt"_q << false;
-        QTest::newRow("star at the end is the whole name") << "lan*"_q
-                                                           << "plan.txt"_q << false;
-        QTest::newRow("extension") << "*.txt"_q
-                                   << "plan.txt"_q << true;
-        QTest::newRow("not at the end") << "*.txt"_q
-                                        << "plan.txt.bak"_q << false;
-        QTest::newRow("one character") << "plan?.txt"_q
-                                       << "plan1.txt"_q << true;
-        QTest::newRow("no character") << "plan?.txt"_q
-                                      << "plan.txt"_q << false;
-        QTest::newRow("pair is one character") << "a?b"_q
-                                               << "a😀b"_q << true;
-        QTest::newRow("pair isn't two characters") << "a??b"_q
-                                                   << "a😀b"_q << false;
-        QTest::newRow("star takes nothing") << "a*b"_q
-                                            << "ab"_q << true;
-        QTest::newRow("star goes back") << "*ab*b"_q
-                                        << "aabab"_q << true;
-        QTest::newRow("stars alone") << "**"_q
-                                     << ""_q << true;
-        QTest::newRow("question mark at the end") << "ab?"_q
-                                                  << "ab"_q << false;
-        QTest::newRow("brackets are text") << "[a]"_q
-                                           << "x[a].txt"_q << true;
-        QTest::newRow("brackets are text, wildcard") << "*[a]*"_q
-                                                     << "a.txt"_q << false;
-        QTest::newRow("backslash is text") << R"(a\*)"_q
-                                           << "a*"_q << false;
-        QTest::newRow("blanks count") << "a b"_q
-                                      << "ab"_q << false;
+        QTest::newRow("empty") << ""
+                               << "a.txt" << true;
+        QTest::newRow("empty name") << "a"
+                                    << "" << false;
+        QTest::newRow("contained") << "lan"
+                                   << "Plan.txt" << true;
+        QTest::newRow("other case") << "PLAN"
+                                    << "my plan.txt" << true;
+        QTest::newRow("other case, wildcard") << "*PLAN*"
+                                              << "my plan.txt" << true;
+        QTest::newRow("umlaut") << "ÄR"
+                                << "bär.txt" << true;
+        QTest::newRow("umlaut, wildcard") << "*ÄR.txt"
+                                          << "bär.txt" << true;
+        QTest::newRow("not contained") << "plane"
+                                       << "plan.txt" << false;
+        QTest::newRow("star at the end is the whole name") << "lan*"
+                                                           << "plan.txt" << false;
+        QTest::newRow("extension") << "*.txt"
+                                   << "plan.txt" << true;
+        QTest::newRow("not at the end") << "*.txt"
+                                        << "plan.txt.bak" << false;
+        QTest::newRow("one character") << "plan?.txt"
+                                       << "plan1.txt" << true;
+        QTest::newRow("no character") << "plan?.txt"
+                                      << "plan.txt" << false;
+        QTest::newRow("pair is one character") << "a?b"
+                                               << "a😀b" << true;
+        QTest::newRow("pair isn't two characters") << "a??b"
+                                                   << "a😀b" << false;
+        QTest::newRow("star takes nothing") << "a*b"
+                                            << "ab" << true;
+        QTest::newRow("star goes back") << "*ab*b"
+                                        << "aabab" << true;
+        QTest::newRow("stars alone") << "**"
+                                     << "" << true;
+        QTest::newRow("question mark at the end") << "ab?"
+                                                  << "ab" << false;
+        QTest::newRow("brackets are text") << "[a]"
+                                           << "x[a].txt" << true;
+        QTest::newRow("brackets are text, wildcard") << "*[a]*"
+                                                     << "a.txt" << false;
+        QTest::newRow("backslash is text") << R"(a\*)"
+                                           << "a*" << false;
+        QTest::newRow("blanks count") << "a b"
+                                      << "ab" << false;
     }
 
     void patterns()
@@ -105,7 +104,7 @@ private Q_SLOTS:
     void longPatternsTakeNoTime()
     {
         const QString name(2'000, QLatin1Char('a'));
-        const QString stars = "*a"_q.repeated(500);
+        const QString stars = QString("*a").repeated(500);
         QVERIFY(NamePattern(stars).matches(name));
         QVERIFY(!NamePattern(stars + QLatin1Char('b')).matches(name));
     }
@@ -115,18 +114,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("folder");
         QTest::addColumn<QString>("name");
-        QTest::newRow("usual") << "/a/b.txt"_q
-                               << "/a"_q
-                               << "b.txt"_q;
-        QTest::newRow("root") << "/b.txt"_q
-                              << "/"_q
-                              << "b.txt"_q;
-        QTest::newRow("name alone") << "b.txt"_q
-                                    << ""_q
-                                    << "b.txt"_q;
-        QTest::newRow("empty") << ""_q
-                               << ""_q
-                               << ""_q;
+        QTest::newRow("usual") << "/a/b.txt"
+                               << "/a"
+                               << "b.txt";
+        QTest::newRow("root") << "/b.txt"
+                              << "/"
+                              << "b.txt";
+        QTest::newRow("name alone") << "b.txt"
+                                    << ""
+                                    << "b.txt";
+        QTest::newRow("empty") << ""
+                               << ""
+                               << "";
     }
 
     void namesAndFolders()
@@ -140,13 +139,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("types");
-        QTest::newRow("none") << ""_q << QStringList();
-        QTest::newRow("dot") << ".txt"_q << QStringList{".txt"_q};
-        QTest::newRow("no dot") << "txt"_q << QStringList{".txt"_q};
-        QTest::newRow("star") << "*.txt"_q << QStringList{".txt"_q};
-        QTest::newRow("several") << " .a,b;  *.c "_q << QStringList{".a"_q, ".b"_q, ".c"_q};
-        QTest::newRow("twice") << "a a"_q << QStringList{".a"_q};
-        QTest::newRow("any") << "*.* * ."_q << QStringList();
+        QTest::newRow("none") << "" << QStringList();
+        QTest::newRow("dot") << ".txt" << QStringList{".txt"};
+        QTest::newRow("no dot") << "txt" << QStringList{".txt"};
+        QTest::newRow("star") << "*.txt" << QStringList{".txt"};
+        QTest::newRow("several") << " .a,b;  *.c " << QStringList{".a", ".b", ".c"};
+        QTest::newRow("twice") << "a a" << QStringList{".a"};
+        QTest::newRow("any") << "*.* * ." << QStringList();
     }
 
     void typedTypes()
@@ -160,32 +159,32 @@ private Q_SLOTS:
         TypesBox box(nullptr);
         QSignalSpy changed(&box, &TypesBox::typesChanged);
         QVERIFY(box.types().isEmpty());
-        QCOMPARE(box.currentText(), "All files"_q);
+        QCOMPARE(box.currentText(), QString("All files"));
         const auto type = [&box](const QString& text) {
             box.setEditText(text);
             QTest::keyClick(box.lineEdit(), Qt::Key_Return);
         };
-        type("documents"_q);
-        QCOMPARE(box.types(), (QStringList{".testplan"_q, ".zvsch"_q, ".zvscr"_q}));
-        QCOMPARE(box.currentText(), "Documents"_q);
+        type("documents");
+        QCOMPARE(box.types(), (QStringList{".testplan", ".zvsch", ".zvscr"}));
+        QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 1);
-        type("txt"_q);
-        QCOMPARE(box.types(), QStringList{".txt"_q});
-        QCOMPARE(box.currentText(), ".txt"_q);
+        type("txt");
+        QCOMPARE(box.types(), QStringList{".txt"});
+        QCOMPARE(box.currentText(), QString(".txt"));
         QCOMPARE(changed.count(), 2);
-        type(".txt "_q);
+        type(".txt ");
         QCOMPARE(changed.count(), 2);
-        type(""_q);
-        QCOMPARE(box.currentText(), "All files"_q);
+        type("");
+        QCOMPARE(box.currentText(), QString("All files"));
         QCOMPARE(changed.count(), 3);
-        box.setTypes({".testplan"_q, ".zvsch"_q, ".zvscr"_q});
-        QCOMPARE(box.currentText(), "Documents"_q);
+        box.setTypes({".testplan", ".zvsch", ".zvscr"});
+        QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 3);
     }
 
     void filterFollowsItsList()
     {
-        QStringListModel source({"/f/a.txt"_q, "/f/b.txt"_q, "/f/b.txt"_q});
+        QStringListModel source({"/f/a.txt", "/f/b.txt", "/f/b.txt"});
         const RowFilter::Owner filter = RowFilter::make();
         FilteredFilesModel model(nullptr);
         const QAbstractItemModelTester tester(
@@ -193,22 +192,21 @@ private Q_SLOTS:
         join(*filter, model);
         model.setSource(&source);
         filter->setSource(&source);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), (QStringList{"/f/a.txt"_q, "/f/b.txt"_q}),
-                                  longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), (QStringList{"/f/a.txt", "/f/b.txt"}), longWait);
         QCOMPARE(filter->different(), 2);
         QCOMPARE(filter->lookedAt(), 3);
 
         source.insertRow(3);
-        source.setData(source.index(3), "/f/c.txt"_q);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model).value(2), "/f/c.txt"_q, longWait);
-        filter->setPattern("C"_q);
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/c.txt"_q}, longWait);
+        source.setData(source.index(3), "/f/c.txt");
+        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model).value(2), QString("/f/c.txt"), longWait);
+        filter->setPattern("C");
+        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/c.txt"}, longWait);
         source.insertRow(0);
-        source.setData(source.index(0), "/c/x.txt"_q);
+        source.setData(source.index(0), "/c/x.txt");
         QTRY_VERIFY_WITH_TIMEOUT(filter->isDone(), longWait);
-        QCOMPARE(rowsOf(model), QStringList{"/f/c.txt"_q});
-        source.setStringList({"/f/1c"_q, "/c/2"_q});
-        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/1c"_q}, longWait);
+        QCOMPARE(rowsOf(model), QStringList{"/f/c.txt"});
+        source.setStringList({"/f/1c", "/c/2"});
+        QTRY_COMPARE_WITH_TIMEOUT(rowsOf(model), QStringList{"/f/1c"}, longWait);
         source.removeRow(0);
         QTRY_VERIFY_WITH_TIMEOUT(filter->isDone(), longWait);
         QVERIFY(rowsOf(model).isEmpty());
@@ -218,15 +216,15 @@ private Q_SLOTS:
 
     void filteredFilesShowThemselves()
     {
-        QStringListModel source({"/f/g/a.txt"_q});
+        QStringListModel source({"/f/g/a.txt"});
         FilteredFilesModel model(nullptr);
         model.setSource(&source);
         model.append({0});
         const QModelIndex index = model.index(0);
-        QCOMPARE(index.data().toString(), "a.txt"_q);
-        QCOMPARE(index.data(Qt::ToolTipRole).toString(), "/f/g/a.txt"_q);
-        QCOMPARE(index.data(FilteredFilesModel::FolderRole).toString(), "/f/g"_q);
-        QCOMPARE(index.data(FilteredFilesModel::PathRole).toString(), "/f/g/a.txt"_q);
+        QCOMPARE(index.data().toString(), QString("a.txt"));
+        QCOMPARE(index.data(Qt::ToolTipRole).toString(), QString("/f/g/a.txt"));
+        QCOMPARE(index.data(FilteredFilesModel::FolderRole).toString(), QString("/f/g"));
+        QCOMPARE(index.data(FilteredFilesModel::PathRole).toString(), QString("/f/g/a.txt"));
         QVERIFY(!index.data(Qt::EditRole).isValid());
         QVERIFY(model.path({}).isEmpty());
         model.setSource(nullptr);
@@ -255,7 +253,7 @@ private Q_SLOTS:
                     const int count = number(3'000);
                     source.insertRows(first, count);
                     for (int row = first; row < first + count; ++row)
-                        source.setData(source.index(row), "/f/%1.txt"_q.arg(row));
+                        source.setData(source.index(row), QString("/f/%1.txt").arg(row));
                 }
                 if (number(2) == 0)
                     QTest::qWait(number(3));
@@ -269,7 +267,7 @@ private Q_SLOTS:
     {
         QStringList rows;
         for (int i = 0; i < 100'000; ++i)
-            rows.append("/f/%1.txt"_q.arg(i));
+            rows.append(QString("/f/%1.txt").arg(i));
         QStringListModel source(rows);
         RowFilter::Owner filter = RowFilter::make();
         const QPointer<RowFilter> seen(filter.get());

@@ -17,7 +17,6 @@ using zvtest::manyFiles;
 using zvtest::matching;
 using zvtest::Panel;
 using namespace workbench;
-using namespace zvtest::literals;
 
 class tst_workbench_files_threads : public zvtest::FilesPanelTest
 {
@@ -27,8 +26,8 @@ private Q_SLOTS:
     void listsAndFilters()
     {
         zvtest::FileTree tree;
-        tree.files(300, "plan %1.testplan"_q);
-        tree.files(200, "sub/sheet %1.zvsch"_q);
+        tree.files(300, "plan %1.testplan");
+        tree.files(200, "sub/sheet %1.zvsch");
         const Panel panel;
         QSignalSpy foldersChanged(panel.panel.get(), &FilesPanel::foldersChanged);
         panel.panel->addFolders({tree.path()});
@@ -39,40 +38,41 @@ private Q_SLOTS:
         const QStringList all = listed({tree.path()});
         QVERIFY(all.size() >= 499);
         QVERIFY(panel.comesToShow(all));
-        QCOMPARE(panel.status()->text(), "%1 files"_q.arg(all.size()));
+        QCOMPARE(panel.status()->text(), QString("%1 files").arg(all.size()));
         QVERIFY(!panel.stop()->isVisible());
 
-        QTest::keyClicks(panel.search(), "PLAN 1"_q);
-        const QStringList plans = matching(all, "plan 1"_q);
+        QTest::keyClicks(panel.search(), "PLAN 1");
+        const QStringList plans = matching(all, "plan 1");
         QVERIFY(plans.size() > 100);
         QVERIFY(panel.comesToShow(plans));
-        QCOMPARE(panel.status()->text(), "%1 of %2 files"_q.arg(plans.size()).arg(all.size()));
+        QCOMPARE(panel.status()->text(),
+                 QString("%1 of %2 files").arg(plans.size()).arg(all.size()));
         QTest::keyClick(panel.search(), Qt::Key_Escape);
         QVERIFY(panel.search()->text().isEmpty());
         QVERIFY(panel.comesToShow(all));
-        panel.search()->setText("*9.zvsch"_q);
-        QVERIFY(panel.comesToShow(matching(all, "*9.zvsch"_q)));
-        panel.search()->setText("nothing of this kind"_q);
+        panel.search()->setText("*9.zvsch");
+        QVERIFY(panel.comesToShow(matching(all, "*9.zvsch")));
+        panel.search()->setText("nothing of this kind");
         QVERIFY(panel.comesToShow({}));
         panel.search()->clear();
 
-        panel.types()->setEditText("zvsch"_q);
+        panel.types()->setEditText("zvsch");
         QTest::keyClick(panel.types()->lineEdit(), Qt::Key_Return);
-        QCOMPARE(panel.panel->types(), QStringList{".zvsch"_q});
-        QVERIFY(panel.comesToShow(listed({tree.path()}, {".zvsch"_q})));
+        QCOMPARE(panel.panel->types(), QStringList{".zvsch"});
+        QVERIFY(panel.comesToShow(listed({tree.path()}, {".zvsch"})));
     }
 
     void listingStops()
     {
         zvtest::FileTree tree;
-        tree.files(manyFiles, "d/%1.txt"_q);
+        tree.files(manyFiles, "d/%1.txt");
         tree.files(2);
         const Panel panel;
         panel.panel->addFolders({tree.path()});
         QTest::mouseClick(panel.stop(), Qt::LeftButton);
         QVERIFY(!panel.panel->isWorking());
         QVERIFY(!panel.stop()->isVisible());
-        const QString stopped = "Listing stopped. Press Reload to list the folders again."_q;
+        const QString stopped = "Listing stopped. Press Reload to list the folders again.";
         QCOMPARE(panel.status()->text(), stopped);
         QTest::qWait(100);
         QVERIFY(panel.shown().isEmpty());
@@ -89,10 +89,10 @@ private Q_SLOTS:
     {
         zvtest::FileTree tree;
         for (int folder = 0; folder < 20; ++folder)
-            tree.files(manyFiles / 20, "%1/%2.txt"_q.arg(folder).arg("%1"_q));
+            tree.files(manyFiles / 20, QString("%1/%2.txt").arg(folder).arg("%1"));
         const QStringList all = listed({tree.path()});
         QVERIFY(all.size() >= manyFiles - 1);
-        const QStringList texts = {""_q, "1"_q, "12"_q, "*3.txt"_q, "99"_q, "?.txt"_q, "x"_q};
+        const QStringList texts = {"", "1", "12", "*3.txt", "99", "?.txt", "x"};
         for (int i = 0; i < texts.size() * 3; ++i) {
             const Panel panel;
             panel.panel->addFolders({tree.path()});
@@ -101,7 +101,7 @@ private Q_SLOTS:
             const QString& text = texts[i % texts.size()];
             panel.search()->setText(text);
             QVERIFY2(panel.comesToShow(matching(all, text)),
-                     qPrintable(text + " "_q + panel.status()->text()));
+                     qPrintable(text + " " + panel.status()->text()));
         }
     }
 

@@ -42,7 +42,6 @@ using zvtest::Finder;
 using zvtest::longWait;
 using zvtest::write;
 using namespace workbench;
-using namespace zvtest::literals;
 
 namespace {
 
@@ -119,29 +118,28 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QVector<int>>("found");
-        QTest::newRow("empty file") << QByteArray() << "a"_q << QVector<int>();
-        QTest::newRow("first and last") << QByteArray("a\nb\na") << "a"_q << QVector<int>{1, 3};
-        QTest::newRow("a line counts once")
-            << QByteArray("a a a\na") << "a"_q << QVector<int>{1, 2};
-        QTest::newRow("other case") << QByteArray("ABC\n") << "abc"_q << QVector<int>{1};
-        QTest::newRow("umlaut") << QByteArray("x\nBÄR") << "är"_q << QVector<int>{2};
-        QTest::newRow("beyond 16 bits") << QByteArray("x\n\n😀") << "😀"_q << QVector<int>{3};
-        QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << "b"_q << QVector<int>{2};
-        QTest::newRow("no match over lines") << QByteArray("a\nb") << "ab"_q << QVector<int>();
+        QTest::newRow("empty file") << QByteArray() << "a" << QVector<int>();
+        QTest::newRow("first and last") << QByteArray("a\nb\na") << "a" << QVector<int>{1, 3};
+        QTest::newRow("a line counts once") << QByteArray("a a a\na") << "a" << QVector<int>{1, 2};
+        QTest::newRow("other case") << QByteArray("ABC\n") << "abc" << QVector<int>{1};
+        QTest::newRow("umlaut") << QByteArray("x\nBÄR") << "är" << QVector<int>{2};
+        QTest::newRow("beyond 16 bits") << QByteArray("x\n\n😀") << "😀" << QVector<int>{3};
+        QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << "b" << QVector<int>{2};
+        QTest::newRow("no match over lines") << QByteArray("a\nb") << "ab" << QVector<int>();
         QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF"
                                                        "a")
-                                         << "a"_q << QVector<int>{1};
+                                         << "a" << QVector<int>{1};
         QTest::newRow("bytes that are no text")
-            << QByteArray("\xFF\xC3\na\x80") << "a"_q << QVector<int>{2};
+            << QByteArray("\xFF\xC3\na\x80") << "a" << QVector<int>{2};
         QTest::newRow("many lines") << QByteArray("x\n").repeated(300'000) + "a"
-                                    << "a"_q << QVector<int>{300'001};
+                                    << "a" << QVector<int>{300'001};
         QTest::newRow("long line")
             << QByteArray(3'000'000, 'x') + "abc" + QByteArray(3'000'000, 'x') + "\nabc"
-            << "abc"_q << QVector<int>{1, 2};
+            << "abc" << QVector<int>{1, 2};
         QTest::newRow("long line of several bytes") << QByteArray("ä").repeated(2'000'000) + "öü\nü"
-                                                    << "öü"_q << QVector<int>{1};
+                                                    << "öü" << QVector<int>{1};
         QTest::newRow("long line, twice")
-            << QByteArray("abc").repeated(1'000'000) << "abc"_q << QVector<int>{1};
+            << QByteArray("abc").repeated(1'000'000) << "abc" << QVector<int>{1};
     }
 
     void lines()
@@ -159,9 +157,9 @@ private Q_SLOTS:
 
     void caseCountsIfWanted()
     {
-        QCOMPARE(numbers(search("abc\nABC", "ABC"_q, Qt::CaseSensitive)), QVector<int>{2});
-        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).text, "abc  "_q);
-        QCOMPARE(search("\t  abc  ", "abc"_q).value(0).position, 0);
+        QCOMPARE(numbers(search("abc\nABC", "ABC", Qt::CaseSensitive)), QVector<int>{2});
+        QCOMPARE(search("\t  abc  ", "abc").value(0).text, QString("abc  "));
+        QCOMPARE(search("\t  abc  ", "abc").value(0).position, 0);
     }
 
     void piecesMakeNoDifference()
@@ -177,7 +175,7 @@ private Q_SLOTS:
             }
             QString text;
             for (int i = 0; i < 17; ++i)
-                text += random() % 2 == 0 ? "a"_q : "ä"_q;
+                text += random() % 2 == 0 ? QString("a") : QString("ä");
             QVector<int> expected;
             int number = 0;
             for (const QByteArray& line : content.split('\n')) {
@@ -202,7 +200,7 @@ private Q_SLOTS:
     void textIsFoundWhereALongLineIsCut()
     {
         QFETCH(QByteArray, filler);
-        const QString text = "aöü€😀b"_q;
+        const QString text = "aöü€😀b";
         // A line is cut where a piece ends that was read.
         constexpr int piece = 128 * 1024;
         const QByteArray line = filler.repeated(12 * piece / filler.size());
@@ -232,7 +230,7 @@ private Q_SLOTS:
         Endless file(unit);
         int asked = 0;
         int found = 0;
-        TextSearch("needle"_q, Qt::CaseInsensitive)
+        TextSearch("needle", Qt::CaseInsensitive)
             .run(
                 file, [&found](const FoundLine&) { ++found; }, [&asked] { return ++asked <= 50; });
         QCOMPARE(found, 0);
@@ -243,32 +241,32 @@ private Q_SLOTS:
     void foldersAreChosen()
     {
         zvtest::FileTree tree;
-        write(tree.path("a/a.txt"_q), "needle");
-        write(tree.path("a/in/b.txt"_q), "needle");
-        write(tree.path("c/c.txt"_q), "needle");
-        Finder finder({tree.path("a/in"_q), tree.path("a"_q), tree.path("c"_q)});
-        QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "b.txt:1"_q, "c.txt:1"_q}));
+        write(tree.path("a/a.txt"), "needle");
+        write(tree.path("a/in/b.txt"), "needle");
+        write(tree.path("c/c.txt"), "needle");
+        Finder finder({tree.path("a/in"), tree.path("a"), tree.path("c")});
+        QVERIFY(finder.finds("needle"));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1", "b.txt:1", "c.txt:1"}));
         finder.folders()->item(1)->setCheckState(Qt::Unchecked);
-        QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.hits(), (QStringList{"b.txt:1"_q, "c.txt:1"_q}));
+        QVERIFY(finder.finds("needle"));
+        QCOMPARE(finder.hits(), (QStringList{"b.txt:1", "c.txt:1"}));
         for (int i = 0; i < 3; ++i)
             finder.folders()->item(i)->setCheckState(Qt::Unchecked);
-        QVERIFY(!finder.button("find"_q)->isEnabled());
+        QVERIFY(!finder.button("find")->isEnabled());
 
         const zvtest::WindowResponder<QFileDialog> answer([&](QFileDialog& dialog) {
-            dialog.setDirectory(tree.path("c"_q));
-            dialog.findChild<QLineEdit*>("fileNameEdit"_q)->setText(tree.path());
+            dialog.setDirectory(tree.path("c"));
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(tree.path());
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
         });
-        finder.button("browse"_q)->click();
+        finder.button("browse")->click();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QTRY_COMPARE_WITH_TIMEOUT(finder.folders()->count(), 4, longWait);
         finder.dialog->setFolders({});
         QCOMPARE(finder.folders()->count(), 1);
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         QCOMPARE(finder.hits().size(), 3);
-        finder.dialog->setFolders({tree.path("c"_q)});
+        finder.dialog->setFolders({tree.path("c")});
         QCOMPARE(finder.folders()->count(), 2);
     }
 
@@ -276,13 +274,13 @@ private Q_SLOTS:
     {
 #if defined(Q_OS_UNIX)
         zvtest::FileTree tree;
-        write(tree.path("a/a.txt"_q), "needle");
-        tree.link("a/round"_q, ".."_q);
-        tree.link("a/nowhere"_q, "gone"_q);
-        tree.link("a/z.txt"_q, "a.txt"_q);
+        write(tree.path("a/a.txt"), "needle");
+        tree.link("a/round", "..");
+        tree.link("a/nowhere", "gone");
+        tree.link("a/z.txt", "a.txt");
         Finder finder({tree.path()});
-        QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
+        QVERIFY(finder.finds("needle"));
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1", "z.txt:1"}));
 #else
         QSKIP("there are no symbolic links that this test could make");
 #endif
@@ -291,28 +289,29 @@ private Q_SLOTS:
     void hitsAreLimited()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), QByteArray("needle\n").repeated(SearchRequest::mostHits));
+        write(tree.path("a.txt"), QByteArray("needle\n").repeated(SearchRequest::mostHits));
         Finder finder({tree.path()});
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
-        QCOMPARE(finder.status(), "10,000 lines in 1 of 1 file."_q);
-        write(tree.path("b.txt"_q), "needle");
-        QVERIFY(finder.finds("needle"_q));
+        QCOMPARE(finder.status(), QString("10,000 lines in 1 of 1 file."));
+        write(tree.path("b.txt"), "needle");
+        QVERIFY(finder.finds("needle"));
         QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
-        QCOMPARE(finder.status(),
-                 "The first 10,000 lines are shown. Search for more, or in less, to see all."_q);
+        QCOMPARE(
+            finder.status(),
+            QString("The first 10,000 lines are shown. Search for more, or in less, to see all."));
     }
 
     void whatIsMissingIsListed()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), "needle");
-        Finder finder({tree.path(), tree.path("gone"_q)});
-        QVERIFY(finder.finds("needle"_q));
-        QCOMPARE(finder.hits(), QStringList{"a.txt:1"_q});
-        QPushButton* const button = finder.button("unreadable"_q);
+        write(tree.path("a.txt"), "needle");
+        Finder finder({tree.path(), tree.path("gone")});
+        QVERIFY(finder.finds("needle"));
+        QCOMPARE(finder.hits(), QStringList{"a.txt:1"});
+        QPushButton* const button = finder.button("unreadable");
         QVERIFY(button->isVisible());
-        QCOMPARE(button->text(), "1 unreadable…"_q);
+        QCOMPARE(button->text(), QString("1 unreadable…"));
         QStringList listed;
         const zvtest::WindowResponder<QDialog> answer([&listed](QDialog& dialog) {
             const auto* const list = dialog.findChild<QListWidget*>();
@@ -322,9 +321,9 @@ private Q_SLOTS:
         });
         button->click();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
-        QCOMPARE(listed, QStringList{QDir::toNativeSeparators(tree.path("gone"_q))});
+        QCOMPARE(listed, QStringList{QDir::toNativeSeparators(tree.path("gone"))});
         finder.folders()->item(1)->setCheckState(Qt::Unchecked);
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         QVERIFY(!button->isVisible());
     }
 
@@ -332,16 +331,16 @@ private Q_SLOTS:
     {
 #if defined(Q_OS_UNIX)
         zvtest::FileTree tree;
-        write(tree.path("a/a.txt"_q), "needle");
-        write(tree.path("b/b.txt"_q), "needle");
-        write(tree.path("c.txt"_q), "needle");
+        write(tree.path("a/a.txt"), "needle");
+        write(tree.path("b/b.txt"), "needle");
+        write(tree.path("c.txt"), "needle");
         QVERIFY(QFile::setPermissions(tree.path(), QFile::Permissions(0x7755)));
-        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
-        QVERIFY(QFile::setPermissions(tree.path("b/b.txt"_q), QFile::Permissions()));
+        QVERIFY(QFile::setPermissions(tree.path("a"), QFile::Permissions(0x7700)));
+        QVERIFY(QFile::setPermissions(tree.path("b/b.txt"), QFile::Permissions()));
         QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
-            QFile::setPermissions(tree.path("a"_q), QFile::Permissions());
+            QFile::setPermissions(tree.path("a"), QFile::Permissions());
             SearchOrder order;
-            order.text = "needle"_q;
+            order.text = "needle";
             order.folders = QStringList{tree.path()};
             SearchRequest request(order);
             QStringList unreadable;
@@ -356,11 +355,11 @@ private Q_SLOTS:
             connect(&request, &SearchRequest::progress,
                     [&](const SearchProgress& progress) { last = progress; });
             request.start();
-            return unreadable == QStringList{tree.path("a"_q), tree.path("b/b.txt"_q)}
-            && found == QStringList{tree.path("c.txt"_q)} && last.unreadable == 2
+            return unreadable == QStringList{tree.path("a"), tree.path("b/b.txt")}
+            && found == QStringList{tree.path("c.txt")} && last.unreadable == 2
                 && request.status() == zvutil::libzvutil::request_completed;
         }));
-        QVERIFY(QFile::setPermissions(tree.path("a"_q), QFile::Permissions(0x7700)));
+        QVERIFY(QFile::setPermissions(tree.path("a"), QFile::Permissions(0x7700)));
 #else
         QSKIP("there are no permissions that this test could take away");
 #endif
@@ -369,11 +368,11 @@ private Q_SLOTS:
     void hitsAreOpened()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), "x\nneedle\nneedle");
+        write(tree.path("a.txt"), "x\nneedle\nneedle");
         Finder finder({tree.path()});
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         QSignalSpy open(finder.dialog.get(), &FindInFilesDialog::openRequested);
-        const QString file = QDir::toNativeSeparators(tree.path("a.txt"_q));
+        const QString file = QDir::toNativeSeparators(tree.path("a.txt"));
         QTreeView& view = *finder.view();
         const QPoint first = view.visualRect(view.model()->index(0, 0)).center();
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, first);
@@ -391,13 +390,13 @@ private Q_SLOTS:
 
     void hitIsShownHoweverNarrowTheColumn()
     {
-        zvtest::showStyle("Light"_q);
+        zvtest::showStyle(QString("Light"));
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), "needle\n" + QByteArray(300, '.') + "needle at the end\n");
+        write(tree.path("a.txt"), "needle\n" + QByteArray(300, '.') + "needle at the end\n");
         Finder finder({tree.path()});
         finder.view()->setColumnWidth(HitsModel::FileColumn, 300);
         finder.dialog->resize(520, 400);
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         const int atTheStart = coloured(*finder.view(), 0);
         const int atTheEnd = coloured(*finder.view(), 1);
         QVERIFY2(atTheStart > 100, qPrintable(QString::number(atTheStart)));
@@ -417,55 +416,52 @@ private Q_SLOTS:
         zvtest::showStyle(style);
         zvtest::FileTree tree;
         for (int i = 1; i < 9; ++i)
-            write(tree.path("plans/bridge %1.testplan"_q.arg(i)),
+            write(tree.path(QString("plans/bridge %1.testplan").arg(i)),
                   "<step>\n\tMeasure the voltage at TP1</step>\n   wait\n   the Voltage is 5 V");
-        Finder finder({tree.path("plans"_q), tree.path("gone"_q)});
-        QVERIFY(finder.finds("voltage"_q));
+        Finder finder({tree.path("plans"), tree.path("gone")});
+        QVERIFY(finder.finds("voltage"));
         QCOMPARE(finder.hits().size(), 16);
         finder.view()->setCurrentIndex(finder.view()->model()->index(2, 0));
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(finder.dialog->grab().save(QStringLiteral(PICTURES "/find-%1.png").arg(style)));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(finder.dialog->grab().save(QString(PICTURES "/find-%1.png").arg(style)));
         qApp->setStyleSheet(QString());
     }
 
     void foldersComeInTheOrderOfTheirNames()
     {
         zvtest::FileTree tree;
-        const QStringList places = {"a"_q,   "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q,
-                                    "b/a"_q, "c"_q,   "x/a"_q,   "x/b"_q};
+        const QStringList places = {"a", "a/a", "a/a/b", "a/b", "b", "b/a", "c", "x/a", "x/b"};
         for (const QString& place : places)
-            write(tree.path(place + "/1.txt"_q), "needle");
-        Finder finder({tree.path("c"_q), tree.path("a"_q), tree.path("b"_q), tree.path("x"_q)});
-        QVERIFY(finder.finds("needle"_q));
+            write(tree.path(place + "/1.txt"), "needle");
+        Finder finder({tree.path("c"), tree.path("a"), tree.path("b"), tree.path("x")});
+        QVERIFY(finder.finds("needle"));
         const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
         QStringList found;
         for (int row = 0; row < model->rowCount(); ++row) {
             const QString file = QDir::fromNativeSeparators(model->hit(row).file);
             found.append(QDir(tree.path()).relativeFilePath(QFileInfo(file).path()));
         }
-        QCOMPARE(found,
-                 (QStringList{"c"_q, "a"_q, "a/a"_q, "a/a/b"_q, "a/b"_q, "b"_q, "b/a"_q, "x/a"_q,
-                              "x/b"_q}));
+        QCOMPARE(found, (QStringList{"c", "a", "a/a", "a/a/b", "a/b", "b", "b/a", "x/a", "x/b"}));
     }
 
     void pipesAreNoTrap()
     {
 #if defined(Q_OS_UNIX)
         zvtest::FileTree tree;
-        write(tree.path("a/a.txt"_q), "needle");
-        const QByteArray pipe = QFile::encodeName(tree.path("a/pipe.txt"_q));
+        write(tree.path("a/a.txt"), "needle");
+        const QByteArray pipe = QFile::encodeName(tree.path("a/pipe.txt"));
         QCOMPARE(::mkfifo(pipe.constData(), S_IRUSR | S_IWUSR), 0);
-        tree.link("a/link to pipe.txt"_q, "pipe.txt"_q);
-        tree.link("a/z.txt"_q, "a.txt"_q);
+        tree.link("a/link to pipe.txt", "pipe.txt");
+        tree.link("a/z.txt", "a.txt");
         Finder finder({tree.path()});
-        const bool isFound = finder.finds("needle"_q);
+        const bool isFound = finder.finds("needle");
         // Who waits for the pipe goes on.
         const int writer = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
         if (writer >= 0)
             ::close(writer);
         QVERIFY(isFound);
-        QCOMPARE(finder.hits(), (QStringList{"a.txt:1"_q, "z.txt:1"_q}));
-        QCOMPARE(finder.status(), "2 lines in 2 of 2 files."_q);
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:1", "z.txt:1"}));
+        QCOMPARE(finder.status(), QString("2 lines in 2 of 2 files."));
 #else
         QSKIP("there are no pipes in folders");
 #endif
@@ -473,11 +469,11 @@ private Q_SLOTS:
 
     void toolTipsShowLinesAsTheyAre()
     {
-        const QStringList lines = {"needle if (i<b && c>d)"_q, "<b>needle</b> &amp; more"_q,
-                                   "  needle < 5 && 6 > 7"_q};
+        const QStringList lines = {"needle if (i<b && c>d)", "<b>needle</b> &amp; more",
+                                   "  needle < 5 && 6 > 7"};
         HitsModel model(nullptr);
         for (const QString& line : lines)
-            model.append({{"/a/<i>b</i>.txt"_q, {1, line, 0}}});
+            model.append({{"/a/<i>b</i>.txt", {1, line, 0}}});
         const auto shown = [&model](int row, int column) {
             const QString tip = model.index(row, column).data(Qt::ToolTipRole).toString();
             return Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText()
@@ -485,7 +481,7 @@ private Q_SLOTS:
         };
         for (int row = 0; row < lines.size(); ++row) {
             QCOMPARE(shown(row, HitsModel::TextColumn).trimmed(), lines[row].trimmed());
-            QCOMPARE(shown(row, HitsModel::FileColumn), "/a/<i>b</i>.txt"_q);
+            QCOMPARE(shown(row, HitsModel::FileColumn), QString("/a/<i>b</i>.txt"));
         }
     }
 };

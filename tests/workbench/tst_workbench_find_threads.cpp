@@ -27,7 +27,6 @@
 using zvtest::Finder;
 using zvtest::write;
 using namespace workbench;
-using namespace zvtest::literals;
 
 class tst_workbench_find_threads : public zvtest::FindTest
 {
@@ -37,61 +36,62 @@ private Q_SLOTS:
     void findsInFiles()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), "one\nNeedle\nthree");
-        write(tree.path("sub/b.zvscr"_q), "needle needle\n\nneedle");
-        write(tree.path("sub/c.txt"_q), "nothing");
-        write(tree.path("z.bin"_q), QByteArray("needle\0needle", 13));
+        write(tree.path("a.txt"), "one\nNeedle\nthree");
+        write(tree.path("sub/b.zvscr"), "needle needle\n\nneedle");
+        write(tree.path("sub/c.txt"), "nothing");
+        write(tree.path("z.bin"), QByteArray("needle\0needle", 13));
         Finder finder({tree.path()});
         const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
         const QAbstractItemModelTester tester(
             const_cast<HitsModel*>(model), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QCOMPARE(finder.status(), "Type what to search for."_q);
-        QVERIFY(!finder.button("find"_q)->isEnabled());
+        QCOMPARE(finder.status(), QString("Type what to search for."));
+        QVERIFY(!finder.button("find")->isEnabled());
         QSignalSpy ended(finder.dialog.get(), &FindInFilesDialog::searchEnded);
-        QTest::keyClicks(finder.text(), "needle"_q);
+        QTest::keyClicks(finder.text(), "needle");
         QTest::keyClick(finder.text(), Qt::Key_Return);
         QVERIFY(finder.dialog->isSearching());
-        QVERIFY(finder.button("cancel"_q)->isEnabled());
+        QVERIFY(finder.button("cancel")->isEnabled());
         QVERIFY(finder.ends());
         QCOMPARE(ended.count(), 1);
-        QVERIFY(!finder.button("cancel"_q)->isEnabled());
-        QCOMPARE(finder.hits(), (QStringList{"a.txt:2"_q, "b.zvscr:1"_q, "b.zvscr:3"_q}));
-        QCOMPARE(finder.status(), "3 lines in 2 of 4 files."_q);
-        QVERIFY(!finder.button("unreadable"_q)->isVisible());
+        QVERIFY(!finder.button("cancel")->isEnabled());
+        QCOMPARE(finder.hits(), (QStringList{"a.txt:2", "b.zvscr:1", "b.zvscr:3"}));
+        QCOMPARE(finder.status(), QString("3 lines in 2 of 4 files."));
+        QVERIFY(!finder.button("unreadable")->isVisible());
         const QModelIndex hit = model->index(1, HitsModel::FileColumn);
         QCOMPARE(hit.data(Qt::ToolTipRole).toString(),
-                 QDir::toNativeSeparators(tree.path("sub/b.zvscr"_q)));
-        QCOMPARE(hit.siblingAtColumn(HitsModel::TextColumn).data().toString(), "needle needle"_q);
+                 QDir::toNativeSeparators(tree.path("sub/b.zvscr")));
+        QCOMPARE(hit.siblingAtColumn(HitsModel::TextColumn).data().toString(),
+                 QString("needle needle"));
 
-        finder.child<QCheckBox>("matchCase"_q)->setChecked(true);
-        QVERIFY(finder.finds("Needle"_q));
-        QCOMPARE(finder.hits(), QStringList{"a.txt:2"_q});
-        finder.child<QCheckBox>("matchCase"_q)->setChecked(false);
-        finder.child<TypesBox>("types"_q)->setTypes({".ZVSCR"_q});
-        QVERIFY(finder.finds("Needle"_q));
-        QCOMPARE(finder.hits(), (QStringList{"b.zvscr:1"_q, "b.zvscr:3"_q}));
-        QVERIFY(finder.finds("no such text"_q));
+        finder.child<QCheckBox>(QString("matchCase"))->setChecked(true);
+        QVERIFY(finder.finds("Needle"));
+        QCOMPARE(finder.hits(), QStringList{"a.txt:2"});
+        finder.child<QCheckBox>(QString("matchCase"))->setChecked(false);
+        finder.child<TypesBox>(QString("types"))->setTypes({".ZVSCR"});
+        QVERIFY(finder.finds("Needle"));
+        QCOMPARE(finder.hits(), (QStringList{"b.zvscr:1", "b.zvscr:3"}));
+        QVERIFY(finder.finds("no such text"));
         QVERIFY(finder.hits().isEmpty());
-        QCOMPARE(finder.status(), "0 lines in 0 of 1 file."_q);
+        QCOMPARE(finder.status(), QString("0 lines in 0 of 1 file."));
     }
 
     void searchIsCancelledAtAnyMoment()
     {
         zvtest::FileTree tree;
         for (int i = 0; i < 60; ++i)
-            write(tree.path("%1/a.txt"_q.arg(i)), QByteArray("needle\n").repeated(100));
-        write(tree.path("0/large.txt"_q), QByteArray("hay ").repeated(4'000'000));
+            write(tree.path(QString("%1/a.txt").arg(i)), QByteArray("needle\n").repeated(100));
+        write(tree.path("0/large.txt"), QByteArray("hay ").repeated(4'000'000));
         Finder finder({tree.path()});
         int cancelled = 0;
         for (int i = 0; i < 40; ++i) {
-            finder.text()->setText("needle"_q);
-            finder.button("find"_q)->click();
+            finder.text()->setText("needle");
+            finder.button("find")->click();
             QTest::qWait(i);
             if (!finder.dialog->isSearching())
                 continue;
             switch (i % 4) {
             case 0:
-                finder.button("cancel"_q)->click();
+                finder.button("cancel")->click();
                 break;
             case 1:
                 QTest::keyClick(finder.dialog.get(), Qt::Key_Escape);
@@ -105,39 +105,39 @@ private Q_SLOTS:
             }
             ++cancelled;
             QVERIFY(!finder.dialog->isSearching());
-            QVERIFY2(finder.status().startsWith("Cancelled: "_q), qPrintable(finder.status()));
+            QVERIFY2(finder.status().startsWith("Cancelled: "), qPrintable(finder.status()));
             const int hits = finder.view()->model()->rowCount();
             QTest::qWait(5);
             QCOMPARE(finder.view()->model()->rowCount(), hits);
             finder.dialog->show();
         }
         QVERIFY(cancelled > 0);
-        QVERIFY(finder.finds("needle"_q));
+        QVERIFY(finder.finds("needle"));
         QCOMPARE(finder.view()->model()->rowCount(), 6'000);
-        QCOMPARE(finder.status(), "6,000 lines in 60 of 61 files."_q);
+        QCOMPARE(finder.status(), QString("6,000 lines in 60 of 61 files."));
     }
 
     void newSearchReplacesTheOldOne()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), QByteArray("one\ntwo\n").repeated(2'000));
+        write(tree.path("a.txt"), QByteArray("one\ntwo\n").repeated(2'000));
         Finder finder({tree.path()});
         for (int i = 0; i < 20; ++i) {
-            finder.text()->setText(i % 2 == 0 ? "one"_q : "two"_q);
+            finder.text()->setText(i % 2 == 0 ? QString("one") : QString("two"));
             finder.dialog->find();
         }
         QVERIFY(finder.ends());
         QCOMPARE(finder.view()->model()->rowCount(), 2'000);
-        QCOMPARE(finder.hits().first(), "a.txt:2"_q);
+        QCOMPARE(finder.hits().first(), QString("a.txt:2"));
     }
 
     void dialogMayGoWhileItSearches()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"_q), QByteArray("needle hay\n").repeated(1'000'000));
+        write(tree.path("a.txt"), QByteArray("needle hay\n").repeated(1'000'000));
         for (int i = 0; i < 20; ++i) {
             Finder finder({tree.path()});
-            finder.text()->setText(i % 2 == 0 ? "needle"_q : "nothing"_q);
+            finder.text()->setText(i % 2 == 0 ? QString("needle") : QString("nothing"));
             finder.dialog->find();
             QTest::qWait(i);
         }

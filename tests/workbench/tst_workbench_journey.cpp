@@ -57,19 +57,17 @@ const char folderVariable[] = "ZV_JOURNEY_FOLDER";
 bool makeTree(const QDir& root)
 {
     for (int i = 0; i < folders; ++i) {
-        const QString folder =
-            root.filePath(QStringLiteral("board %1").arg(i, 2, 10, QLatin1Char('0')));
+        const QString folder = root.filePath(QString("board %1").arg(i, 2, 10, QLatin1Char('0')));
         if (!QDir().mkpath(folder))
             return false;
         for (int j = 0; j < filesInEach; ++j) {
-            if (!QFile(folder + QStringLiteral("/part-%1.dat").arg(j)).open(QIODevice::WriteOnly))
+            if (!QFile(folder + QString("/part-%1.dat").arg(j)).open(QIODevice::WriteOnly))
                 return false;
         }
     }
-    const QDir examples(QStringLiteral(EXAMPLES "/workbench"));
+    const QDir examples(EXAMPLES "/workbench");
     for (const QString& name : examples.entryList(QDir::Files)) {
-        if (!QFile::copy(examples.filePath(name),
-                         root.filePath(QStringLiteral("board 07/") + name)))
+        if (!QFile::copy(examples.filePath(name), root.filePath("board 07/" + name)))
             return false;
     }
     return true;
@@ -99,7 +97,7 @@ QMainWindow* theWindow()
 {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         auto* const window = qobject_cast<QMainWindow*>(widget);
-        if (window && window->objectName() == QLatin1String("workbench") && window->isVisible())
+        if (window && window->objectName() == "workbench" && window->isVisible())
             return window;
     }
     return nullptr;
@@ -146,7 +144,7 @@ bool chooseInMenus(const QStringList& path)
 
 void typeIntoFileDialog(QFileDialog& dialog, const QString& path)
 {
-    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
     QMetaObject::invokeMethod(&dialog, "accept");
 }
 
@@ -156,8 +154,7 @@ class Spreadsheet
 public:
     explicit Spreadsheet(const QString& table)
     {
-        m_process.start(QStringLiteral(PEER_FILE),
-                        {QStringLiteral("offer"), QStringLiteral("text/plain"), table});
+        m_process.start(PEER_FILE, {"offer", "text/plain", table});
         m_isReady = QTest::qWaitFor([this] { return m_process.canReadLine(); }, longWait)
             && QTest::qWaitFor([&table] { return QGuiApplication::clipboard()->text() == table; },
                                longWait);
@@ -183,7 +180,7 @@ void takePicture(const char* station)
 {
     QTest::qWait(100);
     const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
-    QVERIFY(picture.save(QStringLiteral(PICTURES "/journey-%1.png").arg(QLatin1String(station))));
+    QVERIFY(picture.save(QString(PICTURES "/journey-%1.png").arg(QLatin1String(station))));
 }
 
 } // namespace
@@ -199,11 +196,11 @@ private Q_SLOTS:
         if (!comesBack)
             m_own = std::make_unique<QTemporaryDir>();
         m_root = QDir(comesBack ? qEnvironmentVariable(folderVariable) : m_own->path());
-        host::setOptionsFile(m_root.filePath(QStringLiteral("options.ini")).toStdString());
+        host::setOptionsFile(m_root.filePath("options.ini").toStdString());
         host::setPathSymbol("ZVAPPDATAPATH", m_root.path().toStdString());
         if (!comesBack)
-            QVERIFY(makeTree(m_root.filePath(QStringLiteral("boards"))));
-        QLibrary module(QStringLiteral(MODULE_FILE));
+            QVERIFY(makeTree(m_root.filePath("boards")));
+        QLibrary module(MODULE_FILE);
         QVERIFY2(module.load(), qPrintable(module.errorString()));
         host::callCommand("_workbench", {}, {}, {"journey", 0});
         QVERIFY(theWindow());
@@ -219,8 +216,7 @@ private Q_SLOTS:
 
     void opensInTheCurrentStyle()
     {
-        QCOMPARE(libzvutil::ZvStyleManager::CurrentStyle().name().toQString(),
-                 QStringLiteral("Light"));
+        QCOMPARE(libzvutil::ZvStyleManager::CurrentStyle().name().toQString(), QString("Light"));
         QVERIFY(!qApp->styleSheet().isEmpty());
         takePicture("1-start");
     }
@@ -229,9 +225,8 @@ private Q_SLOTS:
     {
         const int rows = expectedRows();
         const EventLoopDelays delays;
-        zvtest::WindowResponder<QFileDialog> answer([this](QFileDialog& dialog) {
-            typeIntoFileDialog(dialog, m_root.filePath(QStringLiteral("boards")));
-        });
+        zvtest::WindowResponder<QFileDialog> answer(
+            [this](QFileDialog& dialog) { typeIntoFileDialog(dialog, m_root.filePath("boards")); });
         auto* const add = part<QAction>("addFolder");
         for (QToolButton* const button : theWindow()->findChildren<QToolButton*>()) {
             if (button->defaultAction() == add)
@@ -248,9 +243,9 @@ private Q_SLOTS:
         const EventLoopDelays delays;
         auto* const search = part<QLineEdit>("search");
         click(search);
-        QTest::keyClicks(search, QStringLiteral("part-77"));
+        QTest::keyClicks(search, "part-77");
         // 77 and 770 to 779 of each folder.
-        QVERIFY(showsFiles(11 * folders, QStringLiteral("%1 of ").arg(11 * folders)));
+        QVERIFY(showsFiles(11 * folders, QString("%1 of ").arg(11 * folders)));
         qInfo("longest gap while filtering: %lld ms", delays.longest());
         takePicture("3-filtered");
     }
@@ -259,7 +254,7 @@ private Q_SLOTS:
     {
         auto* const search = part<QLineEdit>("search");
         search->selectAll();
-        QTest::keyClicks(search, QStringLiteral("*.testplan"));
+        QTest::keyClicks(search, "*.testplan");
         auto* const files = part<QAbstractItemView>("files");
         QVERIFY(QTest::qWaitFor([files] { return files->model()->rowCount() == 1; }, longWait));
         const QRect row = files->visualRect(files->model()->index(0, 0));
@@ -271,16 +266,14 @@ private Q_SLOTS:
 
     void pastesATable()
     {
-        const Spreadsheet spreadsheet(
-            QStringLiteral("91\tMeasure the ripple\n92\tMeasure the noise"));
+        const Spreadsheet spreadsheet("91\tMeasure the ripple\n92\tMeasure the noise");
         QVERIFY(spreadsheet.isReady());
         QVERIFY(zvtest::activate(*theWindow()));
         QAbstractItemView& view = plan();
         select(view, view.model()->rowCount() - 2, 0);
         QTest::keyClick(&view, Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(textAt(view, view.model()->rowCount() - 2, 1),
-                 QStringLiteral("Measure the ripple"));
-        QCOMPARE(textAt(view, view.model()->rowCount() - 1, 0), QStringLiteral("92"));
+        QCOMPARE(textAt(view, view.model()->rowCount() - 2, 1), QString("Measure the ripple"));
+        QCOMPARE(textAt(view, view.model()->rowCount() - 1, 0), QString("92"));
         takePicture("5-pasted");
     }
 
@@ -288,14 +281,14 @@ private Q_SLOTS:
     {
         QAbstractItemView& view = plan();
         select(view, 0, 1);
-        QTest::keyClicks(&view, QStringLiteral("C"));
+        QTest::keyClicks(&view, "C");
         const QWidget* const field = view.viewport();
         QVERIFY(QTest::qWaitFor(
             [field] { return field->isAncestorOf(QApplication::focusWidget()); }, longWait));
         QWidget* const editor = QApplication::focusWidget();
-        QTest::keyClicks(editor, QStringLiteral("heck the fuse"));
+        QTest::keyClicks(editor, "heck the fuse");
         QTest::keyClick(editor, Qt::Key_Return);
-        QCOMPARE(textAt(view, 0, 1), QStringLiteral("Check the fuse"));
+        QCOMPARE(textAt(view, 0, 1), QString("Check the fuse"));
         QCOMPARE(view.currentIndex().row(), 1);
         QVERIFY(isModified());
         takePicture("6-edited");
@@ -314,23 +307,22 @@ private Q_SLOTS:
         QByteArray changed = zvtest::contentOf(planFile());
         changed.replace("Check the fuse", "Replace the fuse");
         QVERIFY(zvtest::writeTo(planFile(), changed));
-        auto* const bar = plan().window()->findChild<QWidget*>(QStringLiteral("reloadBar"));
+        auto* const bar = plan().window()->findChild<QWidget*>("reloadBar");
         QVERIFY(bar);
         QWidget* shown = nullptr;
         QVERIFY(QTest::qWaitFor(
             [&shown] {
-                for (QWidget* const each :
-                     theWindow()->findChildren<QWidget*>(QStringLiteral("reloadBar")))
+                for (QWidget* const each : theWindow()->findChildren<QWidget*>("reloadBar"))
                     shown = each->isVisible() ? each : shown;
                 return shown != nullptr;
             },
             longWait));
         takePicture("7-changed-outside");
         for (QPushButton* const button : shown->findChildren<QPushButton*>()) {
-            if (button->text().remove(QLatin1Char('&')) == QLatin1String("Reload"))
+            if (button->text().remove(QLatin1Char('&')) == "Reload")
                 click(button);
         }
-        QCOMPARE(textAt(plan(), 0, 1), QStringLiteral("Replace the fuse"));
+        QCOMPARE(textAt(plan(), 0, 1), QString("Replace the fuse"));
         QVERIFY(!shown->isVisible());
     }
 
@@ -349,14 +341,13 @@ private Q_SLOTS:
             },
             longWait));
         QVERIFY(zvtest::activate(*dialog));
-        auto* const text = dialog->findChild<QLineEdit*>(QStringLiteral("text"));
-        QTest::keyClicks(text, QStringLiteral("Replace the fuse"));
+        auto* const text = dialog->findChild<QLineEdit*>("text");
+        QTest::keyClicks(text, "Replace the fuse");
         QTest::keyClick(text, Qt::Key_Return);
-        const auto* const hits = dialog->findChild<QTreeView*>(QStringLiteral("hits"));
-        const auto* const status = dialog->findChild<QLineEdit*>(QStringLiteral("status"));
-        QVERIFY(QTest::qWaitFor(
-            [status] { return status->text().startsWith(QStringLiteral("1 line in 1 of ")); },
-            longWait));
+        const auto* const hits = dialog->findChild<QTreeView*>("hits");
+        const auto* const status = dialog->findChild<QLineEdit*>("status");
+        QVERIFY(QTest::qWaitFor([status] { return status->text().startsWith("1 line in 1 of "); },
+                                longWait));
         QCOMPARE(hits->model()->rowCount(), 1);
         qInfo("longest gap while searching: %lld ms", delays.longest());
         takePicture("8-found");
@@ -366,16 +357,15 @@ private Q_SLOTS:
 
     void switchesStyles()
     {
-        QVERIFY(chooseInMenus(
-            {QStringLiteral("View"), QStringLiteral("Style"), QStringLiteral("Dark")}));
+        QVERIFY(chooseInMenus({"View", "Style", "Dark"}));
         QTRY_COMPARE_WITH_TIMEOUT(libzvutil::ZvStyleManager::CurrentStyle().name().toQString(),
-                                  QStringLiteral("Dark"), longWait);
+                                  QString("Dark"), longWait);
         takePicture("9-dark");
     }
 
     void editsAStyle()
     {
-        QVERIFY(chooseInMenus({QStringLiteral("View"), QStringLiteral("Style Editor")}));
+        QVERIFY(chooseInMenus({"View", "Style Editor"}));
         libzvutil::ZvStyleEditor* editor = nullptr;
         QVERIFY(QTest::qWaitFor(
             [&editor] {
@@ -401,15 +391,15 @@ private Q_SLOTS:
         QCOMPARE(answer.count, 1);
         takePicture("10-style-editor");
         for (QPushButton* const button : editor->findChildren<QPushButton*>()) {
-            if (button->text() == QLatin1String("Apply"))
+            if (button->text() == "Apply")
                 click(button);
         }
         QCOMPARE(libzvutil::ZvStyleManager::AvailableStyleNames().size(), 3);
         editor->close();
         QVERIFY(zvtest::activate(*theWindow()));
         const QString name = libzvutil::ZvStyleManager::AvailableStyleNames().last();
-        QVERIFY(chooseInMenus({QStringLiteral("View"), QStringLiteral("Style"), name}));
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff102038")));
+        QVERIFY(chooseInMenus({"View", "Style", name}));
+        QVERIFY(qApp->styleSheet().contains("#ff102038"));
         takePicture("11-edited-style");
     }
 
@@ -427,7 +417,7 @@ private Q_SLOTS:
         environment.insert(QLatin1String(folderVariable), m_root.path());
         again.setProcessEnvironment(environment);
         again.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        again.start(QCoreApplication::applicationFilePath(), {QStringLiteral("sessionIsThere")});
+        again.start(QCoreApplication::applicationFilePath(), {"sessionIsThere"});
         // It waits itself, and for more than one thing.
         QVERIFY(again.waitForFinished(3 * longWait));
         QVERIFY2(again.exitStatus() == QProcess::NormalExit && again.exitCode() == 0,
@@ -441,8 +431,8 @@ private Q_SLOTS:
             QSKIP("Checked by the process that comes back");
         // The edited style has been kept.
         QVERIFY(!libzvutil::ZvStyleManager::CurrentStyle().isDefaultStyle());
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff102038")));
-        QCOMPARE(textAt(plan(), 0, 1), QStringLiteral("Replace the fuse"));
+        QVERIFY(qApp->styleSheet().contains("#ff102038"));
+        QCOMPARE(textAt(plan(), 0, 1), QString("Replace the fuse"));
         QVERIFY(listsAllFiles(expectedRows()));
         takePicture("12-next-day");
     }
@@ -451,8 +441,7 @@ private:
     /// Waits until the panel has so many rows and tells so.
     static bool showsFiles(int rows, const QString& beginOfStatus)
     {
-        const auto* const status =
-            part<QWidget>("Files")->findChild<QLineEdit*>(QStringLiteral("status"));
+        const auto* const status = part<QWidget>("Files")->findChild<QLineEdit*>("status");
         const auto* const model = part<QAbstractItemView>("files")->model();
         const bool isSo = QTest::qWaitFor(
             [&] { return model->rowCount() == rows && status->text().startsWith(beginOfStatus); },
@@ -465,24 +454,17 @@ private:
 
     /// The scan passes over the folder that comes first, but not over what is in it, and ends with
     /// the one that comes last, as if that were a file; see the list model.
-    int expectedRows() const
-    {
-        return zvtest::expectedRows({m_root.filePath(QStringLiteral("boards"))}).size();
-    }
+    int expectedRows() const { return zvtest::expectedRows({m_root.filePath("boards")}).size(); }
 
     static bool listsAllFiles(int rows)
     {
         const QLocale english(QLocale::English, QLocale::UnitedStates);
-        return rows > folders * filesInEach
-            && showsFiles(rows, english.toString(rows) + QStringLiteral(" files"));
+        return rows > folders * filesInEach && showsFiles(rows, english.toString(rows) + " files");
     }
 
     static QAbstractItemView& plan() { return *part<QAbstractItemView>("testPlanView"); }
 
-    QString planFile() const
-    {
-        return m_root.filePath(QStringLiteral("boards/board 07/amplifier.testplan"));
-    }
+    QString planFile() const { return m_root.filePath("boards/board 07/amplifier.testplan"); }
 
     static bool isModified() { return plan().parentWidget()->isWindowModified(); }
 

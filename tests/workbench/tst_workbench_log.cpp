@@ -28,7 +28,6 @@
 using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
 using namespace workbench;
-using namespace zvtest::literals;
 using zvtest::longWait;
 namespace logging = zvutil::logging;
 
@@ -53,9 +52,9 @@ public:
         QApplication::setActiveWindow(&panel);
     }
 
-    QTreeView* view() const { return panel.findChild<QTreeView*>("lines"_q); }
-    QComboBox* level() const { return panel.findChild<QComboBox*>("level"_q); }
-    QLineEdit* text() const { return panel.findChild<QLineEdit*>("text"_q); }
+    QTreeView* view() const { return panel.findChild<QTreeView*>("lines"); }
+    QComboBox* level() const { return panel.findChild<QComboBox*>("level"); }
+    QLineEdit* text() const { return panel.findChild<QLineEdit*>("text"); }
     void click(const QString& name) const { panel.findChild<QToolButton*>(name)->click(); }
 
     QStringList shown() const
@@ -103,14 +102,14 @@ private Q_SLOTS:
         model.append(records(0, 10));
         model.append(records(10, LogModel::mostLines - 10));
         QCOMPARE(model.rowCount(), LogModel::mostLines);
-        QCOMPARE(text(0), "0"_q);
+        QCOMPARE(text(0), QString("0"));
         model.append(records(LogModel::mostLines, 3));
         QCOMPARE(model.rowCount(), LogModel::mostLines);
-        QCOMPARE(text(0), "3"_q);
+        QCOMPARE(text(0), QString("3"));
         QCOMPARE(text(LogModel::mostLines - 1), QString::number(LogModel::mostLines + 2));
         model.append(records(0, LogModel::mostLines + 5));
         QCOMPARE(model.rowCount(), LogModel::mostLines);
-        QCOMPARE(text(0), "5"_q);
+        QCOMPARE(text(0), QString("5"));
     }
 
     void showsWhatIsLogged()
@@ -118,21 +117,22 @@ private Q_SLOTS:
         add_sink(2);
         logging::write(2, "Start", "before the panel");
         const Panel panel;
-        QCOMPARE(panel.shown(), QStringList{"before the panel"_q});
+        QCOMPARE(panel.shown(), QStringList{"before the panel"});
         QCOMPARE(panel.panel.getPreferredDockLocation(), DockLocationPreference::Bottom);
-        QCOMPARE(panel.panel.shortTitle(), "Log"_q);
+        QCOMPARE(panel.panel.shortTitle(), QString("Log"));
         QVERIFY(panel.panel.isSystemWidget());
         std::thread([] { logging::write(4, "Other", "two\nlines ü"); }).join();
-        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(),
-                                  (QStringList{"before the panel"_q, "two lines ü"_q}), longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(), (QStringList{"before the panel", "two lines ü"}),
+                                  longWait);
         const QModelIndex second = panel.view()->model()->index(1, 0);
-        QCOMPARE(second.data().toString(), "Error"_q);
-        QCOMPARE(second.siblingAtColumn(1).data().toString(), "Other"_q);
-        QCOMPARE(second.siblingAtColumn(2).data(Qt::ToolTipRole).toString(), "two\nlines ü"_q);
+        QCOMPARE(second.data().toString(), QString("Error"));
+        QCOMPARE(second.siblingAtColumn(1).data().toString(), QString("Other"));
+        QCOMPARE(second.siblingAtColumn(2).data(Qt::ToolTipRole).toString(),
+                 QString("two\nlines ü"));
         logging::write(2, "Other", "<b>bold</b>");
         QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 3, longWait);
         const QModelIndex third = panel.view()->model()->index(2, 2);
-        QVERIFY(third.data(Qt::ToolTipRole).toString().contains("&lt;b&gt;bold"_q));
+        QVERIFY(third.data(Qt::ToolTipRole).toString().contains("&lt;b&gt;bold"));
     }
 
     void looksOnlyWhileItIsVisible()
@@ -143,7 +143,7 @@ private Q_SLOTS:
         QTest::qWait(400);
         QVERIFY(panel.shown().isEmpty());
         panel.panel.show();
-        QCOMPARE(panel.shown(), QStringList{"meanwhile"_q});
+        QCOMPARE(panel.shown(), QStringList{"meanwhile"});
     }
 
     void filters()
@@ -161,15 +161,15 @@ private Q_SLOTS:
             panel.level()->setCurrentIndex(i);
             QCOMPARE(panel.shown().size(), counts[i]);
         }
-        QTest::keyClicks(panel.text(), "CRIT"_q);
-        QCOMPARE(panel.shown(), QStringList{"critical"_q});
-        panel.text()->setText("disk"_q);
-        QCOMPARE(panel.shown(), (QStringList{"error"_q, "critical"_q}));
+        QTest::keyClicks(panel.text(), "CRIT");
+        QCOMPARE(panel.shown(), QStringList{"critical"});
+        panel.text()->setText("disk");
+        QCOMPARE(panel.shown(), (QStringList{"error", "critical"}));
         logging::write(4, "Disk", "another");
         logging::write(4, "Test", "not this");
         logging::write(3, "Disk", "nor this");
-        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(),
-                                  (QStringList{"error"_q, "critical"_q, "another"_q}), longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(), (QStringList{"error", "critical", "another"}),
+                                  longWait);
         panel.text()->clear();
         panel.level()->setCurrentIndex(0);
         QCOMPARE(panel.shown().size(), 8);
@@ -181,17 +181,18 @@ private Q_SLOTS:
         logging::write(2, "A", "one");
         logging::write(3, "B", "two\nhalves");
         QTRY_COMPARE_WITH_TIMEOUT(panel.shown().size(), 2, longWait);
-        panel.click("copy"_q);
-        QCOMPARE(QApplication::clipboard()->text(), "Info\tA\tone\nWarning\tB\ttwo\nhalves\n"_q);
+        panel.click("copy");
+        QCOMPARE(QApplication::clipboard()->text(),
+                 QString("Info\tA\tone\nWarning\tB\ttwo\nhalves\n"));
         QVERIFY(zvtest::activate(panel.panel));
         panel.view()->setFocus();
         panel.view()->setCurrentIndex(panel.view()->model()->index(1, 0));
         QTest::keySequence(panel.view(), QKeySequence::Copy);
-        QCOMPARE(QApplication::clipboard()->text(), "Warning\tB\ttwo\nhalves\n"_q);
-        panel.click("clear"_q);
+        QCOMPARE(QApplication::clipboard()->text(), QString("Warning\tB\ttwo\nhalves\n"));
+        panel.click("clear");
         QVERIFY(panel.shown().isEmpty());
         logging::write(2, "A", "three");
-        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(), QStringList{"three"_q}, longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.shown(), QStringList{"three"}, longWait);
         QCOMPARE(logging::host::records().size(), std::size_t(3));
     }
 
@@ -242,11 +243,11 @@ private Q_SLOTS:
                  current.colour(ZvStyleBrush::TextDisabled).qColour());
         LogPanel later;
         later.show();
-        const auto* const text = later.findChild<QLineEdit*>("text"_q);
+        const auto* const text = later.findChild<QLineEdit*>("text");
         QCOMPARE(text->palette().color(QPalette::PlaceholderText),
                  current.colour(ZvStyleBrush::TextDisabled).qColour());
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(panel.panel.grab().save(QStringLiteral(PICTURES "/log-%1.png").arg(style)));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(panel.panel.grab().save(QString(PICTURES "/log-%1.png").arg(style)));
         qApp->setStyleSheet(QString());
     }
 

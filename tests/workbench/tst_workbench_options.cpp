@@ -39,7 +39,6 @@
 
 using libzvutil::ZvStyleManager;
 using namespace workbench;
-using namespace zvtest::literals;
 using zvtest::longWait;
 
 namespace {
@@ -58,8 +57,8 @@ QPushButton* button(const QWidget& dialog, QDialogButtonBox::StandardButton whic
 
 void save(QWidget& widget, const QString& name, const QString& style)
 {
-    QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-    QVERIFY(widget.grab().save(QStringLiteral(PICTURES "/%1-%2.png").arg(name, style)));
+    QVERIFY(QDir().mkpath(PICTURES));
+    QVERIFY(widget.grab().save(QString(PICTURES "/%1-%2.png").arg(name, style)));
 }
 
 } // namespace
@@ -90,7 +89,7 @@ private Q_SLOTS:
             QCOMPARE(accents()[i].colour,
                      QColor(QString::fromUtf8(zvtest::builtInAccents[i].colour)));
         }
-        QCOMPARE(accentText(QColor(0x2D, 0x7D, 0x9A)), "#2d7d9a"_q);
+        QCOMPARE(accentText(QColor(0x2D, 0x7D, 0x9A)), QString("#2d7d9a"));
     }
 
     void swatchesAreChosen()
@@ -102,8 +101,8 @@ private Q_SLOTS:
         const QList<QAbstractButton*> buttons = swatches.findChildren<QAbstractButton*>();
         QCOMPARE(buttons.size(), 48);
         QVERIFY(!swatches.current().isValid());
-        QCOMPARE(buttons[1]->toolTip(), "#ff8c00"_q);
-        QCOMPARE(buttons[1]->accessibleName(), "Gold"_q);
+        QCOMPARE(buttons[1]->toolTip(), QString("#ff8c00"));
+        QCOMPARE(buttons[1]->accessibleName(), QString("Gold"));
 
         swatches.setCurrent(QColor(0xFF, 0x8C, 0x00));
         QCOMPARE(swatches.current(), QColor(0xFF, 0x8C, 0x00));
@@ -187,49 +186,45 @@ private Q_SLOTS:
     {
         OptionsDialog dialog;
         QSignalSpy applied(&dialog, &OptionsDialog::applied);
-        dialog.findChild<OptionEditor*>("TestOption"_q)
-            ->findChild<QLineEdit*>()
-            ->setText("one, two"_q);
-        dialog.findChild<OptionEditor*>("ZvStyle"_q)
-            ->findChild<QComboBox*>()
-            ->setCurrentText("Dark"_q);
-        QCOMPARE(option("ZvStyle"), "Light"_q);
+        dialog.findChild<OptionEditor*>("TestOption")->findChild<QLineEdit*>()->setText("one, two");
+        dialog.findChild<OptionEditor*>("ZvStyle")->findChild<QComboBox*>()->setCurrentText("Dark");
+        QCOMPARE(option("ZvStyle"), QString("Light"));
         button(dialog, QDialogButtonBox::Apply)->click();
         QCOMPARE(applied.count(), 1);
-        QCOMPARE(option("ZvStyle"), "Dark"_q);
-        QCOMPARE(option("TestOption"), "one, two"_q);
+        QCOMPARE(option("ZvStyle"), QString("Dark"));
+        QCOMPARE(option("TestOption"), QString("one, two"));
         QVERIFY(!button(dialog, QDialogButtonBox::Apply)->isEnabled());
-        QCOMPARE(QSettings(m_host.path() + "/options.ini"_q, QSettings::IniFormat).allKeys().size(),
+        QCOMPARE(QSettings(m_host.path() + "/options.ini", QSettings::IniFormat).allKeys().size(),
                  2);
 
-        dialog.findChild<QToolButton*>("reset TestOption"_q)->click();
-        QCOMPARE(dialog.findChild<OptionEditor*>("TestOption"_q)->value(), "a, default"_q);
-        QCOMPARE(option("TestOption"), "one, two"_q);
+        dialog.findChild<QToolButton*>("reset TestOption")->click();
+        QCOMPARE(dialog.findChild<OptionEditor*>("TestOption")->value(), QString("a, default"));
+        QCOMPARE(option("TestOption"), QString("one, two"));
         QVERIFY(button(dialog, QDialogButtonBox::Apply)->isEnabled());
         button(dialog, QDialogButtonBox::Ok)->click();
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QCOMPARE(applied.count(), 2);
-        QCOMPARE(option("TestOption"), "a, default"_q);
-        QCOMPARE(QSettings(m_host.path() + "/options.ini"_q, QSettings::IniFormat).allKeys(),
-                 QStringList{"ZvStyle"_q});
+        QCOMPARE(option("TestOption"), QString("a, default"));
+        QCOMPARE(QSettings(m_host.path() + "/options.ini", QSettings::IniFormat).allKeys(),
+                 QStringList{"ZvStyle"});
     }
 
     void cancelWritesNothing()
     {
         OptionsDialog dialog;
         QSignalSpy applied(&dialog, &OptionsDialog::applied);
-        dialog.findChild<OptionEditor*>("TestOption"_q)->setValue("other"_q);
+        dialog.findChild<OptionEditor*>("TestOption")->setValue("other");
         button(dialog, QDialogButtonBox::Cancel)->click();
         QCOMPARE(applied.count(), 0);
-        QCOMPARE(option("TestOption"), "a, default"_q);
+        QCOMPARE(option("TestOption"), QString("a, default"));
     }
 
     void styleThatHasGoneStays()
     {
         host::writeOption("ZvStyle", "Mine");
         const OptionsDialog dialog;
-        auto* const box = dialog.findChild<OptionEditor*>("ZvStyle"_q)->findChild<QComboBox*>();
-        QCOMPARE(box->currentText(), "Mine"_q);
+        auto* const box = dialog.findChild<OptionEditor*>("ZvStyle")->findChild<QComboBox*>();
+        QCOMPARE(box->currentText(), QString("Mine"));
         QCOMPARE(box->count(), ZvStyleManager::AvailableStyleNames().size() + 1);
         QVERIFY(!button(dialog, QDialogButtonBox::Apply)->isEnabled());
     }
@@ -238,13 +233,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("isColour");
-        QTest::newRow("hex") << "#12aBcD"_q << true;
-        QTest::newRow("name") << "red"_q << true;
-        QTest::newRow("blanks around") << " #123456 "_q << true;
-        QTest::newRow("no hash") << "12abcd"_q << false;
-        QTest::newRow("short of a digit") << "#12345"_q << false;
-        QTest::newRow("no digit") << "#12345g"_q << false;
-        QTest::newRow("empty") << ""_q << false;
+        QTest::newRow("hex") << "#12aBcD" << true;
+        QTest::newRow("name") << "red" << true;
+        QTest::newRow("blanks around") << " #123456 " << true;
+        QTest::newRow("no hash") << "12abcd" << false;
+        QTest::newRow("short of a digit") << "#12345" << false;
+        QTest::newRow("no digit") << "#12345g" << false;
+        QTest::newRow("empty") << "" << false;
     }
 
     void accentIsValidated()
@@ -252,10 +247,10 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(bool, isColour);
         OptionsDialog dialog;
-        auto* const editor = dialog.findChild<OptionEditor*>("ZvStyleAccent"_q);
+        auto* const editor = dialog.findChild<OptionEditor*>("ZvStyleAccent");
         editor->findChild<QLineEdit*>()->setText(text);
         QCOMPARE(editor->problem().isEmpty(), isColour);
-        QCOMPARE(dialog.findChild<QLabel*>("problem"_q)->text(), editor->problem());
+        QCOMPARE(dialog.findChild<QLabel*>("problem")->text(), editor->problem());
         QCOMPARE(button(dialog, QDialogButtonBox::Ok)->isEnabled(), isColour);
         QCOMPARE(button(dialog, QDialogButtonBox::Apply)->isEnabled(), isColour);
         if (isColour) {
@@ -268,14 +263,14 @@ private Q_SLOTS:
     {
         OptionsDialog dialog;
         dialog.show();
-        auto* const editor = dialog.findChild<OptionEditor*>("ZvStyleAccent"_q);
+        auto* const editor = dialog.findChild<OptionEditor*>("ZvStyleAccent");
         const zvtest::WindowResponder<QColorDialog> answer([](QColorDialog& colours) {
             colours.setCurrentColor(QColor(0x10, 0x20, 0x30));
             colours.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         });
-        editor->findChild<QToolButton*>("colour"_q)->click();
+        editor->findChild<QToolButton*>("colour")->click();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
-        QTRY_COMPARE_WITH_TIMEOUT(editor->value(), "#102030"_q, longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(editor->value(), QString("#102030"), longWait);
     }
 
     void failureIsTold()
@@ -291,88 +286,87 @@ private Q_SLOTS:
             reason = box.informativeText();
             box.accept();
         });
-        dialog.findChild<OptionEditor*>("TestOption"_q)->setValue("other"_q);
+        dialog.findChild<OptionEditor*>("TestOption")->setValue("other");
         button(dialog, QDialogButtonBox::Ok)->click();
         host::setOptionsFile(file);
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
-        QCOMPARE(text, "The option “TestOption” was not saved."_q);
-        QVERIFY2(reason.contains("options file"_q), qPrintable(reason));
+        QCOMPARE(text, QString("The option “TestOption” was not saved."));
+        QVERIFY2(reason.contains("options file"), qPrintable(reason));
         QVERIFY(dialog.isVisible());
         QVERIFY(button(dialog, QDialogButtonBox::Apply)->isEnabled());
         QVERIFY(dialog.apply());
-        QCOMPARE(option("TestOption"), "other"_q);
+        QCOMPARE(option("TestOption"), QString("other"));
     }
 
     void namesOfFiles_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("problem");
-        const QString banned =
-            "A name has at most 255 characters, and none of < > : \" / \\ | ? *"_q;
+        const QString banned = "A name has at most 255 characters, and none of < > : \" / \\ | ? *";
         const auto device = [](const QString& name) {
-            return "“%1” is the name of a device. Add something in front of it."_q.arg(name);
+            return QString("“%1” is the name of a device. Add something in front of it.").arg(name);
         };
-        const QString end = "A name can't end with a dot or a blank."_q;
-        QTest::newRow("good") << "new.txt"_q
-                              << ""_q;
-        QTest::newRow("umlaut") << "ü ö.txt"_q
-                                << ""_q;
-        QTest::newRow("begins with a dot") << ".profile"_q
-                                           << ""_q;
-        QTest::newRow("empty") << ""_q
-                               << "Type a name."_q;
+        const QString end = "A name can't end with a dot or a blank.";
+        QTest::newRow("good") << "new.txt"
+                              << "";
+        QTest::newRow("umlaut") << "ü ö.txt"
+                                << "";
+        QTest::newRow("begins with a dot") << ".profile"
+                                           << "";
+        QTest::newRow("empty") << ""
+                               << "Type a name.";
         for (const char* const character : {"<", ">", ":", "\"", "/", "\\", "|", "?", "*", "\t"})
-            QTest::newRow(character) << "a%1b"_q.arg(QLatin1String(character)) << banned;
-        QTest::newRow("255 units") << QString(255, QLatin1Char('a')) << ""_q;
+            QTest::newRow(character) << QString("a%1b").arg(QLatin1String(character)) << banned;
+        QTest::newRow("255 units") << QString(255, QLatin1Char('a')) << "";
         QTest::newRow("256 units") << QString(256, QLatin1Char('a')) << banned;
 #if defined(Q_OS_UNIX)
         QTest::newRow("too many bytes")
-            << "ä"_q.repeated(128) << "The name is too long for this disk."_q;
+            << QString("ä").repeated(128) << "The name is too long for this disk.";
 #endif
-        QTest::newRow("dot at the end") << "a."_q << end;
-        QTest::newRow("blank at the end") << "a "_q << end;
-        QTest::newRow("this folder") << "."_q << end;
-        QTest::newRow("parent folder") << ".."_q << end;
+        QTest::newRow("dot at the end") << "a." << end;
+        QTest::newRow("blank at the end") << "a " << end;
+        QTest::newRow("this folder") << "." << end;
+        QTest::newRow("parent folder") << ".." << end;
         for (const char* const name :
              {"CON", "nul", "Aux", "prn", "COM1", "lpt9", "CONIN$", "com²"})
             QTest::newRow(name) << QString::fromUtf8(name) << device(QString::fromUtf8(name));
-        QTest::newRow("device with extension") << "NUL.tar.gz"_q << device("NUL.tar.gz"_q);
-        QTest::newRow("device, blank, extension") << "con .txt"_q << device("con .txt"_q);
-        QTest::newRow("com0 is no device") << "COM0"_q
-                                           << ""_q;
-        QTest::newRow("com10 is no device") << "COM10"_q
-                                            << ""_q;
-        QTest::newRow("begins like a device") << "console"_q
-                                              << ""_q;
-        QTest::newRow("ends like a device") << "a.con"_q
-                                            << ""_q;
-        QTest::newRow("taken") << "taken.txt"_q
-                               << "There is a “taken.txt” in this folder already."_q;
-        QTest::newRow("taken by a folder") << "folder"_q
-                                           << "There is a “folder” in this folder already."_q;
-        QTest::newRow("its own") << "mine.txt"_q
-                                 << "There is a “mine.txt” in this folder already."_q;
-        QTest::newRow("its own in another case") << "MINE.txt"_q
-                                                 << ""_q;
+        QTest::newRow("device with extension") << "NUL.tar.gz" << device(QString("NUL.tar.gz"));
+        QTest::newRow("device, blank, extension") << "con .txt" << device(QString("con .txt"));
+        QTest::newRow("com0 is no device") << "COM0"
+                                           << "";
+        QTest::newRow("com10 is no device") << "COM10"
+                                            << "";
+        QTest::newRow("begins like a device") << "console"
+                                              << "";
+        QTest::newRow("ends like a device") << "a.con"
+                                            << "";
+        QTest::newRow("taken") << "taken.txt"
+                               << "There is a “taken.txt” in this folder already.";
+        QTest::newRow("taken by a folder") << "folder"
+                                           << "There is a “folder” in this folder already.";
+        QTest::newRow("its own") << "mine.txt"
+                                 << "There is a “mine.txt” in this folder already.";
+        QTest::newRow("its own in another case") << "MINE.txt"
+                                                 << "";
     }
 
     void namesOfFiles()
     {
         QFETCH(QString, name);
         QFETCH(QString, problem);
-        zvtest::FileTree tree({"taken.txt"_q, "folder/"_q, "mine.txt"_q});
-        QCOMPARE(FileNameDialog::problemWith(name, tree.path(), "mine.txt"_q), problem);
+        zvtest::FileTree tree({"taken.txt", "folder/", "mine.txt"});
+        QCOMPARE(FileNameDialog::problemWith(name, tree.path(), "mine.txt"), problem);
     }
 
     void linkThatLeadsNowhereTakesItsName()
     {
 #if defined(Q_OS_UNIX)
         zvtest::FileTree tree;
-        tree.link("link"_q, "gone"_q);
-        QVERIFY(!FileNameDialog::problemWith("link"_q, tree.path(), {}).isEmpty());
-        tree.file("A.txt"_q);
-        tree.file("a.txt"_q);
-        QVERIFY(!FileNameDialog::problemWith("A.txt"_q, tree.path(), "a.txt"_q).isEmpty());
+        tree.link("link", "gone");
+        QVERIFY(!FileNameDialog::problemWith("link", tree.path(), {}).isEmpty());
+        tree.file(QString("A.txt"));
+        tree.file(QString("a.txt"));
+        QVERIFY(!FileNameDialog::problemWith("A.txt", tree.path(), "a.txt").isEmpty());
 #else
         QSKIP("there are no symbolic links that this test could make");
 #endif
@@ -380,31 +374,31 @@ private Q_SLOTS:
 
     void problemsShowAtOnce()
     {
-        zvtest::FileTree tree({"a.tar.gz"_q});
-        FileNameDialog dialog(nullptr, "Rename"_q, tree.path(), "a.tar.gz"_q);
-        auto* const name = dialog.findChild<QLineEdit*>("name"_q);
-        const auto* const problem = dialog.findChild<QLabel*>("problem"_q);
+        zvtest::FileTree tree({"a.tar.gz"});
+        FileNameDialog dialog(nullptr, "Rename", tree.path(), "a.tar.gz");
+        auto* const name = dialog.findChild<QLineEdit*>("name");
+        const auto* const problem = dialog.findChild<QLabel*>("problem");
         const QPushButton* const ok = button(dialog, QDialogButtonBox::Ok);
         QVERIFY(name->validator());
-        QCOMPARE(name->selectedText(), "a.tar"_q);
+        QCOMPARE(name->selectedText(), QString("a.tar"));
         QVERIFY(!ok->isEnabled());
-        QCOMPARE(problem->text(), "There is a “a.tar.gz” in this folder already."_q);
-        QTest::keyClicks(name, "b"_q);
-        QCOMPARE(name->text(), "b.gz"_q);
+        QCOMPARE(problem->text(), QString("There is a “a.tar.gz” in this folder already."));
+        QTest::keyClicks(name, "b");
+        QCOMPARE(name->text(), QString("b.gz"));
         QVERIFY(ok->isEnabled());
         QVERIFY(problem->text().isEmpty());
-        QTest::keyClicks(name, ":"_q);
-        QCOMPARE(name->text(), "b.gz"_q);
-        QVERIFY(problem->text().contains("none of"_q));
-        QTest::keyClicks(name, "c"_q);
+        QTest::keyClicks(name, ":");
+        QCOMPARE(name->text(), QString("b.gz"));
+        QVERIFY(problem->text().contains("none of"));
+        QTest::keyClicks(name, "c");
         QVERIFY(problem->text().isEmpty());
         name->clear();
-        QCOMPARE(problem->text(), "Type a name."_q);
+        QCOMPARE(problem->text(), QString("Type a name."));
         QVERIFY(!ok->isEnabled());
-        QCOMPARE(FileNameDialog(nullptr, {}, tree.path(), ".profile"_q)
-                     .findChild<QLineEdit*>("name"_q)
+        QCOMPARE(FileNameDialog(nullptr, {}, tree.path(), ".profile")
+                     .findChild<QLineEdit*>("name")
                      ->selectedText(),
-                 ".profile"_q);
+                 QString(".profile"));
     }
 
     void asksForAFile()
@@ -413,14 +407,14 @@ private Q_SLOTS:
         const auto ask = [&tree](QDialogButtonBox::StandardButton which) {
             const zvtest::WindowResponder<QDialog> answer(
                 [which](QDialog& dialog) { button(dialog, which)->click(); });
-            return FileNameDialog::ask(nullptr, "New"_q, tree.path(), "new.zvsch"_q);
+            return FileNameDialog::ask(nullptr, "New", tree.path(), "new.zvsch");
         };
-        QCOMPARE(ask(QDialogButtonBox::Ok), tree.path("new.zvsch"_q));
-        QCOMPARE(ask(QDialogButtonBox::Cancel), ""_q);
+        QCOMPARE(ask(QDialogButtonBox::Ok), tree.path("new.zvsch"));
+        QCOMPARE(ask(QDialogButtonBox::Cancel), QString(""));
         auto* const parent = new QWidget;
         const zvtest::WindowResponder<QDialog> parentGoes(
             [parent](QDialog& /*dialog*/) { delete parent; });
-        QCOMPARE(FileNameDialog::ask(parent, "New"_q, tree.path(), "new.zvsch"_q), ""_q);
+        QCOMPARE(FileNameDialog::ask(parent, "New", tree.path(), "new.zvsch"), QString(""));
         QCOMPARE(parentGoes.count, 1);
     }
 
@@ -434,15 +428,15 @@ private Q_SLOTS:
         QFETCH(QString, style);
         zvtest::showStyle(style);
         OptionsDialog options;
-        save(options, "options"_q, style);
-        options.findChild<OptionEditor*>("ZvStyleAccent"_q)->setValue("#12"_q);
-        save(options, "options-problem"_q, style);
-        zvtest::FileTree tree({"bridge.testplan"_q});
-        FileNameDialog name(nullptr, "Rename"_q, tree.path(), "bridge.testplan"_q);
-        save(name, "name"_q, style);
+        save(options, "options", style);
+        options.findChild<OptionEditor*>("ZvStyleAccent")->setValue("#12");
+        save(options, "options-problem", style);
+        zvtest::FileTree tree({"bridge.testplan"});
+        FileNameDialog name(nullptr, "Rename", tree.path(), "bridge.testplan");
+        save(name, "name", style);
         AccentSwatches swatches;
         swatches.setCurrent(QColor(0x2D, 0x7D, 0x9A));
-        save(swatches, "swatches"_q, style);
+        save(swatches, "swatches", style);
         qApp->setStyleSheet(QString());
     }
 

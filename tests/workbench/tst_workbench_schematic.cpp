@@ -71,14 +71,13 @@ private Q_SLOTS:
         QFETCH(QString, reference);
         Sheet sheet;
         sheet.key(code);
-        QVERIFY(sheet.document.findChild<QAction*>(QStringLiteral("place") + kind)->isChecked());
+        QVERIFY(sheet.document.findChild<QAction*>("place" + kind)->isChecked());
         QVERIFY(!sheet.action("select")->isChecked());
         sheet.click({-10, 3});
         sheet.click({10, 3});
-        QCOMPARE(
-            sheet.lines(),
-            QStringList({kind + QLatin1Char(' ') + reference + QStringLiteral("1 “” -10,3 0°"),
-                         kind + QLatin1Char(' ') + reference + QStringLiteral("2 “” 10,3 0°")}));
+        QCOMPARE(sheet.lines(),
+                 QStringList({kind + QLatin1Char(' ') + reference + "1 “” -10,3 0°",
+                              kind + QLatin1Char(' ') + reference + "2 “” 10,3 0°"}));
         QCOMPARE(sheet.edits(), 2);
         QVERIFY(sheet.document.isModified());
         sheet.click({10, 3}); // there is one already
@@ -111,7 +110,7 @@ private Q_SLOTS:
         sheet.key(Qt::Key_D);
         sheet.key(Qt::Key_Space);
         sheet.click({0, 0});
-        QCOMPARE(sheet.lines(), QStringList(QStringLiteral("Diode D1 “” 0,0 90°")));
+        QCOMPARE(sheet.lines(), QStringList("Diode D1 “” 0,0 90°"));
         sheet.click({9, 9}, Qt::RightButton);
         QVERIFY(sheet.scene.tool() == SchematicScene::Tool::Select);
     }
@@ -123,12 +122,11 @@ private Q_SLOTS:
                              symbolOf(SymbolKind::Resistor, "Rx", {0, 1}),
                              symbolOf(SymbolKind::Resistor, "R2147483647x", {0, 2}),
                              symbolOf(SymbolKind::Chip, "U2", {0, 3})};
-        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Resistor), QStringLiteral("R8"));
-        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Chip), QStringLiteral("U3"));
-        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Diode), QStringLiteral("D1"));
-        schematic.symbols.first().reference = QStringLiteral("R2147483647");
-        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Resistor),
-                 QStringLiteral("R2147483648"));
+        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Resistor), QString("R8"));
+        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Chip), QString("U3"));
+        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Diode), QString("D1"));
+        schematic.symbols.first().reference = "R2147483647";
+        QCOMPARE(workbench::nextReference(schematic, SymbolKind::Resistor), QString("R2147483648"));
     }
 
     void wires_data()
@@ -136,13 +134,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("end");
         QTest::addColumn<QString>("points");
         QTest::addColumn<bool>("staysWithTool");
-        const QString both = QStringLiteral("-5,0 5,0 5,6 10,6");
-        QTest::newRow("double click")
-            << QStringLiteral("double") << both + QStringLiteral(" 10,9") << true;
-        QTest::newRow("Esc") << QStringLiteral("Esc") << both << true;
-        QTest::newRow("right button") << QStringLiteral("right") << both << true;
-        QTest::newRow("the same place") << QStringLiteral("same") << both << true;
-        QTest::newRow("another tool") << QStringLiteral("tool") << both << false;
+        const QString both = "-5,0 5,0 5,6 10,6";
+        QTest::newRow("double click") << "double" << both + " 10,9" << true;
+        QTest::newRow("Esc") << "Esc" << both << true;
+        QTest::newRow("right button") << "right" << both << true;
+        QTest::newRow("the same place") << "same" << both << true;
+        QTest::newRow("another tool") << "tool" << both << false;
     }
 
     void wires()
@@ -157,13 +154,13 @@ private Q_SLOTS:
         sheet.click({5, 6});
         sheet.click({10, 6});
         QCOMPARE(sheet.edits(), 0);
-        if (end == QLatin1String("double"))
+        if (end == "double")
             sheet.doubleClick({10, 9});
-        else if (end == QLatin1String("Esc"))
+        else if (end == "Esc")
             sheet.key(Qt::Key_Escape);
-        else if (end == QLatin1String("right"))
+        else if (end == "right")
             sheet.click({0, 0}, Qt::RightButton);
-        else if (end == QLatin1String("same"))
+        else if (end == "same")
             sheet.click({10, 6});
         else
             sheet.key(Qt::Key_R);
@@ -291,30 +288,28 @@ private Q_SLOTS:
         QFETCH(QString, style);
         zvtest::showPaintedStyle(style.toUtf8().constData());
         Sheet sheet;
-        QVERIFY(sheet.document.load(
-            workbench::filePath(QStringLiteral(EXAMPLES "/workbench/amplifier.zvsch"))));
+        QVERIFY(sheet.document.load(workbench::filePath(EXAMPLES "/workbench/amplifier.zvsch")));
         QToolBar bar;
         bar.addActions(sheet.document.toolBarActions());
         bar.resize(bar.sizeHint());
         sheet.document.resize(1100, 660);
         QCoreApplication::processEvents();
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(
-            sheet.document.grab().save(QStringLiteral(PICTURES "/schematic-%1.png").arg(style)));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(sheet.document.grab().save(QString(PICTURES "/schematic-%1.png").arg(style)));
         sheet.scene.items().first()->setSelected(true);
         sheet.key(Qt::Key_W);
-        QVERIFY(bar.grab().save(QStringLiteral(PICTURES "/schematic-tools-%1.png").arg(style)));
+        QVERIFY(bar.grab().save(QString(PICTURES "/schematic-tools-%1.png").arg(style)));
         Symbol symbol = sheet.scene.schematic().symbols.first();
         workbench::SymbolDialog dialog(symbol, {symbol.reference}, &sheet.document);
         dialog.show();
-        QVERIFY(dialog.grab().save(QStringLiteral(PICTURES "/schematic-dialog-%1.png").arg(style)));
+        QVERIFY(dialog.grab().save(QString(PICTURES "/schematic-dialog-%1.png").arg(style)));
         QCOMPARE(sheet.scene.schematic().symbols.size(), 20);
         zvtest::showPaintedStyle("Light");
     }
 
     void aReferenceIsNoHtml()
     {
-        const QString reference = QStringLiteral("<b>R1</b>");
+        const QString reference = "<b>R1</b>";
         const workbench::SymbolDialog dialog(symbolOf(SymbolKind::Resistor, "<b>R1</b>", {}),
                                              {reference}, nullptr);
         for (const QLabel* const label : dialog.findChildren<QLabel*>()) {

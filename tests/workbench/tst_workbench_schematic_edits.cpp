@@ -42,7 +42,7 @@ QString hintOf(const workbench::SymbolDialog& dialog)
         hint += label->wordWrap() ? label->text() : QString();
     const auto* const buttons = dialog.findChild<QDialogButtonBox*>();
     const bool isOk = buttons->button(QDialogButtonBox::Ok)->isEnabled();
-    return hint + (isOk ? QStringLiteral("OK") : QString());
+    return hint + (isOk ? QString("OK") : QString());
 }
 
 } // namespace
@@ -56,14 +56,12 @@ private Q_SLOTS:
     {
         Sheet sheet(small());
         sheet.drag({-5, 0}, {-7, 4});
-        QCOMPARE(sheet.lines().first(), QStringLiteral("Resistor R1 “” -7,4 0°"));
+        QCOMPARE(sheet.lines().first(), QString("Resistor R1 “” -7,4 0°"));
         QCOMPARE(sheet.edits(), 1);
         sheet.key(Qt::Key_A, Qt::ControlModifier);
         sheet.drag({5, 0}, {6, -3});
-        QCOMPARE(
-            sheet.lines(),
-            QStringList({QStringLiteral("Resistor R1 “” -6,1 0°"),
-                         QStringLiteral("Resistor R2 “” 6,-3 0°"), QStringLiteral("-1,-3 3,-3")}));
+        QCOMPARE(sheet.lines(),
+                 QStringList({"Resistor R1 “” -6,1 0°", "Resistor R2 “” 6,-3 0°", "-1,-3 3,-3"}));
         QCOMPARE(sheet.edits(), 2);
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
@@ -81,7 +79,7 @@ private Q_SLOTS:
         Sheet sheet(small());
         sheet.click({-5, 0});
         QVERIFY(sheet.scene.selectedSymbol());
-        QCOMPARE(sheet.scene.selectedSymbol()->reference, QStringLiteral("R1"));
+        QCOMPARE(sheet.scene.selectedSymbol()->reference, QString("R1"));
         QCOMPARE(sheet.edits(), 0);
         sheet.key(Qt::Key_Escape);
         QVERIFY(!sheet.scene.selectedSymbol());
@@ -105,7 +103,7 @@ private Q_SLOTS:
         for (const int code :
              {Qt::Key_Left, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Up, Qt::Key_Up})
             sheet.key(code);
-        QCOMPARE(sheet.lines().first(), QStringLiteral("Resistor R1 “” -6,-1 0°"));
+        QCOMPARE(sheet.lines().first(), QString("Resistor R1 “” -6,-1 0°"));
         QCOMPARE(sheet.edits(), 1);
         sheet.key(Qt::Key_Escape);
         sheet.key(Qt::Key_Left);
@@ -136,16 +134,15 @@ private Q_SLOTS:
         Sheet sheet(schematic);
         sheet.click({-5, 0});
         sheet.key(Qt::Key_Space);
-        QCOMPARE(sheet.lines().first(), QStringLiteral("Resistor R1 “” -5,0 0°"));
+        QCOMPARE(sheet.lines().first(), QString("Resistor R1 “” -5,0 0°"));
         sheet.key(Qt::Key_R, Qt::ControlModifier);
-        QCOMPARE(sheet.lines().first(), QStringLiteral("Resistor R1 “” -5,0 90°"));
+        QCOMPARE(sheet.lines().first(), QString("Resistor R1 “” -5,0 90°"));
         sheet.key(Qt::Key_A, Qt::ControlModifier);
         const QStringList before = sheet.lines();
         sheet.key(Qt::Key_Space);
         QCOMPARE(
             sheet.lines(),
-            QStringList({QStringLiteral("Resistor R1 “” -5,0 180°"),
-                         QStringLiteral("Resistor R2 “” -5,10 90°"), QStringLiteral("-5,3 -5,7")}));
+            QStringList({"Resistor R1 “” -5,0 180°", "Resistor R2 “” -5,10 90°", "-5,3 -5,7"}));
         for (int i = 0; i < 3; ++i)
             sheet.key(Qt::Key_Space);
         QCOMPARE(sheet.lines(), before);
@@ -174,11 +171,9 @@ private Q_SLOTS:
         from.key(Qt::Key_C, Qt::ControlModifier);
         from.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(from.lines(),
-                 QStringList({QStringLiteral("Resistor R1 “” -5,0 0°"),
-                              QStringLiteral("Resistor R2 “” 5,0 0°"),
-                              QStringLiteral("Resistor R3 “” -3,2 0°"),
-                              QStringLiteral("Resistor R4 “” 7,2 0°"), QStringLiteral("-2,0 2,0"),
-                              QStringLiteral("0,2 4,2")}));
+                 QStringList({"Resistor R1 “” -5,0 0°", "Resistor R2 “” 5,0 0°",
+                              "Resistor R3 “” -3,2 0°", "Resistor R4 “” 7,2 0°", "-2,0 2,0",
+                              "0,2 4,2"}));
         QCOMPARE(from.scene.selectedItems().size(), 3);
         QCOMPARE(from.edits(), 1);
         from.key(Qt::Key_X, Qt::ControlModifier);
@@ -187,8 +182,7 @@ private Q_SLOTS:
         Sheet to;
         to.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(to.lines(),
-                 QStringList({QStringLiteral("Resistor R1 “” -1,4 0°"),
-                              QStringLiteral("Resistor R2 “” 9,4 0°"), QStringLiteral("2,4 6,4")}));
+                 QStringList({"Resistor R1 “” -1,4 0°", "Resistor R2 “” 9,4 0°", "2,4 6,4"}));
         to.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(to.lines(), QStringList());
     }
@@ -222,7 +216,7 @@ private Q_SLOTS:
                     QCOMPARE(workbench::wireFault(wire.points), QString());
             }
         }
-        QApplication::clipboard()->setText(QStringLiteral("text"));
+        QApplication::clipboard()->setText("text");
         sheet.scene.paste();
         QCOMPARE(sheet.failures.size(), whole.size() + 1);
         QCOMPARE(sheet.edits(), 0);
@@ -243,14 +237,13 @@ private Q_SLOTS:
         QStringList seen;
         zvtest::WindowResponder<workbench::SymbolDialog> answer(
             [&seen](workbench::SymbolDialog& dialog) {
-                auto* const reference = dialog.findChild<QLineEdit*>(QStringLiteral("reference"));
+                auto* const reference = dialog.findChild<QLineEdit*>("reference");
                 for (const char* const typed : {"R2", "  ", "R9"}) {
                     seen.append(reference->text());
                     reference->setText(QString::fromLatin1(typed));
                     seen.append(hintOf(dialog));
                 }
-                dialog.findChild<QLineEdit*>(QStringLiteral("value"))
-                    ->setText(QStringLiteral("4.7 k"));
+                dialog.findChild<QLineEdit*>("value")->setText("4.7 k");
                 QTest::keyClick(reference, Qt::Key_Return);
                 if (dialog.isVisible())
                     dialog.reject();
@@ -263,10 +256,9 @@ private Q_SLOTS:
         }
         QCOMPARE(answer.count, 1);
         QCOMPARE(seen,
-                 QStringList({QStringLiteral("R1"), QStringLiteral("Another symbol is R2 already."),
-                              QStringLiteral("R2"), QStringLiteral("A symbol needs a reference."),
-                              QStringLiteral("  "), QStringLiteral("OK")}));
-        QCOMPARE(sheet.lines().first(), QStringLiteral("Resistor R9 “4.7 k” -5,0 0°"));
+                 QStringList({"R1", "Another symbol is R2 already.", "R2",
+                              "A symbol needs a reference.", "  ", "OK"}));
+        QCOMPARE(sheet.lines().first(), QString("Resistor R9 “4.7 k” -5,0 0°"));
         QVERIFY(sheet.activate());
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(sheet.lines(), textOf(small()));
@@ -293,7 +285,7 @@ private Q_SLOTS:
         sheet.key(Qt::Key_Down);
         QCOMPARE(sheet.edits(), 1);
         const QStringList moved = sheet.lines();
-        QCOMPARE(moved.first(), QStringLiteral("Resistor R1 “” 95,1 0°"));
+        QCOMPARE(moved.first(), QString("Resistor R1 “” 95,1 0°"));
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(sheet.lines(), textOf(small()));
         sheet.key(Qt::Key_Y, Qt::ControlModifier);
@@ -407,8 +399,8 @@ private Q_SLOTS:
         QCOMPARE(failures, QStringList());
         QCOMPARE(scene.undoStack().count(), 1);
         draw(20);
-        const QString drawn = isOfWires ? QStringLiteral("The wire was not drawn.")
-                                        : QStringLiteral("The symbol was not placed.");
+        const QString drawn =
+            isOfWires ? QString("The wire was not drawn.") : QString("The symbol was not placed.");
         QCOMPARE(failures.value(0), drawn);
         Schematic part;
         if (isOfWires)
@@ -417,7 +409,7 @@ private Q_SLOTS:
             part.symbols = {symbolOf(SymbolKind::Chip, "U1", {0, 0})};
         workbench::copyToClipboard(part);
         scene.paste();
-        QCOMPARE(failures.last(), QStringLiteral("Nothing was pasted."));
+        QCOMPARE(failures.last(), QString("Nothing was pasted."));
         QCOMPARE(scene.undoStack().count(), 1);
         QVERIFY(scene.schematic().symbols.size() <= workbench::maximumSymbols);
         QVERIFY(scene.schematic().wires.size() <= workbench::maximumWires);
@@ -433,7 +425,7 @@ private Q_SLOTS:
         sheet.click({5, 8});
         sheet.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(sheet.edits(), 2);
-        QVERIFY(sheet.lines().contains(QStringLiteral("-5,8 5,8")));
+        QVERIFY(sheet.lines().contains("-5,8 5,8"));
         QCOMPARE(sheet.scene.selectedItems().size(), 3);
     }
 };

@@ -54,7 +54,7 @@ private Q_SLOTS:
         schematic.symbols.first().value = QString::fromUtf8("4.7 µF\n'x'");
         schematic.wires.append(
             {0, {{0, 0}, {0, -workbench::farthestStep}, {9, -workbench::farthestStep}}});
-        const QString file = m_dir.filePath(QStringLiteral("round.zvsch"));
+        const QString file = m_dir.filePath("round.zvsch");
         QVERIFY(workbench::SchematicSaveFile(workbench::filePath(file)).save(schematic, goOn));
         QCOMPARE(textOf(readSchematic(file)), textOf(schematic));
     }
@@ -62,11 +62,11 @@ private Q_SLOTS:
     /// A file that breaks off anywhere is refused, or is all there.
     void brokenFilesAreRefused()
     {
-        const QString file = m_dir.filePath(QStringLiteral("whole.zvsch"));
+        const QString file = m_dir.filePath("whole.zvsch");
         QVERIFY(workbench::SchematicSaveFile(workbench::filePath(file)).save(small(), goOn));
         zvtest::closeFiles();
         const QByteArray whole = zvtest::contentOf(file);
-        const QString cut = m_dir.filePath(QStringLiteral("cut.zvsch"));
+        const QString cut = m_dir.filePath("cut.zvsch");
         int refused = 0;
         for (int size = 1; size < whole.size(); ++size) {
             QVERIFY(zvtest::writeTo(cut, whole.left(size)));
@@ -142,7 +142,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, reason);
-        const QString file = m_dir.filePath(QStringLiteral("wrong.zvsch"));
+        const QString file = m_dir.filePath("wrong.zvsch");
         QVERIFY(zvtest::writeTo(file, bytes));
         Sheet sheet(small());
         sheet.key(Qt::Key_A, Qt::ControlModifier);
@@ -157,7 +157,7 @@ private Q_SLOTS:
 
     void anEmptyFileIsAnEmptySheet()
     {
-        const QString file = m_dir.filePath(QStringLiteral("empty.zvsch"));
+        const QString file = m_dir.filePath("empty.zvsch");
         QVERIFY(zvtest::writeTo(file, QByteArray()));
         Sheet sheet(small());
         QVERIFY(sheet.document.load(workbench::filePath(file)));
@@ -169,17 +169,16 @@ private Q_SLOTS:
         Sheet sheet(small());
         sheet.key(Qt::Key_A, Qt::ControlModifier);
         sheet.key(Qt::Key_Left);
-        sheet.document.saveAs(
-            workbench::filePath(m_dir.filePath(QStringLiteral("missing/a.zvsch"))));
+        sheet.document.saveAs(workbench::filePath(m_dir.filePath("missing/a.zvsch")));
         QCOMPARE(sheet.failures.size(), 1);
-        QVERIFY(sheet.failures.last().contains(QStringLiteral("There is no folder")));
+        QVERIFY(sheet.failures.last().contains("There is no folder"));
         QVERIFY(sheet.document.isModified());
 
-        const QString file = m_dir.filePath(QStringLiteral("unwritable.zvsch"));
-        sheet.scene.setTexts(sheet.scene.schematic().symbols.first().id, QStringLiteral("R1"),
+        const QString file = m_dir.filePath("unwritable.zvsch");
+        sheet.scene.setTexts(sheet.scene.schematic().symbols.first().id, "R1",
                              QStringLiteral("\x02"));
         sheet.document.saveAs(workbench::filePath(file));
-        QVERIFY2(sheet.failures.last().startsWith(QStringLiteral("The value of R1")),
+        QVERIFY2(sheet.failures.last().startsWith("The value of R1"),
                  qPrintable(sheet.failures.last()));
         QVERIFY(sheet.document.isModified());
         QVERIFY(!QFile::exists(file));
@@ -219,8 +218,7 @@ private Q_SLOTS:
         sheet.scene.paste();
         QVERIFY2(selections < 10, qPrintable(QString::number(selections)));
         QCOMPARE(sheet.scene.selectedItems().size(), 2 * count);
-        QCOMPARE(sheet.scene.schematic().symbols.last().reference,
-                 QStringLiteral("R%1").arg(2 * count));
+        QCOMPARE(sheet.scene.schematic().symbols.last().reference, QString("R%1").arg(2 * count));
         QCoreApplication::processEvents();
         sheet.scene.undoStack().undo();
         QCOMPARE(sheet.lines(), before);
@@ -236,7 +234,7 @@ private Q_SLOTS:
     void filesCanBeStopped()
     {
         QFETCH(int, end);
-        const QString file = m_dir.filePath(QStringLiteral("stopped.zvsch"));
+        const QString file = m_dir.filePath("stopped.zvsch");
         Schematic schematic;
         schematic.symbols.fill(symbolOf(SymbolKind::Chip, "U", {0, 0}, 0), 2'000);
         schematic.wires.fill({0, {{0, 0}, {0, 1}}}, 1'000);
@@ -254,7 +252,7 @@ private Q_SLOTS:
 
     void twoDocumentsAndAnOutsideChange()
     {
-        const QString file = m_dir.filePath(QStringLiteral("shared.zvsch"));
+        const QString file = m_dir.filePath("shared.zvsch");
         Sheet first(small());
         first.document.saveAs(workbench::filePath(file));
         zvtest::closeFiles();

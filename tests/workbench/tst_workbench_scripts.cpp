@@ -86,7 +86,7 @@ class tst_workbench_scripts : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        host::setOptionsFile(m_folder.filePath(QStringLiteral("options.ini")).toStdString());
+        host::setOptionsFile(m_folder.filePath("options.ini").toStdString());
         host::setScriptSessionMaker([](host::ScriptListener listener) {
             return std::make_unique<ThreadScriptSession>(registeredNames(), std::move(listener));
         });
@@ -96,45 +96,44 @@ private Q_SLOTS:
 
     void runsTheTextThatIsThere()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         QSignalSpy running(&document, &ScriptDocument::runningChanged);
-        document.editor().setPlainText(QStringLiteral("print('a');\nprint('b')"));
-        actionOf(document, QStringLiteral("Run"))->trigger();
+        document.editor().setPlainText("print('a');\nprint('b')");
+        actionOf(document, "Run")->trigger();
         QVERIFY(document.isRunning());
-        QVERIFY(!actionOf(document, QStringLiteral("Run"))->isEnabled());
+        QVERIFY(!actionOf(document, "Run")->isEnabled());
         QVERIFY(waitForEnd(document));
-        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QStringLiteral("a\nb"));
+        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QString("a\nb"));
         QCOMPARE(running.size(), 2);
-        QVERIFY(!actionOf(document, QStringLiteral("Stop"))->isEnabled());
+        QVERIFY(!actionOf(document, "Stop")->isEnabled());
         // A new run begins with an empty output.
-        document.editor().setPlainText(QStringLiteral("print('c')"));
+        document.editor().setPlainText("print('c')");
         document.run();
         QVERIFY(waitForEnd(document));
-        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QStringLiteral("c"));
+        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QString("c"));
     }
 
     void spinsWhileItRunsAndStops()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         document.show();
         const auto* const spinner = document.findChild<ZvProcessingIndicator*>();
         QVERIFY(!spinner->isVisible());
-        document.editor().setPlainText(QStringLiteral("while (true) {}"));
+        document.editor().setPlainText("while (true) {}");
         document.run();
         QVERIFY(spinner->isVisible());
         // A second run is none.
         document.run();
-        actionOf(document, QStringLiteral("Stop"))->trigger();
+        actionOf(document, "Stop")->trigger();
         QVERIFY(waitForEnd(document));
         QVERIFY(!spinner->isVisible());
-        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(),
-                 QStringLiteral("Stopped by you."));
+        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QString("Stopped by you."));
     }
 
     void closesWhileItRuns()
     {
-        auto document = std::make_unique<ScriptDocument>(QStringLiteral("Script 1"), nullptr);
-        document->editor().setPlainText(QStringLiteral("while (true) print('more')"));
+        auto document = std::make_unique<ScriptDocument>(QString("Script 1"), nullptr);
+        document->editor().setPlainText("while (true) print('more')");
         document->run();
         QTRY_VERIFY_WITH_TIMEOUT(!outputOf(*document, "scriptOutput").toPlainText().isEmpty(),
                                  longWait);
@@ -144,23 +143,23 @@ private Q_SLOTS:
 
     void errorsShowTheirLine()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        document.editor().setPlainText(QStringLiteral("print(1)\n\nnothing.here\nprint(2)"));
+        ScriptDocument document("Script 1", nullptr);
+        document.editor().setPlainText("print(1)\n\nnothing.here\nprint(2)");
         document.run();
         QVERIFY(waitForEnd(document));
         QCOMPARE(outputOf(document, "scriptOutput").toPlainText(),
-                 QStringLiteral("1\nLine 3: ReferenceError: nothing is not defined"));
+                 QString("1\nLine 3: ReferenceError: nothing is not defined"));
         QCOMPARE(document.editor().textCursor().blockNumber(), 2);
         QCOMPARE(document.editor().extraSelections().size(), 2);
         // A change of the text takes the mark away.
-        QTest::keyClicks(&document.editor(), QStringLiteral("x"));
+        QTest::keyClicks(&document.editor(), "x");
         QCOMPARE(document.editor().extraSelections().size(), 1);
     }
 
     void hostsWithoutScriptsAreToldOf()
     {
         host::setScriptSessionMaker({});
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         QSignalSpy failed(&document, &Document::failed);
         document.run();
         initTestCase();
@@ -185,7 +184,7 @@ private Q_SLOTS:
     void filesComeBackAsTheyWere()
     {
         QFETCH(QByteArray, content);
-        const QString file = m_folder.filePath(QStringLiteral("same.zvscr"));
+        const QString file = m_folder.filePath("same.zvscr");
         QVERIFY(zvtest::writeTo(file, content));
         ScriptDocument document(file, nullptr);
         QVERIFY(document.load(filePath(file)));
@@ -198,7 +197,7 @@ private Q_SLOTS:
 
     void mixedEndsOfLinesBecomeLineFeeds()
     {
-        const QString file = m_folder.filePath(QStringLiteral("mixed.zvscr"));
+        const QString file = m_folder.filePath("mixed.zvscr");
         QVERIFY(zvtest::writeTo(file, "a\r\nb\nc\r\n"));
         ScriptDocument document(file, nullptr);
         QVERIFY(document.load(filePath(file)));
@@ -210,27 +209,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("reason");
-        const QString notText = QStringLiteral("It isn't text in UTF-8.");
-        const QString characters =
-            QStringLiteral("It contains characters that can't be edited here.");
+        const QString notText = "It isn't text in UTF-8.";
+        const QString characters = "It contains characters that can't be edited here.";
         QTest::newRow("bad byte") << QByteArray("print('\xFF')") << notText;
         QTest::newRow("broken off") << QByteArray("print('\xE2\x82") << notText;
         QTest::newRow("NUL") << QByteArray("a\0b", 3) << characters;
         QTest::newRow("carriage return") << QByteArray("a\rb") << characters;
         QTest::newRow("paragraph separator") << QByteArray("a\xE2\x80\xA9") << characters;
-        QTest::newRow("too large")
-            << QByteArray(5'000'001, 'a')
-            << QStringLiteral("It has 5,000,001 bytes; a script has at most 5,000,000.");
+        QTest::newRow("too large") << QByteArray(5'000'001, 'a')
+                                   << "It has 5,000,001 bytes; a script has at most 5,000,000.";
     }
 
     void refusesWhatItCantKeep()
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, reason);
-        const QString file = m_folder.filePath(QStringLiteral("bad.zvscr"));
+        const QString file = m_folder.filePath("bad.zvscr");
         QVERIFY(zvtest::writeTo(file, content));
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        document.editor().setPlainText(QStringLiteral("mine"));
+        ScriptDocument document("Script 1", nullptr);
+        document.editor().setPlainText("mine");
         QSignalSpy failed(&document, &Document::failed);
         QVERIFY(!document.load(filePath(file)));
         QCOMPARE(failed.size(), 1);
@@ -238,21 +235,21 @@ private Q_SLOTS:
         QVERIFY(failure.what.contains(file));
         QCOMPARE(failure.reason, reason);
         QVERIFY(!failure.advice.isEmpty());
-        QCOMPARE(document.editor().toPlainText(), QStringLiteral("mine"));
+        QCOMPARE(document.editor().toPlainText(), QString("mine"));
         QVERIFY(document.filename().isEmpty());
     }
 
     void missingFilesAreToldOf_data()
     {
         QTest::addColumn<QString>("file");
-        QTest::newRow("missing") << m_folder.filePath(QStringLiteral("none.zvscr"));
+        QTest::newRow("missing") << m_folder.filePath("none.zvscr");
         QTest::newRow("folder") << m_folder.path();
     }
 
     void missingFilesAreToldOf()
     {
         QFETCH(QString, file);
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         QSignalSpy failed(&document, &Document::failed);
         QVERIFY(!document.load(filePath(file)));
         QCOMPARE(failed.size(), 1);
@@ -260,15 +257,15 @@ private Q_SLOTS:
 
     void failedSavesAreToldOf()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        QTest::keyClicks(&document.editor(), QStringLiteral("x"));
+        ScriptDocument document("Script 1", nullptr);
+        QTest::keyClicks(&document.editor(), "x");
         QVERIFY(document.isModified());
         QSignalSpy failed(&document, &Document::failed);
-        document.saveAs(filePath(m_folder.filePath(QStringLiteral("no/such/folder.zvscr"))));
+        document.saveAs(filePath(m_folder.filePath("no/such/folder.zvscr")));
         QCOMPARE(failed.size(), 1);
         QVERIFY(document.isModified());
         QVERIFY(document.filename().isEmpty());
-        document.saveAs(filePath(m_folder.filePath(QStringLiteral("good.zvscr"))));
+        document.saveAs(filePath(m_folder.filePath("good.zvscr")));
         QVERIFY(!document.isModified());
         QVERIFY(document.isFileWatcherEnabled());
         QCOMPARE(failed.size(), 1);
@@ -276,12 +273,12 @@ private Q_SLOTS:
 
     void fullDiskLeavesTheScriptAsItWas()
     {
-        const QString name = m_folder.filePath(QStringLiteral("kept.zvscr"));
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        document.editor().setPlainText(QStringLiteral("print('old')"));
+        const QString name = m_folder.filePath("kept.zvscr");
+        ScriptDocument document("Script 1", nullptr);
+        document.editor().setPlainText("print('old')");
         document.saveAs(filePath(name));
         QVERIFY(!document.isModified());
-        QTest::keyClicks(&document.editor(), QStringLiteral("x"));
+        QTest::keyClicks(&document.editor(), "x");
         document.editor().appendPlainText(
             QString(2 * zvtest::RefusedWrite::limit, QLatin1Char(' ')));
         QSignalSpy failed(&document, &Document::failed);
@@ -303,8 +300,8 @@ private Q_SLOTS:
 
     void undoneChangesAreNone()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
-        QTest::keyClicks(&document.editor(), QStringLiteral("x"));
+        ScriptDocument document("Script 1", nullptr);
+        QTest::keyClicks(&document.editor(), "x");
         QVERIFY(document.isModified());
         document.editor().undo();
         QVERIFY(!document.isModified());
@@ -312,33 +309,32 @@ private Q_SLOTS:
 
     void asksForAnExtension()
     {
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         QString title;
         zvtest::WindowResponder<QFileDialog> answer([this, &title](QFileDialog& dialog) {
             title = dialog.windowTitle();
-            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(m_folder.filePath(QStringLiteral("named")));
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(m_folder.filePath("named"));
             QMetaObject::invokeMethod(&dialog, "accept");
         });
         document.save();
         QCOMPARE(answer.count, 1);
-        QCOMPARE(title, QStringLiteral("Save Script as..."));
-        QVERIFY(QFile::exists(m_folder.filePath(QStringLiteral("named.zvscr"))));
-        QCOMPARE(document.shortTitle(), QStringLiteral("named.zvscr"));
+        QCOMPARE(title, QString("Save Script as..."));
+        QVERIFY(QFile::exists(m_folder.filePath("named.zvscr")));
+        QCOMPARE(document.shortTitle(), QString("named.zvscr"));
     }
 
     void changesOutsideCanBeReadAgain()
     {
-        const QString file = m_folder.filePath(QStringLiteral("outside.zvscr"));
+        const QString file = m_folder.filePath("outside.zvscr");
         QVERIFY(zvtest::writeTo(file, "before"));
         ScriptDocument document(file, nullptr);
         QVERIFY(document.load(filePath(file)));
         QSignalSpy changed(&document, &DockableWidgetContents::fileChangedOutside);
         QVERIFY(zvtest::writeTo(file, "after"));
         QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, longWait));
-        QCOMPARE(document.editor().toPlainText(), QStringLiteral("before"));
+        QCOMPARE(document.editor().toPlainText(), QString("before"));
         document.reloadFile();
-        QCOMPARE(document.editor().toPlainText(), QStringLiteral("after"));
+        QCOMPARE(document.editor().toPlainText(), QString("after"));
         QVERIFY(!document.isModified());
     }
 
@@ -407,8 +403,7 @@ private Q_SLOTS:
         using libzvutil::ZvStyle;
         using libzvutil::ZvStyleBrush;
         CodeEditor editor;
-        editor.setPlainText(
-            QStringLiteral("var a = 'x\\'y'; // note\n/* one\ntwo */ return\nvariable \"open\n1"));
+        editor.setPlainText("var a = 'x\\'y'; // note\n/* one\ntwo */ return\nvariable \"open\n1");
         const QColor keyword = ZvStyle::Current().colour(ZvStyleBrush::AccentD1);
         const QColor text = ZvStyle::Current().colour(ZvStyleBrush::Accent);
         const QColor comment = ZvStyle::Current().editorColour("Testplan", "CommentText");
@@ -435,14 +430,14 @@ private Q_SLOTS:
             QVERIFY(waitForEnd(console));
         }
         QCOMPARE(output.toPlainText(),
-                 QStringLiteral("> var a = 20\n> a + 1\n21\n> nowhere\n"
-                                "ReferenceError: nowhere is not defined\n> print('x')\nx"));
+                 QString("> var a = 20\n> a + 1\n21\n> nowhere\n"
+                         "ReferenceError: nowhere is not defined\n> print('x')\nx"));
     }
 
     void consoleRunsOnReturnAndKeepsAHistory()
     {
         ConsolePanel console;
-        auto* const input = console.findChild<QLineEdit*>(QStringLiteral("consoleInput"));
+        auto* const input = console.findChild<QLineEdit*>("consoleInput");
         const auto enter = [&](const char* line) {
             QTest::keyClicks(input, QLatin1String(line));
             QTest::keyClick(input, Qt::Key_Return);
@@ -450,55 +445,55 @@ private Q_SLOTS:
         };
         QVERIFY(enter(" 11"));
         QVERIFY(enter(" 22"));
-        QTest::keyClicks(input, QStringLiteral("typ"));
+        QTest::keyClicks(input, "typ");
         QTest::keyClick(input, Qt::Key_Up);
-        QCOMPARE(input->text(), QStringLiteral(" 22"));
+        QCOMPARE(input->text(), QString(" 22"));
         QTest::keyClick(input, Qt::Key_Up);
-        QCOMPARE(input->text(), QStringLiteral(" 11"));
+        QCOMPARE(input->text(), QString(" 11"));
         QTest::keyClick(input, Qt::Key_Up);
-        QCOMPARE(input->text(), QStringLiteral(" 11"));
+        QCOMPARE(input->text(), QString(" 11"));
         QTest::keyClick(input, Qt::Key_Down);
         QTest::keyClick(input, Qt::Key_Down);
-        QCOMPARE(input->text(), QStringLiteral("typ"));
+        QCOMPARE(input->text(), QString("typ"));
         QTest::keyClick(input, Qt::Key_Down);
-        QCOMPARE(input->text(), QStringLiteral("typ"));
+        QCOMPARE(input->text(), QString("typ"));
 
-        QSettings settings(m_folder.filePath(QStringLiteral("session.ini")), QSettings::IniFormat);
+        QSettings settings(m_folder.filePath("session.ini"), QSettings::IniFormat);
         console.saveState(settings);
         ConsolePanel other;
         other.restoreState(settings);
-        auto* const otherInput = other.findChild<QLineEdit*>(QStringLiteral("consoleInput"));
+        auto* const otherInput = other.findChild<QLineEdit*>("consoleInput");
         QTest::keyClick(otherInput, Qt::Key_Up);
-        QCOMPARE(otherInput->text(), QStringLiteral(" 22"));
+        QCOMPARE(otherInput->text(), QString(" 22"));
     }
 
     void consoleStopsOnEscape()
     {
         ConsolePanel console;
         console.show();
-        auto* const input = console.findChild<QLineEdit*>(QStringLiteral("consoleInput"));
+        auto* const input = console.findChild<QLineEdit*>("consoleInput");
         const auto* const spinner = console.findChild<ZvProcessingIndicator*>();
-        console.run(QStringLiteral("while (true) {}"));
+        console.run(QString("while (true) {}"));
         QVERIFY(spinner->isVisible());
         // One at a time.
-        console.run(QStringLiteral("1"));
+        console.run(QString("1"));
         QTest::keyClick(input, Qt::Key_Escape);
         QVERIFY(QTest::qWaitFor([spinner] { return !spinner->isVisible(); }, longWait));
         QCOMPARE(outputOf(console, "consoleOutput").toPlainText(),
-                 QStringLiteral("> while (true) {}\nStopped by you."));
+                 QString("> while (true) {}\nStopped by you."));
     }
 
     void emptyLinesOfTheOutputAreKept()
     {
         OutputView output;
         output.append({});
-        output.append(QStringLiteral("a"));
+        output.append(QString("a"));
         output.append({});
-        output.append(QStringLiteral("b"));
-        QCOMPARE(output.toPlainText(), QStringLiteral("\na\n\nb"));
+        output.append(QString("b"));
+        QCOMPARE(output.toPlainText(), QString("\na\n\nb"));
         output.clear();
-        output.append(QStringLiteral("c"));
-        QCOMPARE(output.toPlainText(), QStringLiteral("c"));
+        output.append(QString("c"));
+        QCOMPARE(output.toPlainText(), QString("c"));
     }
 
     void outputIsBoundedAndFollowsItsEnd()
@@ -511,7 +506,7 @@ private Q_SLOTS:
         QCOMPARE(output.blockCount(), 10'000);
         QCOMPARE(output.verticalScrollBar()->value(), output.verticalScrollBar()->maximum());
         output.verticalScrollBar()->setValue(10);
-        output.append(QStringLiteral("more"), OutputView::Kind::Error);
+        output.append(QString("more"), OutputView::Kind::Error);
         QVERIFY(output.verticalScrollBar()->value() < output.verticalScrollBar()->maximum());
     }
 
@@ -521,18 +516,17 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         zvtest::showStyle(style);
-        ScriptDocument document(QStringLiteral("Script 1"), nullptr);
+        ScriptDocument document("Script 1", nullptr);
         document.resize(700, 500);
         document.editor().setPlainText(
-            QStringLiteral("// Adds up the supply's currents.\nvar sum = 0;\n\n"
-                           "function add(name, current) {\n    sum += current;\n"
-                           "    print(name, current + \" mA\");\n}\n\nadd(\"amplifier\", 12.5);\n"
-                           "add(\"filter\", 3);\nprint(\"together\", sum, \"mA\");\nmissing();\n"));
+            "// Adds up the supply's currents.\nvar sum = 0;\n\n"
+            "function add(name, current) {\n    sum += current;\n"
+            "    print(name, current + \" mA\");\n}\n\nadd(\"amplifier\", 12.5);\n"
+            "add(\"filter\", 3);\nprint(\"together\", sum, \"mA\");\nmissing();\n");
         document.show();
         document.run();
         QVERIFY(waitForEnd(document));
-        QVERIFY(
-            document.grab().save(QStringLiteral(PICTURES "/workbench-script-%1.png").arg(style)));
+        QVERIFY(document.grab().save(QString(PICTURES "/workbench-script-%1.png").arg(style)));
         qApp->setStyleSheet(QString());
     }
 

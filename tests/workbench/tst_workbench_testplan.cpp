@@ -104,18 +104,16 @@ private Q_SLOTS:
     {
         QVERIFY(!workbench::cellValue(QString()).isValid());
         QVERIFY(!workbench::cellValue(QString(QChar())).isValid());
-        QCOMPARE(workbench::cellValue(QStringLiteral("a") + QChar() + QLatin1Char('b')).toString(),
-                 QStringLiteral("ab"));
+        QCOMPARE(workbench::cellValue(QString("a") + QChar() + QLatin1Char('b')).toString(),
+                 QString("ab"));
     }
 
     void freshPlan()
     {
-        TestPlanDocument document(QStringLiteral("New test plan"), nullptr);
+        TestPlanDocument document("New test plan", nullptr);
         QCOMPARE(document.model().plan().headings,
-                 QStringList({QStringLiteral("Step"), QStringLiteral("Instruction"),
-                              QStringLiteral("Input"), QStringLiteral("Expected"),
-                              QStringLiteral("Measured"), QStringLiteral("Verdict"),
-                              QStringLiteral("Comment")}));
+                 QStringList({"Step", "Instruction", "Input", "Expected", "Measured", "Verdict",
+                              "Comment"}));
         QVERIFY(document.model().rowCount() > 5);
         QVERIFY(!document.isModified());
         QCOMPARE(document.toolBarActions().size(), 4);
@@ -125,10 +123,10 @@ private Q_SLOTS:
     void typing()
     {
         Plan plan;
-        plan.type(QStringLiteral("new"));
+        plan.type("new");
         QVERIFY(plan.typed());
         QTest::keyClick(plan.typed(), Qt::Key_Return);
-        QCOMPARE(plan.at(0, 0), QStringLiteral("new"));
+        QCOMPARE(plan.at(0, 0), QString("new"));
         QCOMPARE(plan.current(), QPoint(0, 1));
         QVERIFY(plan.document.isModified());
 
@@ -136,28 +134,28 @@ private Q_SLOTS:
         QTest::keyClick(plan.typed(), Qt::Key_End);
         QTest::keyClick(plan.typed(), '7');
         QTest::keyClick(plan.typed(), Qt::Key_Enter, Qt::ShiftModifier);
-        QCOMPARE(plan.at(1, 0), QStringLiteral("a27"));
+        QCOMPARE(plan.at(1, 0), QString("a27"));
         QCOMPARE(plan.current(), QPoint(0, 0));
 
-        plan.type(QStringLiteral("3.5"));
+        plan.type("3.5");
         QTest::keyClick(plan.typed(), Qt::Key_Tab);
-        QCOMPARE(plan.rows().first(), QStringLiteral("=3.5|b1|c1"));
+        QCOMPARE(plan.rows().first(), QString("=3.5|b1|c1"));
         QCOMPARE(plan.current(), QPoint(1, 0));
 
-        plan.type(QStringLiteral("x"));
+        plan.type("x");
         QTest::keyClick(plan.typed(), Qt::Key_Backtab, Qt::ShiftModifier);
-        QCOMPARE(plan.at(0, 1), QStringLiteral("x"));
+        QCOMPARE(plan.at(0, 1), QString("x"));
         QCOMPARE(plan.current(), QPoint(0, 0));
 
-        plan.type(QStringLiteral("lost"));
+        plan.type("lost");
         QTest::keyClick(plan.typed(), Qt::Key_Escape);
-        QCOMPARE(plan.at(0, 0), QStringLiteral("3.5"));
+        QCOMPARE(plan.at(0, 0), QString("3.5"));
         QCOMPARE(plan.model.undoStack().count(), 4);
     }
 
     void typingTheSameIsNoEdit()
     {
-        Plan plan({QStringLiteral("007|5|")});
+        Plan plan({"007|5|"});
         for (int column = 0; column < 3; ++column) {
             plan.goTo(0, column);
             plan.key(Qt::Key_F2);
@@ -169,11 +167,9 @@ private Q_SLOTS:
 
     void kindsOfRows()
     {
-        Plan plan({QStringLiteral("# comment|fail|"), QStringLiteral("// comment||"),
-                   QStringLiteral("1|Fail|"), QStringLiteral("2|ERROR|"), QStringLiteral("3|warn|"),
-                   QStringLiteral("4|Warning|"), QStringLiteral("5|pass|fail"),
-                   QStringLiteral("/ 6|failed|")});
-        plan.model.setHeaderData(1, Qt::Horizontal, QStringLiteral("verdict"), Qt::EditRole);
+        Plan plan({"# comment|fail|", "// comment||", "1|Fail|", "2|ERROR|", "3|warn|",
+                   "4|Warning|", "5|pass|fail", "/ 6|failed|"});
+        plan.model.setHeaderData(1, Qt::Horizontal, QString("verdict"), Qt::EditRole);
         using Kind = TestPlanModel::RowKind;
         using Verdict = TestPlanModel::Verdict;
         const QVector<Verdict> verdicts = {Verdict::Plain, Verdict::Plain,   Verdict::Error,
@@ -188,13 +184,13 @@ private Q_SLOTS:
         for (int row = 0; row < 3; ++row)
             QCOMPARE(plan.model.rowKind(row), Kind::Disabled);
         QCOMPARE(plan.model.verdict(plan.model.index(2, 1)), Verdict::Plain);
-        plan.model.setHeaderData(1, Qt::Horizontal, QStringLiteral("Result"), Qt::EditRole);
+        plan.model.setHeaderData(1, Qt::Horizontal, QString("Result"), Qt::EditRole);
         QCOMPARE(plan.model.verdict(plan.model.index(3, 1)), Verdict::Plain);
     }
 
     void numbersStandAtTheRight()
     {
-        Plan plan({QStringLiteral("1|a|007")});
+        Plan plan({"1|a|007"});
         const auto alignment = [&plan](int column) {
             return plan.model.index(0, column).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight;
         };
@@ -205,10 +201,8 @@ private Q_SLOTS:
 
     void coloursFollowTheStyle()
     {
-        Plan plan({QStringLiteral("1|fail|x"), QStringLiteral("2|warn|x"),
-                   QStringLiteral("# 3|fail|x"), QStringLiteral("4|fail|x"),
-                   QStringLiteral("5|pass|x")});
-        plan.model.setHeaderData(1, Qt::Horizontal, QStringLiteral("Verdict"), Qt::EditRole);
+        Plan plan({"1|fail|x", "2|warn|x", "# 3|fail|x", "4|fail|x", "5|pass|x"});
+        plan.model.setHeaderData(1, Qt::Horizontal, QString("Verdict"), Qt::EditRole);
         plan.model.setRowsDisabled(3, 1, true);
         plan.goTo(4, 2);
         for (const char* const style : {"Light", "Dark"}) {
@@ -246,30 +240,27 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         zvtest::showPaintedStyle(style.toUtf8().constData());
-        TestPlanDocument document(QStringLiteral("Amplifier"), nullptr);
+        TestPlanDocument document("Amplifier", nullptr);
         document.setAttribute(Qt::WA_DeleteOnClose, false);
-        QVERIFY(document.load(
-            workbench::filePath(QStringLiteral(EXAMPLES "/workbench/amplifier.testplan"))));
+        QVERIFY(document.load(workbench::filePath(EXAMPLES "/workbench/amplifier.testplan")));
         document.resize(1100, 620);
         document.show();
         TestPlanView& view = document.view();
         view.selectionModel()->setCurrentIndex(document.model().index(5, 4),
                                                QItemSelectionModel::ClearAndSelect);
         QCoreApplication::processEvents();
-        QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
-        QVERIFY(document.grab().save(QStringLiteral(PICTURES "/testplan-%1.png").arg(style)));
+        QVERIFY(QDir().mkpath(PICTURES));
+        QVERIFY(document.grab().save(QString(PICTURES "/testplan-%1.png").arg(style)));
         QVERIFY(zvtest::activate(document));
         static_cast<QAbstractItemView&>(view).edit(view.currentIndex());
-        QVERIFY(
-            document.grab().save(QStringLiteral(PICTURES "/testplan-typing-%1.png").arg(style)));
+        QVERIFY(document.grab().save(QString(PICTURES "/testplan-typing-%1.png").arg(style)));
         zvtest::showPaintedStyle("Light");
     }
 
     void commentsBeginWhereTheDirectionSays()
     {
         zvtest::showPaintedStyle("Light");
-        Plan plan({QStringLiteral("# a comment that needs more room than one column has||"),
-                   QStringLiteral("||")});
+        Plan plan({"# a comment that needs more room than one column has||", "||"});
         plan.goTo(1, 0);
         for (int column = 0; column < 3; ++column)
             plan.view.setColumnWidth(column, 240);
@@ -288,14 +279,14 @@ private Q_SLOTS:
 
     void whatTheUserHasWrittenIsNoPlaceholder()
     {
-        const QString file = m_dir.filePath(QStringLiteral("placeholder.testplan"));
+        const QString file = m_dir.filePath("placeholder.testplan");
         try {
-            savePlan(file, planOf({QStringLiteral("Vdd %2 %3")}, {QStringLiteral("a\x1f")}));
+            savePlan(file, planOf({"Vdd %2 %3"}, {QStringLiteral("a\x1f")}));
             QFAIL("it is saved");
         } catch (const workbench::FileError& error) {
             QCOMPARE(error.reason(),
-                     QStringLiteral("The cell in row 1, column “Vdd %2 %3”, holds a character that "
-                                    "an XML file can't hold: U+001f at position 2."));
+                     QString("The cell in row 1, column “Vdd %2 %3”, holds a character that "
+                             "an XML file can't hold: U+001f at position 2."));
         }
     }
 };

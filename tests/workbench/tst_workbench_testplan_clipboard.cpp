@@ -40,10 +40,10 @@ class tst_workbench_testplan_clipboard : public zvtest::TestPlanTest
 private Q_SLOTS:
     void copying()
     {
-        Plan plan({QStringLiteral("1.5|b1|c1"), QStringLiteral("a2|b, 2|c2")});
+        Plan plan({"1.5|b1|c1", "a2|b, 2|c2"});
         plan.select(0, 0, 1, 1);
         plan.key(Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(plainText(), QStringLiteral("1.5\tb1\na2\tb, 2"));
+        QCOMPARE(plainText(), QString("1.5\tb1\na2\tb, 2"));
         QVERIFY(ZvClipboard().hasType(ZvInternalMimeType::table));
         QCOMPARE(ZvClipboard().tableData().value(0, 0).data(), QVariant(1.5));
         QCOMPARE(plan.model.undoStack().count(), 0);
@@ -51,26 +51,22 @@ private Q_SLOTS:
         plan.select(0, 0, 0, 0);
         plan.view.selectionModel()->select(plan.model.index(1, 2), QItemSelectionModel::Select);
         plan.key(Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(plainText(), QStringLiteral("1.5\t\t\n\t\tc2"));
+        QCOMPARE(plainText(), QString("1.5\t\t\n\t\tc2"));
     }
 
     void pastingOwnCells()
     {
-        Plan plan({QStringLiteral("1.5|007|"), QStringLiteral("||"), QStringLiteral("||")});
+        Plan plan({"1.5|007|", "||", "||"});
         plan.select(0, 0, 0, 1);
         plan.key(Qt::Key_C, Qt::ControlModifier);
         plan.select(1, 1, 1, 1);
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.rows(),
-                 QStringList({QStringLiteral("=1.5|007|"), QStringLiteral("|=1.5|007"),
-                              QStringLiteral("||")}));
+        QCOMPARE(plan.rows(), QStringList({"=1.5|007|", "|=1.5|007", "||"}));
         plan.select(0, 0, 0, 0);
         plan.key(Qt::Key_C, Qt::ControlModifier);
         plan.select(1, 0, 2, 2);
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.rows(),
-                 QStringList({QStringLiteral("=1.5|007|"), QStringLiteral("=1.5|=1.5|=1.5"),
-                              QStringLiteral("=1.5|=1.5|=1.5")}));
+        QCOMPARE(plan.rows(), QStringList({"=1.5|007|", "=1.5|=1.5|=1.5", "=1.5|=1.5|=1.5"}));
         QCOMPARE(plan.model.undoStack().count(), 2);
     }
 
@@ -78,14 +74,11 @@ private Q_SLOTS:
     {
         Plan plan;
         const QStringList before = textOf(plan.model.plan());
-        setForeign(QStringLiteral("text/plain"), "1\t2\t3\n4\t5\t6\n");
+        setForeign("text/plain", "1\t2\t3\n4\t5\t6\n");
         plan.select(3, 2, 3, 2);
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.model.plan().headings,
-                 QStringList({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C"),
-                              QStringLiteral("Column 4"), QStringLiteral("Column 5")}));
-        QCOMPARE(plan.rows().mid(3),
-                 QStringList({QStringLiteral("a4|b4|=1|=2|=3"), QStringLiteral("||=4|=5|=6")}));
+        QCOMPARE(plan.model.plan().headings, QStringList({"A", "B", "C", "Column 4", "Column 5"}));
+        QCOMPARE(plan.rows().mid(3), QStringList({"a4|b4|=1|=2|=3", "||=4|=5|=6"}));
         QCOMPARE(plan.model.undoStack().count(), 1);
         plan.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(textOf(plan.model.plan()), before);
@@ -122,7 +115,7 @@ private Q_SLOTS:
         QFETCH(QString, format);
         QFETCH(QByteArray, bytes);
         QFETCH(QStringList, rows);
-        Plan plan({QStringLiteral("||"), QStringLiteral("||")});
+        Plan plan({"||", "||"});
         setForeign(format, bytes);
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(plan.rows(), rows);
@@ -131,25 +124,25 @@ private Q_SLOTS:
 
     void tablesThatCannotBeRead()
     {
-        Plan plan({QStringLiteral("||")});
+        Plan plan({"||"});
         auto* const data = new QMimeData;
-        data->setData(QStringLiteral("text/csv"), "a\nb,c,d\n");
-        data->setData(QStringLiteral("text/plain"), "text\tinstead");
+        data->setData("text/csv", "a\nb,c,d\n");
+        data->setData("text/plain", "text\tinstead");
         QApplication::clipboard()->setMimeData(data);
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.rows(), QStringList(QStringLiteral("text|instead|")));
+        QCOMPARE(plan.rows(), QStringList("text|instead|"));
         QCOMPARE(plan.failures, QStringList());
 
         for (const char* const bytes : {"a\nb,c,d\n", ""}) {
-            setForeign(QStringLiteral("text/csv"), bytes);
+            setForeign("text/csv", bytes);
             plan.key(Qt::Key_V, Qt::ControlModifier);
         }
-        setForeign(QStringLiteral("image/png"), "picture");
+        setForeign("image/png", "picture");
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QApplication::clipboard()->clear();
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(plan.failures.size(), 4);
-        QCOMPARE(plan.rows(), QStringList(QStringLiteral("text|instead|")));
+        QCOMPARE(plan.rows(), QStringList("text|instead|"));
     }
 
     /// The size that is told beforehand is that of the library's table.
@@ -183,7 +176,7 @@ private Q_SLOTS:
         if (!isReadable)
             return;
         QMimeData data;
-        data.setData(QStringLiteral("text/csv"), csv);
+        data.setData("text/csv", csv);
         const ZvTable table = ZvClipboardData(&data).csvData();
         QCOMPARE(shape.rows, qint64(table.rows()));
         QCOMPARE(shape.columns, qint64(table.columns()));
@@ -192,8 +185,7 @@ private Q_SLOTS:
     void largePastesAskFirst()
     {
         Plan plan;
-        setForeign(QStringLiteral("text/plain"),
-                   QByteArray(1000, '\t') + '\n' + QByteArray("x\n").repeated(1000));
+        setForeign("text/plain", QByteArray(1000, '\t') + '\n' + QByteArray("x\n").repeated(1000));
         zvtest::WindowResponder<QMessageBox> no(
             [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
         plan.key(Qt::Key_V, Qt::ControlModifier);
@@ -215,26 +207,26 @@ private Q_SLOTS:
         workbench::CellGrid own;
         own.rows = 1;
         own.columns = 2;
-        own.cells = {QStringLiteral("own"), 1.0};
+        own.cells = {"own", 1.0};
         workbench::copyToClipboard(own);
         const workbench::ClipboardCells table(goOn);
-        setForeign(QStringLiteral("text/csv"), "csv,2\n");
+        setForeign("text/csv", "csv,2\n");
         const workbench::ClipboardCells csv(goOn);
-        setForeign(QStringLiteral("text/plain"), "text\t3");
+        setForeign("text/plain", "text\t3");
         const workbench::ClipboardCells text(goOn);
-        setForeign(QStringLiteral("text/plain"), "another");
+        setForeign("text/plain", "another");
         using Cells = std::vector<CellValue>;
         QVERIFY(table.grid(goOn).cells == own.cells);
-        QVERIFY(csv.grid(goOn).cells == (Cells{QStringLiteral("csv"), 2.0}));
-        QVERIFY(text.grid(goOn).cells == (Cells{QStringLiteral("text"), 3.0}));
+        QVERIFY(csv.grid(goOn).cells == (Cells{"csv", 2.0}));
+        QVERIFY(text.grid(goOn).cells == (Cells{"text", 3.0}));
     }
 
     void pastingCanBeStopped_data()
     {
         QTest::addColumn<QString>("format");
         QTest::newRow("own table") << QString();
-        QTest::newRow("csv") << QStringLiteral("text/csv");
-        QTest::newRow("text") << QStringLiteral("text/plain");
+        QTest::newRow("csv") << "text/csv";
+        QTest::newRow("text") << "text/plain";
     }
 
     void pastingCanBeStopped()
@@ -263,19 +255,18 @@ private Q_SLOTS:
         Plan plan;
         const QStringList before = textOf(plan.model.plan());
         const QByteArray wide = QByteArray(100'000, ',') + '\n';
-        setForeign(QStringLiteral("text/csv"), wide + QByteArray("x\n").repeated(100'000));
+        setForeign("text/csv", wide + QByteArray("x\n").repeated(100'000));
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QByteArray tabs = wide;
-        setForeign(QStringLiteral("text/plain"),
-                   tabs.replace(',', '\t') + QByteArray("x\n").repeated(100'000));
+        setForeign("text/plain", tabs.replace(',', '\t') + QByteArray("x\n").repeated(100'000));
         // A box that shows progress may have been in front.
         QVERIFY(plan.activate());
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        setForeign(QStringLiteral("text/plain"), tabs);
+        setForeign("text/plain", tabs);
         QVERIFY(plan.activate());
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(plan.failures.size(), 3);
-        QVERIFY(plan.failures.last().contains(QStringLiteral("columns")));
+        QVERIFY(plan.failures.last().contains("columns"));
         QCOMPARE(textOf(plan.model.plan()), before);
     }
 };

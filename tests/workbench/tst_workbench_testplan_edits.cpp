@@ -92,23 +92,20 @@ private Q_SLOTS:
         QTest::addColumn<int>("code");
         QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
         QTest::addColumn<QStringList>("rows");
-        const QString a = QStringLiteral("a1|b1|c1");
-        const QString b = QStringLiteral("a2|b2|c2");
-        const QString c = QStringLiteral("a3|b3|c3");
-        const QString d = QStringLiteral("a4|b4|c4");
-        const QString empty = QStringLiteral("||");
+        const QString a = "a1|b1|c1";
+        const QString b = "a2|b2|c2";
+        const QString c = "a3|b3|c3";
+        const QString d = "a4|b4|c4";
+        const QString empty = "||";
         const auto row = [](const char* name, QRect selected, int code,
                             Qt::KeyboardModifiers modifiers, const QStringList& rows) {
             QTest::newRow(name) << selected << code << modifiers << rows;
         };
-        row("clear", {1, 1, 2, 2}, Qt::Key_Delete, Qt::NoModifier,
-            {a, QStringLiteral("a2||"), QStringLiteral("a3||"), d});
-        row("cut", {0, 0, 1, 1}, Qt::Key_X, Qt::ControlModifier,
-            {QStringLiteral("|b1|c1"), b, c, d});
+        row("clear", {1, 1, 2, 2}, Qt::Key_Delete, Qt::NoModifier, {a, "a2||", "a3||", d});
+        row("cut", {0, 0, 1, 1}, Qt::Key_X, Qt::ControlModifier, {"|b1|c1", b, c, d});
         row("fill down", {0, 0, 2, 3}, Qt::Key_D, Qt::ControlModifier,
-            {a, QStringLiteral("a1|b1|c2"), QStringLiteral("a1|b1|c3"), d});
-        row("fill from above", {2, 1, 1, 1}, Qt::Key_D, Qt::ControlModifier,
-            {a, QStringLiteral("a2|b2|c1"), c, d});
+            {a, "a1|b1|c2", "a1|b1|c3", d});
+        row("fill from above", {2, 1, 1, 1}, Qt::Key_D, Qt::ControlModifier, {a, "a2|b2|c1", c, d});
         row("insert a row", {0, 1, 1, 1}, Qt::Key_Plus, Qt::ControlModifier, {a, empty, b, c, d});
         row("insert two rows", {0, 1, 1, 2}, Qt::Key_Equal, Qt::ControlModifier,
             {a, empty, empty, b, c, d});
@@ -117,11 +114,9 @@ private Q_SLOTS:
         row("row up", {1, 2, 1, 1}, Qt::Key_Up, Qt::AltModifier, {a, c, b, d});
         row("row down", {1, 0, 1, 2}, Qt::Key_Down, Qt::AltModifier, {c, a, b, d});
         row("column left", {1, 0, 1, 1}, Qt::Key_Left, Qt::AltModifier,
-            {QStringLiteral("b1|a1|c1"), QStringLiteral("b2|a2|c2"), QStringLiteral("b3|a3|c3"),
-             QStringLiteral("b4|a4|c4")});
+            {"b1|a1|c1", "b2|a2|c2", "b3|a3|c3", "b4|a4|c4"});
         row("column right", {1, 0, 1, 1}, Qt::Key_Right, Qt::AltModifier,
-            {QStringLiteral("a1|c1|b1"), QStringLiteral("a2|c2|b2"), QStringLiteral("a3|c3|b3"),
-             QStringLiteral("a4|c4|b4")});
+            {"a1|c1|b1", "a2|c2|b2", "a3|c3|b3", "a4|c4|b4"});
         row("disable", {0, 1, 1, 2}, Qt::Key_Slash, Qt::ControlModifier,
             {a, QLatin1Char('-') + b, QLatin1Char('-') + c, d});
     }
@@ -181,9 +176,9 @@ private Q_SLOTS:
         plan.key(Qt::Key_Plus, Qt::ControlModifier);
         QCOMPARE(plan.model.rowCount(), 1);
         plan.key(Qt::Key_Z, Qt::ControlModifier);
-        setForeign(QStringLiteral("text/plain"), "only");
+        setForeign("text/plain", "only");
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.rows(), QStringList(QStringLiteral("only||")));
+        QCOMPARE(plan.rows(), QStringList("only||"));
     }
 
     void columns()
@@ -192,14 +187,11 @@ private Q_SLOTS:
         const QStringList before = textOf(plan.model.plan());
         plan.select(0, 1, 0, 1);
         actionOf(plan, "insertColumn")->trigger();
-        QCOMPARE(plan.model.plan().headings,
-                 QStringList({QStringLiteral("A"), QStringLiteral("Column 2"), QStringLiteral("B"),
-                              QStringLiteral("C")}));
-        QCOMPARE(plan.rows().first(), QStringLiteral("a1||b1|c1"));
+        QCOMPARE(plan.model.plan().headings, QStringList({"A", "Column 2", "B", "C"}));
+        QCOMPARE(plan.rows().first(), QString("a1||b1|c1"));
         plan.select(0, 0, 0, 1);
         actionOf(plan, "removeColumn")->trigger();
-        QCOMPARE(textOf(plan.model.plan()).mid(0, 2),
-                 QStringList({QStringLiteral("B|C"), QStringLiteral("b1|c1")}));
+        QCOMPARE(textOf(plan.model.plan()).mid(0, 2), QStringList({"B|C", "b1|c1"}));
         plan.key(Qt::Key_Z, Qt::ControlModifier);
         plan.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(textOf(plan.model.plan()), before);
@@ -207,7 +199,7 @@ private Q_SLOTS:
         plan.key(Qt::Key_A, Qt::ControlModifier);
         actionOf(plan, "removeColumn")->trigger();
         QCOMPARE(textOf(plan.model.plan()), before);
-        QCOMPARE(plan.failures, QStringList(QStringLiteral("One column has to stay.")));
+        QCOMPARE(plan.failures, QStringList("One column has to stay."));
     }
 
     void renaming()
@@ -218,32 +210,32 @@ private Q_SLOTS:
             const QPoint place(header->sectionViewportPosition(section) + 20, header->height() / 2);
             QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
             QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, place);
-            return header->viewport()->findChild<QLineEdit*>(QStringLiteral("headingField"));
+            return header->viewport()->findChild<QLineEdit*>("headingField");
         };
         QLineEdit* field = doubleClick(1);
         QVERIFY(field);
-        QCOMPARE(field->text(), QStringLiteral("B"));
-        QTest::keyClicks(field, QStringLiteral("Current"));
+        QCOMPARE(field->text(), QString("B"));
+        QTest::keyClicks(field, "Current");
         QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(plan.model.plan().headings.at(1), QStringLiteral("Current"));
+        QCOMPARE(plan.model.plan().headings.at(1), QString("Current"));
         QCOMPARE(plan.model.undoStack().count(), 1);
         zvtest::closeFiles();
 
         field = doubleClick(2);
         QVERIFY(field);
-        QTest::keyClicks(field, QStringLiteral("lost"));
+        QTest::keyClicks(field, "lost");
         QTest::keyClick(field, Qt::Key_Escape);
-        QCOMPARE(plan.model.plan().headings.at(2), QStringLiteral("C"));
+        QCOMPARE(plan.model.plan().headings.at(2), QString("C"));
         QCOMPARE(plan.model.undoStack().count(), 1);
         plan.key(Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(plan.model.plan().headings.at(1), QStringLiteral("B"));
+        QCOMPARE(plan.model.plan().headings.at(1), QString("B"));
     }
 
     void undoFollowsTheSavedState()
     {
         Plan plan;
-        const QString file = m_dir.filePath(QStringLiteral("undo.testplan"));
-        plan.type(QStringLiteral("1"));
+        const QString file = m_dir.filePath("undo.testplan");
+        plan.type("1");
         QTest::keyClick(plan.typed(), Qt::Key_Return);
         QVERIFY(plan.document.isModified());
         plan.document.saveAs(workbench::filePath(file));
@@ -261,11 +253,11 @@ private Q_SLOTS:
 #else
         const int rows = 100'000;
 #endif
-        const QString file = m_dir.filePath(QStringLiteral("many.testplan"));
-        TestPlan plan = planOf({QStringLiteral("A"), QStringLiteral("Verdict")}, {});
+        const QString file = m_dir.filePath("many.testplan");
+        TestPlan plan = planOf({"A", "Verdict"}, {});
         for (int row = 0; row < rows; ++row) {
             plan.rows.emplace_back();
-            plan.rows.back().cells = {double(row), QStringLiteral("pass")};
+            plan.rows.back().cells = {double(row), "pass"};
         }
         QVERIFY(savePlan(file, plan));
         zvtest::closeFiles();
@@ -317,7 +309,7 @@ private Q_SLOTS:
         QFETCH(QString, rows);
         QStringList numbers;
         for (int row = 0; row < 8; ++row)
-            numbers.append(QStringLiteral("%1").arg(row));
+            numbers.append(QString("%1").arg(row));
         Plan plan(numbers);
         const QStringList before = plan.rows();
         selectBlocks(plan, blocks);
@@ -333,14 +325,13 @@ private Q_SLOTS:
 
     void blocksOfRowsMoveOn()
     {
-        Plan plan({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"),
-                   QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5")});
+        Plan plan({"0", "1", "2", "3", "4", "5"});
         selectBlocks(plan, {{0, 0, 3, 1}, {0, 2, 3, 1}});
         for (int i = 0; i < 9; ++i)
             plan.key(Qt::Key_Down, Qt::AltModifier);
-        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 4 0 5 2"));
+        QCOMPARE(firstsOf(plan), QString("1 3 4 0 5 2"));
         plan.key(Qt::Key_Up, Qt::AltModifier);
-        QCOMPARE(firstsOf(plan), QStringLiteral("1 3 0 4 2 5"));
+        QCOMPARE(firstsOf(plan), QString("1 3 0 4 2 5"));
     }
 
     void blocksOfColumns()
@@ -351,23 +342,23 @@ private Q_SLOTS:
         const auto headings = [&plan] { return plan.model.plan().headings.join(QLatin1Char('|')); };
         selectBlocks(plan, {{0, 0, 1, 1}, {2, 0, 1, 4}, {3, 1, 1, 1}});
         actionOf(plan, "removeColumn")->trigger();
-        QCOMPARE(headings(), QStringLiteral("B|Column 5"));
+        QCOMPARE(headings(), QString("B|Column 5"));
         plan.key(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(textOf(plan.model.plan()), before);
         selectBlocks(plan, {{1, 0, 1, 1}, {3, 0, 1, 1}});
         plan.key(Qt::Key_Left, Qt::AltModifier);
-        QCOMPARE(headings(), QStringLiteral("B|A|Column 4|C|Column 5"));
+        QCOMPARE(headings(), QString("B|A|Column 4|C|Column 5"));
         plan.key(Qt::Key_Right, Qt::AltModifier);
         plan.key(Qt::Key_Right, Qt::AltModifier);
-        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        QCOMPARE(headings(), QString("A|C|B|Column 5|Column 4"));
         plan.key(Qt::Key_Right, Qt::AltModifier); // the last is at the edge
-        QCOMPARE(headings(), QStringLiteral("A|C|B|Column 5|Column 4"));
+        QCOMPARE(headings(), QString("A|C|B|Column 5|Column 4"));
         actionOf(plan, "insertColumn")->trigger();
-        QCOMPARE(headings(), QStringLiteral("A|C|Column 3|B|Column 5|Column 5|Column 4"));
+        QCOMPARE(headings(), QString("A|C|Column 3|B|Column 5|Column 5|Column 4"));
         QCOMPARE(plan.failures, QStringList());
         selectBlocks(plan, {{0, 0, 3, 1}, {3, 2, 4, 1}});
         actionOf(plan, "removeColumn")->trigger();
-        QCOMPARE(plan.failures, QStringList(QStringLiteral("One column has to stay.")));
+        QCOMPARE(plan.failures, QStringList("One column has to stay."));
         QCOMPARE(plan.model.columnCount(), 7);
     }
 
@@ -387,15 +378,14 @@ private Q_SLOTS:
     /// Whatever would need more memory than a computer has is told before anything is done.
     void tooManyCellsAreRefused()
     {
-        Plan plan({QStringLiteral("a|b|c")});
+        Plan plan({"a|b|c"});
         plan.model.insertRows(1, workbench::maximumPlanRows - 1);
         plan.model.undoStack().clear();
         plan.key(Qt::Key_A, Qt::ControlModifier);
         plan.key(Qt::Key_D, Qt::ControlModifier);
-        const QString reason =
-            QStringLiteral("No more than 5,000,000 cells can be changed at once.");
+        const QString reason = "No more than 5,000,000 cells can be changed at once.";
         QCOMPARE(plan.failures, QStringList(reason));
-        setForeign(QStringLiteral("text/plain"), "x");
+        setForeign("text/plain", "x");
         plan.key(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(plan.failures, QStringList({reason, reason}));
         QCOMPARE(plan.model.undoStack().count(), 0);
@@ -406,20 +396,17 @@ private Q_SLOTS:
         QCOMPARE(plan.model.undoStack().count(), 1);
         QCOMPARE(plan.at(0, 2), QString());
         plan.key(Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(plan.at(0, 2), QStringLiteral("c"));
+        QCOMPARE(plan.at(0, 2), QString("c"));
     }
 
     void fillingDownEmptiesBelowAnEmptyCell()
     {
-        Plan plan(
-            {QStringLiteral("a||c"), QStringLiteral("1|2|3"), QString(), QStringLiteral("|5")});
+        Plan plan({"a||c", "1|2|3", QString(), "|5"});
         plan.select(0, 0, 3, 2);
         plan.key(Qt::Key_D, Qt::ControlModifier);
-        QCOMPARE(plan.rows(),
-                 QStringList({QStringLiteral("a||c"), QStringLiteral("a||c"),
-                              QStringLiteral("a||c"), QStringLiteral("a||c")}));
+        QCOMPARE(plan.rows(), QStringList({"a||c", "a||c", "a||c", "a||c"}));
         plan.key(Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(plan.rows().at(3), QStringLiteral("|=5|"));
+        QCOMPARE(plan.rows().at(3), QString("|=5|"));
     }
 
 private:
@@ -438,7 +425,7 @@ private:
     {
         QStringList firsts;
         for (const workbench::TestPlanRow& row : plan.model.plan().rows)
-            firsts.append((row.isDisabled ? QStringLiteral("-") : QString())
+            firsts.append((row.isDisabled ? QString("-") : QString())
                           + workbench::cellText(row.cells.value(0)));
         return firsts.join(QLatin1Char(' '));
     }

@@ -92,40 +92,37 @@ private Q_SLOTS:
     void savingTakesWhatIsBeingTyped()
     {
         Plan plan;
-        const QString file = m_dir.filePath(QStringLiteral("typed.testplan"));
-        plan.type(QStringLiteral("last"));
+        const QString file = m_dir.filePath("typed.testplan");
+        plan.type("last");
         plan.document.saveAs(workbench::filePath(file));
-        QCOMPARE(readPlan(file).rows.front().cells.first().toString(), QStringLiteral("last"));
+        QCOMPARE(readPlan(file).rows.front().cells.first().toString(), QString("last"));
         QVERIFY(!plan.document.isModified());
     }
 
     void closingAsksForWhatIsBeingTyped()
     {
         Plan plan;
-        plan.type(QStringLiteral("last"));
+        plan.type("last");
         zvtest::WindowResponder<QMessageBox> cancel(
             [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
         QVERIFY(!plan.document.close());
         QCOMPARE(cancel.count, 1);
-        QCOMPARE(plan.at(0, 0), QStringLiteral("last"));
+        QCOMPARE(plan.at(0, 0), QString("last"));
         QVERIFY(plan.activate());
         plan.model.undoStack().setClean();
         plan.view.renameHeading(2);
-        QTest::keyClicks(plan.view.horizontalHeader()->viewport()->findChild<QLineEdit*>(),
-                         QStringLiteral("Last"));
+        QTest::keyClicks(plan.view.horizontalHeader()->viewport()->findChild<QLineEdit*>(), "Last");
         zvtest::WindowResponder<QMessageBox> again(
             [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); });
         QVERIFY(!plan.document.close());
         QCOMPARE(again.count, 1);
-        QCOMPARE(plan.model.plan().headings.last(), QStringLiteral("Last"));
+        QCOMPARE(plan.model.plan().headings.last(), QString("Last"));
     }
 
     void filesComeBackAsTheyWere()
     {
-        const QString file = m_dir.filePath(QStringLiteral("round.testplan"));
-        TestPlan plan =
-            planOf({QStringLiteral("A <&\">"), QString(), QStringLiteral("Ω\n")},
-                   {QStringLiteral("0.1|text|1e300"), QString(), QStringLiteral("||x")});
+        const QString file = m_dir.filePath("round.testplan");
+        TestPlan plan = planOf({"A <&\">", QString(), "Ω\n"}, {"0.1|text|1e300", QString(), "||x"});
         const double odd[] = {1.0 / 3, -0.0, 5e-324, std::numeric_limits<double>::max(),
                               1e15,    1e-5};
         for (const double number : odd) {
@@ -134,8 +131,7 @@ private Q_SLOTS:
             plan.rows.back().isDisabled = true;
         }
         plan.rows.emplace_back();
-        plan.rows.back().cells = {QStringLiteral(" a\tb\r\nc  "), QStringLiteral("5"),
-                                  QString::fromUtf8("\xf0\x9f\x94\x8c'")};
+        plan.rows.back().cells = {" a\tb\r\nc  ", "5", QString::fromUtf8("\xf0\x9f\x94\x8c'")};
         QVERIFY(savePlan(file, plan));
         const TestPlan read = readPlan(file);
         QCOMPARE(textOf(read), textOf(plan));
@@ -155,14 +151,13 @@ private Q_SLOTS:
     /// A file that breaks off anywhere is refused, or is all there.
     void brokenFilesAreRefused()
     {
-        const QString file = m_dir.filePath(QStringLiteral("whole.testplan"));
-        const TestPlan plan = planOf({QStringLiteral("A"), QStringLiteral("B")},
-                                     {QStringLiteral("1|two"), QString(), QStringLiteral("|end")});
+        const QString file = m_dir.filePath("whole.testplan");
+        const TestPlan plan = planOf({"A", "B"}, {"1|two", QString(), "|end"});
         QVERIFY(savePlan(file, plan));
         zvtest::closeFiles();
         const QByteArray whole = zvtest::contentOf(file);
         const QStringList expected = textOf(plan);
-        const QString cut = m_dir.filePath(QStringLiteral("cut.testplan"));
+        const QString cut = m_dir.filePath("cut.testplan");
         int refused = 0;
         for (int size = 1; size < whole.size(); ++size) {
             QVERIFY(zvtest::writeTo(cut, whole.left(size)));
@@ -242,22 +237,22 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, reason);
-        const QString file = m_dir.filePath(QStringLiteral("wrong.testplan"));
+        const QString file = m_dir.filePath("wrong.testplan");
         QVERIFY(zvtest::writeTo(file, bytes));
         Plan plan;
-        plan.type(QStringLiteral("kept"));
+        plan.type("kept");
         plan.view.finishTyping();
         QVERIFY(!plan.document.load(workbench::filePath(file)));
         QCOMPARE(plan.failures.size(), 1);
         QVERIFY2(plan.failures.first().contains(reason), qPrintable(plan.failures.first()));
-        QCOMPARE(plan.at(0, 0), QStringLiteral("kept"));
+        QCOMPARE(plan.at(0, 0), QString("kept"));
         QVERIFY(plan.document.isModified());
         QVERIFY(plan.document.filename().isEmpty());
     }
 
     void anEmptyFileIsAFreshPlan()
     {
-        const QString file = m_dir.filePath(QStringLiteral("empty.testplan"));
+        const QString file = m_dir.filePath("empty.testplan");
         QVERIFY(zvtest::writeTo(file, QByteArray()));
         Plan plan;
         QVERIFY(plan.document.load(workbench::filePath(file)));
@@ -270,10 +265,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("place");
         QTest::newRow("control") << QStringLiteral("ab\x01") << 2;
-        QTest::newRow("high alone") << QStringLiteral("a") + QChar(0xD800) << 1;
+        QTest::newRow("high alone") << QString("a") + QChar(0xD800) << 1;
         QTest::newRow("low alone") << QString(QChar(0xDC00)) + QLatin1Char('a') << 0;
         QTest::newRow("no character") << QString(QChar(0xFFFE)) << 0;
-        QTest::newRow("white space") << QStringLiteral("\t\r\n") << -1;
+        QTest::newRow("white space") << "\t\r\n" << -1;
         QTest::newRow("pair") << QString::fromUtf8("\xf0\x9f\x94\x8c") << -1;
     }
 
@@ -284,13 +279,13 @@ private Q_SLOTS:
         QCOMPARE(workbench::unwritableCharacter(text), place);
         if (place < 0)
             return;
-        const QString file = m_dir.filePath(QStringLiteral("unwritable.testplan"));
+        const QString file = m_dir.filePath("unwritable.testplan");
         QVERIFY(zvtest::writeTo(file, "as it was"));
         Plan plan;
-        plan.model.setCells(QStringLiteral("Typing"), {{1, 2, text}});
+        plan.model.setCells("Typing", {{1, 2, text}});
         plan.document.saveAs(workbench::filePath(file));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().startsWith(QStringLiteral("The cell in row 2, column “C”,")),
+        QVERIFY2(plan.failures.first().startsWith("The cell in row 2, column “C”,"),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QCOMPARE(zvtest::contentOf(file), QByteArray("as it was"));
@@ -299,11 +294,10 @@ private Q_SLOTS:
     void saveIntoAFolderThatIsNotThere()
     {
         Plan plan;
-        plan.type(QStringLiteral("1"));
-        plan.document.saveAs(
-            workbench::filePath(m_dir.filePath(QStringLiteral("missing/a.testplan"))));
+        plan.type("1");
+        plan.document.saveAs(workbench::filePath(m_dir.filePath("missing/a.testplan")));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains(QStringLiteral("There is no folder")),
+        QVERIFY2(plan.failures.first().contains("There is no folder"),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(plan.document.filename().isEmpty());
@@ -311,7 +305,7 @@ private Q_SLOTS:
 
     void twoDocumentsAndAnOutsideChange()
     {
-        const QString file = m_dir.filePath(QStringLiteral("shared.testplan"));
+        const QString file = m_dir.filePath("shared.testplan");
         Plan first;
         first.document.saveAs(workbench::filePath(file));
         zvtest::closeFiles();
@@ -319,17 +313,17 @@ private Q_SLOTS:
         QVERIFY(second.document.load(workbench::filePath(file)));
         zvtest::closeFiles();
         QSignalSpy changed(&second.document, &DockableWidgetContents::fileChangedOutside);
-        first.type(QStringLiteral("changed outside"));
+        first.type("changed outside");
         first.view.finishTyping();
-        QCOMPARE(second.at(0, 0), QStringLiteral("a1"));
+        QCOMPARE(second.at(0, 0), QString("a1"));
         first.document.save();
         QVERIFY(!first.document.isModified());
         QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, zvtest::longWait));
         second.view.setFocus();
-        second.type(QStringLiteral("lost"));
+        second.type("lost");
         second.view.finishTyping();
         second.document.reloadFile();
-        QCOMPARE(second.at(0, 0), QStringLiteral("changed outside"));
+        QCOMPARE(second.at(0, 0), QString("changed outside"));
         QVERIFY(!second.document.isModified());
         QVERIFY(!second.model.undoStack().canUndo());
         QVERIFY(second.document.isFileWatcherEnabled());
@@ -337,12 +331,12 @@ private Q_SLOTS:
 
     void headingsThatXmlDoesNotAllow()
     {
-        const QString file = m_dir.filePath(QStringLiteral("heading.testplan"));
+        const QString file = m_dir.filePath("heading.testplan");
         try {
-            savePlan(file, planOf({QStringLiteral("A"), QStringLiteral("\x02")}, {}));
+            savePlan(file, planOf({"A", QStringLiteral("\x02")}, {}));
             QFAIL("it is saved");
         } catch (const workbench::FileError& error) {
-            QVERIFY2(error.reason().startsWith(QStringLiteral("The heading of column 2 holds")),
+            QVERIFY2(error.reason().startsWith("The heading of column 2 holds"),
                      qPrintable(error.reason()));
         }
         QVERIFY(!QFile::exists(file));
@@ -350,8 +344,8 @@ private Q_SLOTS:
 
     void readingCanBeStopped()
     {
-        const QString file = m_dir.filePath(QStringLiteral("stopped.testplan"));
-        TestPlan plan = planOf({QStringLiteral("A")}, {});
+        const QString file = m_dir.filePath("stopped.testplan");
+        TestPlan plan = planOf({"A"}, {});
         plan.rows.resize(2000);
         QVERIFY(savePlan(file, plan));
         int asked = 0;
@@ -366,9 +360,9 @@ private Q_SLOTS:
 
     void savingCanBeStopped()
     {
-        const QString file = m_dir.filePath(QStringLiteral("stopped.testplan"));
+        const QString file = m_dir.filePath("stopped.testplan");
         QVERIFY(zvtest::writeTo(file, "as it was"));
-        TestPlan plan = planOf({QStringLiteral("A")}, {});
+        TestPlan plan = planOf({"A"}, {});
         plan.rows.resize(2000);
         int asked = 0;
         QVERIFY_EXCEPTION_THROWN(workbench::TestPlanSaveFile(workbench::filePath(file))
@@ -384,14 +378,14 @@ private Q_SLOTS:
 
     void userStopsSaving()
     {
-        const QString file = m_dir.filePath(QStringLiteral("user.testplan"));
+        const QString file = m_dir.filePath("user.testplan");
         Plan plan;
         QVERIFY(plan.model.insertRows(0, 5'000));
         const ImpatientUser user;
         plan.document.saveAs(workbench::filePath(file));
-        QCOMPARE(user.stopped, QStringList(QStringLiteral("Saving “user.testplan”…")));
+        QCOMPARE(user.stopped, QStringList("Saving “user.testplan”…"));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains(QStringLiteral("You have stopped it.")),
+        QVERIFY2(plan.failures.first().contains("You have stopped it."),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(!QFile::exists(file));
@@ -402,9 +396,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("length");
         QTest::addColumn<QString>("reason");
-        const QString tooLong = QStringLiteral("Its name is too long for this disk.");
-        const QString other =
-            QStringLiteral("Either the disk is full, or you have no right to write there.");
+        const QString tooLong = "Its name is too long for this disk.";
+        const QString other = "Either the disk is full, or you have no right to write there.";
         QTest::newRow("at most") << 248 << other;
         QTest::newRow("too long to be written") << 249 << tooLong;
         QTest::newRow("too long at all") << 256 << tooLong;

@@ -87,35 +87,32 @@ private Q_SLOTS:
         auto* const page = window->findChild<StartPage*>();
         for (const char* name : {"new:testplan", "new:schematic", "new:script", "open"})
             QVERIFY2(page->findChild<QPushButton*>(QLatin1String(name)), name);
-        const QList<QPushButton*> recent =
-            page->findChildren<QPushButton*>(QStringLiteral("recent"));
+        const QList<QPushButton*> recent = page->findChildren<QPushButton*>("recent");
         QCOMPARE(recent.size(), 1);
-        QVERIFY(recent.at(0)->text().startsWith(QStringLiteral("first.zvscr")));
+        QVERIFY(recent.at(0)->text().startsWith("first.zvscr"));
         recent.at(0)->click();
-        QCOMPARE(namesOf(*window), QStringList{QStringLiteral("first.zvscr")});
+        QCOMPARE(namesOf(*window), QStringList{"first.zvscr"});
     }
 
     void startPageMakesDocuments()
     {
         const Window window;
-        window->findChild<QPushButton*>(QStringLiteral("new:testplan"))->click();
-        QCOMPARE(window->currentDocument()->type().id, QStringLiteral("testplan"));
+        window->findChild<QPushButton*>("new:testplan")->click();
+        QCOMPARE(window->currentDocument()->type().id, QString("testplan"));
     }
 
     void editMenuIsTheDocuments()
     {
         const Window window;
-        QMenu* const menu = menuOf(*window, QStringLiteral("Edit"));
+        QMenu* const menu = menuOf(*window, "Edit");
         Q_EMIT menu->aboutToShow();
-        QCOMPARE(textsOf(*menu), QStringList{QStringLiteral("Find in Files…")});
-        window->newDocument(*documentTypeOf(QStringLiteral("script")));
+        QCOMPARE(textsOf(*menu), QStringList{"Find in Files…"});
+        window->newDocument(*documentTypeOf("script"));
         Q_EMIT menu->aboutToShow();
-        QCOMPARE(textsOf(*menu),
-                 (QStringList{QStringLiteral("Run"), QStringLiteral("Stop"),
-                              QStringLiteral("Find in Files…")}));
-        window->newDocument(*documentTypeOf(QStringLiteral("testplan")));
+        QCOMPARE(textsOf(*menu), (QStringList{"Run", "Stop", "Find in Files…"}));
+        window->newDocument(*documentTypeOf("testplan"));
         Q_EMIT menu->aboutToShow();
-        QVERIFY(textsOf(*menu).contains(QStringLiteral("Paste")));
+        QVERIFY(textsOf(*menu).contains("Paste"));
     }
 
     void toolBarFollowsTheDocument()
@@ -123,7 +120,7 @@ private Q_SLOTS:
         const Window window;
         const auto* const toolBar = window->findChild<QToolBar*>();
         QCOMPARE(toolBar->actions().size(), 2);
-        Document* const document = window->newDocument(*documentTypeOf(QStringLiteral("script")));
+        Document* const document = window->newDocument(*documentTypeOf("script"));
         QCOMPARE(toolBar->actions().mid(3), document->toolBarActions());
         // Work in a panel doesn't change it.
         window->activate(window->panels().at(0));
@@ -134,15 +131,11 @@ private Q_SLOTS:
     void viewMenuHasPanelsStylesAndCommands()
     {
         const Window window;
-        QCOMPARE(
-            textsOf(*menuOf(*window, QStringLiteral("View"))),
-            (QStringList{QStringLiteral("Files"), QStringLiteral("Console"), QStringLiteral("Log"),
-                         QStringLiteral("Style"), QStringLiteral("Accent"),
-                         QStringLiteral("Dark Look for Now"), QStringLiteral("Light Look for Now"),
-                         QStringLiteral("Style Editor"), QStringLiteral("Style Sheet Additions"),
-                         QStringLiteral("Style as a Tree"), QStringLiteral("Options…")}));
-        QCOMPARE(textsOf(*window->findChild<QMenu*>(QStringLiteral("styles"))),
-                 (QStringList{QStringLiteral("Light"), QStringLiteral("Dark")}));
+        QCOMPARE(textsOf(*menuOf(*window, "View")),
+                 (QStringList{"Files", "Console", "Log", "Style", "Accent", "Dark Look for Now",
+                              "Light Look for Now", "Style Editor", "Style Sheet Additions",
+                              "Style as a Tree", "Options…"}));
+        QCOMPARE(textsOf(*window->findChild<QMenu*>("styles")), (QStringList{"Light", "Dark"}));
     }
 
     void optionsAreApplied()
@@ -154,19 +147,19 @@ private Q_SLOTS:
         QVERIFY(dialog->isVisible());
         host::writeOption("ZvStyle", "Dark");
         Q_EMIT dialog->applied();
-        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
-        chooseStyle(QStringLiteral("Light"));
+        QCOMPARE(currentStyleName(), QString("Dark"));
+        chooseStyle("Light");
     }
 
     void commandShowsInTheWindowThatIsThere()
     {
         const QString file = script("told.zvscr");
-        QVERIFY(open({QStringLiteral("--what")}).contains(QStringLiteral("--what")));
-        QCOMPARE(open({QStringLiteral("--style"), QStringLiteral("Dark")}), QString());
-        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
+        QVERIFY(open({"--what"}).contains("--what"));
+        QCOMPARE(open({"--style", "Dark"}), QString());
+        QCOMPARE(currentStyleName(), QString("Dark"));
         // Chosen for this time alone.
         QVERIFY(!optionsOf(*m_host).contains("Dark"));
-        QCOMPARE(open({QStringLiteral("--new"), QStringLiteral("script"), file}), QString());
+        QCOMPARE(open({"--new", "script", file}), QString());
         QPointer<Workbench> window;
         int windows = 0;
         for (QWidget* const widget : QApplication::topLevelWidgets()) {
@@ -176,20 +169,19 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(windows, 1);
-        QCOMPARE(namesOf(*window),
-                 (QStringList{QStringLiteral("Script 1"), QStringLiteral("told.zvscr")}));
+        QCOMPARE(namesOf(*window), (QStringList{"Script 1", "told.zvscr"}));
         window->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(window.isNull());
-        showStyle(QStringLiteral("Light"));
+        showStyle("Light");
     }
 
     void commandsOpenTheirWindows()
     {
         const Window window;
-        window->findChild<QAction*>(QStringLiteral("_s1"))->trigger();
+        window->findChild<QAction*>("_s1")->trigger();
         const QString dark = qApp->styleSheet();
-        window->findChild<QAction*>(QStringLiteral("_s2"))->trigger();
+        window->findChild<QAction*>("_s2")->trigger();
         QVERIFY(qApp->styleSheet() != dark);
         for (const char* name : {"_se", "_modifystyle", "_s3"}) {
             const int before = QApplication::topLevelWidgets().size();
@@ -213,18 +205,18 @@ private Q_SLOTS:
         const Window window;
         window->openFiles({script("a&b.zvscr"), script("c.zvscr"), script("d.zvscr")});
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QMenu* const menu = menuOf(*window, QStringLiteral("Window"));
+        QMenu* const menu = menuOf(*window, "Window");
         Q_EMIT menu->aboutToShow();
-        QCOMPARE(menu->actions().at(3)->text(), QStringLiteral("a&&b.zvscr"));
+        QCOMPARE(menu->actions().at(3)->text(), QString("a&&b.zvscr"));
         QVERIFY(menu->actions().at(5)->isChecked());
         menu->actions().at(4)->trigger();
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("c.zvscr"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("c.zvscr"));
         menu->actions().at(0)->trigger();
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("d.zvscr"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("d.zvscr"));
         menu->actions().at(0)->trigger();
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("a&b.zvscr"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("a&b.zvscr"));
         menu->actions().at(1)->trigger();
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("d.zvscr"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("d.zvscr"));
     }
 
     void panelsKeepTheirSizes()
@@ -279,12 +271,11 @@ private Q_SLOTS:
         QCOMPARE(arguments.error, error);
         if (!error.isEmpty() || words.isEmpty())
             return;
-        QCOMPARE(arguments.style, QStringLiteral("dark"));
+        QCOMPARE(arguments.style, QString("dark"));
         QCOMPARE(arguments.newDocuments.size(), std::size_t(2));
-        QCOMPARE(arguments.newDocuments.at(1)->id, QStringLiteral("script"));
-        QCOMPARE(arguments.picture, QDir::current().absoluteFilePath(QStringLiteral("p.png")));
-        QCOMPARE(arguments.files,
-                 QStringList{QDir::current().absoluteFilePath(QStringLiteral("a.zvscr"))});
+        QCOMPARE(arguments.newDocuments.at(1)->id, QString("script"));
+        QCOMPARE(arguments.picture, QDir::current().absoluteFilePath("p.png"));
+        QCOMPARE(arguments.files, QStringList{QDir::current().absoluteFilePath("a.zvscr")});
     }
 };
 

@@ -44,8 +44,8 @@ private Q_SLOTS:
     void exportsAndImports()
     {
         const QString file = script("plan.zvscr", "print('as it was')");
-        const QString compressed = m_folder->filePath(QStringLiteral("plan.zvscr.z"));
-        const QString restored = m_folder->filePath(QStringLiteral("copy.zvscr"));
+        const QString compressed = m_folder->filePath("plan.zvscr.z");
+        const QString restored = m_folder->filePath("copy.zvscr");
         const Window window;
         window->openFile(file);
         {
@@ -61,18 +61,18 @@ private Q_SLOTS:
             name.emplace([&proposed](FileNameDialog& nameDialog) {
                 auto* const edit = nameDialog.findChild<QLineEdit*>();
                 proposed = edit->text();
-                edit->setText(QStringLiteral("copy.zvscr"));
+                edit->setText("copy.zvscr");
                 nameDialog.accept();
             });
-            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(compressed);
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(compressed);
             QMetaObject::invokeMethod(&dialog, "accept");
         });
         actionOf(*window, "import")->trigger();
         QVERIFY(QTest::qWaitFor([&] { return window->documents().size() == 2; }, longWait));
-        QCOMPARE(proposed, QStringLiteral("plan.zvscr"));
+        QCOMPARE(proposed, QString("plan.zvscr"));
         QCOMPARE(zvtest::contentOf(restored), QByteArray("print('as it was')"));
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("copy.zvscr"));
-        QVERIFY(!QFile::exists(restored + QStringLiteral(".part")));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("copy.zvscr"));
+        QVERIFY(!QFile::exists(restored + ".part"));
     }
 
     void compressionFails_data()
@@ -105,19 +105,19 @@ private Q_SLOTS:
         QCOMPARE(failed.size(), 1);
         QCOMPARE(completed.size(), 0);
         const auto failure = failed.at(0).at(0).value<Failure>();
-        QVERIFY(failure.what.contains(QStringLiteral("source")));
+        QVERIFY(failure.what.contains("source"));
         QVERIFY(!failure.reason.isEmpty());
         QVERIFY(!failure.advice.isEmpty());
         QCOMPARE(zvtest::contentOf(old), QByteArray("what was there"));
-        QVERIFY(!QFile::exists(m_folder->filePath(target) + QStringLiteral(".part")));
+        QVERIFY(!QFile::exists(m_folder->filePath(target) + ".part"));
     }
 
     void emptyFilesAreExchanged()
     {
         using Direction = CompressionRequest::Direction;
         const QString file = script("empty.zvscr", "");
-        const QString compressed = m_folder->filePath(QStringLiteral("empty.z"));
-        const QString restored = m_folder->filePath(QStringLiteral("again.zvscr"));
+        const QString compressed = m_folder->filePath("empty.z");
+        const QString restored = m_folder->filePath("again.zvscr");
         QWidget parent;
         for (const Direction direction : {Direction::Compress, Direction::Decompress}) {
             const bool compresses = direction == Direction::Compress;
@@ -135,7 +135,7 @@ private Q_SLOTS:
     {
         using Direction = CompressionRequest::Direction;
         const QString file = script("plan.zvscr");
-        const QString target = m_folder->filePath(QStringLiteral("plan.z"));
+        const QString target = m_folder->filePath("plan.z");
         // It waits behind another one until it is cancelled.
         std::promise<void> isCancelled;
         const std::shared_future<void> end = isCancelled.get_future().share();
@@ -155,14 +155,14 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
         QCOMPARE(cancelled.size(), 1);
         QVERIFY(!QFile::exists(target));
-        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+        QVERIFY(!QFile::exists(target + ".part"));
     }
 
     void compressionsAbortedOnTheWayLeaveNothing()
     {
         using Direction = CompressionRequest::Direction;
         const QString file = script("plan.zvscr");
-        const QString target = m_folder->filePath(QStringLiteral("plan.z"));
+        const QString target = m_folder->filePath("plan.z");
         CompressionRequest request(Direction::Compress, filePath(file), filePath(target));
         QSignalSpy completed(&request, &CompressionRequest::completed);
         QSignalSpy failed(&request, &CompressionRequest::failed);
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QCOMPARE(failed.size(), 1);
         QVERIFY(request.abort_requested());
         QVERIFY(!QFile::exists(target));
-        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+        QVERIFY(!QFile::exists(target + ".part"));
     }
 
     void windowMayGoWhileItCompresses()
@@ -182,9 +182,9 @@ private Q_SLOTS:
         const QString file = script("large", QByteArray(30'000'000, 'a'));
         auto parent = std::make_unique<QWidget>();
         parent->show();
-        const QPointer<CompressionTask> task(new CompressionTask(
-            CompressionRequest::Direction::Compress, filePath(file),
-            filePath(m_folder->filePath(QStringLiteral("large.z"))), parent.get()));
+        const QPointer<CompressionTask> task(
+            new CompressionTask(CompressionRequest::Direction::Compress, filePath(file),
+                                filePath(m_folder->filePath("large.z")), parent.get()));
         parent->findChild<QProgressDialog*>()->show();
         parent.reset();
         QVERIFY(task.isNull());
@@ -192,20 +192,20 @@ private Q_SLOTS:
         QWidget other;
         const QPointer<CompressionTask> next(
             new CompressionTask(CompressionRequest::Direction::Compress, filePath(file),
-                                filePath(m_folder->filePath(QStringLiteral("next.z"))), &other));
+                                filePath(m_folder->filePath("next.z")), &other));
         QVERIFY(QTest::qWaitFor([&next] { return next.isNull(); }, longWait));
-        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("large.z"))));
-        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("next.z"))));
+        QVERIFY(QFile::exists(m_folder->filePath("large.z")));
+        QVERIFY(QFile::exists(m_folder->filePath("next.z")));
     }
 
     void windowClosesWhenAnExportHasEnded()
     {
         const QString source = script("a.zvscr");
-        const QString target = m_folder->filePath(QStringLiteral("a.zvscr.z"));
+        const QString target = m_folder->filePath("a.zvscr.z");
         const QPointer<Workbench> window(new Workbench);
         window->show();
         QVERIFY(window->openFile(source));
-        for (const QString& file : {target, m_folder->filePath(QStringLiteral("b.z"))})
+        for (const QString& file : {target, m_folder->filePath("b.z")})
             new CompressionTask(CompressionRequest::Direction::Compress, filePath(source),
                                 filePath(file), window);
         // They can't have ended before events are handled. Nobody is that patient.
@@ -216,10 +216,10 @@ private Q_SLOTS:
         QVERIFY(dialog && dialog->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!window, zvtest::longWait);
         QVERIFY(QFile::exists(target));
-        QVERIFY(!QFile::exists(target + QStringLiteral(".part")));
+        QVERIFY(!QFile::exists(target + ".part"));
         // The session is kept once.
         const Window next;
-        QCOMPARE(namesOf(*next), QStringList{QStringLiteral("a.zvscr")});
+        QCOMPARE(namesOf(*next), QStringList{"a.zvscr"});
     }
 };
 

@@ -57,11 +57,9 @@ private Q_SLOTS:
     {
         const Window window;
         for (const DocumentType* const type : documentTypes())
-            actionOf(*window, qPrintable(QStringLiteral("new:") + type->id))->trigger();
-        QCOMPARE(namesOf(*window),
-                 (QStringList{QStringLiteral("Test plan 1"), QStringLiteral("Schematic 2"),
-                              QStringLiteral("Script 3")}));
-        QCOMPARE(window->currentDocument()->type().id, QStringLiteral("script"));
+            actionOf(*window, qPrintable("new:" + type->id))->trigger();
+        QCOMPARE(namesOf(*window), (QStringList{"Test plan 1", "Schematic 2", "Script 3"}));
+        QCOMPARE(window->currentDocument()->type().id, QString("script"));
     }
 
     void aFileIsOpenOnce()
@@ -72,12 +70,12 @@ private Q_SLOTS:
         QVERIFY(document);
         window->openFile(script("two.zvscr"));
         QVERIFY(window->currentDocument() != document);
-        QCOMPARE(window->openFile(m_folder->path() + QStringLiteral("/./one.zvscr")), document);
+        QCOMPARE(window->openFile(m_folder->path() + "/./one.zvscr"), document);
         QCOMPARE(window->currentDocument(), document);
         QCOMPARE(window->documents().size(), 2);
         QCOMPARE(window->recentFiles().files().size(), 2);
 #if defined(Q_OS_UNIX)
-        const QString link = m_folder->filePath(QStringLiteral("link.zvscr"));
+        const QString link = m_folder->filePath("link.zvscr");
         QVERIFY(QFile::link(file, link));
         QCOMPARE(window->openFile(link), document);
 #endif
@@ -99,7 +97,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QString, reason);
-        if (!name.startsWith(QStringLiteral("none")))
+        if (!name.startsWith("none"))
             script(qPrintable(name), "<nonsense/>");
         const Window window;
         QVERIFY(!window->openFile(m_folder->filePath(name)));
@@ -121,18 +119,18 @@ private Q_SLOTS:
         const zvtest::WindowResponder<QFileDialog> answer = chooseFile(file);
         actionOf(*window, "open")->trigger();
         QCOMPARE(answer.count, 1);
-        QCOMPARE(namesOf(*window), QStringList{QStringLiteral("chosen.zvscr")});
+        QCOMPARE(namesOf(*window), QStringList{"chosen.zvscr"});
     }
 
     void savedDocumentsAreRecent()
     {
         const Window window;
-        Document* const document = window->newDocument(*documentTypeOf(QStringLiteral("script")));
-        const QString file = m_folder->filePath(QStringLiteral("new.zvscr"));
+        Document* const document = window->newDocument(*documentTypeOf("script"));
+        const QString file = m_folder->filePath("new.zvscr");
         const zvtest::WindowResponder<QFileDialog> answer = chooseFile(file);
         actionOf(*window, "save")->trigger();
         QCOMPARE(answer.count, 1);
-        QCOMPARE(document->shortTitle(), QStringLiteral("new.zvscr"));
+        QCOMPARE(document->shortTitle(), QString("new.zvscr"));
         QCOMPARE(window->recentFiles().files(), QStringList{file});
         QVERIFY(document->isFileWatcherEnabled());
     }
@@ -143,11 +141,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("saved");
         for (const DocumentType* const type : documentTypes()) {
-            QTest::addRow("%s, none", qPrintable(type->id))
-                << type->id << "typed" << QStringLiteral("typed") + type->extension;
+            QTest::addRow("%s, none", qPrintable(type->id)) << type->id << "typed"
+                                                            << "typed" + type->extension;
             QTest::addRow("%s, its own", qPrintable(type->id))
-                << type->id << QStringLiteral("typed") + type->extension
-                << QStringLiteral("typed") + type->extension;
+                << type->id << "typed" + type->extension << "typed" + type->extension;
         }
     }
 
@@ -174,7 +171,7 @@ private Q_SLOTS:
         auto* const changed = qobject_cast<ScriptDocument*>(window->openFile(first));
         auto* const unchanged = qobject_cast<ScriptDocument*>(window->openFile(second));
         const QSignalSpy saved(unchanged, &ZvContentWidget::saved);
-        QTest::keyClicks(&changed->editor(), QStringLiteral("x"));
+        QTest::keyClicks(&changed->editor(), "x");
         QVERIFY(changed->isModified());
         actionOf(*window, "saveAll")->trigger();
         QVERIFY(!changed->isModified());
@@ -185,18 +182,18 @@ private Q_SLOTS:
     void renamesTheFile()
     {
         const QString file = script("before.zvscr", "a");
-        const QString renamed = m_folder->filePath(QStringLiteral("after.zvscr"));
+        const QString renamed = m_folder->filePath("after.zvscr");
         const Window window;
         Document* const document = window->openFile(file);
         const zvtest::WindowResponder<FileNameDialog> answer([](FileNameDialog& dialog) {
-            dialog.findChild<QLineEdit*>()->setText(QStringLiteral("after.zvscr"));
+            dialog.findChild<QLineEdit*>()->setText("after.zvscr");
             dialog.accept();
         });
         actionOf(*window, "rename")->trigger();
         QCOMPARE(answer.count, 1);
         QVERIFY(!QFile::exists(file));
         QCOMPARE(zvtest::contentOf(renamed), QByteArray("a"));
-        QCOMPARE(document->shortTitle(), QStringLiteral("after.zvscr"));
+        QCOMPARE(document->shortTitle(), QString("after.zvscr"));
         QVERIFY(document->isFileWatcherEnabled());
         QCOMPARE(window->openFile(renamed), document);
     }
@@ -208,8 +205,8 @@ private Q_SLOTS:
         window->openFile(file);
         actionOf(*window, "copyUri")->trigger();
         const QString uri = QGuiApplication::clipboard()->text();
-        QVERIFY2(uri.startsWith(QStringLiteral("file:///")), qPrintable(uri));
-        QVERIFY2(uri.endsWith(QStringLiteral("/with%20blank%231.zvscr")), qPrintable(uri));
+        QVERIFY2(uri.startsWith("file:///"), qPrintable(uri));
+        QVERIFY2(uri.endsWith("/with%20blank%231.zvscr"), qPrintable(uri));
         QCOMPARE(QUrl(uri).toLocalFile(), file);
     }
 
@@ -223,7 +220,8 @@ private Q_SLOTS:
                                  << "file:///C:/a%20b/c.zvscr";
         QTest::newRow("share") << "//server/share/c.zvscr"
                                << "file://server/share/c.zvscr";
-        QTest::newRow("not ASCII") << QStringLiteral("/ä") << "file:///%C3%A4";
+        QTest::newRow("not ASCII") << "/ä"
+                                   << "file:///%C3%A4";
     }
 
     void urisOfFiles()
@@ -241,16 +239,16 @@ private Q_SLOTS:
         actionOf(*window, "findInFiles")->trigger();
         auto* const dialog = window->findChild<FindInFilesDialog*>();
         QVERIFY(dialog->isVisible());
-        dialog->setText(QStringLiteral("needle"));
+        dialog->setText("needle");
         QSignalSpy ended(dialog, &FindInFilesDialog::searchEnded);
         dialog->find();
         QVERIFY(QTest::qWaitFor([&ended] { return !ended.isEmpty(); }, longWait));
-        auto* const hits = dialog->findChild<QTreeView*>(QStringLiteral("hits"));
+        auto* const hits = dialog->findChild<QTreeView*>("hits");
         QCOMPARE(hits->model()->rowCount(), 1);
         Q_EMIT hits->doubleClicked(hits->model()->index(0, 0));
         auto* const opened = qobject_cast<ScriptDocument*>(window->currentDocument());
         QVERIFY(opened);
-        QCOMPARE(opened->shortTitle(), QStringLiteral("hit.zvscr"));
+        QCOMPARE(opened->shortTitle(), QString("hit.zvscr"));
         QCOMPARE(opened->editor().textCursor().blockNumber(), 2);
         // The same dialog comes again.
         dialog->close();
@@ -267,7 +265,7 @@ private Q_SLOTS:
         Q_EMIT window->filesPanel().openRequested({first, second});
         QCOMPARE(window->documents().size(), 2);
         Q_EMIT window->documents().at(0)->filesDropped({script("third.zvscr")});
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("third.zvscr"));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("third.zvscr"));
     }
 
     void recentFilesAreBoundedAndForgotten()
@@ -276,13 +274,13 @@ private Q_SLOTS:
         QVERIFY(!recent.isEnabled());
         QSignalSpy requested(&recent, &RecentFiles::openRequested);
         for (int i = 0; i < 12; ++i)
-            recent.add(QStringLiteral("/folder/%1.zvscr").arg(i));
-        recent.add(QStringLiteral("/folder/5.zvscr"));
+            recent.add(QString("/folder/%1.zvscr").arg(i));
+        recent.add(QString("/folder/5.zvscr"));
         QCOMPARE(recent.files().size(), 10);
-        QCOMPARE(recent.files().first(), QStringLiteral("/folder/5.zvscr"));
-        QCOMPARE(recent.files().last(), QStringLiteral("/folder/2.zvscr"));
+        QCOMPARE(recent.files().first(), QString("/folder/5.zvscr"));
+        QCOMPARE(recent.files().last(), QString("/folder/2.zvscr"));
         recent.actions().at(1)->trigger();
-        QCOMPARE(requested.at(0).at(0).toString(), QStringLiteral("/folder/11.zvscr"));
+        QCOMPARE(requested.at(0).at(0).toString(), QString("/folder/11.zvscr"));
         recent.actions().last()->trigger();
         QVERIFY(recent.files().isEmpty());
         QVERIFY(!recent.isEnabled());
@@ -292,13 +290,13 @@ private Q_SLOTS:
     {
         const Window window;
         const Document* const document = window->newDocument(*documentTypes().at(0));
-        const QString dotted = m_folder->filePath(QStringLiteral("bridge v1.2"));
+        const QString dotted = m_folder->filePath("bridge v1.2");
         {
             const zvtest::WindowResponder<QFileDialog> answer = chooseFile(dotted);
             window->saveCurrentAs();
             QCOMPARE(answer.count, 1);
         }
-        const QString file = dotted + QStringLiteral(".testplan");
+        const QString file = dotted + ".testplan";
         QCOMPARE(document->filename().toQString(),
                  filePath(QDir::toNativeSeparators(file)).toQString());
         QVERIFY(QFile::exists(file));
@@ -328,14 +326,14 @@ private Q_SLOTS:
         QString problem;
         bool isAccepted = true;
         const zvtest::WindowResponder<FileNameDialog> answer([&](FileNameDialog& dialog) {
-            dialog.findChild<QLineEdit*>(QStringLiteral("name"))->setText(QStringLiteral("b.txt"));
-            problem = dialog.findChild<QLabel*>(QStringLiteral("problem"))->text();
+            dialog.findChild<QLineEdit*>("name")->setText("b.txt");
+            problem = dialog.findChild<QLabel*>("problem")->text();
             isAccepted =
                 dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled();
             dialog.reject();
         });
         window->renameCurrent();
-        QCOMPARE(problem, QStringLiteral("The name has to end in “.zvscr”."));
+        QCOMPARE(problem, QString("The name has to end in “.zvscr”."));
         QVERIFY(!isAccepted);
     }
 
@@ -345,7 +343,7 @@ private Q_SLOTS:
         window->newDocument(*documentTypes().at(2));
         window->renameCurrent();
         QCOMPARE(window->statusBar()->currentMessage(),
-                 QStringLiteral("“Script 1” has no file yet. Save it first."));
+                 QString("“Script 1” has no file yet. Save it first."));
         window->statusBar()->clearMessage();
         window->copyCurrentAsUri();
         QVERIFY(!window->statusBar()->currentMessage().isEmpty());
@@ -356,24 +354,24 @@ private Q_SLOTS:
         const Window window;
         QStringList files;
         for (int i = 0; i < 12; ++i)
-            files.append(script(qPrintable(QStringLiteral("%1.dat").arg(i))));
+            files.append(script(qPrintable(QString("%1.dat").arg(i))));
         files.append(script("good.zvscr"));
         window->openFiles(files);
         QCOMPARE(window->documents().size(), 1);
         QMessageBox* const box = failureOf(*window);
         QVERIFY(box);
         QCOMPARE(window->findChildren<QMessageBox*>().size(), 1);
-        QCOMPARE(box->text(), QStringLiteral("12 of the files can't be opened."));
+        QCOMPARE(box->text(), QString("12 of the files can't be opened."));
         const QStringList lines = box->informativeText().split(QLatin1Char('\n'));
         QCOMPARE(lines.size(), 12);
-        QVERIFY(lines.at(9).contains(QStringLiteral("9.dat")));
-        QCOMPARE(lines.at(10), QStringLiteral("…"));
+        QVERIFY(lines.at(9).contains("9.dat"));
+        QCOMPARE(lines.at(10), QString("…"));
         dismiss(*box);
         // One alone is told as ever.
         window->openFiles({files.constFirst()});
         QMessageBox* const one = failureOf(*window);
         QVERIFY(one);
-        QVERIFY(one->text().contains(QStringLiteral("0.dat")));
+        QVERIFY(one->text().contains("0.dat"));
         dismiss(*one);
     }
 
@@ -382,11 +380,11 @@ private Q_SLOTS:
         const Window window;
         QStringList files;
         for (int i = 0; i < 51; ++i)
-            files.append(m_folder->filePath(QStringLiteral("%1.zvscr").arg(i)));
+            files.append(m_folder->filePath(QString("%1.zvscr").arg(i)));
         window->openFiles(files);
         QMessageBox* const box = failureOf(*window);
         QVERIFY(box);
-        QCOMPARE(box->text(), QStringLiteral("51 files are too many to open at once."));
+        QCOMPARE(box->text(), QString("51 files are too many to open at once."));
         QCOMPARE(window->findChildren<QMessageBox*>().size(), 1);
         dismiss(*box);
     }
@@ -394,7 +392,7 @@ private Q_SLOTS:
     void failuresShowNamesAsTheyAre()
     {
         const Window window;
-        window->showFailure({QStringLiteral("<b>a</b>"), QStringLiteral("<i>b</i>"), {}});
+        window->showFailure({"<b>a</b>", "<i>b</i>", {}});
         QMessageBox* const box = failureOf(*window);
         QVERIFY(box);
         int shown = 0;

@@ -77,9 +77,8 @@ private Q_SLOTS:
         }
         QVERIFY(QFile::remove(files.at(2)));
         const Window window;
-        QCOMPARE(namesOf(*window),
-                 (QStringList{QStringLiteral("a.zvscr"), QStringLiteral("b.zvscr")}));
-        QCOMPARE(window->currentDocument()->shortTitle(), QStringLiteral("a.zvscr"));
+        QCOMPARE(namesOf(*window), (QStringList{"a.zvscr", "b.zvscr"}));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("a.zvscr"));
         QCOMPARE(window->size(), QSize(900, 650));
         QCOMPARE(window->filesPanel().folders(), QStringList{m_folder->path()});
         QCOMPARE(window->recentFiles().files().size(), 3);
@@ -93,14 +92,12 @@ private Q_SLOTS:
         {
             const Window window;
             auto* const dock = qobject_cast<DockableWidget*>(
-                window->newDocument(*documentTypeOf(QStringLiteral("script")))
-                    ->parentWidget()
-                    ->parentWidget());
+                window->newDocument(*documentTypeOf("script"))->parentWidget()->parentWidget());
             QVERIFY(dock);
             dock->setFloating(true);
             // Under the name that it gets now.
             const zvtest::WindowResponder<QFileDialog> answer =
-                chooseFile(m_folder->filePath(QStringLiteral("float.zvscr")));
+                chooseFile(m_folder->filePath("float.zvscr"));
             window->saveCurrent();
             QCOMPARE(answer.count, 1);
             QVERIFY(window->openFile(file));
@@ -109,8 +106,7 @@ private Q_SLOTS:
         QCOMPARE(namesOf(*window).size(), 2);
         for (const DockableWidget* const dock : window->dockableWidgets()) {
             if (dock->contents()->isContentWidget())
-                QCOMPARE(dock->isFloating(),
-                         dock->contents()->getShortName() == QStringLiteral("float.zvscr"));
+                QCOMPARE(dock->isFloating(), dock->contents()->getShortName() == "float.zvscr");
         }
     }
 
@@ -121,7 +117,7 @@ private Q_SLOTS:
             Window window;
             for (const QString& file : files) {
                 auto* const document = qobject_cast<ScriptDocument*>(window->openFile(file));
-                QTest::keyClicks(&document->editor(), QStringLiteral("x"));
+                QTest::keyClicks(&document->editor(), "x");
             }
             int asked = 0;
             const auto discard = [&asked](QMessageBox& box) {
@@ -142,9 +138,7 @@ private Q_SLOTS:
             QCOMPARE(asked, 3);
         }
         const Window window;
-        QCOMPARE(namesOf(*window),
-                 (QStringList{QStringLiteral("a.zvscr"), QStringLiteral("b.zvscr"),
-                              QStringLiteral("c.zvscr")}));
+        QCOMPARE(namesOf(*window), (QStringList{"a.zvscr", "b.zvscr", "c.zvscr"}));
     }
 
     void closingAsksForChanges_data()
@@ -167,7 +161,7 @@ private Q_SLOTS:
         Window window;
         window->openFile(unchanged);
         auto* const document = qobject_cast<ScriptDocument*>(window->openFile(file));
-        QTest::keyClicks(&document->editor(), QStringLiteral("x"));
+        QTest::keyClicks(&document->editor(), "x");
         QString question;
         const zvtest::WindowResponder<QMessageBox> answer([button, &question](QMessageBox& box) {
             question = box.text();
@@ -175,7 +169,7 @@ private Q_SLOTS:
         });
         QCOMPARE(window.close(), closes);
         QCOMPARE(answer.count, 1);
-        QCOMPARE(question, QStringLiteral("Save the changes to “a.zvscr”?"));
+        QCOMPARE(question, QString("Save the changes to “a.zvscr”?"));
         QCOMPARE(zvtest::contentOf(file), content);
         if (!closes) // Nothing has been closed.
             QCOMPARE(window->documents().size(), 2);
@@ -183,13 +177,13 @@ private Q_SLOTS:
 
     void sessionsThatCantBeKeptAreToldOf()
     {
-        host::setOptionsFile(m_folder->filePath(QStringLiteral("file/options.ini")).toStdString());
+        host::setOptionsFile(m_folder->filePath("file/options.ini").toStdString());
         script("file", "no folder");
         Window window;
         QVERIFY(window.close());
         QMessageBox* const box = shownBox();
         QVERIFY(box);
-        QVERIFY(box->informativeText().contains(QStringLiteral("workbench.ini")));
+        QVERIFY(box->informativeText().contains("workbench.ini"));
         dismiss(*box);
     }
 
@@ -198,7 +192,7 @@ private Q_SLOTS:
         const QString name = sessionFile();
         {
             QSettings settings(name, host::settingsFormat());
-            settings.setValue(QStringLiteral("Other/long"),
+            settings.setValue("Other/long",
                               QString(2 * zvtest::RefusedWrite::limit, QLatin1Char('x')));
         }
         const QByteArray before = zvtest::contentOf(name);
@@ -216,20 +210,20 @@ private Q_SLOTS:
 
     void choicesThatCantBeKeptAreToldOf()
     {
-        host::setOptionsFile(m_folder->filePath(QStringLiteral("file/options.ini")).toStdString());
+        host::setOptionsFile(m_folder->filePath("file/options.ini").toStdString());
         script("file", "no folder");
         Workbench window;
         window.setAttribute(Qt::WA_DeleteOnClose, false);
         actionOf(window, "style:Dark")->trigger();
-        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
+        QCOMPARE(currentStyleName(), QString("Dark"));
         QMessageBox* const box = failureOf(window);
         QVERIFY(box);
-        QVERIFY(box->informativeText().contains(QStringLiteral("options.ini")));
+        QVERIFY(box->informativeText().contains("options.ini"));
         dismiss(*box);
         // An accent is shown as well, though it isn't kept.
         QVERIFY_EXCEPTION_THROWN(chooseAccent(QColor(0x10, 0x7C, 0x10)), std::runtime_error);
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
-        showStyle(QStringLiteral("Light"));
+        QVERIFY(qApp->styleSheet().contains("#ff107c10"));
+        showStyle("Light");
     }
 };
 

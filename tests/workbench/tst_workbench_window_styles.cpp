@@ -50,37 +50,37 @@ private Q_SLOTS:
         using libzvutil::ZvStyleManager;
         const Window window;
         actionOf(*window, "style:Dark")->trigger();
-        QCOMPARE(ZvStyleManager::CurrentStyle().name().toQString(), QStringLiteral("Dark"));
+        QCOMPARE(ZvStyleManager::CurrentStyle().name().toQString(), QString("Dark"));
         QVERIFY(!qApp->styleSheet().isEmpty());
         QVERIFY(optionsOf(*m_host).contains("Dark"));
         // As the menu is the next time, with other actions.
-        auto* const menu = window->findChild<QMenu*>(QStringLiteral("styles"));
+        auto* const menu = window->findChild<QMenu*>("styles");
         Q_EMIT menu->aboutToShow();
-        QCOMPARE(textsOf(*menu), (QStringList{QStringLiteral("Light"), QStringLiteral("Dark")}));
+        QCOMPARE(textsOf(*menu), (QStringList{"Light", "Dark"}));
         QVERIFY(!menu->actions().at(0)->isChecked());
         QVERIFY(menu->actions().at(1)->isChecked());
         menu->actions().at(0)->trigger();
-        QCOMPARE(ZvStyleManager::CurrentStyle().name().toQString(), QStringLiteral("Light"));
+        QCOMPARE(ZvStyleManager::CurrentStyle().name().toQString(), QString("Light"));
     }
 
     void accentsAreChosenAndKept()
     {
         chooseAccent(QColor(0x10, 0x7C, 0x10));
         QCOMPARE(chosenAccent(), QColor(0x10, 0x7C, 0x10));
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
+        QVERIFY(qApp->styleSheet().contains("#ff107c10"));
         // The next style has it as well.
-        chooseStyle(QStringLiteral("Dark"));
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
-        chooseStyle(QStringLiteral("Light"));
+        chooseStyle("Dark");
+        QVERIFY(qApp->styleSheet().contains("#ff107c10"));
+        chooseStyle("Light");
         host::writeOption("ZvStyle", "Dark");
         host::resetOption("ZvStyleAccent");
         applyStyleOptions();
-        QCOMPARE(currentStyleName(), QStringLiteral("Dark"));
-        QVERIFY(!qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
+        QCOMPARE(currentStyleName(), QString("Dark"));
+        QVERIFY(!qApp->styleSheet().contains("#ff107c10"));
         // One that has gone is replaced by the default.
         host::writeOption("ZvStyle", "Gone");
         applyStyleOptions();
-        QCOMPARE(currentStyleName(), QStringLiteral("Light"));
+        QCOMPARE(currentStyleName(), QString("Light"));
     }
 
     void editedStylesAreKeptAndShown()
@@ -90,25 +90,25 @@ private Q_SLOTS:
         using libzvutil::ZvStyleManager;
         const Window window;
         // The manager has made the folder of its first user only.
-        QVERIFY(QDir(m_host->path()).mkpath(QStringLiteral("ui")));
+        QVERIFY(QDir(m_host->path()).mkpath("ui"));
         ZvStyle style = ZvStyleManager::Library().light().duplicate("Mine");
         libzvutil::ZvStyleLibrary library;
         library.update(style);
         ZvStyleManager::SetLibrary(library);
         QVERIFY(zvtest::contentOf(m_host->libraryFile()).contains("Mine"));
-        chooseStyle(QStringLiteral("Mine"));
+        chooseStyle("Mine");
         style.setColour(ZvStyleBrush::Panel, QColor(1, 2, 3));
         library.update(style);
         ZvStyleManager::SetLibrary(library);
         QVERIFY(zvtest::contentOf(m_host->libraryFile()).contains("#010203"));
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff010203")));
+        QVERIFY(qApp->styleSheet().contains("#ff010203"));
         ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
     }
 
     void accentsAreChosenInTheMenu()
     {
         const Window window;
-        auto* const menu = window->findChild<QMenu*>(QStringLiteral("accents"));
+        auto* const menu = window->findChild<QMenu*>("accents");
         auto* const swatches = menu->findChild<AccentSwatches*>();
         QVERIFY(swatches);
         chooseAccent(QColor(0xE8, 0x11, 0x23));
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(swatches->current(), QColor(0xE8, 0x11, 0x23));
         Q_EMIT swatches->chosen(QColor(0x10, 0x7C, 0x10));
         QCOMPARE(chosenAccent(), QColor(0x10, 0x7C, 0x10));
-        QVERIFY(qApp->styleSheet().contains(QStringLiteral("#ff107c10")));
+        QVERIFY(qApp->styleSheet().contains("#ff107c10"));
         host::resetOption("ZvStyleAccent");
     }
 
@@ -160,14 +160,14 @@ private Q_SLOTS:
         ZvStyleManager::SetLibrary(library);
         {
             const Window window;
-            QCOMPARE(actionOf(*window, "style:A&B")->text(), QStringLiteral("A&&B"));
+            QCOMPARE(actionOf(*window, "style:A&B")->text(), QString("A&&B"));
         }
         ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());
     }
 
     void picturesOfAWindowInUseDoNotEndTheProgram()
     {
-        const QString picture = m_folder->filePath(QStringLiteral("picture.png"));
+        const QString picture = m_folder->filePath("picture.png");
         QCOMPARE(open({}), QString());
         QPointer<Workbench> window;
         for (QWidget* const widget : QApplication::topLevelWidgets()) {
@@ -175,7 +175,7 @@ private Q_SLOTS:
                 window = workbench;
         }
         QVERIFY(window);
-        QCOMPARE(open({QStringLiteral("--screenshot"), picture}), QString());
+        QCOMPARE(open({"--screenshot", picture}), QString());
         // The end of the program would end the loop with another result.
         constexpr int isThere = 7;
         QEventLoop loop;
@@ -203,8 +203,8 @@ private Q_SLOTS:
         ZvStyleManager::SetLibrary(library);
         QMessageBox* const box = failureOf(*window);
         QVERIFY(box);
-        QCOMPARE(box->text(), QStringLiteral("Your styles aren't kept for the next start."));
-        QVERIFY(box->informativeText().contains(QStringLiteral("styles.xml")));
+        QCOMPARE(box->text(), QString("Your styles aren't kept for the next start."));
+        QVERIFY(box->informativeText().contains("styles.xml"));
         dismiss(*box);
         QVERIFY(QDir().rmdir(m_host->libraryFile()));
         ZvStyleManager::SetLibrary(libzvutil::ZvStyleLibrary());

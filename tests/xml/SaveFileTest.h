@@ -71,7 +71,7 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
-        m_target = m_folder->filePath(QStringLiteral("a.xml"));
+        m_target = m_folder->filePath("a.xml");
     }
 
     void cleanup()

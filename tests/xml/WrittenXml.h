@@ -66,7 +66,7 @@ QString written(Write write)
     const QString text = decoded<C>(buffer.data());
     const QString start = declaration<C>();
     if (!text.startsWith(start) || !text.endsWith(QLatin1Char('\n')))
-        return QLatin1String("wrong frame: ") + text;
+        return "wrong frame: " + text;
     return text.mid(start.size(), text.size() - start.size() - 1);
 }
 

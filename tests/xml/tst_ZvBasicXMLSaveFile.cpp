@@ -234,7 +234,7 @@ private Q_SLOTS:
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
 
-        const QString missing = m_folder->filePath(QStringLiteral("missing.xml"));
+        const QString missing = m_folder->filePath("missing.xml");
         QVERIFY(giveUp(missing));
         zvtest::runEventLoop();
         QVERIFY(!QFile::exists(missing));
@@ -298,7 +298,7 @@ private Q_SLOTS:
             cancelled.cancelWriting();
             Saver<wchar_t> committed(m_target);
             QVERIFY(committed.commit());
-            const Saver<char16_t> unwritable(m_folder->filePath(QStringLiteral("missing/a.xml")));
+            const Saver<char16_t> unwritable(m_folder->filePath("missing/a.xml"));
         }
         QCOMPARE(deletes.count, 0);
         zvtest::runEventLoop();
@@ -307,7 +307,7 @@ private Q_SLOTS:
 
     void assignmentSharesTheOthersFileAndLetsItsOwnGo()
     {
-        const QString other = m_folder->filePath(QStringLiteral("other.xml"));
+        const QString other = m_folder->filePath("other.xml");
         {
             Saver<char> file(m_target);
             Saver<char> target(other);
@@ -328,10 +328,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<Action>("save");
         QTest::addColumn<QString>("encoding");
-        QTest::newRow("char") << Action(&saveText<char>) << QStringLiteral("utf-8");
-        QTest::newRow("char16_t") << Action(&saveText<char16_t>) << QStringLiteral("utf-16-le");
-        QTest::newRow("char32_t") << Action(&saveText<char32_t>) << QStringLiteral("utf-32-le");
-        QTest::newRow("wchar_t") << Action(&saveText<wchar_t>) << QStringLiteral("utf-16-le");
+        QTest::newRow("char") << Action(&saveText<char>) << "utf-8";
+        QTest::newRow("char16_t") << Action(&saveText<char16_t>) << "utf-16-le";
+        QTest::newRow("char32_t") << Action(&saveText<char32_t>) << "utf-32-le";
+        QTest::newRow("wchar_t") << Action(&saveText<wchar_t>) << "utf-16-le";
     }
 
     void writtenInFourEncodingsAndReadBack()
@@ -361,24 +361,23 @@ private Q_SLOTS:
     {
         QFETCH(Action, save);
         QFETCH(QString, encoding);
-        const QString python = QStandardPaths::findExecutable(QStringLiteral("python3"));
+        const QString python = QStandardPaths::findExecutable("python3");
         if (python.isEmpty())
             QSKIP("There is no python3 here");
         QVERIFY(save(m_target));
         // Python's parser doesn't know UTF-32, so it gets text, and the declaration is looked at.
-        const QString script =
-            QStringLiteral("import sys, xml.etree.ElementTree as tree\n"
-                           "text = open(sys.argv[1], 'rb').read().decode(sys.argv[2])\n"
-                           "start = '<?xml version=\"1.0\" encoding=\"' + "
-                           "sys.argv[2].upper().replace('-LE', '') + '\"?>'\n"
-                           "assert text.startswith(start), text\n"
-                           "root = tree.fromstring(text[len(start):])\n"
-                           "assert [e.tag for e in root.iter()] == ['root', 'empty', 'child']\n"
-                           "assert list(root.attrib) == ['name', 'part']\n"
-                           "out = [root.attrib['name'], root.attrib['part'], root[1].text]\n"
-                           "sys.stdout.buffer.write('\\n'.join(out).encode('utf-8'))\n");
+        const QString script = "import sys, xml.etree.ElementTree as tree\n"
+                               "text = open(sys.argv[1], 'rb').read().decode(sys.argv[2])\n"
+                               "start = '<?xml version=\"1.0\" encoding=\"' + "
+                               "sys.argv[2].upper().replace('-LE', '') + '\"?>'\n"
+                               "assert text.startswith(start), text\n"
+                               "root = tree.fromstring(text[len(start):])\n"
+                               "assert [e.tag for e in root.iter()] == ['root', 'empty', 'child']\n"
+                               "assert list(root.attrib) == ['name', 'part']\n"
+                               "out = [root.attrib['name'], root.attrib['part'], root[1].text]\n"
+                               "sys.stdout.buffer.write('\\n'.join(out).encode('utf-8'))\n";
         QProcess process;
-        process.start(python, {QStringLiteral("-c"), script, m_target, encoding});
+        process.start(python, {"-c", script, m_target, encoding});
         QVERIFY(process.waitForFinished());
         const QByteArray text = QByteArray::fromStdString(textOf<char>());
         QCOMPARE(process.readAllStandardError(), QByteArray());

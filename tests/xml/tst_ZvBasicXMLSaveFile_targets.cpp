@@ -32,9 +32,9 @@ namespace {
 QStringList linesOf(const QStringList& arguments)
 {
     QProcess saver;
-    saver.start(QStringLiteral(XML_SAVER), arguments);
+    saver.start(QString(XML_SAVER), arguments);
     if (!saver.waitForFinished() || saver.exitStatus() != QProcess::NormalExit)
-        return {QStringLiteral("failed: ") + saver.errorString()};
+        return {"failed: " + saver.errorString()};
     const QByteArray output = saver.readAllStandardOutput().replace("\r", "");
     return QString::fromLocal8Bit(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
@@ -49,8 +49,7 @@ private Q_SLOTS:
     void unwritableTargets_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("missing folder")
-            << QDir::tempPath() + QStringLiteral("/zvutil missing/a.xml");
+        QTest::newRow("missing folder") << QDir::tempPath() + "/zvutil missing/a.xml";
         QTest::newRow("folder") << QDir::tempPath();
         QTest::newRow("empty path") << QString();
     }
@@ -71,11 +70,11 @@ private Q_SLOTS:
     {
         writeOld();
         QFile::setPermissions(m_folder->path(), QFile::Permissions(0x5555));
-        const QStringList result = linesOf({QStringLiteral("unprivileged"), m_target});
+        const QStringList result = linesOf({"unprivileged", m_target});
         QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
-        if (result == QStringList(QStringLiteral("skip")))
+        if (result == QStringList("skip"))
             QSKIP("There are no permissions of folders here");
-        QCOMPARE(result, QStringList(QStringLiteral("false")));
+        QCOMPARE(result, QStringList("false"));
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
     }
 
@@ -84,11 +83,11 @@ private Q_SLOTS:
         writeOld();
         QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
         QFile::setPermissions(m_target, QFile::Permissions(0x4444));
-        const QStringList result = linesOf({QStringLiteral("unprivileged"), m_target});
+        const QStringList result = linesOf({"unprivileged", m_target});
         QFile::setPermissions(m_target, QFile::Permissions(0x6666));
-        if (result == QStringList(QStringLiteral("skip")))
+        if (result == QStringList("skip"))
             QSKIP("There is no user with fewer rights here");
-        QCOMPARE(result, QStringList(QStringLiteral("false")));
+        QCOMPARE(result, QStringList("false"));
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
     }
 
@@ -101,9 +100,8 @@ private Q_SLOTS:
         QTest::newRow("to a file") << same << true << 1;
         QTest::newRow("to a file that isn't there") << same << false << 1;
         QTest::newRow("to a link to a file") << same << true << 2;
-        QTest::newRow("to another file system") << QStringLiteral("/dev/shm") << true << 1;
-        QTest::newRow("to another file system, not there")
-            << QStringLiteral("/dev/shm") << false << 1;
+        QTest::newRow("to another file system") << "/dev/shm" << true << 1;
+        QTest::newRow("to another file system, not there") << "/dev/shm" << false << 1;
     }
 
     void symbolicLinks()
@@ -112,19 +110,17 @@ private Q_SLOTS:
         QFETCH(QString, folder);
         QFETCH(bool, exists);
         QFETCH(int, links);
-        const QTemporaryDir away((folder.isEmpty() ? QDir::tempPath() : folder)
-                                 + QStringLiteral("/zvutil-XXXXXX"));
+        const QTemporaryDir away((folder.isEmpty() ? QDir::tempPath() : folder) + "/zvutil-XXXXXX");
         if (!away.isValid()
             || (!folder.isEmpty()
                 && QStorageInfo(away.path()).device() == QStorageInfo(m_folder->path()).device()))
             QSKIP("There is no other file system here");
-        const QString real = away.filePath(QStringLiteral("real.xml"));
+        const QString real = away.filePath("real.xml");
         if (exists)
             writeOld(real);
         QString end = real;
         for (int i = 0; i < links; ++i) {
-            const QString link =
-                i + 1 < links ? m_folder->filePath(QStringLiteral("link")) : m_target;
+            const QString link = i + 1 < links ? m_folder->filePath("link") : m_target;
             QVERIFY(QFile::link(end, link));
             end = link;
         }
@@ -143,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(generationOf(real), 5);
         QVERIFY(QFileInfo(m_target).isSymLink());
         QCOMPARE(zvtest::temporaryFiles(away.path(), real), QStringList());
-        QFile::remove(m_folder->filePath(QStringLiteral("link")));
+        QFile::remove(m_folder->filePath("link"));
 #else
         QSKIP("Symbolic links need privileges here");
 #endif
@@ -151,11 +147,11 @@ private Q_SLOTS:
 
     void otherFileSystem()
     {
-        const QTemporaryDir away(QStringLiteral("/dev/shm/zvutil-XXXXXX"));
+        const QTemporaryDir away("/dev/shm/zvutil-XXXXXX");
         if (!away.isValid()
             || QStorageInfo(away.path()).device() == QStorageInfo(QDir::tempPath()).device())
             QSKIP("There is no other file system here");
-        const QString target = away.filePath(QStringLiteral("a.xml"));
+        const QString target = away.filePath("a.xml");
         writeOld(target);
         Saver<char> file(target);
         zvtest::writeGeneration(file.writer(), 39);
@@ -175,11 +171,10 @@ private Q_SLOTS:
     {
         QFETCH(int, bytes);
         writeOld();
-        const QStringList result =
-            linesOf({QStringLiteral("limited"), m_target, QString::number(bytes)});
-        if (result == QStringList(QStringLiteral("skip")))
+        const QStringList result = linesOf({"limited", m_target, QString::number(bytes)});
+        if (result == QStringList("skip"))
             QSKIP("The size of files can't be limited here");
-        QCOMPARE(result, QStringList(QStringLiteral("false")));
+        QCOMPARE(result, QStringList("false"));
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
     }
@@ -200,23 +195,20 @@ private Q_SLOTS:
         QFETCH(QString, type);
         QFETCH(QString, piece);
         writeOld();
-        const QStringList result =
-            linesOf({QStringLiteral("limited"), m_target, QStringLiteral("30000"), type, piece,
-                     QStringLiteral("50000")});
-        if (result == QStringList(QStringLiteral("skip")))
+        const QStringList result = linesOf({"limited", m_target, "30000", type, piece, "50000"});
+        if (result == QStringList("skip"))
             QSKIP("The size of files can't be limited here");
-        QCOMPARE(result, QStringList(QStringLiteral("false")));
+        QCOMPARE(result, QStringList("false"));
         QCOMPARE(contentOf(m_target), QByteArray(oldContent));
         QCOMPARE(zvtest::temporaryFiles(m_folder->path(), m_target), QStringList());
     }
 
     void limitThatIsNotReached()
     {
-        const QStringList result =
-            linesOf({QStringLiteral("limited"), m_target, QStringLiteral("1000000")});
-        if (result == QStringList(QStringLiteral("skip")))
+        const QStringList result = linesOf({"limited", m_target, "1000000"});
+        if (result == QStringList("skip"))
             QSKIP("The size of files can't be limited here");
-        QCOMPARE(result, QStringList(QStringLiteral("true")));
+        QCOMPARE(result, QStringList("true"));
         QCOMPARE(generationOf(m_target), 39);
     }
 
@@ -231,13 +223,10 @@ private Q_SLOTS:
     {
         QFETCH(int, bytes);
         // One document that needs many blocks, and one that is written when the file is closed.
-        const QStringList result =
-            linesOf({QStringLiteral("full"), m_folder->path(), QString::number(bytes)});
-        if (result == QStringList(QStringLiteral("skip")))
+        const QStringList result = linesOf({"full", m_folder->path(), QString::number(bytes)});
+        if (result == QStringList("skip"))
             QSKIP("No file system can be mounted here");
-        QCOMPARE(
-            result,
-            (QStringList{QStringLiteral("false"), QStringLiteral("false"), QStringLiteral("4")}));
+        QCOMPARE(result, (QStringList{"false", "false", "4"}));
     }
 
     void longTextOnAFullDisk_data()
@@ -251,13 +240,10 @@ private Q_SLOTS:
         QFETCH(QString, piece);
         for (const int length : {17'000, 100'000, 300'000}) {
             const QStringList result =
-                linesOf({QStringLiteral("full"), m_folder->path(), QStringLiteral("262144"), type,
-                         piece, QString::number(length)});
-            if (result == QStringList(QStringLiteral("skip")))
+                linesOf({"full", m_folder->path(), "262144", type, piece, QString::number(length)});
+            if (result == QStringList("skip"))
                 QSKIP("No file system can be mounted here");
-            QCOMPARE(result,
-                     (QStringList{QStringLiteral("false"), QStringLiteral("false"),
-                                  QStringLiteral("4")}));
+            QCOMPARE(result, (QStringList{"false", "false", "4"}));
         }
     }
 
@@ -291,13 +277,12 @@ private Q_SLOTS:
         const QString before = QDir::currentPath();
         const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
         QVERIFY(QDir::setCurrent(m_folder->path()));
-        Saver<char> file(QStringLiteral("a.xml"));
+        Saver<char> file("a.xml");
         file.writer().root_element("r");
         QVERIFY(QDir::setCurrent(other.path()));
         QVERIFY(file.commit());
         QVERIFY(!QFile::exists(m_target));
-        QCOMPARE(contentOf(other.filePath(QStringLiteral("a.xml"))),
-                 QByteArray(declaration) + "<r/>");
+        QCOMPARE(contentOf(other.filePath("a.xml")), QByteArray(declaration) + "<r/>");
         QVERIFY(QDir::setCurrent(before));
     }
 
@@ -315,7 +300,7 @@ private:
     int saveUntilKilled(int microseconds)
     {
         QProcess saver;
-        saver.start(QStringLiteral(XML_SAVER), {QStringLiteral("loop"), m_target});
+        saver.start(QString(XML_SAVER), {"loop", m_target});
         saver.waitForReadyRead();
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
         saver.kill();

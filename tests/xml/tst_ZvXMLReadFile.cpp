@@ -89,7 +89,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::newRow("missing") << m_missing;
-        QTest::newRow("missing folder") << m_missing + QStringLiteral("/a.xml");
+        QTest::newRow("missing folder") << m_missing + "/a.xml";
         QTest::newRow("folder") << QDir::tempPath();
         QTest::newRow("empty path") << QString();
     }
@@ -104,7 +104,7 @@ private Q_SLOTS:
 
     void missingFileIsNotMade()
     {
-        const QString path = m_folder->filePath(QStringLiteral("a.xml"));
+        const QString path = m_folder->filePath("a.xml");
         QCOMPARE(rootOf(path), std::string("none"));
         QVERIFY(!QFile::exists(path));
     }
@@ -216,7 +216,7 @@ private Q_SLOTS:
         if (keepsFreedMemory)
             QSKIP("The sanitizer keeps what has been freed");
         // Not a measurement: a file of some 30 MB is walked where 8 MB would be too little for it.
-        const QString path = m_folder->filePath(QStringLiteral("a.xml"));
+        const QString path = m_folder->filePath("a.xml");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("<r>");
@@ -246,14 +246,14 @@ private:
     /// 0 where that can't be told.
     static qint64 residentBytes()
     {
-        QFile status(QStringLiteral("/proc/self/statm"));
+        QFile status("/proc/self/statm");
         if (!status.open(QIODevice::ReadOnly))
             return 0;
         return status.readAll().split(' ').value(1).toLongLong() * 4096;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    const QString m_missing = QDir::tempPath() + QStringLiteral("/zvutil missing");
+    const QString m_missing = QDir::tempPath() + "/zvutil missing";
 };
 
 QTEST_GUILESS_MAIN(tst_ZvXMLReadFile)

@@ -239,7 +239,7 @@ private Q_SLOTS:
         }
         QCOMPARE(stream.use_count(), 1L);
         QCOMPARE(stream->tokenType(), QXmlStreamReader::EndElement);
-        QCOMPARE(stream->name().toString(), QStringLiteral("r"));
+        QCOMPARE(stream->name().toString(), QString("r"));
     }
 };
 

@@ -74,9 +74,8 @@ private Q_SLOTS:
                 open.pop_back();
         });
         QCOMPARE(text,
-                 QLatin1String("<r>") + QString::fromUtf8("<a>").repeated(19)
-                     + QLatin1String("<a/>") + QString::fromUtf8("</a>").repeated(19)
-                     + QLatin1String("</r>"));
+                 "<r>" + QString::fromUtf8("<a>").repeated(19) + "<a/>"
+                     + QString::fromUtf8("</a>").repeated(19) + "</r>");
     }
 
     void parentsDestroyedFirstStillBalance()

@@ -158,7 +158,7 @@ private Q_SLOTS:
     void saveFileTakesAFileOfItsCaller()
     {
         const QTemporaryDir folder;
-        const QString target = folder.filePath(QStringLiteral("a.xml"));
+        const QString target = folder.filePath("a.xml");
         QPointer<QSaveFile> watched;
         {
             const auto file = std::make_shared<QSaveFile>(target);
@@ -203,8 +203,7 @@ private Q_SLOTS:
     void unwritableTargetsFailSilently_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("missing folder")
-            << QDir::tempPath() + QStringLiteral("/zvutil missing/a.xml");
+        QTest::newRow("missing folder") << QDir::tempPath() + "/zvutil missing/a.xml";
         QTest::newRow("folder") << QDir::tempPath();
     }
 
@@ -234,7 +233,7 @@ private Q_SLOTS:
     void readFileTakesAFileOfItsCaller()
     {
         const QTemporaryDir folder;
-        const auto missing = std::make_shared<QFile>(folder.filePath(QStringLiteral("a.xml")));
+        const auto missing = std::make_shared<QFile>(folder.filePath("a.xml"));
         qt_xml_read_file none(missing);
         QVERIFY(!missing->isReadable());
         QVERIFY(!none.root_element());
@@ -253,7 +252,7 @@ private Q_SLOTS:
     void elementsKeepTheirFileOpen()
     {
         const QTemporaryDir folder;
-        const QString target = folder.filePath(QStringLiteral("a.xml"));
+        const QString target = folder.filePath("a.xml");
         auto document = std::make_unique<basic_qt_xml_save_file<char32_t>>(target.toStdWString());
         Element<char32_t> root = document->root_element(U"r");
         Element<char32_t> child = root->child(U"c");
@@ -272,7 +271,7 @@ private Q_SLOTS:
     void usualSaveIsSilent()
     {
         const QTemporaryDir folder;
-        const std::wstring target = folder.filePath(QStringLiteral("a.xml")).toStdWString();
+        const std::wstring target = folder.filePath("a.xml").toStdWString();
         QCOMPARE(zvtest::warningsOf([&target] { QVERIFY(saved<char>(target)); }), QStringList());
         QCOMPARE(zvtest::warningsOf([&target] { QVERIFY(saved<char32_t>(target)); }),
                  QStringList());
@@ -285,7 +284,7 @@ private:
         QFETCH(Piece, piece);
         QFETCH(int, length);
         const QTemporaryDir folder;
-        const QString target = folder.filePath(QStringLiteral("a.xml"));
+        const QString target = folder.filePath("a.xml");
         QVERIFY(savedWithin<C>(-1, piece, length, target, false));
         const qint64 size = QFileInfo(target).size();
         const QByteArray old = zvtest::contentOf(target);

@@ -36,7 +36,7 @@ QString valueWritten(Write write)
     const QString before = QString::fromUtf8("<r a=\"");
     const QString after = QString::fromUtf8("\"/>");
     if (!text.startsWith(before) || !text.endsWith(after))
-        return QLatin1String("wrong frame: ") + text;
+        return "wrong frame: " + text;
     return text.mid(before.size(), text.size() - before.size() - after.size());
 }
 
@@ -239,8 +239,7 @@ private Q_SLOTS:
         const QString actual = written<char32_t>([&text](Document<char32_t>& document) {
             document.root_element(U"r")->text(text.c_str());
         });
-        QCOMPARE(actual,
-                 QLatin1String("<r>") + QString::fromStdU32String(text) + QLatin1String("</r>"));
+        QCOMPARE(actual, "<r>" + QString::fromStdU32String(text) + "</r>");
     }
 
     void elementTakesItsNameWhole()

@@ -121,7 +121,7 @@ QByteArray anyEncoding(const XmlTree& tree, zvtest::XmlMarkup markup)
     const char* const encoding = *rc::gen::element("UTF-8", "UTF-16", "UTF-32", "ISO-8859-15");
     QString text = markup.document(tree, encoding);
     const QString treble = QString::fromUtf8("\xF0\x9D\x84\x9E");
-    const bool inCharacterData = text.contains(QLatin1String("<![CDATA[") + treble);
+    const bool inCharacterData = text.contains("<![CDATA[" + treble);
     // What the encoder or the encoding can't tell becomes a reference, where that is one.
     if (std::string(encoding) == "UTF-32" || std::string(encoding) == "ISO-8859-15") {
         RC_PRE(!inCharacterData);
@@ -380,7 +380,7 @@ private Q_SLOTS:
             RC_ASSERT(written<char16_t>(tree) == wide);
             const auto text = [](const QByteArray& bytes, const char* codec) {
                 QString all = QTextCodec::codecForName(codec)->toUnicode(bytes);
-                return all.mid(all.indexOf(QLatin1String("?>")));
+                return all.mid(all.indexOf("?>"));
             };
             RC_ASSERT(text(wide, "UTF-16LE") == text(narrow, "UTF-8"));
             RC_ASSERT(text(wider, "UTF-32LE") == text(narrow, "UTF-8"));
