@@ -1,7 +1,7 @@
-// Test plans of the workbench: the cells, the keys, the clipboard, the files and the looks, through
-// the real widgets.
+// Test plans of the workbench: the cells, what is typed into them, and the looks, through the real widgets.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include <zvutil/ZvStyleManager.h>
 
@@ -44,7 +44,7 @@ QImage pictureOf(TestPlanView& view, int row, int column)
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan : public zvtest::TestPlanTest
+class tst_workbench_testplan : public zvtest::DocumentTest
 {
     Q_OBJECT
 

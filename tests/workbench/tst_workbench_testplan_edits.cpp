@@ -1,6 +1,7 @@
 // Editing test plans of the workbench: rows, columns, blocks of cells and undo.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include "common/path_names.h"
 #include "support/StyleHost.h"
@@ -22,7 +23,7 @@ using zvtest::textOf;
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan_edits : public zvtest::TestPlanTest
+class tst_workbench_testplan_edits : public zvtest::DocumentTest
 {
     Q_OBJECT
 

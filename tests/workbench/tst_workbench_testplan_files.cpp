@@ -1,6 +1,7 @@
 // The files of test plans.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include "common/path_names.h"
 #include "documents/XmlText.h"
@@ -84,7 +85,7 @@ private:
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan_files : public zvtest::TestPlanTest
+class tst_workbench_testplan_files : public zvtest::DocumentTest
 {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// The workbench's window: documents, sessions, menus, exchange.
+// The workbench's window: the start page, menus, tool bar, panels and commands.
 
 #include "WindowTest.h"
 
