@@ -118,7 +118,7 @@ endfunction()
 function(zv_add_test_helper name)
     cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
     add_executable(${name} EXCLUDE_FROM_ALL ${name}.cpp)
-    target_link_libraries(${name} PRIVATE zv_build_options zv_test_support ${arg_LIBRARIES})
+    target_link_libraries(${name} PRIVATE zv_test_options zv_test_support ${arg_LIBRARIES})
 endfunction()
 
 # zv_repeat_on_display(NAME): the test NAME_xvfb, which runs the program of the test NAME on a display of

@@ -6,7 +6,6 @@
 #include "support/UriOracle.h"
 
 #include <QTest>
-#include <QThread>
 
 #include <array>
 #include <cerrno>

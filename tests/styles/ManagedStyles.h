@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UserStyles.h"
+
 #include <zvutil/ZvStyleManager.h>
 
 #include <zvutil/ZvStyleLibrary.h>
@@ -13,23 +15,9 @@
 
 namespace zvtest {
 
-inline const QStringList builtIn = {"Light", "Dark"};
-
-inline libzvutil::ZvStyle userStyle(const char* name, const QColor& panel)
-{
-    libzvutil::ZvStyle style(name);
-    style.setColour(libzvutil::ZvStyleBrush::Panel, panel);
-    return style;
-}
-
 inline QColor panel(const libzvutil::ZvStyle& style)
 {
     return style.colour(libzvutil::ZvStyleBrush::Panel).qColour();
-}
-
-inline QString panelInSheet(const QColor& panel)
-{
-    return QString("background-color:%1;").arg(panel.name(QColor::HexArgb));
 }
 
 /// The signals of the manager, in the order in which they come.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UserStyles.h"
+
 #include <zvutil/ZvStyleEditor.h>
 
 #include <zvutil/ZvStyle.h>
@@ -28,16 +30,10 @@ namespace zvtest {
 
 enum Group { Brushes, Icons, Editors };
 
-inline const QStringList builtIn = {"Light", "Dark"};
-
 inline const QColor lightPanel(0xF0, 0xF0, 0xF0);
 
-inline QString inSheet(const QColor& panel)
-{
-    return QString("background-color:%1;").arg(panel.name(QColor::HexArgb));
-}
-
-inline libzvutil::ZvStyle userStyle(const char* name, const QColor& panel)
+/// The light style under another name, with panels of this colour.
+inline libzvutil::ZvStyle copyOfLight(const char* name, const QColor& panel)
 {
     libzvutil::ZvStyle style = libzvutil::ZvStyleManager::Library().light().duplicate(name);
     style.setColour(libzvutil::ZvStyleBrush::Panel, panel);

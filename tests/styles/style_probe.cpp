@@ -4,6 +4,8 @@
 //     style_probe DIRECTORY update STYLE    saves a style many times
 //     style_probe DIRECTORY icons [none]    what Qt is told of icons, without any plugins if told so
 
+#include "UserStyles.h"
+
 #include <zvutil/ZvStyleLibrary.h>
 #include <zvutil/ZvStyleManager.h>
 
@@ -35,13 +37,6 @@ QString current()
     return ZvStyleManager::CurrentStyle().name().toQString();
 }
 
-ZvStyle styleWithPanel(const char* name, const QColor& panel)
-{
-    ZvStyle style(name);
-    style.setColour(ZvStyleBrush::Panel, panel);
-    return style;
-}
-
 void start()
 {
     const ZvStyle& light = ZvStyleManager::Library().light();
@@ -61,7 +56,7 @@ void road()
                      [&] { events += QStringLiteral("library"); });
 
     ZvStyleLibrary edited = ZvStyleManager::Library();
-    edited.update(styleWithPanel("Edited", QColor(4, 5, 6)));
+    edited.update(zvtest::styleWithPanel("Edited", QColor(4, 5, 6)));
     ZvStyleManager::SetLibrary(edited);
     ZvStyleManager::SetStyle(ZvStyleManager::Style(QStringLiteral("Edited")));
     ZvStyleManager::Refresh();
@@ -71,14 +66,14 @@ void road()
     edited.update(ZvStyleManager::Style(QStringLiteral("Mine")));
     QObject::disconnect(&libzvutil::styleManager(), nullptr, &context, nullptr);
     ZvStyleManager::SetLibrary(edited);
-    ZvStyleManager::Update(styleWithPanel("Saved", QColor(7, 8, 9)));
+    ZvStyleManager::Update(zvtest::styleWithPanel("Saved", QColor(7, 8, 9)));
     print(events);
 }
 
 void update(const std::string& name)
 {
     for (int i = 0; i < 100; ++i) {
-        ZvStyleManager::Update(styleWithPanel(name.c_str(), QColor(i, 0, 0)));
+        ZvStyleManager::Update(zvtest::styleWithPanel(name.c_str(), QColor(i, 0, 0)));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 }

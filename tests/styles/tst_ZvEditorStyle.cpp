@@ -23,9 +23,7 @@ static_assert(std::is_nothrow_move_assignable_v<ZvEditorStyle>);
 
 std::string written(const ZvEditorStyle& style)
 {
-    std::string text;
-    style.write(zvtest::XmlRecorder::open("Editor", text));
-    return text;
+    return zvtest::written(style, "Editor");
 }
 
 } // namespace

@@ -56,9 +56,7 @@ QString nameOf(const ZvStyle& style)
 
 std::string written(const ZvStyle& style)
 {
-    std::string text;
-    style.write(zvtest::XmlRecorder::open("Style", text));
-    return text;
+    return zvtest::written(style, "Style");
 }
 
 int occurrences(const std::string& text, const std::string& part)

@@ -43,10 +43,10 @@ using libzvutil::ZvStyleEditor;
 using libzvutil::ZvStyleManager;
 using zvtest::Brushes;
 using zvtest::builtIn;
+using zvtest::copyOfLight;
 using zvtest::inSheet;
 using zvtest::lightPanel;
 using zvtest::setLibrary;
-using zvtest::userStyle;
 using zvtest::Window;
 
 namespace {
@@ -192,7 +192,7 @@ private Q_SLOTS:
 
     void startsWithTheCurrentStyle()
     {
-        setLibrary({userStyle("Mine", Qt::red)});
+        setLibrary({copyOfLight("Mine", Qt::red)});
         ZvStyleManager::SetStyle(ZvStyleManager::Library().style("Mine"));
         const Window window;
         QCOMPARE(window.styles(), builtIn + QStringList{"Mine"});
@@ -203,7 +203,7 @@ private Q_SLOTS:
 
     void startsWithAStyleThatIsNotInTheLibrary()
     {
-        ZvStyleManager::SetStyle(userStyle("Unknown", Qt::red));
+        ZvStyleManager::SetStyle(copyOfLight("Unknown", Qt::red));
         const Window window;
         QCOMPARE(window.styles(), builtIn);
         // The list has nothing else to show.

@@ -30,11 +30,11 @@ using libzvutil::ZvStyleModel;
 using zvtest::Brushes;
 using zvtest::builtIn;
 using zvtest::Colours;
+using zvtest::copyOfLight;
 using zvtest::Editors;
 using zvtest::Icons;
 using zvtest::lightPanel;
 using zvtest::setLibrary;
-using zvtest::userStyle;
 using zvtest::Window;
 
 class tst_ZvStyleEditor_edits : public zvtest::StyleEditorTest
@@ -177,7 +177,7 @@ private Q_SLOTS:
         QFETCH(QStringList, copies);
         ZvStyleLibrary library;
         for (const QString& user : users)
-            library.update(userStyle(user.toUtf8().constData(), Qt::red));
+            library.update(copyOfLight(user.toUtf8().constData(), Qt::red));
         ZvStyleManager::SetLibrary(library);
         const Window window;
         QStringList expected = builtIn + users;
@@ -197,7 +197,7 @@ private Q_SLOTS:
 
     void copyReplacesAStyleWhoseNameDiffersInCase()
     {
-        setLibrary({userStyle("USER LIGHT", Qt::red)});
+        setLibrary({copyOfLight("USER LIGHT", Qt::red)});
         const Window window;
         window.click(window.duplicate);
         QCOMPARE(window.styles(), builtIn + QStringList{"User Light"});
@@ -250,7 +250,7 @@ private Q_SLOTS:
 
     void libraryHasTheEditBeforeAnybodyHearsOfIt()
     {
-        setLibrary({userStyle("Mine", Qt::red)});
+        setLibrary({copyOfLight("Mine", Qt::red)});
         const Window window;
         window.choose("Mine");
         std::vector<QColor> seen;

@@ -1,3 +1,5 @@
+#include "UserStyles.h"
+
 #include <zvutil/ZvStyleLibrary.h>
 
 #include <zvutil/ZvException.h>
@@ -26,6 +28,8 @@ using libzvutil::ZvStyle;
 using libzvutil::ZvStyleBrush;
 using libzvutil::ZvStyleIcon;
 using libzvutil::ZvStyleLibrary;
+using zvtest::builtIn;
+using zvtest::styleWithPanel;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
 namespace xml = zvutil::experimental::xml;
@@ -36,8 +40,6 @@ static_assert(sizeof(ZvStyleLibrary) == 2 * sizeof(void*));
 static_assert(std::has_virtual_destructor_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_constructible_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_assignable_v<ZvStyleLibrary>);
-
-const QStringList builtIn = {"Light", "Dark"};
 
 /// A brush by its name, as a file has it.
 QColor brush(const ZvStyle& style, const QString& name)
@@ -67,9 +69,7 @@ QString utf8(const char* text)
 
 std::string written(const ZvStyle& style)
 {
-    std::string text;
-    style.write(zvtest::XmlRecorder::open("Style", text));
-    return text;
+    return zvtest::written(style, "Style");
 }
 
 std::string notFound(const ZvStyleLibrary& library, const char* name)
@@ -80,13 +80,6 @@ std::string notFound(const ZvStyleLibrary& library, const char* name)
         return error.what();
     }
     return "found";
-}
-
-ZvStyle userStyle(const char* name, const QColor& panel)
-{
-    ZvStyle style(name);
-    style.setColour(ZvStyleBrush::Panel, panel);
-    return style;
 }
 
 /// The names and colours of the accents in a saved library.
@@ -257,9 +250,9 @@ private Q_SLOTS:
     {
         ZvStyleLibrary library;
         ZvStyleLibrary other = empty();
-        other.update(userStyle("One", Qt::red));
-        other.update(userStyle("light", Qt::red));
-        other.update(userStyle("Two", Qt::blue));
+        other.update(styleWithPanel("One", Qt::red));
+        other.update(styleWithPanel("light", Qt::red));
+        other.update(styleWithPanel("Two", Qt::blue));
         const std::string light = written(library.light());
         library.add(other);
         QCOMPARE(library.names(), (QStringList{"Light", "Dark", "One", "Two"}));
@@ -279,7 +272,7 @@ private Q_SLOTS:
     {
         ZvStyleLibrary library;
         ZvStyleLibrary other = empty();
-        other.update(userStyle("One", Qt::red));
+        other.update(styleWithPanel("One", Qt::red));
         const auto* const place = &other.style("One").name();
         library.add(std::move(other));
         QVERIFY(&library.style("One").name() == place);
@@ -289,16 +282,16 @@ private Q_SLOTS:
     void addOfOneThatGoesEmptiesIt()
     {
         ZvStyleLibrary library = empty();
-        library.update(userStyle("Two", Qt::green));
+        library.update(styleWithPanel("Two", Qt::green));
         ZvStyleLibrary other;
-        other.update(userStyle("One", Qt::red));
-        other.update(userStyle("Two", Qt::blue));
+        other.update(styleWithPanel("One", Qt::red));
+        other.update(styleWithPanel("Two", Qt::blue));
         library.add(std::move(other));
         QCOMPARE(library.names().size(), 4);
         // What has been skipped goes, too, and it can be used again.
         QCOMPARE(other.names(), QStringList()); // NOLINT(bugprone-use-after-move)
         QCOMPARE(notFound(other, "Two"), "Style not found: Two"s);
-        other.update(userStyle("Three", Qt::red));
+        other.update(styleWithPanel("Three", Qt::red));
         QCOMPARE(other.names(), QStringList{"Three"});
 
         // All its names are known.
@@ -343,14 +336,14 @@ private Q_SLOTS:
     {
         ZvStyleLibrary library;
         const std::string dark = written(library.dark());
-        library.update(userStyle("DARK", Qt::red));
+        library.update(styleWithPanel("DARK", Qt::red));
         QCOMPARE(written(library.dark()), dark);
         QCOMPARE(library.names(), builtIn);
 
-        const ZvStyle user = userStyle("user", Qt::red);
+        const ZvStyle user = styleWithPanel("user", Qt::red);
         library.update(user);
         QCOMPARE(library.names(), builtIn + QStringList{"user"});
-        library.update(userStyle("USER", Qt::blue));
+        library.update(styleWithPanel("USER", Qt::blue));
         QCOMPARE(library.names(), builtIn + QStringList{"USER"});
         QCOMPARE(library.style("user").colour(ZvStyleBrush::Panel).qColour(), QColor(Qt::blue));
         library.update(library.style("user"));
@@ -360,7 +353,7 @@ private Q_SLOTS:
     void clear()
     {
         ZvStyleLibrary library;
-        library.update(userStyle("user", Qt::red));
+        library.update(styleWithPanel("user", Qt::red));
         library.clear(false);
         QCOMPARE(library.names(), builtIn);
         library.clear(true);
@@ -545,7 +538,7 @@ private Q_SLOTS:
 
         // A library that is there stays as it was, and so does the file.
         ZvStyleLibrary library;
-        library.update(userStyle("user", Qt::red));
+        library.update(styleWithPanel("user", Qt::red));
         QVERIFY_EXCEPTION_THROWN(library.add(libraryPath()), xml::xml_exception);
         QCOMPARE(library.names(), builtIn + QStringList{"user"});
         QCOMPARE(zvtest::contentOf(m_host->libraryFile()), bytes);
@@ -565,9 +558,9 @@ private Q_SLOTS:
     void everyTruncation()
     {
         ZvStyleLibrary library;
-        library.update(userStyle("user", Qt::red));
+        library.update(styleWithPanel("user", Qt::red));
         library.clear(false);
-        library.update(userStyle("user", Qt::red));
+        library.update(styleWithPanel("user", Qt::red));
         library.save(libraryPath());
         const QByteArray all = zvtest::contentOf(m_host->libraryFile());
         int loaded = 0;

@@ -28,11 +28,11 @@ using libzvutil::ZvStyle;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
 using zvtest::builtIn;
+using zvtest::inSheet;
 using zvtest::Listener;
 using zvtest::Messages;
 using zvtest::panel;
-using zvtest::panelInSheet;
-using zvtest::userStyle;
+using zvtest::styleWithPanel;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
 
@@ -135,7 +135,7 @@ private Q_SLOTS:
     void setStyle()
     {
         Listener listener;
-        const ZvStyle style = userStyle("Unknown", Qt::red);
+        const ZvStyle style = styleWithPanel("Unknown", Qt::red);
         ZvStyleManager::SetStyle(style);
         QCOMPARE(current(), QString("Unknown"));
         QCOMPARE(panel(ZvStyleManager::CurrentStyle()), QColor(Qt::red));
@@ -145,7 +145,7 @@ private Q_SLOTS:
         QVERIFY(qApp->styleSheet().isEmpty());
         QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn);
 
-        ZvStyle temporary = userStyle("Temporary", Qt::blue);
+        ZvStyle temporary = styleWithPanel("Temporary", Qt::blue);
         ZvStyleManager::SetStyle(std::move(temporary));
         QCOMPARE(current(), QString("Temporary"));
         // NOLINTNEXTLINE(bugprone-use-after-move): it stays as it is
@@ -160,9 +160,9 @@ private Q_SLOTS:
     {
         ZvStyleLibrary library;
         library.clear(true);
-        library.update(userStyle("Light", Qt::red));
-        library.update(userStyle("One", Qt::blue));
-        ZvStyleManager::SetStyle(userStyle("ONE", Qt::red));
+        library.update(styleWithPanel("Light", Qt::red));
+        library.update(styleWithPanel("One", Qt::blue));
+        ZvStyleManager::SetStyle(styleWithPanel("ONE", Qt::red));
 
         Listener listener;
         ZvStyleManager::SetLibrary(library);
@@ -175,7 +175,7 @@ private Q_SLOTS:
 
         // Styles that are no longer there go, and the current one falls back.
         ZvStyleLibrary next;
-        next.update(userStyle("Two", Qt::red));
+        next.update(styleWithPanel("Two", Qt::red));
         ZvStyleManager::SetLibrary(next);
         QCOMPARE(ZvStyleManager::AvailableStyleNames(), builtIn + QStringList{"Two"});
         QCOMPARE(current(), QString("Light"));
@@ -187,7 +187,7 @@ private Q_SLOTS:
 
     void freeStandingStyleFallsBackToLight()
     {
-        ZvStyleManager::SetStyle(userStyle("Unknown", Qt::red));
+        ZvStyleManager::SetStyle(styleWithPanel("Unknown", Qt::red));
         ZvStyleManager::SetLibrary(ZvStyleLibrary());
         QCOMPARE(current(), QString("Light"));
     }
@@ -205,19 +205,19 @@ private Q_SLOTS:
 
     void refreshAppliesTheCurrentStyle()
     {
-        ZvStyleManager::SetStyle(userStyle("Mine", QColor(1, 2, 3)));
+        ZvStyleManager::SetStyle(styleWithPanel("Mine", QColor(1, 2, 3)));
         Listener listener;
         ZvStyleManager::Refresh();
         QCOMPARE(listener.events, QStringList{"style Mine"});
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(1, 2, 3))));
         // The sheet is there before the listeners hear of it.
         QCOMPARE(listener.sheets, QStringList{qApp->styleSheet()});
 
         // A style alone changes nothing on the screen.
         ZvStyleManager::SetStyle(ZvStyleManager::Library().dark());
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(1, 2, 3))));
         ZvStyleManager::Refresh();
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0x20, 0x20, 0x20))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(0x20, 0x20, 0x20))));
     }
 
     void applyJoinsTemplateAndModifications()
@@ -264,7 +264,7 @@ private Q_SLOTS:
     void update()
     {
         Listener listener;
-        const ZvStyle mine = userStyle("Mine", QColor(1, 2, 3));
+        const ZvStyle mine = styleWithPanel("Mine", QColor(1, 2, 3));
         ZvStyleManager::Update(mine);
         QVERIFY(listener.events.isEmpty());
         QCOMPARE(current(), QString("Light"));
@@ -275,7 +275,7 @@ private Q_SLOTS:
 
         // A default style stays, and the library is saved all the same.
         QVERIFY(QFile::remove(m_host.libraryFile()));
-        ZvStyleManager::Update(userStyle("Dark", Qt::red));
+        ZvStyleManager::Update(styleWithPanel("Dark", Qt::red));
         QCOMPARE(panel(ZvStyleManager::Library().dark()), QColor(0x20, 0x20, 0x20));
         QVERIFY(QFile::exists(m_host.libraryFile()));
         QVERIFY(QFile::remove(m_host.libraryFile()));
@@ -284,24 +284,24 @@ private Q_SLOTS:
     void updateThatCannotBeSavedSaysNothing()
     {
         QVERIFY(QDir(m_host.path()).rename("ui", QString("gone")));
-        ZvStyleManager::Update(userStyle("Mine", Qt::red));
+        ZvStyleManager::Update(styleWithPanel("Mine", Qt::red));
         QVERIFY(QDir(m_host.path()).rename("gone", QString("ui")));
         QVERIFY(ZvStyleManager::AvailableStyleNames().contains("Mine"));
     }
 
     void commands()
     {
-        ZvStyleManager::SetStyle(userStyle("Mine", QColor(1, 2, 3)));
+        ZvStyleManager::SetStyle(styleWithPanel("Mine", QColor(1, 2, 3)));
         Listener listener;
         host::callCommand("_s1", {}, {}, {"test", 1});
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0x20, 0x20, 0x20))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(0x20, 0x20, 0x20))));
         host::callCommand("_s2", {"ignored"}, {}, {"test", 1});
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(0xF0, 0xF0, 0xF0))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(0xF0, 0xF0, 0xF0))));
         // The look alone.
         QCOMPARE(current(), QString("Mine"));
         QVERIFY(listener.events.isEmpty());
         ZvStyleManager::Refresh();
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(1, 2, 3))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(1, 2, 3))));
     }
 
     void commandsReleaseTheirMessageHandler_data()

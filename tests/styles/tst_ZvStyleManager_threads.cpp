@@ -18,9 +18,9 @@
 using libzvutil::styleManager;
 using libzvutil::ZvStyleLibrary;
 using libzvutil::ZvStyleManager;
+using zvtest::inSheet;
 using zvtest::Listener;
-using zvtest::panelInSheet;
-using zvtest::userStyle;
+using zvtest::styleWithPanel;
 
 class tst_ZvStyleManager_threads : public zvtest::StyleManagerTest
 {
@@ -31,12 +31,13 @@ private Q_SLOTS:
     {
         Listener listener;
         ZvStyleLibrary library;
-        library.update(userStyle("Other", Qt::red));
+        library.update(styleWithPanel("Other", Qt::red));
         std::thread other([&library] {
             for (int i = 0; i < 50; ++i) {
-                ZvStyleManager::SetStyle(userStyle(std::to_string(i).c_str(), QColor(i, 0, 0)));
+                ZvStyleManager::SetStyle(
+                    styleWithPanel(std::to_string(i).c_str(), QColor(i, 0, 0)));
                 ZvStyleManager::SetLibrary(library);
-                ZvStyleManager::SetStyle(userStyle("Other", QColor(i, 0, 0)));
+                ZvStyleManager::SetStyle(styleWithPanel("Other", QColor(i, 0, 0)));
                 ZvStyleManager::Refresh();
             }
         });
@@ -50,7 +51,7 @@ private Q_SLOTS:
                          "style Other"};
         QCOMPARE(listener.events, expected);
         QVERIFY(listener.onManagersThread);
-        QVERIFY(qApp->styleSheet().contains(panelInSheet(QColor(49, 0, 0))));
+        QVERIFY(qApp->styleSheet().contains(inSheet(QColor(49, 0, 0))));
     }
 };
 

@@ -7,7 +7,6 @@
 #include "support/rapidcheck.h"
 
 #include <QString>
-#include <QStringList>
 #include <QTest>
 
 #include <string>

@@ -2,7 +2,6 @@
 
 #include <zvutil/ZvStyleManager.h>
 
-#include <QByteArray>
 #include <QColor>
 #include <QCoreApplication>
 #include <QEvent>

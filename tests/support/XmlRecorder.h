@@ -46,4 +46,13 @@ private:
     std::string& m_target;
 };
 
+/// What \p part writes into an element of this name.
+template <typename Part>
+std::string written(const Part& part, const char* element)
+{
+    std::string text;
+    part.write(XmlRecorder::open(element, text));
+    return text;
+}
+
 } // namespace zvtest

@@ -1,7 +1,7 @@
-// Schematics of the workbench: drawing with mouse and keys, undo, the clipboard, the files and the
-// looks, through the real widgets.
+// Schematics of the workbench: drawing with mouse and keys, and the looks, through the real widgets.
 
-#include "SchematicTest.h"
+#include "DocumentTest.h"
+#include "Sheet.h"
 
 #include <zvutil/ZvStyle.h>
 
@@ -42,7 +42,7 @@ QColor colourOf(ZvStyleBrush brush)
 
 } // namespace
 
-class tst_workbench_schematic : public zvtest::SchematicTest
+class tst_workbench_schematic : public zvtest::DocumentTest
 {
     Q_OBJECT
 
@@ -327,8 +327,8 @@ private Q_SLOTS:
         int failures = 0;
         connect(&scene, &SchematicScene::failed, this, [&failures] { ++failures; });
         scene.setTool(SchematicScene::Tool::Wire);
-        for (int i = 0; i <= workbench::maxWirePoints / 2; ++i)
-            clickOn(scene, {i, i});
+        for (int i = 0; i <= workbench::maximumWirePoints / 2; ++i)
+            zvtest::clickOn(scene, {i, i});
         QCOMPARE(failures, 1);
         scene.escape();
         QCOMPARE(scene.schematic().wires.size(), 1);

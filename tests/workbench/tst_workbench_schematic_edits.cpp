@@ -1,6 +1,7 @@
 // Editing schematics of the workbench: moving, turning, deleting, the clipboard and undo.
 
-#include "SchematicTest.h"
+#include "DocumentTest.h"
+#include "Sheet.h"
 
 #include "schematic/SymbolDialog.h"
 #include "schematic/SymbolItem.h"
@@ -47,7 +48,7 @@ QString hintOf(const workbench::SymbolDialog& dialog)
 
 } // namespace
 
-class tst_workbench_schematic_edits : public zvtest::SchematicTest
+class tst_workbench_schematic_edits : public zvtest::DocumentTest
 {
     Q_OBJECT
 
@@ -389,9 +390,9 @@ private Q_SLOTS:
                 scene.setTool(SchematicScene::Tool::Wire);
             else
                 scene.setPlacing(SymbolKind::Chip);
-            clickOn(scene, {x, -9});
+            zvtest::clickOn(scene, {x, -9});
             if (isOfWires)
-                clickOn(scene, {x + 5, -9});
+                zvtest::clickOn(scene, {x + 5, -9});
             scene.setTool(SchematicScene::Tool::Select);
         };
         draw(0);

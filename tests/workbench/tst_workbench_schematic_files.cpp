@@ -1,6 +1,7 @@
 // The files of schematics.
 
-#include "SchematicTest.h"
+#include "DocumentTest.h"
+#include "Sheet.h"
 
 #include "common/path_names.h"
 #include "documents/FileError.h"
@@ -38,7 +39,7 @@ Schematic readSchematic(const QString& file)
 
 } // namespace
 
-class tst_workbench_schematic_files : public zvtest::SchematicTest
+class tst_workbench_schematic_files : public zvtest::DocumentTest
 {
     Q_OBJECT
 

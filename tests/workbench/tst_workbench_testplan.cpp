@@ -1,7 +1,7 @@
-// Test plans of the workbench: the cells, the keys, the clipboard, the files and the looks, through
-// the real widgets.
+// Test plans of the workbench: the cells, what is typed into them, and the looks, through the real widgets.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include <zvutil/ZvStyleManager.h>
 
@@ -44,7 +44,7 @@ QImage pictureOf(TestPlanView& view, int row, int column)
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan : public zvtest::TestPlanTest
+class tst_workbench_testplan : public zvtest::DocumentTest
 {
     Q_OBJECT
 
@@ -285,8 +285,8 @@ private Q_SLOTS:
             QFAIL("it is saved");
         } catch (const workbench::FileError& error) {
             QCOMPARE(error.reason(),
-                     QString("The cell in row 1, column “Vdd %2 %3”, contains a character that XML "
-                             "does not allow: U+001f at position 2."));
+                     QString("The cell in row 1, column “Vdd %2 %3”, holds a character that "
+                             "an XML file can't hold: U+001f at position 2."));
         }
     }
 };

@@ -1,6 +1,7 @@
 // Cells of test plans on the clipboard.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include <zvutil/ZvClipboard.h>
 
@@ -33,7 +34,7 @@ QString plainText()
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan_clipboard : public zvtest::TestPlanTest
+class tst_workbench_testplan_clipboard : public zvtest::DocumentTest
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 // Editing test plans of the workbench: rows, columns, blocks of cells and undo.
 
-#include "TestPlanTest.h"
+#include "DocumentTest.h"
+#include "Plan.h"
 
 #include "common/path_names.h"
 #include "support/StyleHost.h"
@@ -22,7 +23,7 @@ using zvtest::textOf;
 
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
-class tst_workbench_testplan_edits : public zvtest::TestPlanTest
+class tst_workbench_testplan_edits : public zvtest::DocumentTest
 {
     Q_OBJECT
 
@@ -199,7 +200,7 @@ private Q_SLOTS:
         plan.key(Qt::Key_A, Qt::ControlModifier);
         actionOf(plan, "removeColumn")->trigger();
         QCOMPARE(textOf(plan.model.plan()), before);
-        QCOMPARE(plan.failures, QStringList("A test plan needs at least one column."));
+        QCOMPARE(plan.failures, QStringList("One column has to stay."));
     }
 
     void renaming()
@@ -358,7 +359,7 @@ private Q_SLOTS:
         QCOMPARE(plan.failures, QStringList());
         selectBlocks(plan, {{0, 0, 3, 1}, {3, 2, 4, 1}});
         actionOf(plan, "removeColumn")->trigger();
-        QCOMPARE(plan.failures, QStringList("A test plan needs at least one column."));
+        QCOMPARE(plan.failures, QStringList("One column has to stay."));
         QCOMPARE(plan.model.columnCount(), 7);
     }
 
@@ -379,7 +380,7 @@ private Q_SLOTS:
     void tooManyCellsAreRefused()
     {
         Plan plan({"a|b|c"});
-        plan.model.insertRows(1, workbench::maxPlanRows - 1);
+        plan.model.insertRows(1, workbench::maximumPlanRows - 1);
         plan.model.undoStack().clear();
         plan.key(Qt::Key_A, Qt::ControlModifier);
         plan.key(Qt::Key_D, Qt::ControlModifier);

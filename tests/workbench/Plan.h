@@ -133,25 +133,4 @@ inline void setForeign(const QString& format, const QByteArray& bytes)
     QApplication::clipboard()->setMimeData(data);
 }
 
-/// Gives the test functions of a program a host in its light style, and a folder.
-class TestPlanTest : public QObject
-{
-    Q_OBJECT
-
-protected:
-    const StyleHost m_host;
-    const QTemporaryDir m_dir;
-
-private Q_SLOTS:
-    void initTestCase()
-    {
-        qRegisterMetaType<workbench::Failure>();
-        QVERIFY(m_host.isValid());
-        QVERIFY(m_dir.isValid());
-        showPaintedStyle("Light");
-    }
-
-    void cleanup() { closeFiles(); }
-};
-
 } // namespace zvtest

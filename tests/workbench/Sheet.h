@@ -139,33 +139,12 @@ public:
     QStringList failures;
 };
 
-/// Gives the test functions of a program a host in its light style, and a folder.
-class SchematicTest : public QObject
+inline void clickOn(workbench::SchematicScene& scene, const QPoint& step)
 {
-    Q_OBJECT
-
-protected:
-    static void clickOn(workbench::SchematicScene& scene, const QPoint& step)
-    {
-        QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
-        press.setButton(Qt::LeftButton);
-        press.setScenePos(step * workbench::gridStep);
-        QApplication::sendEvent(&scene, &press);
-    }
-
-    const StyleHost m_host;
-    const QTemporaryDir m_dir;
-
-private Q_SLOTS:
-    void initTestCase()
-    {
-        qRegisterMetaType<workbench::Failure>();
-        QVERIFY(m_host.isValid());
-        QVERIFY(m_dir.isValid());
-        showPaintedStyle("Light");
-    }
-
-    void cleanup() { closeFiles(); }
-};
+    QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
+    press.setButton(Qt::LeftButton);
+    press.setScenePos(step * workbench::gridStep);
+    QApplication::sendEvent(&scene, &press);
+}
 
 } // namespace zvtest
