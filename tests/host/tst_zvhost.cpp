@@ -304,10 +304,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("error");
         QTest::newRow("style") << QStringList{"--style", "Blue"}
-                               << "There is no style “Blue”. There are: Light, Dark.";
+                               << "There is no style “Blue”. Available styles: Light, Dark.";
         QTest::newRow("type")
             << QStringList{"--new", "plan"}
-            << "There is no type of document “plan”. There are: testplan, schematic, script.";
+            << "There is no document type “plan”. Available types: testplan, schematic, script.";
         QTest::newRow("picture") << QStringList{"--screenshot", "/no/such/folder/a.png"}
                                  << "can't be written";
     }

@@ -99,8 +99,7 @@ private Q_SLOTS:
         panel.panel->addFolders({tree.path("gone"), tree.path("a")});
         const QStringList all = listed({tree.path("a")});
         QVERIFY(panel.comesToShow(all));
-        QCOMPARE(panel.status()->text(),
-                 QString("%1 files; folders that can't be read: 1").arg(all.size()));
+        QCOMPARE(panel.status()->text(), QString("%1 files; 1 unreadable folder").arg(all.size()));
         const QString gone = QDir::toNativeSeparators(tree.path("gone"));
         QCOMPARE(panel.folders()->item(0)->text(), gone + " (can't be read)");
         QVERIFY(panel.folders()->item(0)->toolTip().startsWith("“" + gone));

@@ -289,17 +289,16 @@ private Q_SLOTS:
     void hitsAreLimited()
     {
         zvtest::FileTree tree;
-        write(tree.path("a.txt"), QByteArray("needle\n").repeated(SearchRequest::mostHits));
+        write(tree.path("a.txt"), QByteArray("needle\n").repeated(SearchRequest::maxHits));
         Finder finder({tree.path()});
         QVERIFY(finder.finds("needle"));
-        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::maxHits);
         QCOMPARE(finder.status(), QString("10,000 lines in 1 of 1 file."));
         write(tree.path("b.txt"), "needle");
         QVERIFY(finder.finds("needle"));
-        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::mostHits);
-        QCOMPARE(
-            finder.status(),
-            QString("The first 10,000 lines are shown. Search for more, or in less, to see all."));
+        QCOMPARE(finder.view()->model()->rowCount(), SearchRequest::maxHits);
+        QCOMPARE(finder.status(),
+                 QString("Only the first 10,000 lines are shown. Narrow the search to see all."));
     }
 
     void whatIsMissingIsListed()
@@ -339,7 +338,7 @@ private Q_SLOTS:
         QVERIFY(QFile::setPermissions(tree.path("b/b.txt"), QFile::Permissions()));
         QVERIFY(zvtest::holdsForOrdinaryUser([&tree] {
             QFile::setPermissions(tree.path("a"), QFile::Permissions());
-            SearchOrder order;
+            SearchQuery order;
             order.text = "needle";
             order.folders = QStringList{tree.path()};
             SearchRequest request(order);

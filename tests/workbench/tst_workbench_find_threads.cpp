@@ -44,7 +44,7 @@ private Q_SLOTS:
         const auto* const model = qobject_cast<HitsModel*>(finder.view()->model());
         const QAbstractItemModelTester tester(
             const_cast<HitsModel*>(model), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QCOMPARE(finder.status(), QString("Type what to search for."));
+        QCOMPARE(finder.status(), QString("Type the text to search for."));
         QVERIFY(!finder.button("find")->isEnabled());
         QSignalSpy ended(finder.dialog.get(), &FindInFilesDialog::searchEnded);
         QTest::keyClicks(finder.text(), "needle");

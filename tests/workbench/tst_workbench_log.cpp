@@ -100,15 +100,15 @@ private Q_SLOTS:
             return model.index(row, LogModel::TextColumn).data().toString();
         };
         model.append(records(0, 10));
-        model.append(records(10, LogModel::mostLines - 10));
-        QCOMPARE(model.rowCount(), LogModel::mostLines);
+        model.append(records(10, LogModel::maxLines - 10));
+        QCOMPARE(model.rowCount(), LogModel::maxLines);
         QCOMPARE(text(0), QString("0"));
-        model.append(records(LogModel::mostLines, 3));
-        QCOMPARE(model.rowCount(), LogModel::mostLines);
+        model.append(records(LogModel::maxLines, 3));
+        QCOMPARE(model.rowCount(), LogModel::maxLines);
         QCOMPARE(text(0), QString("3"));
-        QCOMPARE(text(LogModel::mostLines - 1), QString::number(LogModel::mostLines + 2));
-        model.append(records(0, LogModel::mostLines + 5));
-        QCOMPARE(model.rowCount(), LogModel::mostLines);
+        QCOMPARE(text(LogModel::maxLines - 1), QString::number(LogModel::maxLines + 2));
+        model.append(records(0, LogModel::maxLines + 5));
+        QCOMPARE(model.rowCount(), LogModel::maxLines);
         QCOMPARE(text(0), QString("5"));
     }
 

@@ -304,9 +304,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("problem");
         const QString banned = "A name has at most 255 characters, and none of < > : \" / \\ | ? *";
         const auto device = [](const QString& name) {
-            return QString("“%1” is the name of a device. Add something in front of it.").arg(name);
+            return QString("“%1” is a reserved device name. Choose another name.").arg(name);
         };
-        const QString end = "A name can't end with a dot or a blank.";
+        const QString end = "A name can't end with a dot or a space.";
         QTest::newRow("good") << "new.txt"
                               << "";
         QTest::newRow("umlaut") << "ü ö.txt"
@@ -341,11 +341,11 @@ private Q_SLOTS:
         QTest::newRow("ends like a device") << "a.con"
                                             << "";
         QTest::newRow("taken") << "taken.txt"
-                               << "There is a “taken.txt” in this folder already.";
+                               << "“taken.txt” already exists in this folder.";
         QTest::newRow("taken by a folder") << "folder"
-                                           << "There is a “folder” in this folder already.";
+                                           << "“folder” already exists in this folder.";
         QTest::newRow("its own") << "mine.txt"
-                                 << "There is a “mine.txt” in this folder already.";
+                                 << "“mine.txt” already exists in this folder.";
         QTest::newRow("its own in another case") << "MINE.txt"
                                                  << "";
     }
@@ -382,7 +382,7 @@ private Q_SLOTS:
         QVERIFY(name->validator());
         QCOMPARE(name->selectedText(), QString("a.tar"));
         QVERIFY(!ok->isEnabled());
-        QCOMPARE(problem->text(), QString("There is a “a.tar.gz” in this folder already."));
+        QCOMPARE(problem->text(), QString("“a.tar.gz” already exists in this folder."));
         QTest::keyClicks(name, "b");
         QCOMPARE(name->text(), QString("b.gz"));
         QVERIFY(ok->isEnabled());

@@ -327,7 +327,7 @@ private Q_SLOTS:
         int failures = 0;
         connect(&scene, &SchematicScene::failed, this, [&failures] { ++failures; });
         scene.setTool(SchematicScene::Tool::Wire);
-        for (int i = 0; i <= workbench::maximumWirePoints / 2; ++i)
+        for (int i = 0; i <= workbench::maxWirePoints / 2; ++i)
             zvtest::clickOn(scene, {i, i});
         QCOMPARE(failures, 1);
         scene.escape();

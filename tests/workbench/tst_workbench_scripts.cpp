@@ -127,7 +127,7 @@ private Q_SLOTS:
         actionOf(document, "Stop")->trigger();
         QVERIFY(waitForEnd(document));
         QVERIFY(!spinner->isVisible());
-        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QString("Stopped by you."));
+        QCOMPARE(outputOf(document, "scriptOutput").toPlainText(), QString("Stopped."));
     }
 
     void closesWhileItRuns()
@@ -209,15 +209,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("reason");
-        const QString notText = "It isn't text in UTF-8.";
-        const QString characters = "It contains characters that can't be edited here.";
+        const QString notText = "The file is not UTF-8 text.";
+        const QString characters = "The file contains characters that can't be edited here.";
         QTest::newRow("bad byte") << QByteArray("print('\xFF')") << notText;
         QTest::newRow("broken off") << QByteArray("print('\xE2\x82") << notText;
         QTest::newRow("NUL") << QByteArray("a\0b", 3) << characters;
         QTest::newRow("carriage return") << QByteArray("a\rb") << characters;
         QTest::newRow("paragraph separator") << QByteArray("a\xE2\x80\xA9") << characters;
-        QTest::newRow("too large") << QByteArray(5'000'001, 'a')
-                                   << "It has 5,000,001 bytes; a script has at most 5,000,000.";
+        QTest::newRow("too large")
+            << QByteArray(5'000'001, 'a')
+            << "The file has 5,000,001 bytes; a script can have at most 5,000,000.";
     }
 
     void refusesWhatItCantKeep()
@@ -480,7 +481,7 @@ private Q_SLOTS:
         QTest::keyClick(input, Qt::Key_Escape);
         QVERIFY(QTest::qWaitFor([spinner] { return !spinner->isVisible(); }, longWait));
         QCOMPARE(outputOf(console, "consoleOutput").toPlainText(),
-                 QString("> while (true) {}\nStopped by you."));
+                 QString("> while (true) {}\nStopped."));
     }
 
     void emptyLinesOfTheOutputAreKept()

@@ -285,8 +285,8 @@ private Q_SLOTS:
             QFAIL("it is saved");
         } catch (const workbench::FileError& error) {
             QCOMPARE(error.reason(),
-                     QString("The cell in row 1, column “Vdd %2 %3”, holds a character that "
-                             "an XML file can't hold: U+001f at position 2."));
+                     QString("The cell in row 1, column “Vdd %2 %3”, contains a character that XML "
+                             "does not allow: U+001f at position 2."));
         }
     }
 };

@@ -200,7 +200,7 @@ private Q_SLOTS:
         plan.key(Qt::Key_A, Qt::ControlModifier);
         actionOf(plan, "removeColumn")->trigger();
         QCOMPARE(textOf(plan.model.plan()), before);
-        QCOMPARE(plan.failures, QStringList("One column has to stay."));
+        QCOMPARE(plan.failures, QStringList("A test plan needs at least one column."));
     }
 
     void renaming()
@@ -359,7 +359,7 @@ private Q_SLOTS:
         QCOMPARE(plan.failures, QStringList());
         selectBlocks(plan, {{0, 0, 3, 1}, {3, 2, 4, 1}});
         actionOf(plan, "removeColumn")->trigger();
-        QCOMPARE(plan.failures, QStringList("One column has to stay."));
+        QCOMPARE(plan.failures, QStringList("A test plan needs at least one column."));
         QCOMPARE(plan.model.columnCount(), 7);
     }
 
@@ -380,7 +380,7 @@ private Q_SLOTS:
     void tooManyCellsAreRefused()
     {
         Plan plan({"a|b|c"});
-        plan.model.insertRows(1, workbench::maximumPlanRows - 1);
+        plan.model.insertRows(1, workbench::maxPlanRows - 1);
         plan.model.undoStack().clear();
         plan.key(Qt::Key_A, Qt::ControlModifier);
         plan.key(Qt::Key_D, Qt::ControlModifier);

@@ -387,8 +387,7 @@ private Q_SLOTS:
         plan.document.saveAs(workbench::filePath(file));
         QCOMPARE(user.stopped, QStringList("Saving “user.testplan”…"));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains("You have stopped it."),
-                 qPrintable(plan.failures.first()));
+        QVERIFY2(plan.failures.first().contains("Stopped."), qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(!QFile::exists(file));
     }
@@ -398,8 +397,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("length");
         QTest::addColumn<QString>("reason");
-        const QString tooLong = "Its name is too long for this disk.";
-        const QString other = "Either the disk is full, or you have no right to write there.";
+        const QString tooLong = "The file name is too long for this disk.";
+        const QString other = "The disk is full, or you do not have permission to write there.";
         QTest::newRow("at most") << 248 << other;
         QTest::newRow("too long to be written") << 249 << tooLong;
         QTest::newRow("too long at all") << 256 << tooLong;

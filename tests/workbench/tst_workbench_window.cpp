@@ -154,12 +154,12 @@ private Q_SLOTS:
     void commandShowsInTheWindowThatIsThere()
     {
         const QString file = script("told.zvscr");
-        QVERIFY(open({"--what"}).contains("--what"));
-        QCOMPARE(open({"--style", "Dark"}), QString());
+        QVERIFY(openWorkbench({"--what"}).contains("--what"));
+        QCOMPARE(openWorkbench({"--style", "Dark"}), QString());
         QCOMPARE(currentStyleName(), QString("Dark"));
         // Chosen for this time alone.
         QVERIFY(!optionsOf(*m_host).contains("Dark"));
-        QCOMPARE(open({"--new", "script", file}), QString());
+        QCOMPARE(openWorkbench({"--new", "script", file}), QString());
         QPointer<Workbench> window;
         int windows = 0;
         for (QWidget* const widget : QApplication::topLevelWidgets()) {

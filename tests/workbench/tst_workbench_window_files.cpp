@@ -345,7 +345,7 @@ private Q_SLOTS:
             dialog.reject();
         });
         window->renameCurrent();
-        QCOMPARE(problem, QString("The name has to end in “.zvscr”."));
+        QCOMPARE(problem, QString("The name must end with “.zvscr”."));
         QVERIFY(!isAccepted);
     }
 
@@ -373,7 +373,7 @@ private Q_SLOTS:
         QMessageBox* const box = failureOf(*window);
         QVERIFY(box);
         QCOMPARE(window->findChildren<QMessageBox*>().size(), 1);
-        QCOMPARE(box->text(), QString("12 of the files can't be opened."));
+        QCOMPARE(box->text(), QString("12 files can't be opened."));
         const QStringList lines = box->informativeText().split(QLatin1Char('\n'));
         QCOMPARE(lines.size(), 12);
         QVERIFY(lines.at(9).contains("9.dat"));

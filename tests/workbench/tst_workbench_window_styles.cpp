@@ -168,14 +168,14 @@ private Q_SLOTS:
     void picturesOfAWindowInUseDoNotEndTheProgram()
     {
         const QString picture = m_folder->filePath("picture.png");
-        QCOMPARE(open({}), QString());
+        QCOMPARE(openWorkbench({}), QString());
         QPointer<Workbench> window;
         for (QWidget* const widget : QApplication::topLevelWidgets()) {
             if (auto* const workbench = qobject_cast<Workbench*>(widget))
                 window = workbench;
         }
         QVERIFY(window);
-        QCOMPARE(open({"--screenshot", picture}), QString());
+        QCOMPARE(openWorkbench({"--screenshot", picture}), QString());
         // The end of the program would end the loop with another result.
         constexpr int isThere = 7;
         QEventLoop loop;
