@@ -6,7 +6,6 @@
 
 #include <QTest>
 
-#include <functional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -38,8 +37,6 @@ static_assert(int(StandardPath::AppData) == 0 && int(StandardPath::Documents) ==
               && int(StandardPath::CommonAppData) == 2);
 
 } // namespace
-
-Q_DECLARE_METATYPE(std::function<ZvFilePath()>)
 
 class tst_ZvFilePath : public QObject
 {

@@ -6,7 +6,6 @@
 
 #include <QTest>
 
-#include <functional>
 #include <string>
 
 using zvtest::path;
@@ -14,8 +13,6 @@ using zvtest::text;
 using zvtest::utf8;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
-
-Q_DECLARE_METATYPE(std::function<ZvFilePath()>)
 
 class tst_ZvFilePath_parts : public QObject
 {

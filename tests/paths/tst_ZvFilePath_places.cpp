@@ -12,7 +12,6 @@
 #include <QTest>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -24,8 +23,6 @@ using zvutil::StandardPath;
 using zvutil::ZvFilePath;
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-Q_DECLARE_METATYPE(std::function<ZvFilePath()>)
 
 class tst_ZvFilePath_places : public QObject
 {

@@ -10,11 +10,8 @@
 #include <QVariant>
 
 #include <atomic>
-#include <functional>
 
 using zvutil::ZvFilePath;
-
-Q_DECLARE_METATYPE(std::function<ZvFilePath()>)
 
 class tst_ZvFilePath_threads : public QObject
 {

@@ -6,6 +6,7 @@
 #include "support/Files.h"
 #include "support/RefusedWrite.h"
 #include "support/StyleHost.h"
+#include "support/WindowResponder.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -15,7 +16,6 @@
 #include <QScreen>
 #include <QTest>
 #include <QTextCodec>
-#include <QTimer>
 
 using libzvutil::styleManager;
 using libzvutil::ZvStyleManager;
@@ -54,23 +54,18 @@ Window openWindow()
 }
 
 /// Answers the next question and tells what it was.
-class Answer
+class QuestionAnswer
 {
 public:
-    explicit Answer(QMessageBox::StandardButton button)
+    explicit QuestionAnswer(QMessageBox::StandardButton button)
+        : m_responder([this, button](QMessageBox& box) {
+            question = box.windowTitle() + QLatin1Char('|') + box.text();
+            buttons = box.standardButtons();
+            hasDefault = box.defaultButton() != nullptr;
+            icon = box.icon();
+            box.button(button)->click();
+        })
     {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, button] {
-            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box)
-                return;
-            m_timer.stop();
-            question = box->windowTitle() + QLatin1Char('|') + box->text();
-            buttons = box->standardButtons();
-            hasDefault = box->defaultButton() != nullptr;
-            icon = box->icon();
-            box->button(button)->click();
-        });
-        m_timer.start(1);
     }
 
     QString question;
@@ -79,7 +74,7 @@ public:
     bool hasDefault = false;
 
 private:
-    QTimer m_timer;
+    zvtest::WindowResponder<QMessageBox> m_responder;
 };
 
 } // namespace
@@ -149,7 +144,7 @@ private Q_SLOTS:
         QCOMPARE(m_changes, 0);
 
         // Closing with No takes the preview off the screen.
-        const Answer answer(QMessageBox::No);
+        const QuestionAnswer answer(QMessageBox::No);
         window.widget->close();
         QCOMPARE(answer.question,
                  QString("Style modified|Style modifications have been made, apply the style "
@@ -185,7 +180,7 @@ private Q_SLOTS:
     {
         const Window window = openWindow();
         QTest::keyClicks(window.editor, added);
-        const Answer answer(QMessageBox::Yes);
+        const QuestionAnswer answer(QMessageBox::Yes);
         window.widget->close();
         QVERIFY(!answer.question.isEmpty());
         QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), added.toUtf8());
@@ -214,7 +209,7 @@ private Q_SLOTS:
         QVERIFY(window.apply->isEnabled());
         QCOMPARE(qApp->styleSheet(), m_sheet);
         QCOMPARE(m_changes, 0);
-        const Answer answer(QMessageBox::Yes);
+        const QuestionAnswer answer(QMessageBox::Yes);
         window.widget->close();
         expectGone(window);
         QVERIFY(QDir(m_host.path()).rmdir("ui/modifications.qss"));
@@ -261,7 +256,7 @@ private:
     /// A question would wait for an answer that nobody gives.
     static void closeWithoutQuestion(const Window& window)
     {
-        const Answer answer(QMessageBox::No);
+        const QuestionAnswer answer(QMessageBox::No);
         window.widget->close();
         QVERIFY(answer.question.isEmpty());
         expectGone(window);

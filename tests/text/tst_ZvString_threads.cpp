@@ -6,11 +6,7 @@
 
 #include <QTest>
 
-#include <functional>
-
 using libzvutil::ZvString;
-
-Q_DECLARE_METATYPE(std::function<void(ZvString&)>)
 
 class tst_ZvString_threads : public QObject
 {

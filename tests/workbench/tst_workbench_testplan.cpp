@@ -42,8 +42,6 @@ QImage pictureOf(TestPlanView& view, int row, int column)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
-
 class tst_workbench_testplan : public zvtest::DocumentTest
 {
     Q_OBJECT

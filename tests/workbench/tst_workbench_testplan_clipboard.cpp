@@ -32,8 +32,6 @@ QString plainText()
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
-
 class tst_workbench_testplan_clipboard : public zvtest::DocumentTest
 {
     Q_OBJECT

@@ -83,8 +83,6 @@ private:
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
-
 class tst_workbench_testplan_files : public zvtest::DocumentTest
 {
     Q_OBJECT
