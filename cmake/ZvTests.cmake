@@ -68,10 +68,10 @@ function(zv_add_test name)
     endif()
     add_executable(tst_${name} tst_${name}.cpp ${arg_FIXTURE})
     set_target_properties(tst_${name} PROPERTIES AUTOMOC ON)
-    if(ZV_SANITIZE)
-        list(APPEND arg_DEFINITIONS ZV_SANITIZED)
-    endif()
     target_compile_definitions(tst_${name} PRIVATE ${arg_DEFINITIONS})
+    if(ZV_SANITIZE)
+        target_compile_definitions(tst_${name} PRIVATE ZV_SANITIZED)
+    endif()
     target_link_libraries(tst_${name}
         PRIVATE zv_test_options zv_test_support Qt5::Test ${arg_LIBRARIES}
     )
