@@ -460,7 +460,7 @@ private Q_SLOTS:
         panel.panel->addFolders({"/a/<b>bold</b>"});
         const QString folder = QDir::toNativeSeparators("/a/<b>bold</b>");
         const QString tip = shown(panel.folders()->item(0)->toolTip());
-        QVERIFY2(tip.startsWith("“" + folder + "” isn't there"), qPrintable(tip));
+        QVERIFY2(tip.startsWith("“" + folder + "” does not exist"), qPrintable(tip));
     }
 };
 

@@ -100,44 +100,47 @@ private Q_SLOTS:
         row("another root", "<testplan version='1'/>",
             "This is not a schematic (root element “testplan”).");
         row("newer", "<schematic version='7'/>", "newer version");
-        row("no counts", "<schematic version='1'/>", "no “symbols”");
+        row("no counts", "<schematic version='1'/>",
+            "Element “schematic” has no attribute “symbols”.");
         row("absurd count", "<schematic version='1' symbols='2000000000' wires='0'/>",
             "“2000000000”");
         row("claims much", "<schematic version='1' symbols='100000' wires='0'/>",
-            "It ends after symbol 0 of 100000");
+            "The file ends after symbol 0 of 100000");
         row("no wires", "<schematic version='1' symbols='0' wires='2'/>",
-            "It ends after wire 0 of 2");
+            "The file ends after wire 0 of 2");
         row("more symbols",
             "<schematic version='1' symbols='0' wires='0'>"
             "<symbol kind='Chip' ref='U1' value='' x='0' y='0' rotation='0'/></schematic>",
-            "more symbols or wires");
+            "The file contains more symbols or wires than it declares.");
         row("unknown kind", symbol("kind='Coil' ref='L1' value='' x='0' y='0' rotation='0'"),
-            "the kind “Coil”");
+            "Unknown symbol kind “Coil”.");
         row("too far", symbol("kind='Chip' ref='U1' value='' x='1000001' y='0' rotation='0'"),
-            "“x” is “1000001”");
+            "Attribute “x” of element “symbol” is “1000001”");
         row("too far the other way",
             symbol("kind='Chip' ref='U1' value='' x='0' y='-1000001' rotation='0'"),
-            "“y” is “-1000001”");
+            "Attribute “y” of element “symbol” is “-1000001”");
         row("between steps", symbol("kind='Chip' ref='U1' value='' x='0.5' y='0' rotation='0'"),
-            "“x” is “0.5”");
+            "Attribute “x” of element “symbol” is “0.5”");
         row("turned by half", symbol("kind='Chip' ref='U1' value='' x='0' y='0' rotation='45'"),
             "rotated by 45 degrees");
         row("turned too far", symbol("kind='Chip' ref='U1' value='' x='0' y='0' rotation='360'"),
-            "“rotation” is “360”");
-        row("no reference", symbol("kind='Chip' value='' x='0' y='0' rotation='0'"), "no “ref”");
-        row("one point", wire("<wire points='1'><point x='0' y='0'/></wire>"), "“points” is “1”");
+            "Attribute “rotation” of element “symbol” is “360”");
+        row("no reference", symbol("kind='Chip' value='' x='0' y='0' rotation='0'"),
+            "Element “symbol” has no attribute “ref”.");
+        row("one point", wire("<wire points='1'><point x='0' y='0'/></wire>"),
+            "Attribute “points” of element “wire” is “1”");
         row("points missing", wire("<wire points='2'><point x='0' y='0'/></wire>"),
-            "It ends after wire 0 of 1");
+            "The file ends after wire 0 of 1");
         row("points left",
             wire("<wire points='2'><point x='0' y='0'/><point x='1' y='0'/><point x='2' "
                  "y='0'/></wire>"),
-            "more points than it tells");
+            "A wire contains more points than it declares.");
         row("not straight",
             wire("<wire points='2'><point x='0' y='0'/><point x='1' y='1'/></wire>"),
-            "doesn't run straight");
+            "A wire is neither horizontal nor vertical from point 1");
         row("no way", wire("<wire points='2'><point x='0' y='0'/><point x='0' y='0'/></wire>"),
-            "doesn't run straight");
-        row("something else", wire("<bus/>"), "“bus” where “wire” is expected");
+            "A wire is neither horizontal nor vertical from point 1");
+        row("something else", wire("<bus/>"), "Unexpected element “bus” (expected “wire”).");
     }
 
     void wrongFiles()
@@ -173,7 +176,7 @@ private Q_SLOTS:
         sheet.key(Qt::Key_Left);
         sheet.document.saveAs(workbench::filePath(m_dir.filePath("missing/a.zvsch")));
         QCOMPARE(sheet.failures.size(), 1);
-        QVERIFY(sheet.failures.last().contains("There is no folder"));
+        QVERIFY(sheet.failures.last().contains("does not exist"));
         QVERIFY(sheet.document.isModified());
 
         const QString file = m_dir.filePath("unwritable.zvsch");

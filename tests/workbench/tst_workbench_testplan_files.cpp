@@ -181,37 +181,40 @@ private Q_SLOTS:
         row("no XML", "Step,Instruction", "This is not an XML file.");
         row("another root", "<parts version='1'/>",
             "This is not a test plan (root element “parts”).");
-        row("no version", "<testplan rows='0' columns='1'/>", "no “version”");
+        row("no version", "<testplan rows='0' columns='1'/>",
+            "Element “testplan” has no attribute “version”.");
         row("newer", "<testplan version='2'/>", "newer version of this program");
-        row("version 0", "<testplan version='0'/>", "Its version is “0”");
-        row("no rows", "<testplan version='1' columns='1'/>", "no “rows”");
+        row("version 0", "<testplan version='0'/>", "Invalid format version “0”.");
+        row("no rows", "<testplan version='1' columns='1'/>",
+            "Element “testplan” has no attribute “rows”.");
         row("absurd rows", "<testplan version='1' rows='2000000001' columns='1'/>", "“2000000001”");
         row("too large for a number", "<testplan version='1' rows='99999999999999' columns='1'/>",
             "“99999999999999”");
         row("negative", "<testplan version='1' rows='-1' columns='1'/>", "“-1”");
-        row("no columns", "<testplan version='1' rows='0' columns='0'/>", "“columns” is “0”");
+        row("no columns", "<testplan version='1' rows='0' columns='0'/>",
+            "Attribute “columns” of element “testplan” is “0”");
         row("claims much", "<testplan version='1' rows='2000000' columns='4096'/>",
-            "It ends after row 0 of 2000000");
+            "The file ends after row 0 of 2000000");
         row("ends early",
             "<testplan version='1' rows='3' columns='1'><heading text='A'/>"
             "<row cells='1' disabled='false'><cell type='number' value='1'/></row></testplan>",
-            "It ends after row 1 of 3");
+            "The file ends after row 1 of 3");
         row("row ends early",
             "<testplan version='1' rows='1' columns='2'><heading text='A'/><heading text='B'/>"
             "<row cells='2' disabled='false'><cell type='number' value='1'/></row></testplan>",
-            "It ends after row 0 of 1");
+            "The file ends after row 0 of 1");
         row("more rows",
             "<testplan version='1' rows='0' columns='1'><heading text='A'/>"
             "<row cells='0' disabled='false'/></testplan>",
-            "more rows than the 0");
+            "The file declares 0 rows but contains more.");
         row("more cells",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='0' disabled='false'><cell type='number' value='1'/></row></testplan>",
-            "a row with more cells");
+            "A row contains more cells than it declares.");
         row("more cells than columns",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='2' disabled='false'/></testplan>",
-            "“cells” is “2”");
+            "Attribute “cells” of element “row” is “2”");
         row("a cell of another type",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='1' disabled='false'><cell type='date' value='1'/></row></testplan>",
@@ -219,14 +222,14 @@ private Q_SLOTS:
         row("a number that is none",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='1' disabled='false'><cell type='number' value='one'/></row></testplan>",
-            "the value “one”");
+            "the invalid value “one”");
         row("no value",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='1' disabled='false'><cell type='text'/></row></testplan>",
-            "no “value”");
+            "Element “cell” has no attribute “value”.");
         row("something else",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/><macro/>",
-            "“macro” where “row” is expected");
+            "Unexpected element “macro” (expected “row”).");
         row("disabled is neither",
             "<testplan version='1' rows='1' columns='1'><heading text='A'/>"
             "<row cells='0' disabled='maybe'/></testplan>",
@@ -297,7 +300,7 @@ private Q_SLOTS:
         plan.type("1");
         plan.document.saveAs(workbench::filePath(m_dir.filePath("missing/a.testplan")));
         QCOMPARE(plan.failures.size(), 1);
-        QVERIFY2(plan.failures.first().contains("There is no folder"),
+        QVERIFY2(plan.failures.first().contains("does not exist"),
                  qPrintable(plan.failures.first()));
         QVERIFY(plan.document.isModified());
         QVERIFY(plan.document.filename().isEmpty());
@@ -336,7 +339,7 @@ private Q_SLOTS:
             savePlan(file, planOf({"A", QStringLiteral("\x02")}, {}));
             QFAIL("it is saved");
         } catch (const workbench::FileError& error) {
-            QVERIFY2(error.reason().startsWith("The heading of column 2 holds"),
+            QVERIFY2(error.reason().startsWith("The heading of column 2 contains"),
                      qPrintable(error.reason()));
         }
         QVERIFY(!QFile::exists(file));

@@ -24,7 +24,7 @@ QList<Plural> pluralsOf(const QString& file)
     if (!source.open(QIODevice::ReadOnly))
         return {};
     const QRegularExpression call(
-        R"re((?:(\w+)::)?\btr\(((?:\s*"(?:[^"\\]|\\.)*")+),\s*nullptr,)re");
+        "(?:(\\w+)::)?\\btr\\(((?:\\s*\"(?:[^\"\\\\]|\\\\.)*\")+),\\s*nullptr,");
     QList<Plural> plurals;
     auto found = call.globalMatch(QString::fromUtf8(source.readAll()));
     while (found.hasNext()) {

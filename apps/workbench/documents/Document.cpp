@@ -117,7 +117,7 @@ zvutil::ZvFilePath Document::requestSavePath() const
 {
     const QString folder =
         filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
-    const QString file = saveFileName(window(), tr("Save %1 as…").arg(m_type.name), folder,
+    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
                                       m_type.pluralName, m_type.extension);
     return file.isEmpty() ? zvutil::ZvFilePath() : filePath(QDir::toNativeSeparators(file));
 }
