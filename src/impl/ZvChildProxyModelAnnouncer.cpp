@@ -67,15 +67,14 @@ void ZvChildProxyModel::Announcer::followInsertions(const Model& source, Begun b
 }
 
 template <typename Begun, typename Ended>
-void ZvChildProxyModel::Announcer::followRemovals(const Model& source,
-                                                  int (QModelIndex::*place)() const, Begun begun,
-                                                  void (Model::*announce)(const QModelIndex&, int,
-                                                                          int),
-                                                  Ended ended, void (Model::*announceEnd)())
+void ZvChildProxyModel::Announcer::followRemovals(
+    const Model& source, int (QModelIndex::*coordinate)() const, Begun begun,
+    void (Model::*announce)(const QModelIndex&, int, int), Ended ended,
+    void (Model::*announceEnd)())
 {
     connect(&source, begun, this,
-            [this, place, announce](const QModelIndex& parent, int first, int last) {
-                if (isRootAmong(parent, first, last, place))
+            [this, coordinate, announce](const QModelIndex& parent, int first, int last) {
+                if (isRootAmong(parent, first, last, coordinate))
                     begin(Change::Reset);
                 else
                     begin(isInBranch(parent) ? Change::Announced : Change::Hidden);
@@ -93,13 +92,13 @@ void ZvChildProxyModel::Announcer::followMoves(const Model& source, Begun begun,
 {
     connect(&source, begun, this,
             [this, announce](const QModelIndex& from, int first, int last, const QModelIndex& to,
-                             int place) {
+                             int destination) {
                 const bool isFromHere = isInBranch(from);
                 if (!isFromHere && !isInBranch(to))
                     begin(Change::Hidden);
                 else if (isFromHere && isInBranch(to)
                          && (m_proxy.*announce)(m_proxy.mapFromSource(from), first, last,
-                                                m_proxy.mapFromSource(to), place))
+                                                m_proxy.mapFromSource(to), destination))
                     begin(Change::Announced);
                 else
                     begin(Change::Reset);
@@ -185,11 +184,11 @@ bool ZvChildProxyModel::Announcer::isInBranch(const QModelIndex& parent) const
 
 /// Whether the root is in one of these rows or columns of \p parent, or below them.
 bool ZvChildProxyModel::Announcer::isRootAmong(const QModelIndex& parent, int first, int last,
-                                               int (QModelIndex::*place)() const) const
+                                               int (QModelIndex::*coordinate)() const) const
 {
     for (QModelIndex i = m_proxy.m_root; i.isValid(); i = i.parent()) {
         if (i.parent() == parent)
-            return (i.*place)() >= first && (i.*place)() <= last;
+            return (i.*coordinate)() >= first && (i.*coordinate)() <= last;
     }
     return false;
 }

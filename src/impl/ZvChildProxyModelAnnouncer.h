@@ -31,7 +31,7 @@ private:
                           void (QAbstractItemModel::*announce)(const QModelIndex&, int, int),
                           Ended ended, void (QAbstractItemModel::*announceEnd)());
     template <typename Begun, typename Ended>
-    void followRemovals(const QAbstractItemModel& source, int (QModelIndex::*place)() const,
+    void followRemovals(const QAbstractItemModel& source, int (QModelIndex::*coordinate)() const,
                         Begun begun,
                         void (QAbstractItemModel::*announce)(const QModelIndex&, int, int),
                         Ended ended, void (QAbstractItemModel::*announceEnd)());
@@ -51,7 +51,7 @@ private:
     bool hasRoot() const;
     bool isInBranch(const QModelIndex& parent) const;
     bool isRootAmong(const QModelIndex& parent, int first, int last,
-                     int (QModelIndex::*place)() const) const;
+                     int (QModelIndex::*coordinate)() const) const;
     bool touchesLayout(const Indexes& parents) const;
     Indexes shown(const Indexes& parents) const;
 

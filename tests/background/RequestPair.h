@@ -74,24 +74,24 @@ public:
     /// What happened on the request's side.
     Lines requestLines()
     {
-        settle();
+        deliverPending();
         return m_onRequest.lines();
     }
 
     /// What happened on the response's side, all of it delivered.
     Lines responseLines()
     {
-        settle();
+        deliverPending();
         return m_onResponse.lines();
     }
 
     /// Has both sides handle what was sent to them.
-    void settle()
+    void deliverPending()
     {
         for (int i = 0; i < 3; ++i) {
             QCoreApplication::processEvents();
             if (m_worker)
-                m_worker->settle();
+                m_worker->deliverPending();
         }
         QCoreApplication::processEvents();
     }

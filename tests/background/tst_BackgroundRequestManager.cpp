@@ -219,7 +219,7 @@ private Q_SLOTS:
     {
         ManagerWithWorker managed;
         managed.add(nullptr);
-        managed.settle();
+        managed.deliverPending();
     }
 
     void nextStartsOnlyWhenTheRunningOneHasEnded()
@@ -231,14 +231,14 @@ private Q_SLOTS:
         waitUntilStarted(managed, *first);
         managed.add(recorded(journal, "second"));
         waitForLines(journal, 1);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(), Lines{"first started"});
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
         });
         waitForLines(journal, 6);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(),
                  (Lines{"first started", "first completed", "first finished as completed",
                         "second started", "second completed", "second finished as completed"}));
@@ -252,7 +252,7 @@ private Q_SLOTS:
         for (int i = 2; i < 5; ++i)
             managed.add(recorded(journal, "request " + std::to_string(i)));
         waitForLines(journal, 1);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(), Lines{"request 1 started"});
         managed.end();
         QCOMPARE(journal.size(), std::size_t(9));
@@ -270,7 +270,7 @@ private Q_SLOTS:
         waitForLines(journal, 3);
         zvtest::runOn(managed.context(), [&] { Q_EMIT first->failed("as well"); });
         waitForLines(journal, 7);
-        managed.settle();
+        managed.deliverPending();
         // The third has run, though the second hasn't ended.
         QCOMPARE(
             journal.lines(),
@@ -347,7 +347,7 @@ private Q_SLOTS:
             running.reset();
         });
         waitForLines(journal, 1);
-        managed.settle();
+        managed.deliverPending();
         // It is gone though the one before it in the queue has only begun.
         QCOMPARE(journal.lines(), Lines{"finished"});
     }
@@ -464,7 +464,7 @@ private Q_SLOTS:
             running.reset();
         });
         waitForLines(journal, 7);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(),
                  (Lines{"second failed: abort requested", "second finished as failed",
                         "first failed: abort requested", "first finished as failed",
@@ -513,10 +513,10 @@ private Q_SLOTS:
         managed.add(recorded(journal, "first", &leaveOpen));
         auto held = recorded(journal, "second");
         managed.add(held);
-        managed.settle();
+        managed.deliverPending();
         managed.destroyManager();
         waitForLines(journal, 3);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(held->status(), request_pending);
         QCOMPARE(journal.size(), std::size_t(3));
         zvtest::runOn(managed.context(), [&] { held.reset(); });
@@ -539,10 +539,10 @@ private Q_SLOTS:
             });
             managed.add(std::move(request));
         }
-        managed.settle();
+        managed.deliverPending();
         managed.destroyManager();
         waitForLines(journal, 6);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.size(), std::size_t(6));
         for (const std::string& line : journal.lines())
             QVERIFY(line.find("started") == std::string::npos);
@@ -597,7 +597,7 @@ private Q_SLOTS:
         }
         gate.open();
         done.acquire();
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(next, waitingRequests);
         QCOMPARE(outOfTurn, 0);
         QVERIFY2(reach.bytes() < 65'536, qPrintable(QString::number(reach.bytes())));
@@ -627,7 +627,7 @@ private Q_SLOTS:
         managed.add(recorded(journal, "second"));
         while (Application::caught == 0)
             QCoreApplication::processEvents();
-        managed.settle();
+        managed.deliverPending();
         Application::catches = false;
         QCOMPARE(journal.lines(), Lines{"first started"});
         managed.end();

@@ -140,14 +140,14 @@ private Q_SLOTS:
         response.abort();
         response.wait();
         waitForLines(journal, 2);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(), (Lines{"first started", "second failed: abort requested"}));
         zvtest::runOn(managed.context(), [&] {
             Q_EMIT first->completed();
             first.reset();
         });
         waitForLines(journal, 5);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(),
                  (Lines{"first started", "second failed: abort requested", "first completed",
                         "first finished as completed", "second finished as failed"}));
@@ -175,7 +175,7 @@ private Q_SLOTS:
             first.reset();
         });
         waitForLines(journal, 10);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(),
                  (Lines{"request 1 started", "request 4 failed: abort requested",
                         "request 5 failed: abort requested", "request 7 failed: abort requested",
@@ -357,7 +357,7 @@ private Q_SLOTS:
         waitForLines(journal, 1);
         managed.destroyManager();
         waitForLines(journal, 9);
-        managed.settle();
+        managed.deliverPending();
         const std::string before = " failed: request terminated before starting";
         QCOMPARE(
             journal.lines(),
@@ -386,7 +386,7 @@ private Q_SLOTS:
         QCOMPARE(journal.lines(), Lines{"first started"});
         blocking.end();
         waitForLines(journal, 5);
-        managed.settle();
+        managed.deliverPending();
         // The work has ended first, and its manager went before it came to the next.
         Lines lines = journal.lines();
         QCOMPARE(lines.size(), std::size_t(5));
@@ -442,7 +442,7 @@ private Q_SLOTS:
         managed.destroyManager();
         gate.open();
         waitForLines(journal, 6);
-        managed.settle();
+        managed.deliverPending();
         // Its end was among the events that waited, and came before the choice.
         QCOMPARE(journal.size(), std::size_t(6));
         for (const std::string& line : journal.lines())
@@ -481,7 +481,7 @@ private Q_SLOTS:
         managed.destroyManager();
         destroyed.release();
         waitForLines(journal, 3);
-        managed.settle();
+        managed.deliverPending();
         QCOMPARE(journal.lines(),
                  (Lines{"first failed: request terminated before starting",
                         "first finished as failed", "released"}));

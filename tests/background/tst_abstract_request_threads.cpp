@@ -319,7 +319,7 @@ private Q_SLOTS:
         stop_source source;
         source.request_stop();
         pair.response().attachStopToken(source.get_token());
-        pair.settle();
+        pair.deliverPending();
         pair.start();
         QCOMPARE(pair.requestLines(), Lines{"failed: abort requested"});
     }
@@ -372,7 +372,7 @@ private Q_SLOTS:
             response.abort();
             response.wait();
             QCOMPARE(response.status(), request_failed);
-            worker.settle();
+            worker.deliverPending();
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }

@@ -153,7 +153,7 @@ public:
     }
 
     /// Waits until the thread has handled what was sent to it.
-    void settle()
+    void deliverPending()
     {
         run([] {});
     }
@@ -179,7 +179,7 @@ public:
         probe.reset();
         response.wait();
         m_context.moveToThread(m_thread);
-        settle();
+        deliverPending();
     }
 
     ~ManagerWithWorker() { end(); }
@@ -195,7 +195,7 @@ public:
 
     /// Waits until the worker has handled what was sent to it. That may be while it handles events
     /// before it starts the next request, so what is to come is to be waited for before.
-    void settle()
+    void deliverPending()
     {
         for (int i = 0; i < 4; ++i)
             runOn(m_context, [] {});
