@@ -40,9 +40,11 @@ class QCloseEvent;
 ///     void writeFile(const zvutil::ZvFilePath& path) const override
 ///     {
 ///         Q_EMIT beginSave(path, QProtectedSignal());
+///         const QByteArray bytes = text.toUtf8();
 ///         QSaveFile file(path.toQString());
+///         // A full disk shows in the count of bytes, or else in flush(), but not in commit().
 ///         const bool isSaved = file.open(QIODevice::WriteOnly)
-///             && file.write(text.toUtf8()) >= 0 && file.commit();
+///             && file.write(bytes) == bytes.size() && file.flush() && file.commit();
 ///         Q_EMIT endSave(isSaved, path, QProtectedSignal()); // `saved` follows if it is true
 ///     }
 ///
