@@ -235,7 +235,7 @@ private Q_SLOTS:
         document->setModified(true);
         QVERIFY(writeTo(document->filename, "333"));
         QTRY_VERIFY(bar->isVisible());
-        QVERIFY(label->text().contains("loses"));
+        QVERIFY(label->text().contains("discards"));
         button("Ignore")->click();
         QVERIFY(!bar->isVisible());
         // Saving it makes the offer void, unless that fails.
