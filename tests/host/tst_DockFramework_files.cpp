@@ -228,7 +228,7 @@ private Q_SLOTS:
         const auto* const label = bar->findChild<QLabel*>();
         QVERIFY(writeTo(document->filename, "22"));
         QTRY_VERIFY(bar->isVisible());
-        QVERIFY(!label->text().contains("loses"));
+        QVERIFY(!label->text().contains("discards"));
         button("Reload")->click();
         QVERIFY(!bar->isVisible());
         QVERIFY(document->calls.contains("reload"));
