@@ -10,15 +10,15 @@ abstract_request::abstract_request(QObject* parent)
 {
     impl::register_string_metatype();
     // Connect first, so that every other slot sees the new status.
-    const auto setStatus = [this](request_status status) {
+    const auto set_status = [this](request_status status) {
         if (m_status == request_pending)
             ++impl::pending_exit_count();
         m_status = status;
     };
-    connect(this, &abstract_request::started, this, [setStatus] { setStatus(request_started); });
+    connect(this, &abstract_request::started, this, [set_status] { set_status(request_started); });
     connect(this, &abstract_request::completed, this,
-            [setStatus] { setStatus(request_completed); });
-    connect(this, &abstract_request::failed, this, [setStatus] { setStatus(request_failed); });
+            [set_status] { set_status(request_completed); });
+    connect(this, &abstract_request::failed, this, [set_status] { set_status(request_failed); });
 }
 
 abstract_request::~abstract_request()

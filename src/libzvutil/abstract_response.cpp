@@ -13,7 +13,7 @@ namespace zvutil::libzvutil {
 
 abstract_response::abstract_response(abstract_request* request)
     : m_trigger(new GenericTrigger)
-    , m_requestID(request ? request->id() : uuid("unknown"))
+    , m_request_id(request ? request->id() : uuid("unknown"))
 {
     impl::register_string_metatype();
     if (!request)
@@ -53,7 +53,7 @@ void abstract_response::attachStopToken(stop_token token)
 
 const uuid& abstract_response::requestID() const
 {
-    return m_requestID;
+    return m_request_id;
 }
 
 request_status abstract_response::status() const

@@ -24,7 +24,7 @@ background_impl::~background_impl()
 {
     // Mark the end first: slots of released requests may handle events, which must not start
     // another request.
-    m_isEnding = true;
+    m_is_ending = true;
     m_current.reset();
     while (!m_queue.empty()) {
         const request_ptr last = std::move(m_queue.back());
@@ -39,40 +39,38 @@ void background_impl::add(request_ptr request)
     if (!request)
         return;
     // Only a request that lives on the worker thread already can be in the queue already.
-    [[maybe_unused]] const bool mayBeQueued = request->thread() == m_thread.get();
+    const bool may_be_queued = request->thread() == m_thread.get();
     request->setParent(nullptr);
     request->moveToThread(m_thread.get());
-#ifndef __clang_analyzer__ // The analyzer doesn't see that Qt keeps the functor.
-    QMetaObject::invokeMethod(this, [this, request = std::move(request), mayBeQueued]() mutable {
-        push(std::move(request), mayBeQueued);
+    QMetaObject::invokeMethod(this, [this, request = std::move(request), may_be_queued]() mutable {
+        push(std::move(request), may_be_queued);
         // Forget the posted call: GLib's event loop, entered from a slot that adds a request, skips
         // calls that were posted before, so a slot that then waits needs a new one.
-        if (mayBeQueued)
+        if (may_be_queued)
             m_awaited = 0;
         run_next();
     });
-#endif
 }
 
-void background_impl::push(request_ptr&& request, bool mayBeQueued)
+void background_impl::push(request_ptr&& request, bool may_be_queued)
 {
     // Make remove_departed() search the queue: this request left the pending state on another
     // thread, which this thread's count doesn't include.
     if (!request->is_pending())
-        --m_pendingExits;
-    if (mayBeQueued && !m_isIndexed) {
+        --m_pending_exits;
+    if (may_be_queued && !m_is_indexed) {
         for (const request_ptr& queued : m_queue)
             m_entries.insert(queued.get());
-        m_isIndexed = true;
+        m_is_indexed = true;
     }
-    if (m_isIndexed)
+    if (m_is_indexed)
         m_entries.insert(request.get());
     m_queue.push_back(std::move(request));
 }
 
 void background_impl::run_next()
 {
-    if (m_isEnding)
+    if (m_is_ending)
         return;
     if (m_pump == 0)
         start_next();
@@ -93,15 +91,13 @@ void background_impl::run_next_in_a_deeper_loop()
     if (m_awaited == m_pump)
         return;
     m_awaited = m_pump;
-#ifndef __clang_analyzer__ // As above.
-    const auto runNext = [this, pump = m_pump] {
+    const auto run_deeper = [this, pump = m_pump] {
         if (m_awaited == pump)
             m_awaited = 0;
-        if (m_pump == pump && !m_isEnding)
+        if (m_pump == pump && !m_is_ending)
             start_next();
     };
-    QMetaObject::invokeMethod(this, runNext, Qt::QueuedConnection);
-#endif
+    QMetaObject::invokeMethod(this, run_deeper, Qt::QueuedConnection);
 }
 
 void background_impl::start_next()
@@ -118,7 +114,7 @@ void background_impl::start_next()
     // Count the start of this request as seen, unless the request is in the queue once more:
     // remove_departed() has to remove that entry.
     if (m_entries.count(request.get()) == 0)
-        ++m_pendingExits;
+        ++m_pending_exits;
     // Hold the request here: work that handles events may cause the deletion of this object.
     request->start();
 }
@@ -150,16 +146,16 @@ void background_impl::pump()
         if (self)
             self->m_pump = outer;
     });
-    m_pump = ++m_lastPump;
+    m_pump = ++m_last_pump;
     impl::notice_waiting_events();
     impl::handle_events();
 }
 
 void background_impl::remove_departed()
 {
-    if (m_pendingExits == impl::pending_exit_count())
+    if (m_pending_exits == impl::pending_exit_count())
         return;
-    m_pendingExits = impl::pending_exit_count();
+    m_pending_exits = impl::pending_exit_count();
     const auto departed =
         std::stable_partition(m_queue.begin(), m_queue.end(),
                               [](const request_ptr& request) { return request->is_pending(); });
@@ -176,7 +172,7 @@ void background_impl::forget_entry(const abstract_request* request)
     const auto entry = m_entries.find(request);
     if (entry != m_entries.end())
         m_entries.erase(entry);
-    m_isIndexed = m_isIndexed && !m_queue.empty();
+    m_is_indexed = m_is_indexed && !m_queue.empty();
 }
 
 void background_impl::end_current()

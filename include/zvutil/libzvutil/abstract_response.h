@@ -73,7 +73,7 @@ public Q_SLOTS:
 private:
     std::unique_ptr<GenericTrigger, details::delete_later> m_trigger;
     request_status m_status = request_pending;
-    uuid m_requestID;
+    uuid m_request_id;
 };
 
 static_assert(sizeof(abstract_response) == sizeof(QObject) + 2 * sizeof(void*) + sizeof(uuid));

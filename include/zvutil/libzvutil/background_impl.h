@@ -37,7 +37,7 @@ private Q_SLOTS:
     void run_next();
 
 private:
-    void push(request_ptr&& request, bool mayBeQueued);
+    void push(request_ptr&& request, bool may_be_queued);
     void run_next_in_a_deeper_loop();
     void start_next();
     request_ptr take_next();
@@ -51,16 +51,16 @@ private:
     std::deque<request_ptr> m_queue;
     request_ptr m_current;
     // The number of requests of this thread that have left the pending state, when last looked at.
-    std::uint64_t m_pendingExits = 0;
+    std::uint64_t m_pending_exits = 0;
     // The entries of the queue; filled once a request is added that may be in the queue already.
     std::unordered_multiset<const abstract_request*> m_entries;
-    bool m_isIndexed = false;
+    bool m_is_indexed = false;
     // The number of the pump that is at work, or 0; each pump has its own number.
     std::uint64_t m_pump = 0;
-    std::uint64_t m_lastPump = 0;
+    std::uint64_t m_last_pump = 0;
     // The number of the pump for which a call from a deeper loop is posted.
     std::uint64_t m_awaited = 0;
-    bool m_isEnding = false;
+    bool m_is_ending = false;
 };
 
 } // namespace zvutil::libzvutil

@@ -39,20 +39,20 @@ void fill_random(void* target, std::size_t size)
     QRandomGenerator::system()->fillRange(words, static_cast<qsizetype>(size / sizeof(quint32)));
 }
 
-using ProcessMark = std::atomic<std::uint64_t>;
+using process_mark = std::atomic<std::uint64_t>;
 
 /// Makes a number that becomes 0 again in a forked child; null where the kernel doesn't support
 /// that.
-ProcessMark* make_process_mark()
+process_mark* make_process_mark()
 {
 #if defined(MADV_WIPEONFORK)
-    void* const page = mmap(nullptr, sizeof(ProcessMark), PROT_READ | PROT_WRITE,
+    void* const page = mmap(nullptr, sizeof(process_mark), PROT_READ | PROT_WRITE,
                             MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (page == MAP_FAILED)
         return nullptr;
-    if (madvise(page, sizeof(ProcessMark), MADV_WIPEONFORK) == 0)
-        return new (page) ProcessMark(0);
-    munmap(page, sizeof(ProcessMark));
+    if (madvise(page, sizeof(process_mark), MADV_WIPEONFORK) == 0)
+        return new (page) process_mark(0);
+    munmap(page, sizeof(process_mark));
 #endif
     return nullptr;
 }
@@ -61,7 +61,7 @@ ProcessMark* make_process_mark()
 std::uint64_t process_number()
 {
     // Never unmapped: threads may use the page until the process ends.
-    static ProcessMark* const mark = make_process_mark();
+    static process_mark* const mark = make_process_mark();
     if (!mark)
         return 0;
     std::uint64_t number = mark->load(std::memory_order_relaxed);
