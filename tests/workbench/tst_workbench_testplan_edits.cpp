@@ -232,6 +232,30 @@ private Q_SLOTS:
         QCOMPARE(plan.model.plan().headings.at(1), QString("B"));
     }
 
+    void planMayBeClosedWhileAHeadingIsTyped()
+    {
+        QStringList renamed;
+        {
+            Plan plan;
+            QObject::connect(&plan.model, &QAbstractItemModel::headerDataChanged, &plan.model,
+                             [&renamed, &plan] { renamed = plan.model.plan().headings; });
+            plan.view.renameHeading(1);
+            auto* const field = plan.view.findChild<QLineEdit*>("headingField");
+            QTest::keyClicks(field, "Current");
+            QVERIFY(field->hasFocus());
+        }
+        QCOMPARE(renamed, QStringList());
+    }
+
+    void anotherHeadingKeepsTheFirstName()
+    {
+        Plan plan;
+        plan.view.renameHeading(1);
+        QTest::keyClicks(plan.view.findChild<QLineEdit*>("headingField"), "Current");
+        plan.view.renameHeading(2);
+        QCOMPARE(plan.model.plan().headings, QStringList({"A", "Current", "C"}));
+    }
+
     void undoFollowsTheSavedState()
     {
         Plan plan;

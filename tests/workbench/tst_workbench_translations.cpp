@@ -75,7 +75,12 @@ private Q_SLOTS:
         };
         QCOMPARE(translated(2), plain(2));
         QCOMPARE(translated(0), plain(0));
-        QVERIFY(translated(1) != plain(1));
+        QString singular = plain(1);
+        for (const char* const noun : {"file", "folder", "line", "row"})
+            singular.replace(QString(noun) + 's', noun);
+        singular.replace(" are ", " is ");
+        QVERIFY(singular != plain(1));
+        QCOMPARE(translated(1), singular);
     }
 
     void installingTwiceDoesNothing()

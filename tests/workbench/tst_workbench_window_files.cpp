@@ -53,6 +53,14 @@ class tst_workbench_window_files : public zvtest::WindowTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void typesAreAddedOnce()
+    {
+        const std::vector<const DocumentType*> types = documentTypes();
+        QCOMPARE(types.size(), std::size_t(3));
+        addOwnDocumentTypes();
+        QVERIFY(documentTypes() == types);
+    }
+
     void newDocumentsAreCounted()
     {
         const Window window;
