@@ -64,6 +64,7 @@ ZvClipboardData::ZvClipboardData(const ZvClipboardData& other)
 {
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor)
 ZvClipboardData::ZvClipboardData(ZvClipboardData&& other)
     : ZvClipboardData(std::exchange(other.m_implementation, nullptr))
 {

@@ -16,7 +16,7 @@ std::string joined(const char* text, const std::string& detail)
 } // namespace
 
 exception::exception(const char* text, const std::string& detail)
-    : m_message(joined(text, detail))
+    : m_message(joined(text, detail)) // NOLINT(bugprone-throw-keyword-missing): holds the text
 {
 }
 

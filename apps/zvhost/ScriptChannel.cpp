@@ -169,9 +169,7 @@ void ScriptChannel::callOnMakersThread(std::function<void()> call)
 /// closed.
 void ScriptChannel::post(std::function<void()> call)
 {
-#ifndef __clang_analyzer__ // The analyzer doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(m_receiver.get(), std::move(call), Qt::QueuedConnection);
-#endif
 }
 
 void ScriptChannel::print(const std::string& line)

@@ -34,6 +34,7 @@ public:
     /// A second view on the same content. \p other must not be null. Connections aren't copied.
     ZvClipboardData(const ZvClipboardData& other);
     /// Takes the view over and leaves \p other null, whose listeners are no longer called.
+    // NOLINTNEXTLINE(performance-noexcept-move-constructor): the move makes a QObject
     ZvClipboardData(ZvClipboardData&& other);
     /// A view looks at one content for life.
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;

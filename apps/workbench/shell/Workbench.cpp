@@ -377,6 +377,7 @@ void Workbench::saveCurrentAs()
         m_current->saveAs();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): saving documents changes the window.
 void Workbench::saveAll()
 {
     for (Document* const document : documents()) {

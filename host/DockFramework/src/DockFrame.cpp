@@ -147,6 +147,7 @@ void DockFrame::activate(DockableWidget* window)
     highlight(window);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): closing windows changes the frame.
 bool DockFrame::closeDocuments()
 {
     // Each close may ask the user, and windows may be deleted meanwhile.

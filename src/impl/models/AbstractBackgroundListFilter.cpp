@@ -155,12 +155,10 @@ void AbstractBackgroundListFilter::recheck()
     invokePass(Qt::AutoConnection);
 }
 
-void AbstractBackgroundListFilter::invokePass([[maybe_unused]] Qt::ConnectionType type)
+void AbstractBackgroundListFilter::invokePass(Qt::ConnectionType type)
 {
-#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(
         this, [this] { runGuarded(); }, type);
-#endif
 }
 
 void AbstractBackgroundListFilter::runGuarded()

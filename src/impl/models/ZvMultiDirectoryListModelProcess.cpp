@@ -64,11 +64,9 @@ ZvMultiDirectoryListModelProcess::ZvMultiDirectoryListModelProcess(long long bat
 }
 
 template <typename Work>
-void ZvMultiDirectoryListModelProcess::onOwnThread([[maybe_unused]] Work work)
+void ZvMultiDirectoryListModelProcess::onOwnThread(Work work)
 {
-#ifndef __clang_analyzer__ // It doesn't see that Qt keeps the functor.
     QMetaObject::invokeMethod(this, std::move(work));
-#endif
 }
 
 bool ZvMultiDirectoryListModelProcess::isStopRequested() const
