@@ -24,6 +24,6 @@ function(zv_part name)
     list(TRANSFORM arg_USES PREPEND zv_part_)
     target_link_libraries(${part}
         PUBLIC ${arg_USES} zvutil::zvutil zv_logging::zv_logging
-        PRIVATE zv_build_options HostSupport::HostSupport
+        PRIVATE zv_build_options zv_base HostSupport::HostSupport
     )
 endfunction()

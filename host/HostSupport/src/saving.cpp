@@ -1,5 +1,7 @@
 #include <HostSupport/saving.h>
 
+#include "base/file_safety.h"
+
 #include <QFile>
 #include <QFileDevice>
 #include <QSaveFile>
@@ -36,6 +38,12 @@ bool writeAll(QFileDevice& file, const char* data, qint64 size)
         size -= written;
     }
     return file.flush();
+}
+
+/// Why \p file couldn't be written. Qt knows nothing of the calls that it didn't make itself.
+QString reasonFor(const QSaveFile& file)
+{
+    return file.error() == QFileDevice::NoError ? qt_error_string() : file.errorString();
 }
 
 /// The number of lines: each group has a heading, and each but the first an empty line before it.
@@ -95,8 +103,9 @@ bool writeSettings(QIODevice& device, const QSettings::SettingsMap& settings)
     if (settings.contains(unreadMark()))
         return false;
     const std::optional<QByteArray> bytes = iniOf(settings);
-    auto* const file = qobject_cast<QFileDevice*>(&device);
-    return bytes && file && writeAll(*file, bytes->constData(), bytes->size());
+    auto* const file = qobject_cast<QSaveFile*>(&device);
+    return bytes && file && writeAll(*file, bytes->constData(), bytes->size())
+        && zvutil::base::is_safe_to_commit(*file);
 }
 
 } // namespace
@@ -106,10 +115,10 @@ namespace host {
 void saveFile(const std::string& file, const std::string& content)
 {
     QSaveFile target(QString::fromStdString(file));
-    if (!target.open(QIODevice::WriteOnly)
+    if (!zvutil::base::open_safely(target)
         || !writeAll(target, content.data(), static_cast<qint64>(content.size()))
-        || !target.commit())
-        throw std::runtime_error(target.errorString().toStdString());
+        || !zvutil::base::is_safe_to_commit(target) || !target.commit())
+        throw std::runtime_error(reasonFor(target).toStdString());
 }
 
 QSettings::Format settingsFormat()

@@ -1,5 +1,6 @@
 #include "impl/styles/text_file.h"
 
+#include "base/file_safety.h"
 #include "impl/xml/save_device.h"
 
 #include <QByteArray>
@@ -23,7 +24,7 @@ bool write_text_file(const QString& file_name, const QString& text)
     // Allow writing in place: in a folder where no file can be created, an existing one may be
     // writable.
     file->setDirectWriteFallback(true);
-    if (!file->open(QIODevice::WriteOnly))
+    if (!zvutil::base::open_safely(*file))
         return false;
     zvutil::impl::save_device device(file);
     QTextStream(&device) << text;

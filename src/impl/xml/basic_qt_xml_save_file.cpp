@@ -1,5 +1,6 @@
 #include "impl/xml/basic_qt_xml_save_file.h"
 
+#include "base/file_safety.h"
 #include "impl/xml/save_device.h"
 #include "impl/xml/shared_file.h"
 
@@ -12,7 +13,7 @@ namespace {
 std::shared_ptr<QIODevice> opened(const std::shared_ptr<QSaveFile>& file)
 {
     // Open without the text flag: the bytes are the writer's. A failure shows in commit().
-    file->open(QIODevice::WriteOnly);
+    zvutil::base::open_safely(*file);
     return std::make_shared<zvutil::impl::save_device>(file);
 }
 

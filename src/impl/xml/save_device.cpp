@@ -1,5 +1,7 @@
 #include "impl/xml/save_device.h"
 
+#include "base/file_safety.h"
+
 #include <utility>
 
 namespace zvutil::impl {
@@ -67,7 +69,7 @@ bool save_device::deliver(const char* data, qint64 size)
 void save_device::finish()
 {
     hand_over();
-    if (!m_file->flush() || m_file->error() != QFileDevice::NoError)
+    if (!base::is_safe_to_commit(*m_file))
         m_file->cancelWriting();
 }
 

@@ -11,8 +11,9 @@ namespace zvutil::impl {
 /// Writes to a `QSaveFile` in blocks, and cancels it as soon as the file doesn't take all of one.
 ///
 /// Qt reports a block of which a full disk took only the beginning as a short count without an
-/// error, and ignores errors in the last block, which it writes when the file is committed. Without
-/// this device `commit` would replace the target by a file that is cut off, and return true.
+/// error, and ignores errors in the last block, which it writes when the file is committed, and of
+/// the disk itself. Without this device `commit` would replace the target by a file that is cut off,
+/// and return true.
 ///
 /// The device is open as long as it exists: data that are written after the file was closed, or to
 /// a file that couldn't be opened, are lost without an error.

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Drive.h"
+
+#include "support/Files.h"
+#include "support/HeldFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QString>
+
+namespace zvtest {
+
+/// What a save may change of a file.
+struct FileState
+{
+    QByteArray content;
+    QFile::Permissions permissions;
+
+    static FileState of(const QString& path)
+    {
+        return {QFile::exists(path) ? contentOf(path) : QByteArray(), QFile::permissions(path)};
+    }
+
+    friend bool operator==(const FileState& a, const FileState& b)
+    {
+        return a.content == b.content && a.permissions == b.permissions;
+    }
+};
+
+/// What saves promise: the target is as it was or as it was meant to be, the caller is told which, and
+/// nothing else is left in the folder.
+class SavePromise
+{
+public:
+    enum class Report
+    {
+        Result, ///< the caller is told whether it worked
+        None, ///< nobody is told
+    };
+
+    /// Files named \p others belong into the folder as well.
+    SavePromise(QString folder, QString target, QStringList others = {},
+                Report report = Report::Result)
+        : m_folder(std::move(folder))
+        , m_target(std::move(target))
+        , m_others(std::move(others))
+        , m_report(report)
+    {
+    }
+
+    /// Looks at the target before and after a save without faults.
+    void setBefore() { m_before = FileState::of(m_target); }
+    void setAfter() { m_after = FileState::of(m_target); }
+
+    QString problem(const Injected& fault, bool isSaved) const
+    {
+        const FileState now = FileState::of(m_target);
+        if (!(now == m_before) && !(now == m_after))
+            return QString("neither old nor new: %1 bytes, permissions %2")
+                .arg(now.content.size())
+                .arg(static_cast<int>(now.permissions), 0, 16);
+        if (m_report == Report::Result && isSaved != (now == m_after))
+            return isSaved ? "told as saved, but it is the old file"
+                           : "told as failed, but it is the new file";
+        if (fault.call.isEmpty() && !(now == m_after))
+            return "not saved";
+        if (now == m_after && zv_faults_syncs() == 0)
+            return "replaced before its bytes were on the disk";
+        QStringList temporary = temporaryFiles(m_folder, m_target);
+        for (const QString& other : m_others)
+            temporary.removeAll(QFileInfo(other).fileName());
+        return temporary.isEmpty() ? QString() : "left behind: " + temporary.join(", ");
+    }
+
+private:
+    QString m_folder;
+    QString m_target;
+    QStringList m_others;
+    Report m_report;
+    FileState m_before;
+    FileState m_after;
+};
+
+} // namespace zvtest
