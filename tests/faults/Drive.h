@@ -21,22 +21,23 @@ struct FaultKind
     zv_fault_action action;
     int error;
     int lasts;
+    bool isHarmless; ///< a caller that tries again, or goes on, succeeds
 };
 
 /// Every fault that doesn't end the process.
 inline const std::vector<FaultKind>& faultKinds()
 {
     static const std::vector<FaultKind> kinds = {
-        {"disk full", zv_fault_fail, ENOSPC, 0},
-        {"disk full from then on", zv_fault_fail, ENOSPC, 1},
-        {"broken device", zv_fault_fail, EIO, 0},
+        {"disk full", zv_fault_fail, ENOSPC, 0, false},
+        {"disk full from then on", zv_fault_fail, ENOSPC, 1, false},
+        {"broken device", zv_fault_fail, EIO, 0, false},
 #if defined(EDQUOT)
-        {"quota used up", zv_fault_fail, EDQUOT, 0},
+        {"quota used up", zv_fault_fail, EDQUOT, 0, false},
 #endif
-        {"no permission", zv_fault_fail, EACCES, 0},
-        {"interrupted", zv_fault_fail, EINTR, 0},
-        {"too many open files", zv_fault_fail, EMFILE, 0},
-        {"short", zv_fault_short, 0, 0},
+        {"no permission", zv_fault_fail, EACCES, 0, false},
+        {"interrupted", zv_fault_fail, EINTR, 0, true},
+        {"too many open files", zv_fault_fail, EMFILE, 0, false},
+        {"short", zv_fault_short, 0, 0, true},
     };
     return kinds;
 }
@@ -107,10 +108,7 @@ struct Tally
         return tally;
     }
 
-    static void print()
-    {
-        qInfo("%d operations, %d faults", all().operations, all().faults);
-    }
+    static void print() { qInfo("%d operations, %d faults", all().operations, all().faults); }
 };
 
 inline Injected injected(const Operation& operation, const FaultKind& kind, int number)
@@ -126,7 +124,7 @@ inline Injected injected(const Operation& operation, const FaultKind& kind, int 
 /// an empty text
 inline QString drive(const Operation& operation, const FaultKind& kind)
 {
-    const FaultKind nothing = {"nothing", zv_fault_none, 0, 0};
+    const FaultKind nothing = {"nothing", zv_fault_none, 0, 0, true};
     const Injected plain = injected(operation, nothing, 0);
     const QString problem = operation.problem(plain);
     if (!problem.isEmpty())

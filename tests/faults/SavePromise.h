@@ -33,8 +33,7 @@ struct FileState
 class SavePromise
 {
 public:
-    enum class Report
-    {
+    enum class Report {
         Result, ///< the caller is told whether it worked
         None, ///< nobody is told
     };
@@ -67,6 +66,9 @@ public:
             return "not saved";
         if (now == m_after && zv_faults_syncs() == 0)
             return "replaced before its bytes were on the disk";
+        // Nothing helps where the removal itself fails.
+        if (fault.call.startsWith("unlink") || fault.call == "rmdir")
+            return {};
         QStringList temporary = temporaryFiles(m_folder, m_target);
         for (const QString& other : m_others)
             temporary.removeAll(QFileInfo(other).fileName());

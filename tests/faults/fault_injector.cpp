@@ -37,8 +37,7 @@ zv_fault order = {};
 /// Which descriptors are of files below the folder.
 std::atomic<bool> isWatched[maxDescriptor];
 
-enum class Effect
-{
+enum class Effect {
     None, ///< the call is made
     Failure, ///< it returns its error value, with errno set
     Half, ///< it handles half of its bytes
@@ -46,8 +45,7 @@ enum class Effect
 };
 
 /// What a call does to a file: which of them fail again while a disk is full, and which can be short.
-enum class Kind
-{
+enum class Kind {
     Look,
     Create,
     Read,
@@ -370,7 +368,7 @@ int rename(const char* from, const char* to) noexcept
 }
 
 int renameat2(int fromDirectory, const char* from, int toDirectory, const char* to,
-                       unsigned int flags) noexcept
+              unsigned int flags) noexcept
 {
     static const auto real = next(&renameat2, "renameat2");
     return tried(isBelow(fromDirectory, from) || isBelow(toDirectory, to), Kind::Change,
@@ -380,11 +378,11 @@ int renameat2(int fromDirectory, const char* from, int toDirectory, const char* 
 int link(const char* from, const char* to) noexcept
 {
     static const auto real = next(&link, "link");
-    return tried(isBelow(from) || isBelow(to), Kind::Create, "link", [&] { return real(from, to); });
+    return tried(isBelow(from) || isBelow(to), Kind::Create, "link",
+                 [&] { return real(from, to); });
 }
 
-int linkat(int fromDirectory, const char* from, int toDirectory, const char* to,
-                    int flags) noexcept
+int linkat(int fromDirectory, const char* from, int toDirectory, const char* to, int flags) noexcept
 {
     static const auto real = next(&linkat, "linkat");
     return tried(isBelow(fromDirectory, from) || isBelow(toDirectory, to), Kind::Create, "linkat",
@@ -424,7 +422,7 @@ int fchmod(int descriptor, mode_t mode) noexcept
 }
 
 void* mmap(void* address, size_t size, int protection, int flags, int descriptor,
-                    off_t offset) noexcept
+           off_t offset) noexcept
 {
     static const auto real = next(&mmap, "mmap");
     return met(isBelow(descriptor), Kind::Look, "mmap") == Effect::Failure
@@ -433,7 +431,7 @@ void* mmap(void* address, size_t size, int protection, int flags, int descriptor
 }
 
 void* mmap64(void* address, size_t size, int protection, int flags, int descriptor,
-                      off64_t offset) noexcept
+             off64_t offset) noexcept
 {
     static const auto real = next(&mmap64, "mmap64");
     return met(isBelow(descriptor), Kind::Look, "mmap") == Effect::Failure
@@ -495,10 +493,10 @@ int fstatat64(int directory, const char* path, struct stat64* status, int flags)
 }
 
 int statx(int directory, const char* path, int flags, unsigned int mask,
-                   struct statx* status) noexcept
+          struct statx* status) noexcept
 {
-    static const auto real =
-        next(static_cast<int (*)(int, const char*, int, unsigned int, struct statx*)>(&statx), "statx");
+    static const auto real = next(
+        static_cast<int (*)(int, const char*, int, unsigned int, struct statx*)>(&statx), "statx");
     const bool isDescriptor = path && path[0] == '\0' && (flags & AT_EMPTY_PATH) != 0;
     return tried(isDescriptor ? isBelow(directory) : isBelow(directory, path), Kind::Look, "statx",
                  [&] { return real(directory, path, flags, mask, status); });
@@ -520,7 +518,7 @@ DIR* fdopendir(int descriptor)
 {
     static const auto real = next(&fdopendir, "fdopendir");
     return met(isBelow(descriptor), Kind::Look, "fdopendir") == Effect::Failure ? nullptr
-                                                                              : real(descriptor);
+                                                                                : real(descriptor);
 }
 
 int closedir(DIR* directory)

@@ -5,8 +5,7 @@
 extern "C" {
 
 /// What happens to the call that is hit.
-enum zv_fault_action
-{
+enum zv_fault_action {
     zv_fault_none, ///< nothing: calls are only counted
     zv_fault_fail, ///< the call fails with an error
     zv_fault_short, ///< a read or write handles half of its bytes; other calls aren't hit

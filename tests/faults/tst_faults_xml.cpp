@@ -25,15 +25,13 @@ namespace {
 
 constexpr char oldContent[] = "<?xml version=\"1.0\"?><old>the old content</old>";
 
-enum class Shape
-{
+enum class Shape {
     Pieces,
     LargeText,
     ManyElements,
 };
 
-enum class Place
-{
+enum class Place {
     File,
     Link,
     Missing,
@@ -137,6 +135,38 @@ private Q_SLOTS:
         const Save saves[] = {&tst_faults_xml::saveAs<char>, &tst_faults_xml::saveAs<char16_t>,
                               &tst_faults_xml::saveAs<char32_t>, &tst_faults_xml::saveAs<wchar_t>};
         (this->*saves[type])(static_cast<Shape>(shape), static_cast<Place>(place), kind);
+    }
+
+    void read_data() { zvtest::addFaultKinds(); }
+
+    // By contract nobody is told of a file that can't be read: it has no root element, or ends early.
+    void read()
+    {
+        QFETCH(int, kind);
+        constexpr int children = 20'000;
+        QByteArray document = "<root>";
+        for (int i = 0; i < children; ++i)
+            document += "<child>text</child>";
+        QVERIFY(zvtest::writeTo(m_target, document + "</root>"));
+        int count = -2;
+        Operation operation;
+        operation.folder = m_folder->path();
+        operation.prepare = [] {};
+        operation.run = [this, &count] {
+            count = Reader(m_target.toStdWString()).count();
+            zvtest::runEventLoop();
+        };
+        const bool mustSucceed = zvtest::faultKind(kind).isHarmless;
+        operation.problem = [this, &count, mustSucceed](const Injected& fault) {
+            if (count < -1 || count > children)
+                return QString("%1 children").arg(count);
+            if (count < children && (mustSucceed || fault.call.isEmpty()))
+                return QString("only %1 children").arg(count);
+            const QStringList open = zvtest::temporaryFiles(m_folder->path(), m_target);
+            return open.isEmpty() ? QString() : "left open: " + open.join(", ");
+        };
+        const QString found = zvtest::drive(operation, zvtest::faultKind(kind));
+        QVERIFY2(found.isEmpty(), qPrintable(found));
     }
 
 private:

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Opens the options file for one access, so that several programs may share it.
+/// The options file, opened for one access, so that several programs may share it.
 class OptionsFile
 {
 public:
@@ -21,33 +21,46 @@ public:
     {
     }
 
+    bool isReadable() const { return host::isRead(m_settings); }
+
     QVariant value(const std::string& name) const
     {
         return m_settings.value(QString::fromStdString(name));
     }
 
-    void set(const std::string& name, const std::string& value)
+    /// Sets an option, or removes it if \p value is invalid. Returns whether that is in the file now.
+    bool change(const std::string& name, const QVariant& value)
     {
-        m_settings.setValue(QString::fromStdString(name), QString::fromStdString(value));
-        write();
-    }
-
-    void remove(const std::string& name)
-    {
-        m_settings.remove(QString::fromStdString(name));
-        write();
+        // Look first: without the other options there is nothing to remove, and they would be lost.
+        if (!isReadable())
+            return false;
+        const QVariant before = this->value(name);
+        put(name, value);
+        m_settings.sync();
+        if (isReadable())
+            return true;
+        // Take the change back: QSettings keeps it for the next time that the process writes.
+        put(name, before);
+        return false;
     }
 
 private:
-    void write()
+    void put(const std::string& name, const QVariant& value)
     {
-        m_settings.sync();
-        if (m_settings.status() != QSettings::NoError)
-            throw std::runtime_error("Cannot write options file: " + host::optionsFile());
+        if (value.isValid())
+            m_settings.setValue(QString::fromStdString(name), value);
+        else
+            m_settings.remove(QString::fromStdString(name));
     }
 
     QSettings m_settings;
 };
+
+void changeOption(const std::string& name, const QVariant& value)
+{
+    if (!OptionsFile().change(name, value))
+        throw std::runtime_error("Cannot write options file: " + host::optionsFile());
+}
 
 } // namespace
 
@@ -87,12 +100,12 @@ std::string optionsFile()
 
 void writeOption(const std::string& name, const std::string& value)
 {
-    OptionsFile().set(name, value);
+    changeOption(name, QString::fromStdString(value));
 }
 
 void resetOption(const std::string& name)
 {
-    OptionsFile().remove(name);
+    changeOption(name, QVariant());
 }
 
 } // namespace host

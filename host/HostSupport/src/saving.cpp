@@ -128,4 +128,9 @@ QSettings::Format settingsFormat()
     return format;
 }
 
+bool isRead(const QSettings& settings)
+{
+    return settings.status() == QSettings::NoError && !settings.contains(unreadMark());
+}
+
 } // namespace host

@@ -20,4 +20,8 @@ HOSTSUPPORT_EXPORT void saveFile(const std::string& file, const std::string& con
 /// that a full disk took, and reports success.
 HOSTSUPPORT_EXPORT QSettings::Format settingsFormat();
 
+/// Returns whether \p settings, of that format, hold what is in their file. Otherwise nothing that
+/// is changed in them reaches the file, and nothing is found to be removed.
+HOSTSUPPORT_EXPORT bool isRead(const QSettings& settings);
+
 } // namespace host
