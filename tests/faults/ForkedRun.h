@@ -34,8 +34,8 @@ inline ForkedRun runInChild(const QString& folder, const zv_fault& fault,
         int calls;
         char call[32];
     };
-    void* const page = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE,
-                            MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* const page =
+        mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (page == MAP_FAILED)
         return {};
     auto* const shared = new (page) Shared();

@@ -35,6 +35,7 @@ class SavePromise
 public:
     enum class Report {
         Result, ///< the caller is told whether it worked
+        Cautious, ///< the same, but a save that works in the end may be told as failed
         None, ///< nobody is told
     };
 
@@ -48,6 +49,9 @@ public:
     {
     }
 
+    /// Whether the bytes must be on the disk before they are in the target's place.
+    void setSynced(bool isSynced) { m_isSynced = isSynced; }
+
     /// Looks at the target before and after a save without faults.
     void setBefore() { m_before = FileState::of(m_target); }
     void setAfter() { m_after = FileState::of(m_target); }
@@ -59,12 +63,13 @@ public:
             return QString("neither old nor new: %1 bytes, permissions %2")
                 .arg(now.content.size())
                 .arg(static_cast<int>(now.permissions), 0, 16);
-        if (m_report == Report::Result && isSaved != (now == m_after))
-            return isSaved ? "told as saved, but it is the old file"
-                           : "told as failed, but it is the new file";
+        if (m_report != Report::None && isSaved && !(now == m_after))
+            return "told as saved, but it is the old file";
+        if (m_report == Report::Result && !isSaved && now == m_after)
+            return "told as failed, but it is the new file";
         if (fault.call.isEmpty() && !(now == m_after))
             return "not saved";
-        if (now == m_after && zv_faults_syncs() == 0)
+        if (m_isSynced && now == m_after && zv_faults_syncs() == 0)
             return "replaced before its bytes were on the disk";
         // Nothing helps where the removal itself fails.
         if (fault.call.startsWith("unlink") || fault.call == "rmdir")
@@ -80,6 +85,7 @@ private:
     QString m_target;
     QStringList m_others;
     Report m_report;
+    bool m_isSynced = true;
     FileState m_before;
     FileState m_after;
 };

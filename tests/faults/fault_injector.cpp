@@ -85,6 +85,8 @@ bool canBeHit(Kind kind)
 {
     switch (order.action) {
     case zv_fault_fail:
+        // Nothing but a transfer is interrupted on a disk.
+        return order.error != EINTR || kind == Kind::Read || kind == Kind::Write;
     case zv_fault_kill:
         return true;
     case zv_fault_short:

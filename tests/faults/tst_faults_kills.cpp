@@ -194,8 +194,8 @@ private:
     {
         for (int content : {1, 0}) {
             // In a child as well: settings remember what they have written.
-            const ForkedRun run = zvtest::runInChild(
-                m_folder->path(), {}, [&] { return save(m_file, content) ? 0 : 1; });
+            const ForkedRun run = zvtest::runInChild(m_folder->path(), {},
+                                                     [&] { return save(m_file, content) ? 0 : 1; });
             QCOMPARE(run.result, 0);
             m_contents[content] = contentOf(m_file);
         }
@@ -216,8 +216,8 @@ private:
         QDir(m_folder->filePath("tmp")).removeRecursively();
         QDir(m_folder->path()).mkdir("tmp");
         for (int content : {1, 0}) {
-            const ForkedRun run = zvtest::runInChild(
-                m_folder->path(), {}, [&] { return save(m_file, content) ? 0 : 1; });
+            const ForkedRun run = zvtest::runInChild(m_folder->path(), {},
+                                                     [&] { return save(m_file, content) ? 0 : 1; });
             if (run.result != 0 || contentOf(m_file) != m_contents[content])
                 return "the next save failed";
         }

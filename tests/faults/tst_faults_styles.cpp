@@ -122,8 +122,9 @@ private Q_SLOTS:
         const QStringList all = ZvStyleLibrary(pathOf(m_host.libraryFile())).names();
         QCOMPARE(all.size(), 22);
         QStringList names;
-        driveLoad([&] { names = ZvStyleLibrary(pathOf(m_host.libraryFile())).names(); },
-                  [&] { return all.mid(0, names.size()) == names ? names.size() == 22 : throwWrong(); });
+        driveLoad(
+            [&] { names = ZvStyleLibrary(pathOf(m_host.libraryFile())).names(); },
+            [&] { return all.mid(0, names.size()) == names ? names.size() == 22 : throwWrong(); });
     }
 
     void addLibrary_data() { zvtest::addFaultKinds(); }
@@ -190,7 +191,9 @@ private:
             work();
             zvtest::runEventLoop();
         };
-        operation.problem = [&](const Injected& fault) { return promise.problem(fault, m_isSaved); };
+        operation.problem = [&](const Injected& fault) {
+            return promise.problem(fault, m_isSaved);
+        };
         operation.prepare();
         promise.setBefore();
         operation.run();

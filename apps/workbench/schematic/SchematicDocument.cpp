@@ -3,6 +3,7 @@
 #include "common/edit_icons.h"
 #include "common/line_icon.h"
 #include "common/path_names.h"
+#include "documents/empty_file.h"
 #include "documents/xml_text.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
@@ -108,7 +109,7 @@ SchematicView& SchematicDocument::view()
 void SchematicDocument::read(const zvutil::ZvFilePath& file)
 {
     ProgressBox box = readingBox(file);
-    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    const bool isEmpty = isEmptyFile(file);
     m_scene.setSchematic(isEmpty ? Schematic() : SchematicReadFile(file).read(box.progress()));
     m_view->fit();
 }

@@ -1,13 +1,16 @@
 #include "search/SearchRequest.h"
 
+#include "common/path_names.h"
+
 #include <QCoreApplication>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace workbench {
@@ -24,6 +27,15 @@ QString realFolder(const QString& folder)
 {
     const QString path = QFileInfo(folder).canonicalFilePath();
     return path.isEmpty() || path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+}
+
+QString fileName(const std::filesystem::path& path)
+{
+#if defined(Q_OS_WIN)
+    return QString::fromStdWString(path.filename().native());
+#else
+    return QFile::decodeName(path.filename().c_str());
+#endif
 }
 
 /// Returns the folders without repetitions and without those that lie in another of them.
@@ -100,6 +112,29 @@ void SearchRequest::report()
     m_sinceReport.start();
 }
 
+/// Adds the files to search and the subfolders of a folder. Returns false if not all could be listed.
+bool SearchRequest::listFolder(const QString& folder, QStringList& files, QStringList& folders)
+{
+    std::error_code error;
+    std::filesystem::directory_iterator entry(filePath(folder).toStdFilePath(), error);
+    const std::filesystem::directory_iterator end;
+    bool isWhole = !error;
+    for (; !error && entry != end && !isStopped(); entry.increment(error)) {
+        const QString path = QDir(folder).filePath(fileName(entry->path()));
+        std::error_code unknown;
+        // A link may lead to a pipe, and opening that would block for ever.
+        if (entry->is_regular_file(unknown)) {
+            if (hasType(path))
+                files.append(path);
+        } else if (entry->is_directory(unknown) && !entry->is_symlink(unknown)) {
+            folders.append(path);
+        }
+        isWhole = isWhole && (!unknown || unknown == std::errc::no_such_file_or_directory);
+        handleEvents();
+    }
+    return isWhole && !error;
+}
+
 /// Searches the files in a folder, and appends its subfolders to \p foldersToCome, so that they are
 /// searched next.
 void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& foldersToCome)
@@ -112,17 +147,8 @@ void SearchRequest::searchFolder(const QString& folder, std::vector<QString>& fo
     }
     QStringList files;
     QStringList folders;
-    QDirIterator entries(folder, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
-    while (entries.hasNext() && !isStopped()) {
-        const QString path = entries.next();
-        const QFileInfo entry = entries.fileInfo();
-        // A link may lead to a pipe, and opening that would block for ever.
-        if (entry.isFile() && hasType(path))
-            files.append(path);
-        else if (entry.isDir() && !entry.isSymLink())
-            folders.append(path);
-        handleEvents();
-    }
+    if (!listFolder(folder, files, folders))
+        addUnreadable(folder);
     std::sort(files.begin(), files.end());
     std::sort(folders.begin(), folders.end());
     for (auto file = files.cbegin(); file != files.cend() && !isStopped(); ++file) {

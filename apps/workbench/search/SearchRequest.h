@@ -74,6 +74,7 @@ private:
     void handleEvents();
     void report();
     void searchFolder(const QString& folder, std::vector<QString>& foldersToCome);
+    bool listFolder(const QString& folder, QStringList& files, QStringList& folders);
     void searchFile(const QString& path);
     void addUnreadable(const QString& path);
     bool hasType(const QString& file) const;

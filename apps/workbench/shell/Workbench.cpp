@@ -548,7 +548,7 @@ bool Workbench::saveSession(const Session& session)
     m_console->saveState(settings);
     session.saveTo(settings);
     settings.sync();
-    return settings.status() == QSettings::NoError;
+    return host::isRead(settings);
 }
 
 } // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "common/edit_icons.h"
 #include "common/path_names.h"
+#include "documents/empty_file.h"
 #include "documents/xml_text.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
@@ -65,7 +66,7 @@ bool TestPlanDocument::event(QEvent* event)
 void TestPlanDocument::read(const zvutil::ZvFilePath& file)
 {
     ProgressBox box = readingBox(file);
-    const bool isEmpty = QFileInfo(qtFileName(file)).size() == 0;
+    const bool isEmpty = isEmptyFile(file);
     m_model.setPlan(isEmpty ? TestPlan::fresh() : TestPlanReadFile(file).read(box.progress()));
     m_view->selectionModel()->setCurrentIndex(m_model.index(0, 0),
                                               QItemSelectionModel::ClearAndSelect);

@@ -78,23 +78,42 @@ std::optional<QByteArray> iniOf(const QSettings::SettingsMap& settings)
     return bytes.count('\n') == linesOf(keys) ? std::make_optional(bytes) : std::nullopt;
 }
 
+/// A key behind all others in the file that QSettings reads: without it the file wasn't read to its
+/// end, which QSettings doesn't notice.
+const QString& endMark()
+{
+    static const QString key = QStringLiteral("end of settings/end");
+    return key;
+}
+
+/// Writes the INI file \p name that has all of \p device and the mark of its end.
+bool copyMarked(QIODevice& device, const QString& name)
+{
+    const auto* const source = qobject_cast<QFileDevice*>(&device);
+    const QByteArray bytes = device.readAll() + "\n[end%20of%20settings]\nend=1\n";
+    QFile copy(name);
+    return source && source->error() == QFileDevice::NoError && copy.open(QIODevice::WriteOnly)
+        && writeAll(copy, bytes.constData(), bytes.size());
+}
+
 bool readSettings(QIODevice& device, QSettings::SettingsMap& settings)
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("settings.ini")));
-    const QByteArray bytes = device.readAll();
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes.constData(), bytes.size())) {
+    const QString name = folder.filePath(QStringLiteral("settings.ini"));
+    const bool isCopied = copyMarked(device, name);
+    QSettings ini(name, QSettings::IniFormat);
+    ini.setIniCodec(codec);
+    if (!isCopied || !ini.contains(endMark())) {
         // Return true: QSettings would drop the mark after a failure. It reports one when it can't
         // write.
         settings.insert(unreadMark(), true);
         return true;
     }
-    file.close();
-    QSettings ini(file.fileName(), QSettings::IniFormat);
-    ini.setIniCodec(codec);
     const QStringList keys = ini.allKeys();
-    for (const QString& key : keys)
-        settings.insert(key, ini.value(key));
+    for (const QString& key : keys) {
+        if (key != endMark())
+            settings.insert(key, ini.value(key));
+    }
     return ini.status() == QSettings::NoError;
 }
 

@@ -1,0 +1,22 @@
+#include "documents/empty_file.h"
+
+#include "common/path_names.h"
+#include "documents/FileError.h"
+
+#include <QFile>
+
+namespace workbench {
+
+bool isEmptyFile(const zvutil::ZvFilePath& file)
+{
+    QFile source(qtFileName(file));
+    char first = 0;
+    if (!source.open(QIODevice::ReadOnly))
+        throw FileError(source.errorString());
+    const qint64 count = source.read(&first, 1);
+    if (count < 0 || source.error() != QFileDevice::NoError)
+        throw FileError(source.errorString());
+    return count == 0;
+}
+
+} // namespace workbench
