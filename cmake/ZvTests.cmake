@@ -55,15 +55,16 @@ elseif(ZV_SANITIZE STREQUAL "thread")
     )
 endif()
 
-# zv_add_test(NAME [GUI] [XVFB] [THREADS] [FIXTURE HEADER] [LIBRARIES TARGET...]
+# zv_add_test(NAME [GUI] [XVFB] [THREADS] [FAULTS] [FIXTURE HEADER] [LIBRARIES TARGET...]
 #     [DEFINITIONS DEFINITION...] [DEPENDS TARGET...])
 #
 # Adds the Qt Test program tst_NAME from tst_NAME.cpp as the test NAME. GUI tells that it makes a
 # QGuiApplication, XVFB that it needs a display, which is one of its own, THREADS that it is also run under the
-# thread sanitizer. FIXTURE names the header with the class that its test class is derived from.
+# thread sanitizer, FAULTS that it is also run with the tests of the package. FIXTURE names the header with the class that its test class is derived from.
 function(zv_add_test name)
-    cmake_parse_arguments(arg "GUI;XVFB;THREADS" "FIXTURE" "LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
-    if(ZV_TESTS STREQUAL "package" OR (ZV_TESTS STREQUAL "threads" AND NOT arg_THREADS))
+    cmake_parse_arguments(arg "GUI;XVFB;THREADS;FAULTS" "FIXTURE" "LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
+    if((ZV_TESTS STREQUAL "package" AND NOT arg_FAULTS)
+        OR (ZV_TESTS STREQUAL "threads" AND NOT arg_THREADS))
         return()
     endif()
     add_executable(tst_${name} tst_${name}.cpp ${arg_FIXTURE})
@@ -92,6 +93,9 @@ function(zv_add_test name)
     endif()
     if(arg_THREADS)
         set_property(TEST ${name} APPEND PROPERTY LABELS threads)
+    endif()
+    if(arg_FAULTS)
+        set_property(TEST ${name} APPEND PROPERTY LABELS faults)
     endif()
 endfunction()
 

@@ -73,11 +73,13 @@ ZvClipboardData::ZvClipboardData(ZvClipboardData&& other)
 }
 
 ZvClipboardData::ZvClipboardData(Impl* implementation)
-    : m_implementation(implementation)
-{
+try : m_implementation(implementation) {
     if (d_impl())
         connect(d_impl(), &Impl::invalidated, this,
                 [this] { Q_EMIT invalidated(QPrivateSignal()); });
+} catch (...) {
+    // Nobody else owns it where the memory is too short for the base class.
+    delete implementation;
 }
 
 ZvClipboardData::~ZvClipboardData()

@@ -50,8 +50,7 @@ basic_qt_stream_xml_document_writer<C>::basic_qt_stream_xml_document_writer(
 template <typename C>
 basic_qt_stream_xml_document_writer<C>::~basic_qt_stream_xml_document_writer()
 {
-    if (zvutil::impl::takes_output(*m_stream))
-        m_stream->writeEndDocument();
+    zvutil::impl::write_end(*m_stream, [this] { m_stream->writeEndDocument(); });
 }
 
 template <typename C>

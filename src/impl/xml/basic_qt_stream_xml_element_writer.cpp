@@ -21,8 +21,7 @@ basic_qt_stream_xml_element_writer<C>::basic_qt_stream_xml_element_writer(
 template <typename C>
 basic_qt_stream_xml_element_writer<C>::~basic_qt_stream_xml_element_writer()
 {
-    if (zvutil::impl::takes_output(*m_stream))
-        m_stream->writeEndElement();
+    zvutil::impl::write_end(*m_stream, [this] { m_stream->writeEndElement(); });
 }
 
 template <typename C>

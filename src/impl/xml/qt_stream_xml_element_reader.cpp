@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -73,10 +74,13 @@ struct qt_stream_xml_element_reader::impl
     {
     }
 
+    /// Throws if there is nothing to read, or if a destructor had too little memory to read on.
     void require_stream() const
     {
         if (!stream)
             throw null_element_xml_exception();
+        if (stream->error() == QXmlStreamReader::CustomError)
+            throw std::bad_alloc();
     }
 
     /// Reads the rest of the children that still have readers, each the child of the one before,
@@ -113,8 +117,13 @@ qt_stream_xml_element_reader::~qt_stream_xml_element_reader()
 {
     if (!m_d->stream)
         return;
-    m_d->finish_active_child();
-    skip(*m_d->stream, 1);
+    try {
+        m_d->finish_active_child();
+        skip(*m_d->stream, 1);
+    } catch (const std::bad_alloc&) {
+        // Have the next one who reads throw instead: a destructor can't.
+        m_d->stream->raiseError(QStringLiteral("out of memory"));
+    }
     m_d->stream.reset();
 }
 

@@ -34,6 +34,12 @@ bool save_device::isSequential() const
     return true;
 }
 
+void save_device::close()
+{
+    m_file->cancelWriting();
+    QIODevice::close();
+}
+
 qint64 save_device::readData(char* /*data*/, qint64 /*size*/)
 {
     return -1;

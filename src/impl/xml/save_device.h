@@ -27,6 +27,8 @@ public:
     ~save_device() override;
 
     bool isSequential() const override;
+    /// Cancels the file.
+    void close() override;
 
 protected:
     qint64 readData(char* data, qint64 size) override;

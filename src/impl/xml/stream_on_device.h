@@ -4,6 +4,7 @@
 #include <QXmlStreamWriter>
 
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace zvutil::impl {
@@ -28,6 +29,21 @@ inline bool takes_output(const QXmlStreamWriter& stream)
 {
     const QIODevice* const device = stream.device();
     return device && device->isOpen();
+}
+
+/// Writes an end tag or the end of a document by \p write, from a destructor. Where memory is too
+/// short for that, closes the device, so that a document without its end isn't taken for a whole
+/// one.
+template <typename Write>
+void write_end(QXmlStreamWriter& stream, Write write) noexcept
+{
+    if (!takes_output(stream))
+        return;
+    try {
+        write();
+    } catch (const std::bad_alloc&) {
+        stream.device()->close();
+    }
 }
 
 /// A shared pointer to a device that another object owns.

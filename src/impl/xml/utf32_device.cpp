@@ -16,8 +16,9 @@ utf32_device::utf32_device(std::shared_ptr<QIODevice> target)
     open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     // A direct connection, so that this device closes at once even if another thread closes the
     // target.
-    connect(m_target.get(), &QIODevice::aboutToClose, this, &QIODevice::close,
-            Qt::DirectConnection);
+    connect(
+        m_target.get(), &QIODevice::aboutToClose, this, [this] { QIODevice::close(); },
+        Qt::DirectConnection);
 }
 
 utf32_device::~utf32_device()
@@ -31,6 +32,12 @@ utf32_device::~utf32_device()
 bool utf32_device::isSequential() const
 {
     return true;
+}
+
+void utf32_device::close()
+{
+    QIODevice::close();
+    m_target->close();
 }
 
 qint64 utf32_device::readData(char* /*data*/, qint64 /*size*/)

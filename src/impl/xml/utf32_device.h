@@ -18,6 +18,8 @@ public:
     ~utf32_device() override;
 
     bool isSequential() const override;
+    /// Closes the target as well.
+    void close() override;
 
 protected:
     qint64 readData(char* data, qint64 size) override;
