@@ -27,18 +27,29 @@ struct FaultKind
 /// Every fault that doesn't end the process.
 inline const std::vector<FaultKind>& faultKinds()
 {
+#if defined(Q_OS_WIN)
+    // Numbers of the system: disk full, write fault, access denied, sharing violation, no handles left.
+    static const std::vector<FaultKind> kinds = {
+        {"disk full", zv_fault_fail, 112, 0, false},
+        {"disk full from then on", zv_fault_fail, 112, 1, false},
+        {"broken device", zv_fault_fail, 29, 0, false},
+        {"no permission", zv_fault_fail, 5, 0, false},
+        {"open elsewhere", zv_fault_fail, 32, 0, false},
+        {"too many open files", zv_fault_fail, 4, 0, false},
+        {"short", zv_fault_short, 0, 0, true},
+    };
+#else
     static const std::vector<FaultKind> kinds = {
         {"disk full", zv_fault_fail, ENOSPC, 0, false},
         {"disk full from then on", zv_fault_fail, ENOSPC, 1, false},
         {"broken device", zv_fault_fail, EIO, 0, false},
-#if defined(EDQUOT)
         {"quota used up", zv_fault_fail, EDQUOT, 0, false},
-#endif
         {"no permission", zv_fault_fail, EACCES, 0, false},
         {"interrupted", zv_fault_fail, EINTR, 0, true},
         {"too many open files", zv_fault_fail, EMFILE, 0, false},
         {"short", zv_fault_short, 0, 0, true},
     };
+#endif
     return kinds;
 }
 

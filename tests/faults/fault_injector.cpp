@@ -499,7 +499,7 @@ int statx(int directory, const char* path, int flags, unsigned int mask,
 {
     static const auto real = next(
         static_cast<int (*)(int, const char*, int, unsigned int, struct statx*)>(&statx), "statx");
-    const bool isDescriptor = path && path[0] == '\0' && (flags & AT_EMPTY_PATH) != 0;
+    const bool isDescriptor = path[0] == '\0' && (flags & AT_EMPTY_PATH) != 0;
     return tried(isDescriptor ? isBelow(directory) : isBelow(directory, path), Kind::Look, "statx",
                  [&] { return real(directory, path, flags, mask, status); });
 }

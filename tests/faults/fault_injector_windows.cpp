@@ -1,0 +1,326 @@
+// Stands before the system in the modules of this process that work with files, by entries of their
+// import tables, and lets calls on files fail.
+
+#include "fault_injector.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <mutex>
+#include <set>
+#include <string>
+
+#include <windows.h>
+
+namespace {
+
+/// Null is the program itself.
+constexpr std::array<const wchar_t*, 4> patchedModules = {L"Qt5Core.dll", L"libzvutil.dll",
+                                                          L"libHostSupport.dll", nullptr};
+
+std::atomic<bool> isArmed{false};
+std::atomic<int> calls{0};
+std::atomic<int> syncs{0};
+std::atomic<const char*> struck{""};
+std::wstring folder;
+zv_fault order = {};
+std::mutex mutex;
+std::set<HANDLE> watched;
+
+enum class Kind {
+    Look,
+    Create,
+    Read,
+    Write,
+    Change,
+};
+
+enum class Effect {
+    None,
+    Failure,
+    Half,
+};
+
+/// The system's own function, also where the import table has ours.
+template <typename Function>
+Function* real(Function* /*own*/, const char* name)
+{
+    const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(found));
+}
+
+bool isBelow(const wchar_t* path)
+{
+    if (!path || !isArmed)
+        return false;
+    std::wstring text(path);
+    std::replace(text.begin(), text.end(), L'/', L'\\');
+    return text.find(folder) != std::wstring::npos;
+}
+
+bool isBelow(HANDLE handle)
+{
+    const std::lock_guard lock(mutex);
+    return watched.count(handle) > 0;
+}
+
+bool canBeHit(Kind kind)
+{
+    return order.action == zv_fault_fail
+        || (order.action == zv_fault_short && (kind == Kind::Read || kind == Kind::Write));
+}
+
+Effect met(bool concerns, Kind kind, const char* name)
+{
+    if (!concerns || !isArmed)
+        return Effect::None;
+    const int number = ++calls;
+    const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
+    const bool isHit =
+        number == order.number || (order.lasts != 0 && takesSpace && number > order.number);
+    if (!isHit || !canBeHit(kind))
+        return Effect::None;
+    struck = name;
+    if (order.action == zv_fault_short)
+        return Effect::Half;
+    SetLastError(static_cast<DWORD>(order.error));
+    return Effect::Failure;
+}
+
+DWORD part(Effect effect, DWORD size)
+{
+    return effect == Effect::Half ? size / 2 + size % 2 : size;
+}
+
+HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES security,
+                         DWORD creation, DWORD flags, HANDLE pattern)
+{
+    const bool concerns = isBelow(path);
+    const Kind kind = creation == OPEN_EXISTING ? Kind::Look : Kind::Create;
+    if (met(concerns, kind, "CreateFileW") != Effect::None)
+        return INVALID_HANDLE_VALUE;
+    const HANDLE handle = real(&CreateFileW, "CreateFileW")(path, access, sharing, security,
+                                                            creation, flags, pattern);
+    const std::lock_guard lock(mutex);
+    if (concerns && handle != INVALID_HANDLE_VALUE)
+        watched.insert(handle);
+    else
+        watched.erase(handle);
+    return handle;
+}
+
+BOOL WINAPI closeHandle(HANDLE handle)
+{
+    {
+        const std::lock_guard lock(mutex);
+        watched.erase(handle);
+    }
+    return real(&CloseHandle, "CloseHandle")(handle);
+}
+
+BOOL WINAPI writeFile(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written,
+                      LPOVERLAPPED overlapped)
+{
+    const Effect effect = met(isBelow(file), Kind::Write, "WriteFile");
+    return effect == Effect::Failure
+        ? FALSE
+        : real(&WriteFile, "WriteFile")(file, bytes, part(effect, size), written, overlapped);
+}
+
+BOOL WINAPI readFile(HANDLE file, LPVOID bytes, DWORD size, LPDWORD count, LPOVERLAPPED overlapped)
+{
+    const Effect effect = met(isBelow(file), Kind::Read, "ReadFile");
+    return effect == Effect::Failure
+        ? FALSE
+        : real(&ReadFile, "ReadFile")(file, bytes, part(effect, size), count, overlapped);
+}
+
+BOOL WINAPI flushFileBuffers(HANDLE file)
+{
+    const bool concerns = isBelow(file);
+    if (met(concerns, Kind::Change, "FlushFileBuffers") != Effect::None)
+        return FALSE;
+    const BOOL result = real(&FlushFileBuffers, "FlushFileBuffers")(file);
+    if (result != FALSE && concerns)
+        ++syncs;
+    return result;
+}
+
+BOOL WINAPI moveFileEx(LPCWSTR from, LPCWSTR to, DWORD flags)
+{
+    return met(isBelow(from) || isBelow(to), Kind::Change, "MoveFileExW") != Effect::None
+        ? FALSE
+        : real(&MoveFileExW, "MoveFileExW")(from, to, flags);
+}
+
+BOOL WINAPI moveFile(LPCWSTR from, LPCWSTR to)
+{
+    return met(isBelow(from) || isBelow(to), Kind::Change, "MoveFileW") != Effect::None
+        ? FALSE
+        : real(&MoveFileW, "MoveFileW")(from, to);
+}
+
+BOOL WINAPI deleteFile(LPCWSTR path)
+{
+    return met(isBelow(path), Kind::Change, "unlink (DeleteFileW)") != Effect::None
+        ? FALSE
+        : real(&DeleteFileW, "DeleteFileW")(path);
+}
+
+HANDLE WINAPI findFirstFileEx(LPCWSTR path, FINDEX_INFO_LEVELS level, LPVOID data,
+                              FINDEX_SEARCH_OPS operation, LPVOID filter, DWORD flags)
+{
+    const bool concerns = isBelow(path);
+    if (met(concerns, Kind::Look, "FindFirstFileExW") != Effect::None)
+        return INVALID_HANDLE_VALUE;
+    const HANDLE handle =
+        real(&FindFirstFileExW, "FindFirstFileExW")(path, level, data, operation, filter, flags);
+    const std::lock_guard lock(mutex);
+    if (concerns && handle != INVALID_HANDLE_VALUE)
+        watched.insert(handle);
+    else
+        watched.erase(handle);
+    return handle;
+}
+
+HANDLE WINAPI findFirstFile(LPCWSTR path, LPWIN32_FIND_DATAW data)
+{
+    return findFirstFileEx(path, FindExInfoStandard, data, FindExSearchNameMatch, nullptr, 0);
+}
+
+BOOL WINAPI findNextFile(HANDLE handle, LPWIN32_FIND_DATAW data)
+{
+    return met(isBelow(handle), Kind::Look, "FindNextFileW") != Effect::None
+        ? FALSE
+        : real(&FindNextFileW, "FindNextFileW")(handle, data);
+}
+
+BOOL WINAPI findClose(HANDLE handle)
+{
+    {
+        const std::lock_guard lock(mutex);
+        watched.erase(handle);
+    }
+    return real(&FindClose, "FindClose")(handle);
+}
+
+struct Replacement
+{
+    const char* name;
+    FARPROC function;
+};
+
+template <typename Function>
+FARPROC address(Function* function)
+{
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
+}
+
+const std::array<Replacement, 12>& replacements()
+{
+    static const std::array<Replacement, 12> all = {{
+        {"CreateFileW", address(&createFile)},
+        {"CloseHandle", address(&closeHandle)},
+        {"WriteFile", address(&writeFile)},
+        {"ReadFile", address(&readFile)},
+        {"FlushFileBuffers", address(&flushFileBuffers)},
+        {"MoveFileExW", address(&moveFileEx)},
+        {"MoveFileW", address(&moveFile)},
+        {"DeleteFileW", address(&deleteFile)},
+        {"FindFirstFileExW", address(&findFirstFileEx)},
+        {"FindFirstFileW", address(&findFirstFile)},
+        {"FindNextFileW", address(&findNextFile)},
+        {"FindClose", address(&findClose)},
+    }};
+    return all;
+}
+
+void replace(IMAGE_THUNK_DATA& entry, FARPROC function)
+{
+    DWORD protection = 0;
+    VirtualProtect(&entry, sizeof(entry), PAGE_READWRITE, &protection);
+    entry.u1.Function = reinterpret_cast<ULONGLONG>(function);
+    VirtualProtect(&entry, sizeof(entry), protection, &protection);
+}
+
+/// Replaces the functions in the import table of one module.
+void patch(HMODULE module)
+{
+    auto* const base = reinterpret_cast<unsigned char*>(module);
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* const header = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& imports =
+        header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (imports.Size == 0)
+        return;
+    auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
+    for (; library->Name != 0; ++library) {
+        const auto* name =
+            reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
+        auto* entry = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
+        for (; name->u1.AddressOfData != 0; ++name, ++entry) {
+            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
+                continue;
+            const auto* const function =
+                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
+            for (const Replacement& replacement : replacements()) {
+                if (std::strcmp(reinterpret_cast<const char*>(function->Name), replacement.name)
+                    == 0)
+                    replace(*entry, replacement.function);
+            }
+        }
+    }
+}
+
+void patchModules()
+{
+    static const bool isPatched = [] {
+        for (const wchar_t* const name : patchedModules) {
+            if (HMODULE const module = GetModuleHandleW(name))
+                patch(module);
+        }
+        return true;
+    }();
+    static_cast<void>(isPatched);
+}
+
+} // namespace
+
+extern "C" {
+
+void zv_faults_arm(const char* where, const zv_fault* fault)
+{
+    patchModules();
+    zv_faults_disarm();
+    folder = std::wstring(where, where + std::strlen(where));
+    std::replace(folder.begin(), folder.end(), L'/', L'\\');
+    order = *fault;
+    calls = 0;
+    syncs = 0;
+    struck = "";
+    isArmed = true;
+}
+
+void zv_faults_disarm()
+{
+    isArmed = false;
+}
+
+int zv_faults_calls()
+{
+    return calls;
+}
+
+int zv_faults_syncs()
+{
+    return syncs;
+}
+
+const char* zv_faults_struck()
+{
+    return struck;
+}
+}
