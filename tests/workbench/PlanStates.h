@@ -46,10 +46,17 @@ inline QString plainCell(const workbench::CellValue& value)
     return (isNumber ? QString("=") : QString()) + workbench::cellText(value);
 }
 
+inline workbench::CellValue cellOf(const QString& plain)
+{
+    if (plain.startsWith('='))
+        return plain.mid(1).toDouble();
+    return plain.isEmpty() ? workbench::CellValue() : workbench::CellValue(plain);
+}
+
 struct PlanModel
 {
     UndoHistory<PlainPlan> history{{{"A", "B", "C"},
-                                    {{"a1", "=1", ""}, {"a2", "", "c2"}, {"", "", ""}},
+                                    {{"a1", "=1", ""}, {"a2", "5", "c2"}, {"", "", ""}},
                                     {false, true, false}}};
 
     std::string text() const { return history.now().text(); }
@@ -220,8 +227,8 @@ private:
         for (int row = 0; row < first.rows.size(); ++row) {
             plan.rows.emplace_back();
             plan.rows.back().isDisabled = first.disabled.at(row);
-            for (QString cell : first.rows.at(row))
-                plan.rows.back().cells.append(workbench::cellValue(cell.remove('=')));
+            for (const QString& cell : first.rows.at(row))
+                plan.rows.back().cells.append(cellOf(cell));
         }
         return plan;
     }
@@ -327,7 +334,7 @@ public:
         m_grid.rows = *rc::gen::inRange(1, 4);
         m_grid.columns = *rc::gen::inRange(1, 4);
         for (int i = 0; i < m_grid.rows * m_grid.columns; ++i)
-            m_grid.cells.push_back(workbench::cellValue(typedText()));
+            m_grid.cells.push_back(anyCell());
     }
 
 private:
@@ -361,6 +368,12 @@ private:
     void perform(const PlanModel& /*before*/, PlanSystem& system) const override
     {
         system.model.paste(m_row, m_column, m_grid);
+    }
+
+    /// Files and cells that were copied may have texts that look like numbers.
+    static workbench::CellValue anyCell()
+    {
+        return *rc::gen::arbitrary<bool>() ? workbench::cellValue(typedText()) : cellOf("5");
     }
 
     int m_row;

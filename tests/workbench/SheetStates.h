@@ -197,6 +197,14 @@ inline QPoint anyStep()
     return {x, coordinate()};
 }
 
+/// Mostly a step in some direction, after which another may lead back.
+inline QPoint anyMove()
+{
+    return *rc::gen::weightedOneOf<QPoint>(
+        {{4, rc::gen::element(QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1))},
+         {1, rc::gen::exec(&anyStep)}});
+}
+
 class PlaceSymbol : public SheetCommand
 {
     std::string description() const override
@@ -389,7 +397,7 @@ class MoveSelected : public SheetCommand
         system.scene.moveSelected(m_steps);
     }
 
-    QPoint m_steps = anyStep();
+    QPoint m_steps = anyMove();
 };
 
 class Rotate : public SheetCommand
