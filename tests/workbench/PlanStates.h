@@ -436,8 +436,8 @@ protected:
         return columns;
     }
 
-    /// For each line, the number of the line after it is free to move by one: exchanges lines in the
-    /// order in which none is moved twice. Returns false if one is at the edge.
+    /// Moves lines by one: exchanges each with the line beside it, in the order in which none is moved
+    /// twice. Returns false, and moves none, if one is at the edge.
     static bool moveLines(const std::set<int>& lines, int step, int all,
                           const std::function<void(int, int)>& exchange)
     {

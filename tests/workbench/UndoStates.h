@@ -45,8 +45,10 @@ public:
     {
         forgetUndone();
         m_contents.back() = content;
-        if (content == m_contents[m_index - 1])
-            go(index() - 1), forgetUndone();
+        if (!(content == m_contents[m_index - 1]))
+            return;
+        --m_index;
+        forgetUndone();
     }
 
     void go(int index) { m_index = std::size_t(index); }
