@@ -39,7 +39,7 @@ using zvutil::ZvFilePath;
 
 namespace {
 
-constexpr int maxEditorCommands = 10;
+constexpr int maxEditorCommands = 8;
 
 QString anyName()
 {
@@ -583,9 +583,10 @@ private Q_SLOTS:
                 rc::state::gen::commands(
                     model,
                     rc::state::gen::execOneOfWithArgs<
-                        OpenEditor, OpenEditor, CloseEditor, ChooseInEditor, ChooseInEditor,
-                        Duplicate, ChangeColour, ApplyEditor, SetStyle, ChooseStyle, SetLibrary,
-                        HandleEvents, Update>()));
+                        OpenEditor, CloseEditor, ChooseInEditor, ChooseInEditor, Duplicate,
+                        Duplicate, ChangeColour, ChangeColour, ChangeColour, ApplyEditor,
+                        ApplyEditor, ApplyEditor, SetStyle, ChooseStyle, SetLibrary, HandleEvents,
+                        Update>()));
             Styles styles(m_host);
             rc::state::runAll(commands, model, styles);
         }));
