@@ -286,7 +286,7 @@ Schematic checkEdits(Schematic schematic, FuzzedDataProvider& bytes)
         if (steps.empty() || !isMerged(steps.back(), step))
             steps.push_back(std::move(step));
     }
-    const Schematic last = schematic;
+    Schematic last = schematic;
     for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
         step->edit->undo();
         require(schematic == step->before);

@@ -392,7 +392,7 @@ class PassLibrary : public StyleCommand
         ZvStyleLibrary library;
         library.add(std::move(styles.keptLibrary));
         RC_ASSERT(textOf(styles.keptLibrary) == std::string());
-        ZvStyleManager::SetLibrary(std::move(library));
+        ZvStyleManager::SetLibrary(library);
         const ZvStyleLibrary taken = std::move(styles.keptLibrary);
         styles.keptLibrary = ZvStyleManager::Library();
         RC_ASSERT(textOf(styles.keptLibrary) == textOf(ZvStyleManager::Library()));
