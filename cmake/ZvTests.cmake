@@ -22,7 +22,8 @@ if(ZV_XVFB_RUN AND NOT WIN32)
 endif()
 
 # Properties are checked with the same texts each time; by hand a program makes new ones.
-set(ZV_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen" "RC_PARAMS=seed=20261121")
+set(ZV_PROPERTY_PARAMETERS "RC_PARAMS=seed=20261121")
+set(ZV_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen" "${ZV_PROPERTY_PARAMETERS}")
 # What the platform's own libraries leak isn't looked at.
 set(ZV_DISPLAY_ENVIRONMENT "QT_QPA_PLATFORM=xcb" "ASAN_OPTIONS=detect_leaks=0")
 if(ZV_SANITIZE MATCHES "address")
@@ -108,11 +109,17 @@ function(zv_skip_test name reason)
     endif()
 endfunction()
 
-# zv_add_property_test(NAME [LIBRARIES TARGET...]): a test of the library that uses RapidCheck.
+# zv_add_property_test(NAME [FIXTURE HEADER] [CASES NUMBER] [LIBRARIES TARGET...]): a test of the library that
+# uses RapidCheck. CASES tells how many cases each property has, for those that are quick; RapidCheck makes 100.
 function(zv_add_property_test name)
-    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "" "FIXTURE;CASES" "LIBRARIES" ${ARGN})
     if(TARGET rapidcheck)
-        zv_add_test(${name} LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES})
+        zv_add_test(${name} FIXTURE ${arg_FIXTURE} LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES})
+        if(TEST ${name} AND arg_CASES)
+            set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+                "${ZV_PROPERTY_PARAMETERS} max_success=${arg_CASES}"
+            )
+        endif()
     else()
         zv_skip_test(${name} "there is no RapidCheck for this platform")
     endif()
