@@ -174,8 +174,13 @@ private:
     void saveAs(Shape shape, Place place, int kind)
     {
         const QString real = place == Place::Link ? m_folder->filePath("real.xml") : m_target;
-        if (place == Place::Link && !QFile::link("real.xml", m_target))
+#if defined(Q_OS_WIN)
+        if (place == Place::Link)
             QSKIP("Symbolic links need privileges here");
+#else
+        if (place == Place::Link)
+            QVERIFY(QFile::link("real.xml", m_target));
+#endif
         SavePromise promise(m_folder->path(), real, {m_target});
         Operation operation;
         operation.folder = m_folder->path();
