@@ -117,8 +117,8 @@ protected:
             QTimer::singleShot(0, this, &CountedRequest::end);
             break;
         case Work::EndsMuchLater:
-            QTimer::singleShot(
-                0, this, [this] { QTimer::singleShot(1, this, &CountedRequest::end); });
+            QTimer::singleShot(0, this,
+                               [this] { QTimer::singleShot(1, this, &CountedRequest::end); });
             break;
         case Work::HandlesEvents:
             for (int i = 0; i < 3 && !abort_requested(); ++i)
@@ -155,7 +155,8 @@ unsigned seedFrom(std::mt19937& random)
     return static_cast<unsigned>(random());
 }
 
-/// Waits as callers do. An event loop that is entered while its thread ends returns at once.
+/// Waits as callers do; 0 is the way of the library. An event loop that is entered while its thread ends
+/// returns at once.
 void waitFor(abstract_response& response, int way)
 {
     const auto isOver = [&response] { return response.status() >= request_completed; };
@@ -309,12 +310,12 @@ private:
             pool(makeRequest());
             break;
         case 1:
-            wait(makeRequest());
+            wait(makeRequest(), pick(m_random, ways));
             break;
         case 2:
         case 3:
             if (!m_pool.empty())
-                wait(takeFromPool());
+                wait(takeFromPool(), 0);
             break;
         case 4:
             if (!m_pool.empty())
@@ -349,7 +350,9 @@ private:
         return response;
     }
 
-    void wait(const std::shared_ptr<CountedResponse>& response)
+    /// For a request that the slot hasn't just added the way is that of the library: GLib's event loop,
+    /// entered from a slot, passes over what was posted before.
+    void wait(const std::shared_ptr<CountedResponse>& response, int way)
     {
         if (!mayWait() || (*response)->status() >= request_completed)
             return;
@@ -357,7 +360,7 @@ private:
         ++progress.waitsOnWorkers;
         if (waitsOnStack > 1)
             ++progress.deepWaits;
-        waitFor(**response, pick(m_random, ways));
+        waitFor(**response, way);
     }
 
     Tallies& m_tallies;
@@ -519,8 +522,8 @@ void runRound(std::mt19937& random)
     Round round;
     std::array<std::unique_ptr<QThread>, makerCount> threads;
     for (std::size_t i = 0; i < makerCount; ++i)
-        threads[i].reset(QThread::create(
-            [&round, i, seed = seedFrom(random)] { Maker(round, i, seed).run(); }));
+        threads[i].reset(
+            QThread::create([&round, i, seed = seedFrom(random)] { Maker(round, i, seed).run(); }));
     for (const auto& thread : threads)
         thread->start();
     for (const auto& thread : threads)
