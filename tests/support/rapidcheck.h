@@ -8,6 +8,7 @@
 #pragma GCC diagnostic ignored "-Wpedantic"
 #endif
 #include <rapidcheck.h>
+#include <rapidcheck/state.h>
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif
