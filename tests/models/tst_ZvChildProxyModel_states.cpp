@@ -243,6 +243,17 @@ protected:
 
     static Path anyPath(const Tree& tree) { return *rc::gen::elementOf(paths(tree)); }
 
+    /// Every other time in the branch, if there is one, since it is small.
+    static Path anyPathNearRoot(const Tree& tree)
+    {
+        const std::optional<Path> root = rootOf(tree);
+        if (!root || *rc::gen::arbitrary<bool>())
+            return anyPath(tree);
+        std::vector<Path> branch;
+        appendPaths(branch, *find(tree.top, *root), *root);
+        return *rc::gen::elementOf(branch);
+    }
+
     static int anyRow(const Tree& tree, const Path& parent)
     {
         const auto count = static_cast<int>(find(tree.top, parent)->children.size());
@@ -272,7 +283,7 @@ class Insert : public Step
 {
 public:
     explicit Insert(const Tree& tree)
-        : m_parent(anyPath(tree))
+        : m_parent(anyPathNearRoot(tree))
         , m_row(anyRow(tree, m_parent))
     {
     }
@@ -311,7 +322,7 @@ class Remove : public Step
 {
 public:
     explicit Remove(const Tree& tree)
-        : m_parent(anyPath(tree))
+        : m_parent(anyPathNearRoot(tree))
         , m_row(anyRow(tree, m_parent))
     {
     }
@@ -352,9 +363,9 @@ class Move : public Step
 {
 public:
     explicit Move(const Tree& tree)
-        : m_from(anyPath(tree))
+        : m_from(anyPathNearRoot(tree))
         , m_row(anyRow(tree, m_from))
-        , m_to(anyPath(tree))
+        , m_to(anyPathNearRoot(tree))
         , m_place(anyRow(tree, m_to))
     {
     }
@@ -409,7 +420,7 @@ class Rename : public Step
 {
 public:
     explicit Rename(const Tree& tree)
-        : m_path(anyPath(tree))
+        : m_path(anyPathNearRoot(tree))
     {
     }
 
@@ -438,7 +449,7 @@ class Reverse : public Step
 {
 public:
     explicit Reverse(const Tree& tree)
-        : m_path(anyPath(tree))
+        : m_path(anyPathNearRoot(tree))
     {
     }
 
@@ -522,7 +533,7 @@ class Hold : public Step
 {
 public:
     explicit Hold(const Tree& tree)
-        : m_path(anyPath(tree))
+        : m_path(anyPathNearRoot(tree))
     {
     }
 
