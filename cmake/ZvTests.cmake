@@ -104,11 +104,15 @@ function(zv_skip_test name reason)
     endif()
 endfunction()
 
-# zv_add_property_test(NAME [LIBRARIES TARGET...]): a test of the library that uses RapidCheck.
+# zv_add_property_test(NAME [THREADS] [LIBRARIES TARGET...]): a test of the library that uses RapidCheck.
 function(zv_add_property_test name)
-    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "THREADS" "" "LIBRARIES" ${ARGN})
+    set(threads "")
+    if(arg_THREADS)
+        set(threads THREADS)
+    endif()
     if(TARGET rapidcheck)
-        zv_add_test(${name} LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES})
+        zv_add_test(${name} ${threads} LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES})
     else()
         zv_skip_test(${name} "there is no RapidCheck for this platform")
     endif()
