@@ -167,13 +167,13 @@ struct State
         if (isHeldUp)
             return;
         isManagerNeeded = false;
-        while (hasManager && chooses())
-            ;
         for (Followed& request : requests) {
             Lines& heard = request.heard;
             heard.insert(heard.end(), request.underway.begin(), request.underway.end());
             request.underway.clear();
         }
+        while (hasManager && chooses())
+            ;
         while (!waits.empty() && at(waits.back()).status >= request_completed)
             waits.pop_back();
     }
@@ -297,13 +297,17 @@ public:
     {
         if (state.isHeldUp)
             return;
-        // Without a word to the worker, which would wake it up.
+        // Without a word to the worker, which would wake it up. When that has taken too long once, something
+        // is wrong, and shrinking needs less patience.
+        static qint64 patience = 10'000;
         QElapsedTimer since;
         since.start();
-        while (!isAsIn(state) && since.elapsed() < 5'000) {
+        while (!isAsIn(state) && since.elapsed() < patience) {
             QCoreApplication::processEvents();
             QThread::yieldCurrentThread();
         }
+        if (!isAsIn(state))
+            patience = 300;
         compare(state);
         deliver();
         compare(state);
