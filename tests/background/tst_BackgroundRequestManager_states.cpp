@@ -224,7 +224,8 @@ public:
             if (isKept)
                 entry.kept = request;
             m_managed.add(std::move(request));
-            if (waits)
+            // An add on the worker handles events, perhaps to the end.
+            if (waits && entry.response)
                 entry.response->wait();
         });
     }
