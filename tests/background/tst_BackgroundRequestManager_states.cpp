@@ -8,8 +8,10 @@
 
 #include <zvutil/stop_source.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QSemaphore>
 #include <QTest>
 
 #include <algorithm>
@@ -298,9 +300,7 @@ public:
     {
         if (state.isHeldUp)
             return;
-        // Without a word to the worker, which would wake it up. When that has taken too long once, something
-        // is wrong, and shrinking needs less patience.
-        static qint64 patience = 10'000;
+        // Without a word to the worker, which would wake it up.
         QElapsedTimer since;
         since.start();
         while (!isAsIn(state) && since.elapsed() < patience) {
@@ -308,9 +308,9 @@ public:
             QThread::yieldCurrentThread();
         }
         if (!isAsIn(state))
-            patience = 300;
+            patience = patienceToShrink;
         compare(state);
-        deliver();
+        RC_ASSERT(deliver());
         compare(state);
         m_gate.reset();
     }
@@ -323,7 +323,7 @@ public:
         if (m_gate)
             m_gate->open();
         // A slot that is on its way may use the manager.
-        m_managed.deliverPending();
+        deliver();
         for (const auto& entry : m_entries)
             on(Place::Worker, [&entry = *entry] { entry.kept.reset(); });
         m_managed.destroyManager();
@@ -333,7 +333,7 @@ public:
                 entry.receiver.reset();
                 entry.response.reset();
             });
-        m_managed.deliverPending();
+        deliver();
         m_managed.end();
         m_gate.reset();
     }
@@ -432,13 +432,34 @@ private:
         RC_ASSERT(joined(m_starts.lines()) == joined(starts));
     }
 
-    void deliver()
+    /// Whether the worker comes by itself to what is sent to it; else it is woken up, so that it ends.
+    bool deliver()
     {
-        m_managed.deliverPending();
+        bool isHeard = true;
+        for (int i = 0; i < 4; ++i) {
+            const auto heard = std::make_shared<QSemaphore>();
+            on(Place::Worker, [heard] { heard->release(); });
+            QElapsedTimer since;
+            since.start();
+            while (!heard->tryAcquire()) {
+                // Not an event loop, which would delete the thread of a manager that was destroyed.
+                QCoreApplication::processEvents();
+                QThread::yieldCurrentThread();
+                if (since.elapsed() < patience)
+                    continue;
+                isHeard = false;
+                patience = patienceToShrink;
+                QAbstractEventDispatcher::instance(m_managed.thread())->wakeUp();
+            }
+        }
         m_other.deliverPending();
-        // Not an event loop, which would delete the thread of a manager that was destroyed.
         QCoreApplication::processEvents();
+        return isHeard;
     }
+
+    /// Milliseconds after which something is taken to hang; fewer once something did, to shrink that.
+    static qint64 patience;
+    static constexpr qint64 patienceToShrink = 300;
 
     std::vector<std::unique_ptr<Entry>> m_entries;
     Journal m_starts;
@@ -447,6 +468,8 @@ private:
     std::optional<Gate> m_gate;
     bool m_hasEnded = false;
 };
+
+qint64 Scene::patience = 10'000;
 
 class Step : public rc::state::Command<State, Scene>
 {
@@ -513,10 +536,20 @@ private:
 class StepOfOne : public Step
 {
 public:
-    StepOfOne(const State& state, const char* name)
-        : m_id(*rc::gen::inRange<std::size_t>(0, std::max<std::size_t>(state.requests.size(), 1)))
-        , m_name(name)
+    /// One of those that \p isGood names, as a rule.
+    template <typename IsGood>
+    StepOfOne(const State& state, const char* name, IsGood isGood)
+        : m_name(name)
     {
+        std::vector<std::size_t> good;
+        for (std::size_t id = 0; id < state.requests.size(); ++id) {
+            if (isGood(state.requests[id]))
+                good.push_back(id);
+        }
+        if (good.empty())
+            m_id = *rc::gen::inRange<std::size_t>(0, state.requests.size() + 1);
+        else
+            m_id = *rc::gen::elementOf(good);
     }
 
     void checkPreconditions(const State& state) const final
@@ -534,7 +567,7 @@ protected:
     Place placeIn(const State& state) const { return state.requests[m_id].place; }
 
 private:
-    std::size_t m_id;
+    std::size_t m_id = 0;
     const char* m_name;
 };
 
@@ -542,7 +575,8 @@ class AddAgain : public StepOfOne
 {
 public:
     explicit AddAgain(const State& state)
-        : StepOfOne(state, "add again")
+        : StepOfOne(state, "add again",
+                    [](const Followed& request) { return request.isKept && request.status == request_pending; })
     {
     }
 
@@ -565,7 +599,8 @@ class EndWork : public StepOfOne
 {
 public:
     explicit EndWork(const State& state)
-        : StepOfOne(state, "end")
+        : StepOfOne(state, "end",
+                    [](const Followed& request) { return request.status == request_started; })
         , m_completes(*rc::gen::arbitrary<bool>())
     {
     }
@@ -597,7 +632,8 @@ class Abort : public StepOfOne
 {
 public:
     explicit Abort(const State& state)
-        : StepOfOne(state, "abort")
+        : StepOfOne(state, "abort",
+                    [](const Followed& request) { return request.hasResponse && request.status < request_completed; })
     {
     }
 
@@ -619,7 +655,8 @@ class Stop : public StepOfOne
 {
 public:
     explicit Stop(const State& state)
-        : StepOfOne(state, "stop")
+        : StepOfOne(state, "stop",
+                    [](const Followed& request) { return request.hasResponse && !request.isStopped; })
     {
     }
 
@@ -646,7 +683,8 @@ class DestroyResponse : public StepOfOne
 {
 public:
     explicit DestroyResponse(const State& state)
-        : StepOfOne(state, "destroy the response of")
+        : StepOfOne(state, "destroy the response of",
+                    [](const Followed& request) { return request.hasResponse && !request.isReleased; })
     {
     }
 
@@ -673,7 +711,8 @@ class DestroyReceiver : public StepOfOne
 {
 public:
     explicit DestroyReceiver(const State& state)
-        : StepOfOne(state, "destroy the receiver of")
+        : StepOfOne(state, "destroy the receiver of",
+                    [](const Followed& request) { return request.hasReceiver && !request.isReleased; })
     {
     }
 
@@ -699,7 +738,8 @@ class Release : public StepOfOne
 {
 public:
     explicit Release(const State& state)
-        : StepOfOne(state, "release")
+        : StepOfOne(state, "release",
+                    [](const Followed& request) { return request.isKept && request.status != request_pending; })
     {
     }
 
@@ -726,7 +766,9 @@ class Wait : public StepOfOne
 {
 public:
     explicit Wait(const State& state)
-        : StepOfOne(state, "have a slot wait for")
+        : StepOfOne(state, "have a slot wait for",
+                    [](const Followed& request) { return request.hasResponse && request.place == Place::Worker
+                            && request.status < request_completed; })
     {
     }
 
@@ -810,12 +852,14 @@ private Q_SLOTS:
     {
         QVERIFY(rc::check("requests go as the model says", [] {
             Scene scene;
-            rc::state::check(
-                State(), scene,
-                rc::state::gen::execOneOfWithArgs<Add, Add, Add, Add, AddAgain, EndWork, EndWork,
-                                                  Abort, Stop, DestroyResponse, DestroyReceiver,
-                                                  Release, Wait, DestroyManager, HoldUp, LetGoOn,
-                                                  LetGoOn>());
+            const auto commands = *rc::gen::scale(
+                1.5, rc::state::gen::commands(
+                         State(),
+                         rc::state::gen::execOneOfWithArgs<
+                             Add, Add, Add, Add, AddAgain, AddAgain, EndWork, EndWork, Abort, Stop,
+                             DestroyResponse, DestroyReceiver, Release, Release, Wait, Wait,
+                             DestroyManager, HoldUp, HoldUp, LetGoOn, LetGoOn>()));
+            rc::state::runAll(commands, State(), scene);
             scene.end();
             scene.checkEnds();
         }));

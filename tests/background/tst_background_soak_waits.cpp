@@ -265,8 +265,9 @@ public:
         while (m_adds > 0)
             QThread::yieldCurrentThread();
         m_manager.reset();
+        // Responses belong to the worker, which destroys what they leave behind.
+        zvtest::runOn(*m_context, [this] { m_pool.clear(); });
         zvtest::endThread(*m_worker);
-        m_pool.clear();
         m_context.reset();
     }
 
@@ -337,6 +338,8 @@ private:
 
     void pool(std::shared_ptr<CountedResponse> response)
     {
+        if (m_isEnding)
+            return;
         if (m_pool.size() == maxPooled)
             takeFromPool();
         m_pool.push_back(std::move(response));
@@ -424,6 +427,7 @@ public:
         for (const auto& response : std::exchange(m_pool, {}))
             (*response)->wait();
         endOwn();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
 private:

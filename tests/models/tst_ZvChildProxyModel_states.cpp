@@ -540,7 +540,8 @@ public:
     void checkPreconditions(const Tree& tree) const override
     {
         const std::optional<Path> root = rootOf(tree);
-        RC_PRE(root && *root != m_path && beginsWith(m_path, *root));
+        // In parentheses, since RC_PRE looks at both sides of what it sees.
+        RC_PRE((root && *root != m_path && beginsWith(m_path, *root)));
         RC_PRE(find(tree.top, m_path) != nullptr);
     }
 
