@@ -150,9 +150,7 @@ struct State
         if (current && at(*current).status == request_started)
             return false;
         current.reset();
-        const auto isDeparted = [this](std::size_t id) {
-            return at(id).status != request_pending;
-        };
+        const auto isDeparted = [this](std::size_t id) { return at(id).status != request_pending; };
         queue.erase(std::remove_if(queue.begin(), queue.end(), isDeparted), queue.end());
         releaseAllUnowned();
         if (queue.empty())
@@ -575,8 +573,9 @@ class AddAgain : public StepOfOne
 {
 public:
     explicit AddAgain(const State& state)
-        : StepOfOne(state, "add again",
-                    [](const Followed& request) { return request.isKept && request.status == request_pending; })
+        : StepOfOne(state, "add again", [](const Followed& request) {
+            return request.isKept && request.status == request_pending;
+        })
     {
     }
 
@@ -632,8 +631,9 @@ class Abort : public StepOfOne
 {
 public:
     explicit Abort(const State& state)
-        : StepOfOne(state, "abort",
-                    [](const Followed& request) { return request.hasResponse && request.status < request_completed; })
+        : StepOfOne(state, "abort", [](const Followed& request) {
+            return request.hasResponse && request.status < request_completed;
+        })
     {
     }
 
@@ -655,8 +655,9 @@ class Stop : public StepOfOne
 {
 public:
     explicit Stop(const State& state)
-        : StepOfOne(state, "stop",
-                    [](const Followed& request) { return request.hasResponse && !request.isStopped; })
+        : StepOfOne(state, "stop", [](const Followed& request) {
+            return request.hasResponse && !request.isStopped;
+        })
     {
     }
 
@@ -683,16 +684,16 @@ class DestroyResponse : public StepOfOne
 {
 public:
     explicit DestroyResponse(const State& state)
-        : StepOfOne(state, "destroy the response of",
-                    [](const Followed& request) { return request.hasResponse && !request.isReleased; })
+        : StepOfOne(state, "destroy the response of", [](const Followed& request) {
+            return request.hasResponse && !request.isReleased;
+        })
     {
     }
 
 protected:
     bool isPossible(const State& state, const Followed& request) const override
     {
-        return request.hasResponse
-            && std::count(state.waits.begin(), state.waits.end(), id()) == 0;
+        return request.hasResponse && std::count(state.waits.begin(), state.waits.end(), id()) == 0;
     }
 
     void change(State& state) const override
@@ -711,8 +712,9 @@ class DestroyReceiver : public StepOfOne
 {
 public:
     explicit DestroyReceiver(const State& state)
-        : StepOfOne(state, "destroy the receiver of",
-                    [](const Followed& request) { return request.hasReceiver && !request.isReleased; })
+        : StepOfOne(state, "destroy the receiver of", [](const Followed& request) {
+            return request.hasReceiver && !request.isReleased;
+        })
     {
     }
 
@@ -738,8 +740,9 @@ class Release : public StepOfOne
 {
 public:
     explicit Release(const State& state)
-        : StepOfOne(state, "release",
-                    [](const Followed& request) { return request.isKept && request.status != request_pending; })
+        : StepOfOne(state, "release", [](const Followed& request) {
+            return request.isKept && request.status != request_pending;
+        })
     {
     }
 
@@ -757,8 +760,7 @@ protected:
 
     void act(const State& before, Scene& scene) const override
     {
-        scene.release(id(), before.isHeldUp
-                          || before.requests[id()].status == request_started);
+        scene.release(id(), before.isHeldUp || before.requests[id()].status == request_started);
     }
 };
 
@@ -766,9 +768,10 @@ class Wait : public StepOfOne
 {
 public:
     explicit Wait(const State& state)
-        : StepOfOne(state, "have a slot wait for",
-                    [](const Followed& request) { return request.hasResponse && request.place == Place::Worker
-                            && request.status < request_completed; })
+        : StepOfOne(state, "have a slot wait for", [](const Followed& request) {
+            return request.hasResponse && request.place == Place::Worker
+                && request.status < request_completed;
+        })
     {
     }
 
@@ -853,12 +856,13 @@ private Q_SLOTS:
         QVERIFY(rc::check("requests go as the model says", [] {
             Scene scene;
             const auto commands = *rc::gen::scale(
-                1.5, rc::state::gen::commands(
-                         State(),
-                         rc::state::gen::execOneOfWithArgs<
-                             Add, Add, Add, Add, AddAgain, AddAgain, EndWork, EndWork, Abort, Stop,
-                             DestroyResponse, DestroyReceiver, Release, Release, Wait, Wait,
-                             DestroyManager, HoldUp, HoldUp, LetGoOn, LetGoOn>()));
+                1.5,
+                rc::state::gen::commands(
+                    State(),
+                    rc::state::gen::execOneOfWithArgs<
+                        Add, Add, Add, Add, AddAgain, AddAgain, EndWork, EndWork, Abort, Stop,
+                        DestroyResponse, DestroyReceiver, Release, Release, Wait, Wait,
+                        DestroyManager, HoldUp, HoldUp, LetGoOn, LetGoOn>()));
             rc::state::runAll(commands, State(), scene);
             scene.end();
             scene.checkEnds();

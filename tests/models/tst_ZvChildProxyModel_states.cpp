@@ -159,10 +159,7 @@ public:
     /// Qt's tester refuses the rows without indexes of a model without a root.
     void endTester() { m_tester.reset(); }
 
-    void beginStep()
-    {
-        m_signals.emplace(m_proxy);
-    }
+    void beginStep() { m_signals.emplace(m_proxy); }
 
     void check(const Tree& tree, Announced announced)
     {

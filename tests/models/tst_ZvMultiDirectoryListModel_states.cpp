@@ -403,10 +403,9 @@ private Q_SLOTS:
             Scene scene;
             rc::state::check(
                 Told(), scene,
-                rc::state::gen::execOneOfWithArgs<AddPlace, AddPlace, RemovePlace, SetPlaces,
-                                                  SetTypes, SetFilter, Reload, Renew, HandleEvents,
-                                                  HandleEvents, Disturb, Disturb, Disturb, Rest,
-                                                  Rest>());
+                rc::state::gen::execOneOfWithArgs<
+                    AddPlace, AddPlace, RemovePlace, SetPlaces, SetTypes, SetFilter, Reload, Renew,
+                    HandleEvents, HandleEvents, Disturb, Disturb, Disturb, Rest, Rest>());
         }));
     }
 };
