@@ -8,6 +8,7 @@
 #include <QAbstractItemModelTester>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>

@@ -15,6 +15,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
