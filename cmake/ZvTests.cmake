@@ -109,12 +109,20 @@ function(zv_skip_test name reason)
     endif()
 endfunction()
 
-# zv_add_property_test(NAME [FIXTURE HEADER] [CASES NUMBER] [LIBRARIES TARGET...]): a test of the library that
-# uses RapidCheck. CASES tells how many cases each property has, for those that are quick; RapidCheck makes 100.
+# zv_add_property_test(NAME [THREADS] [FIXTURE HEADER] [CASES NUMBER] [LIBRARIES TARGET...]): a test of the
+# library that uses RapidCheck. CASES tells how many cases each property has, for those that are quick; RapidCheck
+# makes 100.
 function(zv_add_property_test name)
-    cmake_parse_arguments(arg "" "FIXTURE;CASES" "LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "THREADS" "FIXTURE;CASES" "LIBRARIES" ${ARGN})
+    set(threads "")
+    if(arg_THREADS)
+        set(threads THREADS)
+    endif()
     if(TARGET rapidcheck)
-        zv_add_test(${name} FIXTURE ${arg_FIXTURE} LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES})
+        zv_add_test(${name} ${threads}
+            FIXTURE ${arg_FIXTURE}
+            LIBRARIES rapidcheck zvutil::zvutil ${arg_LIBRARIES}
+        )
         if(TEST ${name} AND arg_CASES)
             set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
                 "${ZV_PROPERTY_PARAMETERS} max_success=${arg_CASES}"

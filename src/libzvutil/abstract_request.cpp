@@ -3,31 +3,61 @@
 #include "impl/background/pending_exit_count.h"
 #include "impl/background/string_metatype.h"
 
+#include <QThread>
+
+#include <utility>
+
 namespace zvutil::libzvutil {
+
+namespace {
+
+/// The request that this thread is destroying, or null.
+thread_local const abstract_request* destroyed_here = nullptr;
+
+} // namespace
 
 abstract_request::abstract_request(QObject* parent)
     : QObject(parent)
 {
     impl::register_string_metatype();
     // Connect first, so that every other slot sees the new status.
-    const auto set_status = [this](request_status status) {
-        if (m_status == request_pending)
-            ++impl::pending_exit_count();
-        m_status = status;
+    const auto status_setter = [this](request_status status) {
+        return [this, status] {
+            // The destructor sets it: on another thread, where the last owner may release the
+            // request, a call would be posted to an object that is being destroyed.
+            if (destroyed_here == this)
+                return;
+            const auto set = [this, status] {
+                if (m_status == request_pending)
+                    ++impl::pending_exit_count();
+                m_status = status;
+            };
+            if (QThread::currentThread() == thread())
+                set();
+            else
+                QMetaObject::invokeMethod(this, set, Qt::QueuedConnection);
+        };
     };
-    connect(this, &abstract_request::started, this, [set_status] { set_status(request_started); });
-    connect(this, &abstract_request::completed, this,
-            [set_status] { set_status(request_completed); });
-    connect(this, &abstract_request::failed, this, [set_status] { set_status(request_failed); });
+    connect(this, &abstract_request::started, this, status_setter(request_started),
+            Qt::DirectConnection);
+    connect(this, &abstract_request::completed, this, status_setter(request_completed),
+            Qt::DirectConnection);
+    connect(this, &abstract_request::failed, this, status_setter(request_failed),
+            Qt::DirectConnection);
 }
 
 abstract_request::~abstract_request()
 {
-    if (m_status == request_pending)
+    const abstract_request* const outer = std::exchange(destroyed_here, this);
+    const request_status left = m_status;
+    if (left == request_pending || left == request_started)
+        m_status = request_failed;
+    if (left == request_pending)
         Q_EMIT failed("request terminated before starting");
-    else if (m_status == request_started)
+    else if (left == request_started)
         Q_EMIT failed("request terminated before completing");
     Q_EMIT finished();
+    destroyed_here = outer;
 }
 
 bool abstract_request::abort_requested() const

@@ -3,8 +3,8 @@
 #include "impl/background/handle_events.h"
 #include "impl/background/pending_exit_count.h"
 
+#include <QAbstractEventDispatcher>
 #include <QPointer>
-#include <QScopeGuard>
 
 #include <algorithm>
 #include <iterator>
@@ -13,10 +13,55 @@
 
 namespace zvutil::libzvutil {
 
+namespace {
+
+/// A time in which the manager runs slots of others and chooses a request afterwards; see
+/// run_next_in_a_deeper_loop(). Sections nest, each with its own number.
+class section
+{
+public:
+    section(background_impl* impl, std::uint64_t& current, std::uint64_t& last)
+        : m_impl(impl)
+        , m_current(current)
+        , m_outer(std::exchange(current, ++last))
+    {
+    }
+
+    ~section()
+    {
+        if (m_impl)
+            m_current = m_outer;
+    }
+
+    section(const section&) = delete;
+    section& operator=(const section&) = delete;
+
+private:
+    const QPointer<background_impl> m_impl;
+    std::uint64_t& m_current;
+    const std::uint64_t m_outer;
+};
+
+} // namespace
+
 background_impl::background_impl()
     : m_thread(new QThread)
 {
     moveToThread(m_thread.get());
+    // A slot that is called by the pump or by a release may wait for a request that is in the queue
+    // already, for which nothing arrives any more; so look at each round of a loop of its own.
+    const auto look = [this] {
+        if (m_pump == 0 || std::exchange(m_is_pump_entering, false))
+            return;
+        if (!m_current && !m_queue.empty() && !m_is_ending)
+            run_next_in_a_deeper_loop();
+    };
+    const auto look_at_loops = [this, look] {
+        QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
+        connect(dispatcher, &QAbstractEventDispatcher::awake, this, look);
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, look);
+    };
+    connect(m_thread.get(), &QThread::started, this, look_at_loops, Qt::DirectConnection);
     m_thread->start(QThread::InheritPriority);
 }
 
@@ -80,12 +125,12 @@ void background_impl::run_next()
 
 /// Posts a call that starts the next request only if a slot waits in an event loop of its own.
 ///
-/// The pump's caller chooses a request when the pump returns, so a call that the pump itself
-/// delivers has nothing to do; if it started one, calls would nest, one for each request that
-/// arrives. But a slot that the pump has called may wait for a request in its own event loop, and
-/// only a call from that loop can start the request. The pump doesn't deliver calls that are posted
-/// while it works. So a call that is posted here and delivered while the pump still works comes
-/// from such a loop.
+/// The caller of pump(), or who releases a request, chooses a request afterwards, so a call that is
+/// delivered by the pump itself has nothing to do; if it started one, calls would nest, one for each
+/// request that arrives. But a slot that is called meanwhile may wait for a request in its own event
+/// loop, and only a call from that loop can start the request. The pump doesn't deliver calls that
+/// are posted while it works, and a release delivers none. So a call that is posted here and
+/// delivered while the pump or the release still works comes from such a loop.
 void background_impl::run_next_in_a_deeper_loop()
 {
     if (m_awaited == m_pump)
@@ -135,18 +180,16 @@ request_ptr background_impl::take_next()
         // Check again: slots of released requests may have aborted this one.
         if (request->is_pending())
             return request;
+        const section releasing(this, m_pump, m_last_pump);
+        request.reset();
     }
     return nullptr;
 }
 
 void background_impl::pump()
 {
-    const QPointer<background_impl> self(this);
-    const auto done = qScopeGuard([&self, outer = m_pump] {
-        if (self)
-            self->m_pump = outer;
-    });
-    m_pump = ++m_last_pump;
+    const section working(this, m_pump, m_last_pump);
+    m_is_pump_entering = true;
     impl::notice_waiting_events();
     impl::handle_events();
 }
@@ -159,6 +202,7 @@ void background_impl::remove_departed()
     const auto departed =
         std::stable_partition(m_queue.begin(), m_queue.end(),
                               [](const request_ptr& request) { return request->is_pending(); });
+    const section releasing(this, m_pump, m_last_pump);
     // Release the requests after the last access to the queue, since that may run any slot.
     const std::vector<request_ptr> released(std::make_move_iterator(departed),
                                             std::make_move_iterator(m_queue.end()));
@@ -178,7 +222,10 @@ void background_impl::forget_entry(const abstract_request* request)
 void background_impl::end_current()
 {
     const QPointer<background_impl> self(this);
-    m_current.reset();
+    {
+        const section releasing(this, m_pump, m_last_pump);
+        m_current.reset();
+    }
     if (self)
         run_next();
 }

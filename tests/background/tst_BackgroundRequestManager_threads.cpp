@@ -258,6 +258,51 @@ private Q_SLOTS:
         waitForLines(journal, count);
     }
 
+    void slotsMayWaitForWhatIsQueuedAlready_data()
+    {
+        QTest::addColumn<bool>("endsFirst");
+        QTest::addColumn<bool>("isReleased");
+        QTest::newRow("called by the pump") << true << false;
+        QTest::newRow("called by the release of the running request") << true << true;
+        QTest::newRow("called by the release of an aborted request") << false << true;
+    }
+
+    void slotsMayWaitForWhatIsQueuedAlready()
+    {
+        // Nothing arrives any more when they begin to wait.
+        QFETCH(bool, endsFirst);
+        QFETCH(bool, isReleased);
+        Journal journal;
+        ManagerWithWorker managed;
+        auto first = std::make_shared<Request>(&leaveOpen);
+        managed.add(first);
+        waitUntilStarted(managed, *first);
+        auto aborted = std::make_shared<Request>();
+        managed.add(aborted);
+        std::unique_ptr<abstract_response> response;
+        const auto wait = [&] {
+            response->wait();
+            journal.write("waited");
+        };
+        zvtest::runOn(managed.context(), [&] {
+            auto request = std::make_shared<Request>();
+            response = std::make_unique<abstract_response>(request.get());
+            managed.add(std::move(request));
+            Request& released = endsFirst ? *first : *aborted;
+            if (isReleased)
+                connect(&released, &abstract_request::finished, wait);
+            if (!endsFirst)
+                aborted->abort();
+            aborted.reset();
+            Q_EMIT first->completed();
+            first.reset();
+            if (!isReleased)
+                QMetaObject::invokeMethod(&managed.context(), wait, Qt::QueuedConnection);
+        });
+        waitForLines(journal, 1);
+        zvtest::runOn(managed.context(), [&] { response.reset(); });
+    }
+
     void abortThatWaitsAlongWithTheAddIsDeliveredFirst()
     {
         // All of it waits before the worker looks at the first add.

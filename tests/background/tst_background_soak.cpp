@@ -1,5 +1,7 @@
 // Many requests of several makers, aborted at random, while managers come and go.
 
+#include "Stopper.h"
+
 #include "support/Background.h"
 
 #include <zvutil/stop_source.h>
@@ -12,13 +14,9 @@
 
 #include <array>
 #include <atomic>
-#include <condition_variable>
-#include <deque>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <random>
-#include <thread>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -28,6 +26,7 @@
 #endif
 
 using namespace zvutil::libzvutil;
+using zvtest::Stopper;
 using zvutil::stop_source;
 
 namespace {
@@ -109,54 +108,6 @@ private:
 };
 
 std::atomic<int> CountedRequest::living{0};
-
-/// A thread that requests the stops it is handed.
-class Stopper
-{
-public:
-    Stopper()
-        : m_thread([this] { run(); })
-    {
-    }
-
-    ~Stopper()
-    {
-        push(std::nullopt);
-        m_thread.join();
-    }
-
-    Stopper(const Stopper&) = delete;
-    Stopper& operator=(const Stopper&) = delete;
-
-    void stop(const stop_source& source) { push(source); }
-
-private:
-    void push(std::optional<stop_source> source)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_sources.push_back(std::move(source));
-        m_changed.notify_one();
-    }
-
-    void run()
-    {
-        for (;;) {
-            std::unique_lock lock(m_mutex);
-            m_changed.wait(lock, [this] { return !m_sources.empty(); });
-            const std::optional<stop_source> source = std::move(m_sources.front());
-            m_sources.pop_front();
-            lock.unlock();
-            if (!source)
-                return;
-            source->request_stop();
-        }
-    }
-
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::deque<std::optional<stop_source>> m_sources;
-    std::thread m_thread;
-};
 
 /// A manager of the thread that makes it. It ends its worker, as it has to under a running loop.
 class OwnedManager

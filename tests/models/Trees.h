@@ -145,6 +145,15 @@ public:
         Q_EMIT layoutChanged(parents);
     }
 
+    /// Becomes what it was at first, but for the names of rows that are inserted.
+    void reset(int depth)
+    {
+        beginResetModel();
+        m_top.children.clear();
+        fill(m_top, depth);
+        endResetModel();
+    }
+
     /// Tells of a move of columns, and moves none.
     void tellOfColumns(const QModelIndex& from, const QModelIndex& to)
     {

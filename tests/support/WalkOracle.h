@@ -22,7 +22,8 @@ struct WalkedEntry
 
 inline QString textOf(const std::filesystem::path& path)
 {
-    return QString::fromUtf8(path.u8string().c_str());
+    // Behind a character, since the conversion loses a byte order mark at the beginning.
+    return QString::fromUtf8(("x" + path.u8string()).c_str()).mid(1);
 }
 
 /// All that lies below a directory, in the order of the file system, each directory before what is

@@ -14,7 +14,8 @@ namespace zvutil::libzvutil {
 /// is queued like any other. So work must not wait for another request of the same manager, which
 /// would never start. A slot on the worker thread that no work has called may wait: meanwhile the
 /// manager starts requests from the slot's event loop, and slots that wait lie on each other's
-/// stack.
+/// stack. Such a slot calls `abstract_response::wait`, since an event loop of its own may, on
+/// Linux, pass over events that were posted before the slot was called.
 ///
 /// `add` may be called on any thread, but must be called on the one on which the request lives,
 /// since the call moves the request to the worker thread and takes it from its parent. `add` never

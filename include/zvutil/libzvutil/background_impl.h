@@ -55,12 +55,14 @@ private:
     // The entries of the queue; filled once a request is added that may be in the queue already.
     std::unordered_multiset<const abstract_request*> m_entries;
     bool m_is_indexed = false;
-    // The number of the pump that is at work, or 0; each pump has its own number.
+    // The number of the pump or release that is at work, or 0; each has its own number.
     std::uint64_t m_pump = 0;
     std::uint64_t m_last_pump = 0;
-    // The number of the pump for which a call from a deeper loop is posted.
+    // The number of that for which a call from a deeper loop is posted.
     std::uint64_t m_awaited = 0;
     bool m_is_ending = false;
+    // Whether the next round of the event loop is the pump's own.
+    bool m_is_pump_entering = false;
 };
 
 } // namespace zvutil::libzvutil
