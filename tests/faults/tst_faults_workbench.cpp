@@ -182,8 +182,7 @@ private Q_SLOTS:
             session.layout = QByteArray(5'000, 'x');
             QSettings settings(m_file, host::settingsFormat());
             session.saveTo(settings);
-            settings.sync();
-            return host::isRead(settings);
+            return host::write(settings);
         });
     }
 

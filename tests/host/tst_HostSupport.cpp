@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -414,6 +415,23 @@ private Q_SLOTS:
         host::writeOption("tst_case", "1");
         host::writeOption("TST_CASE", "2");
         QCOMPARE(option("TST_CASE", ""), "2"s);
+    }
+
+    void settingsThatAreLockedAreToldAsFailed()
+    {
+        const QString name = m_directory->filePath("locked.ini");
+        QSettings settings(name, host::settingsFormat());
+        QVERIFY(host::write(settings));
+        settings.setValue("a", 1);
+        {
+            QLockFile other(name + ".lock");
+            other.setStaleLockTime(0);
+            QVERIFY(other.lock());
+            QVERIFY(!host::write(settings));
+            QVERIFY(!QFile::exists(name));
+        }
+        QVERIFY(host::write(settings));
+        QCOMPARE(contentOf(name.toStdString()), QByteArray("[General]\na=1\n"));
     }
 
     void settingsMayBecomeEmpty()

@@ -547,8 +547,7 @@ bool Workbench::saveSession(const Session& session)
     m_files->saveState(settings);
     m_console->saveState(settings);
     session.saveTo(settings);
-    settings.sync();
-    return host::isRead(settings);
+    return host::write(settings);
 }
 
 } // namespace workbench

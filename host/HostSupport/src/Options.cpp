@@ -36,8 +36,7 @@ public:
             return false;
         const QVariant before = this->value(name);
         put(name, value);
-        m_settings.sync();
-        if (isReadable())
+        if (host::write(m_settings))
             return true;
         // Take the change back: QSettings keeps it for the next time that the process writes.
         put(name, before);

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileDevice>
+#include <QLockFile>
 #include <QSaveFile>
 #include <QSet>
 #include <QString>
@@ -127,6 +128,15 @@ bool writeSettings(QIODevice& device, const QSettings::SettingsMap& settings)
         && zvutil::base::is_safe_to_commit(*file);
 }
 
+/// Whether QSettings would get its lock of \p file in time. A lock whose holder is gone is taken after
+/// 30 seconds at the latest.
+bool canBeLocked(const QString& file)
+{
+    constexpr int timeout = 35'000; // milliseconds
+    const QString name = file + QStringLiteral(".lock");
+    return !QFile::exists(name) || QLockFile(name).tryLock(timeout);
+}
+
 } // namespace
 
 namespace host {
@@ -150,6 +160,14 @@ QSettings::Format settingsFormat()
 bool isRead(const QSettings& settings)
 {
     return settings.status() == QSettings::NoError && !settings.contains(unreadMark());
+}
+
+bool write(QSettings& settings)
+{
+    if (!canBeLocked(settings.fileName()))
+        return false;
+    settings.sync();
+    return isRead(settings);
 }
 
 } // namespace host

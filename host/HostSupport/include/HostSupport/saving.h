@@ -24,4 +24,9 @@ HOSTSUPPORT_EXPORT QSettings::Format settingsFormat();
 /// is changed in them reaches the file, and nothing is found to be removed.
 HOSTSUPPORT_EXPORT bool isRead(const QSettings& settings);
 
+/// Writes \p settings, of that format, to their file. Returns false if the file doesn't have them
+/// now. Waits while another program writes the file, but no longer than 35 seconds; `QSettings`
+/// itself would wait forever for a program that hangs.
+HOSTSUPPORT_EXPORT bool write(QSettings& settings);
+
 } // namespace host
