@@ -32,6 +32,7 @@ inline const std::vector<FaultKind>& faultKinds()
     static const std::vector<FaultKind> kinds = {
         {"disk full", zv_fault_fail, 112, 0, false},
         {"disk full from then on", zv_fault_fail, 112, 1, false},
+        {"disk full within a block", zv_fault_short, 112, 1, false},
         {"broken device", zv_fault_fail, 29, 0, false},
         {"no permission", zv_fault_fail, 5, 0, false},
         {"open elsewhere", zv_fault_fail, 32, 0, false},
@@ -42,6 +43,7 @@ inline const std::vector<FaultKind>& faultKinds()
     static const std::vector<FaultKind> kinds = {
         {"disk full", zv_fault_fail, ENOSPC, 0, false},
         {"disk full from then on", zv_fault_fail, ENOSPC, 1, false},
+        {"disk full within a block", zv_fault_short, ENOSPC, 1, false},
         {"broken device", zv_fault_fail, EIO, 0, false},
         {"quota used up", zv_fault_fail, EDQUOT, 0, false},
         {"no permission", zv_fault_fail, EACCES, 0, false},

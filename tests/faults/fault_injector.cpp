@@ -98,10 +98,9 @@ bool canBeHit(Kind kind)
     }
 }
 
-Effect effect(const char* name)
+Effect effect(zv_fault_action action)
 {
-    struck = name;
-    switch (order.action) {
+    switch (action) {
     case zv_fault_kill:
         endProcess();
     case zv_fault_short:
@@ -120,10 +119,13 @@ Effect met(bool concerns, Kind kind, const char* name)
     if (!concerns || !isArmed)
         return Effect::None;
     const int number = ++calls;
+    if (number == order.number && canBeHit(kind)) {
+        struck = name;
+        return effect(order.action);
+    }
     const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
-    const bool isHit =
-        number == order.number || (order.lasts && takesSpace && number > order.number);
-    return isHit && canBeHit(kind) ? effect(name) : Effect::None;
+    return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail)
+                                                              : Effect::None;
 }
 
 /// Notes whether a new descriptor is of a file below the folder.

@@ -18,7 +18,7 @@ struct zv_fault
     int number; ///< which call is hit, from 1
     zv_fault_action action;
     int error; ///< error number of a call that fails
-    int lasts; ///< other than 0: later calls that take space fail as well
+    int lasts; ///< other than 0: later calls that take space fail with the error
 };
 
 /// Counts the calls on files and folders at or below \p folder, an absolute path in the platform's

@@ -44,6 +44,15 @@ enum class Effect {
     Half,
 };
 
+/// Whether \p path is that of a lock of settings. Qt keeps one open that it couldn't fill, so a fault
+/// there would be that of all later runs.
+bool isLock(const std::wstring& path)
+{
+    const std::wstring suffix = L".lock";
+    return path.size() > suffix.size()
+        && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
 /// The system's own function, also where the import table has ours.
 template <typename Function>
 Function* real(Function* /*own*/, const char* name)
@@ -79,12 +88,12 @@ Effect met(bool concerns, Kind kind, const char* name)
         return Effect::None;
     const int number = ++calls;
     const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
-    const bool isHit =
-        number == order.number || (order.lasts != 0 && takesSpace && number > order.number);
-    if (!isHit || !canBeHit(kind))
+    const bool isFull = order.lasts != 0 && takesSpace && number > order.number;
+    if (!isFull && (number != order.number || !canBeHit(kind)))
         return Effect::None;
-    struck = name;
-    if (order.action == zv_fault_short)
+    if (number == order.number)
+        struck = name;
+    if (order.action == zv_fault_short && !isFull)
         return Effect::Half;
     SetLastError(static_cast<DWORD>(order.error));
     return Effect::Failure;
@@ -105,7 +114,7 @@ HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD sharing, LPSECURITY_A
     const HANDLE handle = real(&CreateFileW, "CreateFileW")(path, access, sharing, security,
                                                             creation, flags, pattern);
     const std::lock_guard lock(mutex);
-    if (concerns && handle != INVALID_HANDLE_VALUE)
+    if (concerns && !isLock(path) && handle != INVALID_HANDLE_VALUE)
         watched.insert(handle);
     else
         watched.erase(handle);
