@@ -98,8 +98,10 @@ bool canBeHit(Kind kind)
     }
 }
 
-Effect effect(zv_fault_action action)
+Effect effect(zv_fault_action action, const char* name)
 {
+    if (*struck == '\0')
+        struck = name;
     switch (action) {
     case zv_fault_kill:
         endProcess();
@@ -119,12 +121,10 @@ Effect met(bool concerns, Kind kind, const char* name)
     if (!concerns || !isArmed)
         return Effect::None;
     const int number = ++calls;
-    if (number == order.number && canBeHit(kind)) {
-        struck = name;
-        return effect(order.action);
-    }
+    if (number == order.number && canBeHit(kind))
+        return effect(order.action, name);
     const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
-    return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail)
+    return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail, name)
                                                               : Effect::None;
 }
 

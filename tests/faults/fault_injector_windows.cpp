@@ -91,7 +91,7 @@ Effect met(bool concerns, Kind kind, const char* name)
     const bool isFull = order.lasts != 0 && takesSpace && number > order.number;
     if (!isFull && (number != order.number || !canBeHit(kind)))
         return Effect::None;
-    if (number == order.number)
+    if (*struck == '\0')
         struck = name;
     if (order.action == zv_fault_short && !isFull)
         return Effect::Half;
