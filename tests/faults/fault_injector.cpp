@@ -123,7 +123,10 @@ Effect met(bool concerns, Kind kind, const char* name)
     const int number = ++calls;
     if (number == order.number && canBeHit(kind))
         return effect(order.action, name);
-    const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
+    // After a short block there is still room for names: a save that took it for a whole one would
+    // fail at its last step otherwise.
+    const bool takesSpace =
+        kind == Kind::Write || (kind == Kind::Create && order.action == zv_fault_fail);
     return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail, name)
                                                               : Effect::None;
 }
