@@ -192,6 +192,8 @@ class tst_workbench_journey : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        // Nobody could type into a dialog of Windows from here.
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         const bool comesBack = qEnvironmentVariableIsSet(folderVariable);
         if (!comesBack)
             m_own = std::make_unique<QTemporaryDir>();
