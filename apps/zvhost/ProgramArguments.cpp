@@ -59,9 +59,8 @@ QStringList ProgramArguments::remaining(int count, char** arguments) const
     QStringList left;
     for (int i = 0; i < count; ++i) {
         const auto given = std::find(m_given.begin(), m_given.end(), arguments[i]);
-        left.append(fits && given != m_given.end()
-                        ? wide[static_cast<int>(given - m_given.begin())]
-                        : QString::fromLocal8Bit(arguments[i]));
+        left.append(fits && given != m_given.end() ? wide[static_cast<int>(given - m_given.begin())]
+                                                   : QString::fromLocal8Bit(arguments[i]));
     }
     return left;
 }

@@ -3,6 +3,7 @@
 #include "ProgramArguments.h"
 #include "ScriptEngine.h"
 #include "ThreadScriptSession.h"
+#include "host_look.h"
 #include "load_library.h"
 #include "standard_error.h"
 #include "utf8_console.h"
@@ -103,7 +104,8 @@ bool listFiles(const QStringList& directories, const QString& types, const QStri
 {
     for (const QString& directory : directories) {
         if (!QFileInfo(directory).isDir()) {
-            complain(QStringLiteral("no such directory: %1").arg(QDir::toNativeSeparators(directory)));
+            complain(
+                QStringLiteral("no such directory: %1").arg(QDir::toNativeSeparators(directory)));
             return false;
         }
     }
@@ -171,6 +173,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
+    useHostLook();
     QCoreApplication::setApplicationName(QStringLiteral("zvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZVHOST_VERSION));
     const CommandLine line = CommandLine::of(arguments.remaining(argc, argv));

@@ -21,6 +21,8 @@ void useUtf8Console()
 
 #else
 
-void useUtf8Console() {}
+void useUtf8Console()
+{
+}
 
 #endif

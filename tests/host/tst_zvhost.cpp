@@ -59,7 +59,8 @@ int subsystemOf(const QString& program)
     const QByteArray content = zvtest::contentOf(program);
     const auto numberAt = [&content](int position) {
         return position >= 0 && position + 1 < content.size()
-            ? static_cast<uchar>(content[position]) + 256 * static_cast<uchar>(content[position + 1])
+            ? static_cast<uchar>(content[position])
+                + 256 * static_cast<uchar>(content[position + 1])
             : -1;
     };
     const int header = numberAt(0x3c);
