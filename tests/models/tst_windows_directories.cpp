@@ -1,9 +1,9 @@
 // What a scan makes of junctions and other reparse points, of names that are no text and of long paths on Windows.
 
-#include "FolderLink.h"
 #include "Scan.h"
 
 #include "support/FileTree.h"
+#include "support/FolderLink.h"
 #include "support/ImportTable.h"
 #include "support/WalkOracle.h"
 
