@@ -18,6 +18,13 @@ target_link_libraries(zv_build_options INTERFACE zv_test_options)
 if(WIN32)
     target_compile_definitions(zv_test_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
+if(MINGW)
+    # GCC exports the type information of all classes, hidden ones too, if std::type_info isn't declared before the
+    # first exported class.
+    target_compile_options(zv_build_options
+        INTERFACE "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:SHELL:-include typeinfo>"
+    )
+endif()
 if(MSVC)
     # 4251 and 4275 ask for exports of private members and of standard base classes.
     target_compile_options(zv_test_options

@@ -88,6 +88,7 @@ bool canBeHit(Kind kind)
         // Nothing but a transfer is interrupted on a disk.
         return order.error != EINTR || kind == Kind::Read || kind == Kind::Write;
     case zv_fault_kill:
+    case zv_fault_meanwhile:
         return true;
     case zv_fault_short:
         return kind == Kind::Read || kind == Kind::Write;
@@ -109,6 +110,11 @@ Effect effect(zv_fault_action action, const char* name)
         return Effect::Half;
     case zv_fault_tear:
         return Effect::HalfAndEnd;
+    case zv_fault_meanwhile:
+        isArmed = false;
+        order.meanwhile();
+        isArmed = true;
+        return Effect::None;
     default:
         errno = order.error;
         return Effect::Failure;

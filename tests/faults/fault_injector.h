@@ -11,6 +11,7 @@ enum zv_fault_action {
     zv_fault_short, ///< a read or write handles half of its bytes; other calls aren't hit
     zv_fault_kill, ///< the process is killed before the call
     zv_fault_tear, ///< a write handles half of its bytes, then the process is killed
+    zv_fault_meanwhile, ///< something else happens before the call, whose own calls don't count
 };
 
 struct zv_fault
@@ -19,6 +20,7 @@ struct zv_fault
     zv_fault_action action;
     int error; ///< error number of a call that fails
     int lasts; ///< other than 0: later calls that take space fail with the error
+    void (*meanwhile)() = nullptr; ///< what happens before the call
 };
 
 /// Counts the calls on files and folders at or below \p folder, an absolute path in the platform's

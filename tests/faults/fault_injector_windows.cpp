@@ -3,6 +3,8 @@
 
 #include "fault_injector.h"
 
+#include "support/ImportTable.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -14,6 +16,8 @@
 #include <string>
 
 #include <windows.h>
+
+using zvtest::systemFunction;
 
 namespace {
 
@@ -53,14 +57,6 @@ bool isLock(const std::wstring& path)
         && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
-/// The system's own function, also where the import table has ours.
-template <typename Function>
-Function* real(Function* /*own*/, const char* name)
-{
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(found));
-}
-
 bool isBelow(const wchar_t* path)
 {
     if (!path || !isArmed)
@@ -78,7 +74,7 @@ bool isBelow(HANDLE handle)
 
 bool canBeHit(Kind kind)
 {
-    return order.action == zv_fault_fail
+    return order.action == zv_fault_fail || order.action == zv_fault_meanwhile
         || (order.action == zv_fault_short && (kind == Kind::Read || kind == Kind::Write));
 }
 
@@ -96,6 +92,12 @@ Effect met(bool concerns, Kind kind, const char* name)
         return Effect::None;
     if (*struck == '\0')
         struck = name;
+    if (order.action == zv_fault_meanwhile) {
+        isArmed = false;
+        order.meanwhile();
+        isArmed = true;
+        return Effect::None;
+    }
     if (order.action == zv_fault_short && !isFull)
         return Effect::Half;
     SetLastError(static_cast<DWORD>(order.error));
@@ -114,8 +116,8 @@ HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD sharing, LPSECURITY_A
     const Kind kind = creation == OPEN_EXISTING ? Kind::Look : Kind::Create;
     if (met(concerns, kind, "CreateFileW") != Effect::None)
         return INVALID_HANDLE_VALUE;
-    const HANDLE handle = real(&CreateFileW, "CreateFileW")(path, access, sharing, security,
-                                                            creation, flags, pattern);
+    const HANDLE handle = systemFunction(&CreateFileW, "CreateFileW")(
+        path, access, sharing, security, creation, flags, pattern);
     const std::lock_guard lock(mutex);
     if (concerns && !isLock(path) && handle != INVALID_HANDLE_VALUE)
         watched.insert(handle);
@@ -130,16 +132,16 @@ BOOL WINAPI closeHandle(HANDLE handle)
         const std::lock_guard lock(mutex);
         watched.erase(handle);
     }
-    return real(&CloseHandle, "CloseHandle")(handle);
+    return systemFunction(&CloseHandle, "CloseHandle")(handle);
 }
 
 BOOL WINAPI writeFile(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written,
                       LPOVERLAPPED overlapped)
 {
     const Effect effect = met(isBelow(file), Kind::Write, "WriteFile");
-    return effect == Effect::Failure
-        ? FALSE
-        : real(&WriteFile, "WriteFile")(file, bytes, part(effect, size), written, overlapped);
+    return effect == Effect::Failure ? FALSE
+                                     : systemFunction(&WriteFile, "WriteFile")(
+                                         file, bytes, part(effect, size), written, overlapped);
 }
 
 BOOL WINAPI readFile(HANDLE file, LPVOID bytes, DWORD size, LPDWORD count, LPOVERLAPPED overlapped)
@@ -147,7 +149,7 @@ BOOL WINAPI readFile(HANDLE file, LPVOID bytes, DWORD size, LPDWORD count, LPOVE
     const Effect effect = met(isBelow(file), Kind::Read, "ReadFile");
     return effect == Effect::Failure
         ? FALSE
-        : real(&ReadFile, "ReadFile")(file, bytes, part(effect, size), count, overlapped);
+        : systemFunction(&ReadFile, "ReadFile")(file, bytes, part(effect, size), count, overlapped);
 }
 
 BOOL WINAPI flushFileBuffers(HANDLE file)
@@ -155,7 +157,7 @@ BOOL WINAPI flushFileBuffers(HANDLE file)
     const bool concerns = isBelow(file);
     if (met(concerns, Kind::Change, "FlushFileBuffers") != Effect::None)
         return FALSE;
-    const BOOL result = real(&FlushFileBuffers, "FlushFileBuffers")(file);
+    const BOOL result = systemFunction(&FlushFileBuffers, "FlushFileBuffers")(file);
     if (result != FALSE && concerns)
         ++syncs;
     return result;
@@ -165,21 +167,21 @@ BOOL WINAPI moveFileEx(LPCWSTR from, LPCWSTR to, DWORD flags)
 {
     return met(isBelow(from) || isBelow(to), Kind::Change, "MoveFileExW") != Effect::None
         ? FALSE
-        : real(&MoveFileExW, "MoveFileExW")(from, to, flags);
+        : systemFunction(&MoveFileExW, "MoveFileExW")(from, to, flags);
 }
 
 BOOL WINAPI moveFile(LPCWSTR from, LPCWSTR to)
 {
     return met(isBelow(from) || isBelow(to), Kind::Change, "MoveFileW") != Effect::None
         ? FALSE
-        : real(&MoveFileW, "MoveFileW")(from, to);
+        : systemFunction(&MoveFileW, "MoveFileW")(from, to);
 }
 
 BOOL WINAPI deleteFile(LPCWSTR path)
 {
     return met(isBelow(path), Kind::Change, "unlink (DeleteFileW)") != Effect::None
         ? FALSE
-        : real(&DeleteFileW, "DeleteFileW")(path);
+        : systemFunction(&DeleteFileW, "DeleteFileW")(path);
 }
 
 HANDLE WINAPI findFirstFileEx(LPCWSTR path, FINDEX_INFO_LEVELS level, LPVOID data,
@@ -188,8 +190,8 @@ HANDLE WINAPI findFirstFileEx(LPCWSTR path, FINDEX_INFO_LEVELS level, LPVOID dat
     const bool concerns = isBelow(path);
     if (met(concerns, Kind::Look, "FindFirstFileExW") != Effect::None)
         return INVALID_HANDLE_VALUE;
-    const HANDLE handle =
-        real(&FindFirstFileExW, "FindFirstFileExW")(path, level, data, operation, filter, flags);
+    const HANDLE handle = systemFunction(&FindFirstFileExW, "FindFirstFileExW")(
+        path, level, data, operation, filter, flags);
     const std::lock_guard lock(mutex);
     if (concerns && handle != INVALID_HANDLE_VALUE)
         watched.insert(handle);
@@ -207,7 +209,7 @@ BOOL WINAPI findNextFile(HANDLE handle, LPWIN32_FIND_DATAW data)
 {
     return met(isBelow(handle), Kind::Look, "FindNextFileW") != Effect::None
         ? FALSE
-        : real(&FindNextFileW, "FindNextFileW")(handle, data);
+        : systemFunction(&FindNextFileW, "FindNextFileW")(handle, data);
 }
 
 BOOL WINAPI findClose(HANDLE handle)
@@ -216,84 +218,33 @@ BOOL WINAPI findClose(HANDLE handle)
         const std::lock_guard lock(mutex);
         watched.erase(handle);
     }
-    return real(&FindClose, "FindClose")(handle);
+    return systemFunction(&FindClose, "FindClose")(handle);
 }
 
-struct Replacement
+const std::array<zvtest::ImportReplacement, 12>& replacements()
 {
-    const char* name;
-    FARPROC function;
-};
-
-template <typename Function>
-FARPROC address(Function* function)
-{
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
-}
-
-const std::array<Replacement, 12>& replacements()
-{
-    static const std::array<Replacement, 12> all = {{
-        {"CreateFileW", address(&createFile)},
-        {"CloseHandle", address(&closeHandle)},
-        {"WriteFile", address(&writeFile)},
-        {"ReadFile", address(&readFile)},
-        {"FlushFileBuffers", address(&flushFileBuffers)},
-        {"MoveFileExW", address(&moveFileEx)},
-        {"MoveFileW", address(&moveFile)},
-        {"DeleteFileW", address(&deleteFile)},
-        {"FindFirstFileExW", address(&findFirstFileEx)},
-        {"FindFirstFileW", address(&findFirstFile)},
-        {"FindNextFileW", address(&findNextFile)},
-        {"FindClose", address(&findClose)},
+    static const std::array<zvtest::ImportReplacement, 12> all = {{
+        {"CreateFileW", &createFile},
+        {"CloseHandle", &closeHandle},
+        {"WriteFile", &writeFile},
+        {"ReadFile", &readFile},
+        {"FlushFileBuffers", &flushFileBuffers},
+        {"MoveFileExW", &moveFileEx},
+        {"MoveFileW", &moveFile},
+        {"DeleteFileW", &deleteFile},
+        {"FindFirstFileExW", &findFirstFileEx},
+        {"FindFirstFileW", &findFirstFile},
+        {"FindNextFileW", &findNextFile},
+        {"FindClose", &findClose},
     }};
     return all;
-}
-
-void replace(IMAGE_THUNK_DATA& entry, FARPROC function)
-{
-    DWORD protection = 0;
-    VirtualProtect(&entry, sizeof(entry), PAGE_READWRITE, &protection);
-    entry.u1.Function = reinterpret_cast<ULONGLONG>(function);
-    VirtualProtect(&entry, sizeof(entry), protection, &protection);
-}
-
-/// Replaces the functions in the import table of one module.
-void patch(HMODULE module)
-{
-    auto* const base = reinterpret_cast<unsigned char*>(module);
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const header = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const IMAGE_DATA_DIRECTORY& imports =
-        header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    if (imports.Size == 0)
-        return;
-    auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
-    for (; library->Name != 0; ++library) {
-        const auto* name =
-            reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
-        auto* entry = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
-        for (; name->u1.AddressOfData != 0; ++name, ++entry) {
-            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
-                continue;
-            const auto* const function =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            for (const Replacement& replacement : replacements()) {
-                if (std::strcmp(reinterpret_cast<const char*>(function->Name), replacement.name)
-                    == 0)
-                    replace(*entry, replacement.function);
-            }
-        }
-    }
 }
 
 void patchModules()
 {
     static const bool isPatched = [] {
-        for (const wchar_t* const name : patchedModules) {
-            if (HMODULE const module = GetModuleHandleW(name))
-                patch(module);
-        }
+        for (const wchar_t* const name : patchedModules)
+            zvtest::replaceImports(name, replacements());
         return true;
     }();
     static_cast<void>(isPatched);

@@ -211,7 +211,13 @@ private Q_SLOTS:
         QTest::newRow("a name that is too long")
             << QDir::tempPath() + QLatin1Char('/') + QString(300, QLatin1Char('x'));
         QTest::newRow("a drive that isn't there") << "Q:";
-        QTest::newRow("a server that isn't there") << "\\\\?\\no";
+        QTest::newRow("a device that isn't there") << "\\\\?\\no";
+        QTest::newRow("a server that isn't there") << "\\\\zvutil-no-server\\share";
+        QTest::newRow("a share that isn't there") << "\\\\localhost\\zvutil-no-share\\folder";
+        QTest::newRow("the same as a device") << "\\\\?\\UNC\\localhost\\zvutil-no-share";
+        QTest::newRow("a server alone") << "\\\\localhost";
+        QTest::newRow("a device that holds no files") << "\\\\.\\NUL";
+        QTest::newRow("the name of a device") << "NUL";
     }
 
     void textsThatAreNoDirectoryArePassedOver()

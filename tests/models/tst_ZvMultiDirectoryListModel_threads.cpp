@@ -26,6 +26,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#elif defined(Q_OS_WIN)
+#include <windows.h>
+
+#include <tlhelp32.h>
 #endif
 
 using zvtest::Change;
@@ -37,6 +41,30 @@ using zvtest::scanOf;
 using zvtest::Watched;
 
 namespace {
+
+#if defined(Q_OS_LINUX)
+
+int threadCount()
+{
+    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+#elif defined(Q_OS_WIN)
+
+int threadCount()
+{
+    HANDLE const all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 thread = {};
+    thread.dwSize = sizeof(thread);
+    int count = 0;
+    for (BOOL isThere = Thread32First(all, &thread); isThere != FALSE;
+         isThere = Thread32Next(all, &thread))
+        count += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    CloseHandle(all);
+    return count;
+}
+
+#endif
 
 /// Counts the scans that have begun and those that have ended, whatever model they belong to.
 class Scans
@@ -324,18 +352,16 @@ private Q_SLOTS:
 
     void noThreadIsLeft()
     {
-#if defined(Q_OS_LINUX)
-        const auto threads = [] {
-            return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-        };
+#if defined(Q_OS_LINUX) || defined(Q_OS_WIN)
         {
             const Model model;
         }
-        const auto before = threads();
+        const int before = threadCount();
+        QVERIFY(before > 0);
         for (int i = 0; i < 20; ++i)
             const Model model;
         // The system may take a moment to forget one that has been waited for.
-        QTRY_VERIFY_WITH_TIMEOUT(threads() <= before, 60'000);
+        QTRY_VERIFY_WITH_TIMEOUT(threadCount() <= before, 60'000);
 #else
         QSKIP("There is no list of threads");
 #endif

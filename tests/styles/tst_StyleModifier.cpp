@@ -221,7 +221,7 @@ private Q_SLOTS:
         const Window window = openWindow();
         window.editor->setPlainText(QString(2 * zvtest::RefusedWrite::limit, QLatin1Char(' ')));
         {
-            const zvtest::RefusedWrite refused(m_host.modificationsFile());
+            const zvtest::RefusedWrite refused;
             QTest::mouseClick(window.apply, Qt::LeftButton);
         }
         QCOMPARE(zvtest::contentOf(m_host.modificationsFile()), QByteArray("a { }"));

@@ -284,7 +284,7 @@ private Q_SLOTS:
             QString(2 * zvtest::RefusedWrite::limit, QLatin1Char(' ')));
         QSignalSpy failed(&document, &Document::failed);
         {
-            const zvtest::RefusedWrite refused(name);
+            const zvtest::RefusedWrite refused;
             document.save();
         }
         QCOMPARE(failed.size(), 1);

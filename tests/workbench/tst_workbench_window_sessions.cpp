@@ -199,7 +199,7 @@ private Q_SLOTS:
         {
             Window window;
             window->openFile(script("a.zvscr"));
-            const zvtest::RefusedWrite refused(name);
+            const zvtest::RefusedWrite refused;
             QVERIFY(window.close());
         }
         QCOMPARE(zvtest::contentOf(name), before);

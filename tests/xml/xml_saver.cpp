@@ -17,6 +17,7 @@
 
 #include <zvutil/ZvBasicXMLSaveFile.h>
 
+#include "support/RefusedWrite.h"
 #include "support/XmlGeneration.h"
 
 #include <QCoreApplication>
@@ -28,11 +29,10 @@
 #include <cstddef>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
 
 #if defined(Q_OS_UNIX)
-#include <csignal>
-#include <sys/resource.h>
 #include <unistd.h>
 #endif
 #if defined(Q_OS_LINUX)
@@ -127,19 +127,6 @@ void tell(bool committed)
     }
 }
 
-bool limitFiles(const QString& bytes)
-{
-#if defined(Q_OS_UNIX)
-    const rlim_t size = bytes.toULong();
-    const rlimit limit = {size, size};
-    std::signal(SIGXFSZ, SIG_IGN);
-    return setrlimit(RLIMIT_FSIZE, &limit) == 0;
-#else
-    Q_UNUSED(bytes)
-    return false;
-#endif
-}
-
 bool dropPrivileges()
 {
 #if defined(Q_OS_UNIX)
@@ -206,8 +193,10 @@ int main(int argc, char* argv[])
             tell("skip");
         return 0;
     }
-    const bool prepared = mode == QLatin1String("once")
-        || (mode == QLatin1String("limited") && limitFiles(arguments.value(2)))
+    std::optional<zvtest::RefusedWrite> limited;
+    if (mode == QLatin1String("limited"))
+        limited.emplace(arguments.value(2).toInt());
+    const bool prepared = mode == QLatin1String("once") || limited
         || (mode == QLatin1String("unprivileged") && dropPrivileges());
     if (!prepared)
         tell("skip");

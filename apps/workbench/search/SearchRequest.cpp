@@ -13,6 +13,10 @@
 #include <system_error>
 #include <utility>
 
+#if defined(Q_OS_WIN)
+#include <windows.h>
+#endif
+
 namespace workbench {
 
 namespace {
@@ -35,6 +39,26 @@ QString fileName(const std::filesystem::path& path)
     return QString::fromStdWString(path.filename().native());
 #else
     return QFile::decodeName(path.filename().c_str());
+#endif
+}
+
+bool isLink(const std::filesystem::directory_entry& entry, std::error_code& error)
+{
+#if defined(Q_OS_WIN)
+    // The standard library takes a junction for a folder, and a loop of them would have no end. Wine doesn't tell the
+    // kind of a link.
+    WIN32_FIND_DATAW found;
+    HANDLE const search = FindFirstFileW(entry.path().c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        error = std::error_code(static_cast<int>(GetLastError()), std::system_category());
+        return false;
+    }
+    FindClose(search);
+    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
+        && (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK
+            || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT || found.dwReserved0 == 0);
+#else
+    return entry.is_symlink(error);
 #endif
 }
 
@@ -126,7 +150,7 @@ bool SearchRequest::listFolder(const QString& folder, QStringList& files, QStrin
         if (entry->is_regular_file(unknown)) {
             if (hasType(path))
                 files.append(path);
-        } else if (entry->is_directory(unknown) && !entry->is_symlink(unknown)) {
+        } else if (entry->is_directory(unknown) && !isLink(*entry, unknown)) {
             folders.append(path);
         }
         isWhole = isWhole && (!unknown || unknown == std::errc::no_such_file_or_directory);

@@ -60,10 +60,11 @@ entry_type type_of(DWORD attributes)
 
 entry_type type_of(const WIN32_FIND_DATAW& found)
 {
-    // Only these two reparse points lead elsewhere; others are files that are stored elsewhere.
+    // Only these two reparse points lead elsewhere; others are files that are stored elsewhere. Wine doesn't
+    // tell the tag of a link to a directory: were it followed, a loop of links would have no end.
     const bool is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
         && (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK
-            || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+            || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT || found.dwReserved0 == 0);
     return is_link ? entry_type::link : type_of(found.dwFileAttributes);
 }
 

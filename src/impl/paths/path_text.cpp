@@ -45,6 +45,23 @@ Native native_of(std::wstring_view text)
     }
 }
 
+/// Where `/` is the only separator each `\` becomes one. Elsewhere takes away what lifts the limits of a path: Qt adds it
+/// where a path is long, and saves no file whose path has it.
+void make_form_of_qt(QString& name)
+{
+    if constexpr (paths_are_bytes) {
+        name.replace(u'\\', u'/');
+    } else {
+        const QLatin1String server(R"(\\?\UNC\)");
+        const QLatin1String drive(R"(\\?\)");
+        if (name.startsWith(server, Qt::CaseInsensitive))
+            name.replace(0, server.size(), QLatin1String(R"(\\)"));
+        else if (name.startsWith(drive)
+                 && name.midRef(drive.size() + 1, 2) == QLatin1String(R"(:\)"))
+            name.remove(0, drive.size());
+    }
+}
+
 } // namespace
 
 std::wstring path_text(const std::filesystem::path& path)
@@ -70,8 +87,7 @@ QString native_file_name(std::wstring_view text)
     // Copy unit by unit: Qt's conversions would drop a byte order mark, or swap the bytes by it.
     std::transform(units.begin(), units.end(), name.begin(),
                    [](wchar_t unit) { return QChar(static_cast<char16_t>(unit)); });
-    if constexpr (paths_are_bytes)
-        name.replace(u'\\', u'/');
+    make_form_of_qt(name);
     return name;
 }
 

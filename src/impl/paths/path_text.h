@@ -22,7 +22,7 @@ std::wstring any_path_text(const std::filesystem::path& path);
 std::filesystem::path native_path(std::wstring_view text);
 
 /// The same for Qt's file classes, unit by unit: a byte order mark at the start is part of the
-/// name.
+/// name. On Windows it has no `\\?\` in front.
 QString native_file_name(std::wstring_view text);
 
 } // namespace zvutil::impl
