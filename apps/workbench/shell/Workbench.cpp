@@ -223,9 +223,9 @@ Document* Workbench::openFile(const QString& file)
                      tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
         return nullptr;
     }
-    Document* const document = type->make(path, this);
+    Document* const document = type->make(QDir::toNativeSeparators(path), this);
     connect(document, &Document::failed, this, &Workbench::showFailure);
-    if (!document->load(filePath(QDir::toNativeSeparators(path)))) {
+    if (!document->load(filePath(path))) {
         document->deleteLater();
         return nullptr;
     }
@@ -400,11 +400,12 @@ void Workbench::renameCurrent()
     document->enableFileWatcher(false);
     QFile renaming(file.absoluteFilePath());
     if (renaming.rename(renamed)) {
-        document->setFilename(filePath(QDir::toNativeSeparators(renamed)));
+        document->setFilename(filePath(renamed));
         m_recentFiles->add(canonical(renamed));
     } else {
-        showFailure({tr("“%1” was not renamed.").arg(file.absoluteFilePath()),
-                     renaming.errorString(), tr("Choose another name.")});
+        showFailure(
+            {tr("“%1” was not renamed.").arg(QDir::toNativeSeparators(file.absoluteFilePath())),
+             renaming.errorString(), tr("Choose another name.")});
     }
     document->enableFileWatcher(true);
 }
