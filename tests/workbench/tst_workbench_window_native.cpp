@@ -36,7 +36,8 @@ QStringList textsOf(const workbench::Workbench& window)
 {
     QStringList texts{window.windowTitle(), window.statusBar()->currentMessage()};
     for (const QWidget* const widget : window.findChildren<QWidget*>())
-        texts << widget->windowTitle() << widget->toolTip() << widget->accessibleDescription();
+        texts << widget->toolTip() << widget->accessibleDescription()
+              << (widget->isHidden() ? QString() : widget->windowTitle());
     for (const QLabel* const label : window.findChildren<QLabel*>())
         texts << label->text();
     for (const QLineEdit* const line : window.findChildren<QLineEdit*>())

@@ -223,7 +223,7 @@ Document* Workbench::openFile(const QString& file)
                      tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
         return nullptr;
     }
-    Document* const document = type->make(QDir::toNativeSeparators(path), this);
+    Document* const document = type->make(path, this);
     connect(document, &Document::failed, this, &Workbench::showFailure);
     if (!document->load(filePath(path))) {
         document->deleteLater();
