@@ -23,6 +23,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -233,7 +234,7 @@ private Q_SLOTS:
         QVERIFY(!document.load(filePath(file)));
         QCOMPARE(failed.size(), 1);
         const auto failure = failed.at(0).at(0).value<Failure>();
-        QVERIFY(failure.what.contains(file));
+        QVERIFY(failure.what.contains(QDir::toNativeSeparators(file)));
         QCOMPARE(failure.reason, reason);
         QVERIFY(!failure.advice.isEmpty());
         QCOMPARE(document.editor().toPlainText(), QString("mine"));

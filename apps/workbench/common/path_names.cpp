@@ -1,5 +1,7 @@
 #include "common/path_names.h"
 
+#include <QDir>
+
 #include <filesystem>
 #include <string>
 
@@ -12,7 +14,7 @@ QString qtFileName(const zvutil::ZvFilePath& path)
 
 zvutil::ZvFilePath filePath(const QString& qtFileName)
 {
-    return zvutil::ZvFilePath(qtFileName.toStdWString());
+    return zvutil::ZvFilePath(QDir::toNativeSeparators(qtFileName).toStdWString());
 }
 
 } // namespace workbench

@@ -9,7 +9,8 @@ namespace workbench {
 /// Returns a path in the form that Qt's file classes take.
 QString qtFileName(const zvutil::ZvFilePath& path);
 
-/// Returns the path of a file that Qt names; the inverse of `qtFileName`.
+/// Returns the path of a file that Qt names, with the separators that users know; the inverse of
+/// `qtFileName`.
 zvutil::ZvFilePath filePath(const QString& qtFileName);
 
 } // namespace workbench

@@ -5,7 +5,6 @@
 #include "documents/ProgressBox.h"
 #include "documents/save_file_name.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <new>
@@ -119,7 +118,7 @@ zvutil::ZvFilePath Document::requestSavePath() const
         filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
     const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
                                       m_type.pluralName, m_type.extension);
-    return file.isEmpty() ? zvutil::ZvFilePath() : filePath(QDir::toNativeSeparators(file));
+    return file.isEmpty() ? zvutil::ZvFilePath() : filePath(file);
 }
 
 QAction* Document::addEditAction(const QString& text, const QKeySequence& shortcut)

@@ -114,8 +114,7 @@ QString FileNameDialog::ask(QWidget* parent, const QString& title, const QString
     return file;
 }
 
-QString FileNameDialog::problemWith(const QString& name, const QString& folder,
-                                    const QString& present)
+QString FileNameDialog::problemWithText(const QString& name)
 {
     QString text = name;
     int position = 0;
@@ -130,6 +129,15 @@ QString FileNameDialog::problemWith(const QString& name, const QString& folder,
         return tr("“%1” is a reserved device name. Choose another name.").arg(name);
     if (isTooLongForDisk(name))
         return tr("The name is too long for this disk.");
+    return {};
+}
+
+QString FileNameDialog::problemWith(const QString& name, const QString& folder,
+                                    const QString& present)
+{
+    const QString problem = problemWithText(name);
+    if (!problem.isEmpty())
+        return problem;
     if (isTaken(name, QDir(folder), present))
         return tr("“%1” already exists in this folder.").arg(name);
     return {};

@@ -33,6 +33,9 @@ public:
     /// name that the file has now.
     static QString problemWith(const QString& name, const QString& folder, const QString& present);
 
+    /// Returns why no file can be called \p name, in whatever folder, or an empty text.
+    static QString problemWithText(const QString& name);
+
 private:
     void judge();
     void tellProblem(const QString& problem);

@@ -1,5 +1,7 @@
 #include "documents/save_file_name.h"
 
+#include "documents/FileNameDialog.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -31,6 +33,25 @@ bool mayReplace(QWidget* parent, const QString& file)
     return box.exec() == QMessageBox::Yes;
 }
 
+/// Returns whether Windows lets a file have this name; tells the user why not. Windows itself would write to
+/// the device NUL without a word, and to a stream of the file "a" for "a:b".
+bool isPossible([[maybe_unused]] QWidget* parent, [[maybe_unused]] const QString& file)
+{
+#if defined(Q_OS_WIN)
+    const QString native = QDir::toNativeSeparators(file);
+    const QString problem =
+        FileNameDialog::problemWithText(native.mid(native.lastIndexOf(QLatin1Char('\\')) + 1));
+    if (problem.isEmpty())
+        return true;
+    QMessageBox box(QMessageBox::Warning, Texts::tr("Save"), problem, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+    return false;
+#else
+    return true;
+#endif
+}
+
 } // namespace
 
 QString saveFileName(QWidget* parent, const QString& title, const QString& start,
@@ -47,6 +68,8 @@ QString saveFileName(QWidget* parent, const QString& title, const QString& start
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().constFirst();
         QString file = withExtension(chosen, extension);
+        if (!isPossible(parent, file))
+            continue;
         if (file == chosen || !QFileInfo::exists(file) || mayReplace(parent, file))
             return file;
     }

@@ -1,10 +1,12 @@
 #include "documents/xml_text.h"
 
 #include "common/path_names.h"
+#include "documents/file_in_use.h"
 
 #include <zvutil/experimental/xml/attribute_not_found_xml_exception.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -123,11 +125,14 @@ void requireWritten(bool isWritten, const zvutil::ZvFilePath& file)
     const QFileInfo info(qtFileName(file));
     const QFileInfo folder(info.path());
     if (!folder.isDir())
-        throw FileError(Texts::tr("The folder “%1” does not exist.").arg(folder.filePath()));
+        throw FileError(Texts::tr("The folder “%1” does not exist.")
+                            .arg(QDir::toNativeSeparators(folder.filePath())));
     if (info.isDir())
         throw FileError(Texts::tr("There is a folder of this name."));
     if (lengthOnDisk(info.fileName()) > maxNameLengthToSave)
         throw FileError(Texts::tr("The file name is too long for this disk."));
+    if (isInUse(file))
+        throw FileError(Texts::tr("The file is open in another program."));
     throw FileError(Texts::tr("The disk is full, or you do not have permission to write there."));
 }
 

@@ -550,7 +550,7 @@ void FilesPanel::renameTo(const QString& file, const QString& newName)
         return;
     }
     tell(this,
-         {tr("“%1” was not renamed.").arg(file), present.errorString(),
+         {tr("“%1” was not renamed.").arg(QDir::toNativeSeparators(file)), present.errorString(),
           tr("Check that the file still exists, that no program is using it, and that you may "
              "write to its folder.")});
 }

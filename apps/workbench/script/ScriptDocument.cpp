@@ -4,6 +4,7 @@
 #include "common/number_text.h"
 #include "common/path_names.h"
 #include "documents/FileError.h"
+#include "documents/file_in_use.h"
 #include "script/CodeEditor.h"
 #include "script/OutputView.h"
 
@@ -215,7 +216,8 @@ void ScriptDocument::write(const zvutil::ZvFilePath& file) const
     try {
         host::saveFile(qtFileName(file).toStdString(), text.toStdString());
     } catch (const std::runtime_error& error) {
-        throw FileError(QString::fromUtf8(error.what()));
+        throw FileError(isInUse(file) ? tr("The file is open in another program.")
+                                      : QString::fromUtf8(error.what()));
     }
 }
 

@@ -225,7 +225,7 @@ Document* Workbench::openFile(const QString& file)
     }
     Document* const document = type->make(path, this);
     connect(document, &Document::failed, this, &Workbench::showFailure);
-    if (!document->load(filePath(QDir::toNativeSeparators(path)))) {
+    if (!document->load(filePath(path))) {
         document->deleteLater();
         return nullptr;
     }
@@ -400,11 +400,12 @@ void Workbench::renameCurrent()
     document->enableFileWatcher(false);
     QFile renaming(file.absoluteFilePath());
     if (renaming.rename(renamed)) {
-        document->setFilename(filePath(QDir::toNativeSeparators(renamed)));
+        document->setFilename(filePath(renamed));
         m_recentFiles->add(canonical(renamed));
     } else {
-        showFailure({tr("“%1” was not renamed.").arg(file.absoluteFilePath()),
-                     renaming.errorString(), tr("Choose another name.")});
+        showFailure(
+            {tr("“%1” was not renamed.").arg(QDir::toNativeSeparators(file.absoluteFilePath())),
+             renaming.errorString(), tr("Choose another name.")});
     }
     document->enableFileWatcher(true);
 }
