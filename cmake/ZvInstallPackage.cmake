@@ -4,12 +4,14 @@
 function(zv_install_package target)
     cmake_parse_arguments(arg "" "" "DEPENDENCIES" ${ARGN})
     install(TARGETS ${target} EXPORT ${target}Targets
-        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
     )
     foreach(tree "${CMAKE_CURRENT_SOURCE_DIR}/include/" "${CMAKE_CURRENT_BINARY_DIR}/include/")
-        install(DIRECTORY "${tree}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
+        install(DIRECTORY "${tree}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development
+            FILES_MATCHING PATTERN "*.h"
+        )
     endforeach()
 
     set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/${target}")
@@ -23,8 +25,10 @@ function(zv_install_package target)
     write_basic_package_version_file("${CMAKE_CURRENT_BINARY_DIR}/${target}ConfigVersion.cmake"
         VERSION "${PROJECT_VERSION}" COMPATIBILITY SameMinorVersion
     )
-    install(EXPORT ${target}Targets NAMESPACE ${target}:: DESTINATION "${package_dir}")
+    install(EXPORT ${target}Targets NAMESPACE ${target}:: DESTINATION "${package_dir}"
+        COMPONENT development
+    )
     install(FILES "${config}" "${CMAKE_CURRENT_BINARY_DIR}/${target}ConfigVersion.cmake"
-        DESTINATION "${package_dir}"
+        DESTINATION "${package_dir}" COMPONENT development
     )
 endfunction()

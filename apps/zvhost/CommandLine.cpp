@@ -1,12 +1,12 @@
 #include "CommandLine.h"
 
+#include "ProgramArguments.h"
+
 #include <QCommandLineOption>
 #include <QCommandLineParser>
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
-#include <deque>
 
 namespace {
 
@@ -30,9 +30,6 @@ QCommandLineOption hidden(QCommandLineOption option)
 /// The options that are passed on to the workbench.
 constexpr std::array workbenchOptions = {"style", "new", "screenshot"};
 
-/// The name of --style while Qt reads the arguments.
-constexpr char hiddenStyle[] = "workbench-style";
-
 void addOptions(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(QStringLiteral(
@@ -41,7 +38,7 @@ void addOptions(QCommandLineParser& parser)
     parser.addVersionOption();
     parser.addOptions({
         option("style", "Opens the workbench in the style NAME, this time.", "NAME"),
-        hidden(option(hiddenStyle, "", "NAME")),
+        hidden(option(ProgramArguments::hiddenStyle, "", "NAME")),
         option("new", "Opens a new document: testplan, schematic or script. Repeatable.", "TYPE"),
         option("screenshot", "Writes a picture of the workbench to FILE, and ends.", "FILE"),
         option("e", "Runs TEXT as a script.", "TEXT"),
@@ -70,24 +67,11 @@ bool isDocument(const QString& file)
 
 } // namespace
 
-void CommandLine::hideFromQt(int count, char** arguments)
-{
-    static std::deque<std::string> changed;
-    const std::string name = "--style";
-    for (int i = 1; i < count; ++i) {
-        const std::string argument = arguments[i];
-        if (argument != name && argument.compare(0, name.size() + 1, name + '=') != 0)
-            continue;
-        changed.push_back(std::string("--") + hiddenStyle + argument.substr(name.size()));
-        arguments[i] = changed.back().data();
-    }
-}
-
-CommandLine CommandLine::of(const QCoreApplication& application)
+CommandLine CommandLine::of(const QStringList& arguments)
 {
     QCommandLineParser parser;
     addOptions(parser);
-    parser.process(application);
+    parser.process(arguments);
 
     CommandLine line;
     line.library = parser.value(QStringLiteral("library"));
@@ -105,7 +89,7 @@ CommandLine CommandLine::of(const QCoreApplication& application)
     for (const char* const name : workbenchOptions) {
         QStringList values = parser.values(QLatin1String(name));
         if (name == std::string("style"))
-            values += parser.values(QLatin1String(hiddenStyle));
+            values += parser.values(QLatin1String(ProgramArguments::hiddenStyle));
         for (const QString& value : values) {
             line.workbench.push_back(std::string("--") + name);
             line.workbench.push_back(value.toStdString());

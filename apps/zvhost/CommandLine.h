@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-class QCoreApplication;
-
 /// The options and arguments of the program.
 struct CommandLine
 {
@@ -24,12 +22,7 @@ struct CommandLine
     bool makesPicture = false;
     std::vector<std::string> workbench; ///< words for the workbench's command
 
-    /// Renames --style in the arguments of main. Call before the application is created, which
-    /// would take that option for its own. The strings that replace elements of \p arguments are
-    /// never deleted.
-    static void hideFromQt(int count, char** arguments);
-
-    /// Returns the command line of \p application. Handles --help, --version and mistakes by
-    /// itself, and then doesn't return.
-    static CommandLine of(const QCoreApplication& application);
+    /// Returns what \p arguments ask for, the program's name first. Handles --help, --version and
+    /// mistakes by itself, and then doesn't return.
+    static CommandLine of(const QStringList& arguments);
 };

@@ -1,5 +1,7 @@
 #include "ConsoleScriptHost.h"
 
+#include "standard_error.h"
+
 #include <cstdio>
 #include <memory>
 
@@ -8,7 +10,7 @@ namespace {
 class ConsoleMessages final : public MessageHandler
 {
 public:
-    void message(const char* text) override { std::fprintf(stderr, "%s\n", text); }
+    void message(const char* text) override { writeError(QString::fromUtf8(text)); }
 };
 
 } // namespace

@@ -30,7 +30,8 @@ QString loadFirst(const QString& name, const QStringList& files)
         if (QFileInfo::exists(file))
             return loadModule(file);
     }
-    return QStringLiteral("Cannot find %1; tried %2").arg(name, files.join(QStringLiteral(", ")));
+    return QStringLiteral("Cannot find %1; tried %2")
+        .arg(name, QDir::toNativeSeparators(files.join(QStringLiteral(", "))));
 }
 
 } // namespace

@@ -1,13 +1,18 @@
 #include "CommandLine.h"
 #include "ConsoleScriptHost.h"
+#include "ProgramArguments.h"
 #include "ScriptEngine.h"
 #include "ThreadScriptSession.h"
+#include "host_look.h"
 #include "load_library.h"
+#include "standard_error.h"
+#include "utf8_console.h"
 
 #include <HostSupport/ScriptSession.h>
 #include <HostSupport/host.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QWidget>
@@ -23,7 +28,7 @@ namespace {
 
 void complain(const QString& text)
 {
-    std::fprintf(stderr, "zvhost: %s\n", text.toUtf8().constData());
+    writeError(QStringLiteral("zvhost: ") + text);
 }
 
 /// Selects a platform without a screen if there is no display: windows still work, but nobody sees
@@ -57,8 +62,9 @@ void listRegistrations()
 /// Returns an error in the form SOURCE:LINE: MESSAGE, so that editors find the place.
 QString described(const host::ScriptOutcome& outcome, const QString& source)
 {
-    const QString location =
-        outcome.line > 0 ? source + QLatin1Char(':') + QString::number(outcome.line) : source;
+    QString location = QDir::toNativeSeparators(source);
+    if (outcome.line > 0)
+        location += QLatin1Char(':') + QString::number(outcome.line);
     return location + QStringLiteral(": ") + QString::fromStdString(outcome.error);
 }
 
@@ -66,7 +72,7 @@ bool runText(ScriptEngine& engine, const QString& text, const QString& source)
 {
     const host::ScriptOutcome outcome = engine.run(text, source);
     if (!outcome.error.empty())
-        std::fprintf(stderr, "%s\n", described(outcome, source).toUtf8().constData());
+        writeError(described(outcome, source));
     return outcome.error.empty();
 }
 
@@ -74,7 +80,8 @@ bool runFile(ScriptEngine& engine, const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        complain(QStringLiteral("cannot read %1: %2").arg(path, file.errorString()));
+        complain(QStringLiteral("cannot read %1: %2")
+                     .arg(QDir::toNativeSeparators(path), file.errorString()));
         return false;
     }
     return runText(engine, QString::fromUtf8(file.readAll()), path);
@@ -97,7 +104,8 @@ bool listFiles(const QStringList& directories, const QString& types, const QStri
 {
     for (const QString& directory : directories) {
         if (!QFileInfo(directory).isDir()) {
-            complain(QStringLiteral("no such directory: %1").arg(directory));
+            complain(
+                QStringLiteral("no such directory: %1").arg(QDir::toNativeSeparators(directory)));
             return false;
         }
     }
@@ -159,14 +167,16 @@ QString loadAll(const CommandLine& line)
 
 int main(int argc, char* argv[])
 {
+    useUtf8Console();
     chooseDisplay();
-    CommandLine::hideFromQt(argc, argv);
+    const ProgramArguments arguments(argc, argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
+    useHostLook();
     QCoreApplication::setApplicationName(QStringLiteral("zvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZVHOST_VERSION));
-    const CommandLine line = CommandLine::of(application);
+    const CommandLine line = CommandLine::of(arguments.remaining(argc, argv));
 
     const QString error = loadAll(line);
     if (!error.isEmpty()) {

@@ -99,8 +99,10 @@ bool canBeHit(Kind kind)
     }
 }
 
-Effect effect(zv_fault_action action)
+Effect effect(zv_fault_action action, const char* name)
 {
+    if (*struck == '\0')
+        struck = name;
     switch (action) {
     case zv_fault_kill:
         endProcess();
@@ -125,12 +127,13 @@ Effect met(bool concerns, Kind kind, const char* name)
     if (!concerns || !isArmed)
         return Effect::None;
     const int number = ++calls;
-    if (number == order.number && canBeHit(kind)) {
-        struck = name;
-        return effect(order.action);
-    }
-    const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
-    return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail)
+    if (number == order.number && canBeHit(kind))
+        return effect(order.action, name);
+    // After a short block there is still room for names: a save that took it for a whole one would
+    // fail at its last step otherwise.
+    const bool takesSpace =
+        kind == Kind::Write || (kind == Kind::Create && order.action == zv_fault_fail);
+    return order.lasts && takesSpace && number > order.number ? effect(zv_fault_fail, name)
                                                               : Effect::None;
 }
 

@@ -36,6 +36,6 @@ int zv_faults_calls();
 /// How often the bytes of a file were brought to the disk since zv_faults_arm().
 int zv_faults_syncs();
 
-/// The name of the function that was hit, or an empty text. Valid until zv_faults_arm().
+/// The name of the function that was hit first, or an empty text. Valid until zv_faults_arm().
 const char* zv_faults_struck();
 }

@@ -83,11 +83,14 @@ Effect met(bool concerns, Kind kind, const char* name)
     if (!concerns || !isArmed)
         return Effect::None;
     const int number = ++calls;
-    const bool takesSpace = kind == Kind::Create || kind == Kind::Write;
+    // After a short block there is still room for names: a save that took it for a whole one would
+    // fail at its last step otherwise.
+    const bool takesSpace =
+        kind == Kind::Write || (kind == Kind::Create && order.action == zv_fault_fail);
     const bool isFull = order.lasts != 0 && takesSpace && number > order.number;
     if (!isFull && (number != order.number || !canBeHit(kind)))
         return Effect::None;
-    if (number == order.number)
+    if (*struck == '\0')
         struck = name;
     if (order.action == zv_fault_meanwhile) {
         isArmed = false;

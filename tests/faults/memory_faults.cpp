@@ -24,7 +24,8 @@ constexpr const char* fatalFunctions[] = {
     "_ZN7QObject7connectE", // use the memory for a connection without a look
     "_ZN7QObject11connectImpl",
     "_ZN7QObject11deleteLaterEv", // called by destructors, which may not throw
-    "_ZN9QSettingsC", // destroys what it hasn't made
+    "_ZN9QSettingsC", // destroy what they haven't made
+    "_ZN7QThreadC",
     "_ZN16QXmlStreamWriter8setCodec", // leaves the writer without a state that it then uses
 };
 

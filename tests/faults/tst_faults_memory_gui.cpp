@@ -189,6 +189,28 @@ const char* childProxy(ShortOfMemory& shortOfMemory)
     return proxy.rowCount({}) == 3 ? nullptr : "the branch is not shown";
 }
 
+const char* listModel(ShortOfMemory& shortOfMemory)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.path();
+    // Two files, as the scan passes over the first one.
+    if (!zvtest::writeTo(path + "/a.txt", "a") || !zvtest::writeTo(path + "/b.txt", "b"))
+        return "no files";
+    ZvMultiDirectoryListModel model;
+    shortOfMemory([] { const ZvMultiDirectoryListModel made; });
+    shortOfMemory([&] { model.addDirectory(path.toStdWString().c_str()); });
+    shortOfMemory([&] { model.setAllowedFileTypes({".txt", ".csv"}); });
+    shortOfMemory([&] { model.setFilterFixedString("txt"); });
+    shortOfMemory([&] { model.removeDirectory(path); });
+    shortOfMemory([&] { model.reloadPaths(); });
+    model.removeDirectory(path);
+    model.addDirectory(path);
+    const auto shows = [&model] {
+        return model.rowCount({}) > 0 && model.data(model.index(0), Qt::DisplayRole).isValid();
+    };
+    return QTest::qWaitFor(shows, 60'000) ? nullptr : "no file is listed";
+}
+
 } // namespace
 
 class tst_faults_memory_gui : public QObject
@@ -211,6 +233,7 @@ private Q_SLOTS:
         QTest::newRow("library file") << MemoryCase(&libraryFile) << true;
         QTest::newRow("style model") << MemoryCase(&styleModel) << false;
         QTest::newRow("clipboard table") << MemoryCase(&clipboardTable) << false;
+        QTest::newRow("list of directories") << MemoryCase(&listModel) << true;
         QTest::newRow("child proxy") << MemoryCase(&childProxy) << true;
     }
 

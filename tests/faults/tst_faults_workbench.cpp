@@ -217,8 +217,10 @@ private Q_SLOTS:
     {
         QFETCH(int, kind);
         QVERIFY(QDir(m_folder->path()).mkdir("inner"));
+        // Several reads for each file, with the text in the last one.
+        const QByteArray content = QByteArray("hay\n").repeated(100'000) + "a needle\n";
         for (const char* const name : {"a.txt", "b.txt", "inner/c.txt", "inner/d.txt"})
-            QVERIFY(zvtest::writeTo(m_folder->filePath(name), "a needle\n"));
+            QVERIFY(zvtest::writeTo(m_folder->filePath(name), content));
         workbench::SearchQuery query;
         query.text = "needle";
         query.folders = QStringList(m_folder->path());

@@ -27,6 +27,7 @@ constexpr char oldContent[] = "<?xml version=\"1.0\"?><old>the old content</old>
 
 enum class Shape {
     Pieces,
+    OneBlock,
     LargeText,
     ManyElements,
 };
@@ -60,8 +61,10 @@ private:
     {
         const auto root = this->writer().root_element(widened<C>("root").c_str());
         root->attribute(widened<C>("name").c_str(), widened<C>("value").c_str());
-        if (shape == Shape::LargeText) {
-            root->text(std::basic_string<C>(200'000, C('x')).c_str());
+        if (shape == Shape::LargeText || shape == Shape::OneBlock) {
+            // One block is larger than the buffers of Qt's files and smaller than the library's.
+            const std::size_t length = shape == Shape::OneBlock ? 20'000 / sizeof(C) : 200'000;
+            root->text(std::basic_string<C>(length, C('x')).c_str());
             return;
         }
         const int count = shape == Shape::Pieces ? 3 : 4'000;
@@ -111,10 +114,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("place");
         QTest::addColumn<int>("kind");
         const char* const types[] = {"char", "char16_t", "char32_t", "wchar_t"};
-        const char* const shapes[] = {"pieces", "large text", "many elements"};
+        const char* const shapes[] = {"pieces", "one block", "large text", "many elements"};
         const char* const places[] = {"file", "link", "no file"};
         for (int type = 0; type < 4; ++type) {
-            for (int shape = 0; shape < 3; ++shape) {
+            for (int shape = 0; shape < 4; ++shape) {
                 for (int place = 0; place < (shape == 0 ? 3 : 1); ++place) {
                     for (int kind = 0; kind < zvtest::faultKindCount(); ++kind)
                         QTest::addRow("%s, %s, %s, %s", types[type], shapes[shape], places[place],

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
@@ -18,11 +19,12 @@ struct Outcome
 };
 
 Outcome run(const QStringList& arguments,
-            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
+            const QString& program = ZVHOST_FILE)
 {
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(ZVHOST_FILE, arguments);
+    process.start(program, arguments);
     Outcome outcome;
     if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
         return outcome;
@@ -32,18 +34,37 @@ Outcome run(const QStringList& arguments,
     return outcome;
 }
 
-/// For a user who has never used the host before, but for other calls of this.
-Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
+/// That of a user who has never used the host before, but in other processes with this.
+QProcessEnvironment environmentOf(const QTemporaryDir& user)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
         environment.insert(QLatin1String(variable), user.path());
-    return run(arguments, environment);
+    return environment;
+}
+
+Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
+{
+    return run(arguments, environmentOf(user));
 }
 
 Outcome runScript(const QString& script)
 {
     return run({"--module", MODULE_FILE, "-e", script});
+}
+
+/// What Windows does for a program: 2 opens no console, 3 has one. -1 if the file isn't a program.
+int subsystemOf(const QString& program)
+{
+    const QByteArray content = zvtest::contentOf(program);
+    const auto numberAt = [&content](int position) {
+        return position >= 0 && position + 1 < content.size()
+            ? static_cast<uchar>(content[position])
+                + 256 * static_cast<uchar>(content[position + 1])
+            : -1;
+    };
+    const int header = numberAt(0x3c);
+    return content.mid(header, 4) == QByteArray("PE\0\0", 4) ? numberAt(header + 0x5c) : -1;
 }
 
 } // namespace
@@ -161,8 +182,62 @@ private Q_SLOTS:
         const QString bad = write(directory, "bad.js", "print('bad')\n\nnothing.here\n");
         const Outcome outcome = run({good, bad, good});
         QCOMPARE(outcome.output, QString("good\nbad\n"));
-        QVERIFY2(outcome.errors.contains(bad + ":3: "), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(QDir::toNativeSeparators(bad) + ":3: "),
+                 qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
+    }
+
+    void takesNamesBeyondTheCodePage_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QStringList>("options");
+        for (const char* const program : {ZVHOST_FILE, WINDOWED_FILE}) {
+            const QByteArray name = QFileInfo(program).fileName().toLatin1();
+            QTest::addRow("%s", name.constData()) << program << QStringList();
+            // Qt looks at the other arguments once more if one of them was changed.
+            QTest::addRow("%s and a style", name.constData())
+                << program << QStringList{"--style=Dark", "--screenshot"};
+        }
+    }
+
+    void takesNamesBeyondTheCodePage()
+    {
+        QFETCH(QString, program);
+        QFETCH(QStringList, options);
+        const QTemporaryDir folder;
+        QStringList arguments = options;
+        if (!options.isEmpty())
+            arguments.append(folder.filePath("Ω 画面.png"));
+        const QString script = write(folder, "Ω ж 日本.js", "print('日本')\nmissing()\n");
+        arguments += {"-e", "print('ж')", script};
+        const Outcome outcome = run(arguments, QProcessEnvironment::systemEnvironment(), program);
+        QCOMPARE(outcome.output, QString("ж\n日本\n"));
+        QVERIFY2(outcome.errors.contains(QDir::toNativeSeparators(script) + ":2: "),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+    }
+
+    void onlyTheProgramForScriptsHasAConsole()
+    {
+#if defined(Q_OS_WIN)
+        QCOMPARE(subsystemOf(ZVHOST_FILE), 3);
+        QCOMPARE(subsystemOf(WINDOWED_FILE), 2);
+#else
+        QCOMPARE(subsystemOf(ZVHOST_FILE), -1);
+        QSKIP("Programs know nothing of consoles on this platform");
+#endif
+    }
+
+    void startsWithoutStandardOutput()
+    {
+        const QTemporaryDir user;
+        const QString picture = user.filePath("picture.png");
+        QProcess process;
+        process.setProcessEnvironment(environmentOf(user));
+        process.setProgram(WINDOWED_FILE);
+        process.setArguments({"--screenshot", picture});
+        QVERIFY(process.startDetached());
+        QTRY_VERIFY_WITH_TIMEOUT(!QImage(picture).isNull(), 120'000);
     }
 
     void missingFilesAreErrors_data()
@@ -180,7 +255,8 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         const Outcome outcome = run(arguments);
-        QVERIFY2(outcome.errors.contains("/no/such/file"), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(QDir::toNativeSeparators("/no/such/file")),
+                 qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
     }
 
@@ -248,8 +324,9 @@ private Q_SLOTS:
     void listsNoFilesBelowWhatIsNoDirectory()
     {
         const Outcome outcome = run({"--files", QDir::tempPath(), "/no/such/directory"});
-        QVERIFY2(outcome.errors.contains("no such directory: /no/such/directory"),
-                 qPrintable(outcome.errors));
+        const QString expected =
+            "no such directory: " + QDir::toNativeSeparators("/no/such/directory");
+        QVERIFY2(outcome.errors.contains(expected), qPrintable(outcome.errors));
         QCOMPARE(outcome.output, QString());
         QCOMPARE(outcome.status, 1);
     }

@@ -14,6 +14,11 @@
 
 #include <cstdio>
 
+#if defined(Q_OS_WIN)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 
 void read()
@@ -46,6 +51,9 @@ void offerTable(const QStringList& cells)
 
 int main(int argc, char* argv[])
 {
+#if defined(Q_OS_WIN)
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QString command = arguments.value(1);

@@ -1,6 +1,8 @@
 // One day at the workbench, from end to end: the module as the host loads it, a real display, keys, the
 // mouse, other programs. Each station leaves a picture of the screen.
 
+#include "host_look.h"
+
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleEditor.h>
 #include <zvutil/ZvStyleManager.h>
@@ -192,6 +194,9 @@ class tst_workbench_journey : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        // Nobody could type into a dialog of Windows from here.
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        useHostLook();
         const bool comesBack = qEnvironmentVariableIsSet(folderVariable);
         if (!comesBack)
             m_own = std::make_unique<QTemporaryDir>();

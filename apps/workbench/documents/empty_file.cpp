@@ -13,10 +13,7 @@ bool isEmptyFile(const zvutil::ZvFilePath& file)
     char first = 0;
     if (!source.open(QIODevice::ReadOnly))
         throw FileError(source.errorString());
-    const qint64 count = source.read(&first, 1);
-    if (count < 0 || source.error() != QFileDevice::NoError)
-        throw FileError(source.errorString());
-    return count == 0;
+    return source.read(&first, 1) == 0;
 }
 
 } // namespace workbench
