@@ -430,8 +430,7 @@ private Q_SLOTS:
         QTest::addColumn<std::string>("text");
         const Grid cells{{"a,b", "1"}, {"c", "2"}};
         QTest::newRow("CSV") << csv << QByteArray("\"a,b\",1\r\nc,2\r\n") << cells << ""s;
-        QTest::newRow("Windows CSV")
-            << "Csv" << QByteArray("\"a,b\",1\r\nc,2\r\n") << cells << ""s;
+        QTest::newRow("Windows CSV") << "Csv" << QByteArray("\"a,b\",1\r\nc,2\r\n") << cells << ""s;
         QTest::newRow("text") << "CF_UNICODETEXT" << QByteArray("a\t\xC3\xA4\r\n") << Grid()
                               << "a\t\xC3\xA4\n"s;
     }
