@@ -60,16 +60,16 @@ private Q_SLOTS:
     void startPageStandsInForDocuments()
     {
         const Window window;
-        QVERIFY(window->findChild<StartPage*>());
+        QVERIFY(window->findChild<workbench::StartPage*>());
         QVERIFY(!window->currentDocument());
         QVERIFY(!actionOf(*window, "save")->isEnabled());
         window->newDocument(*documentTypes().at(0));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!window->findChild<StartPage*>());
+        QVERIFY(!window->findChild<workbench::StartPage*>());
         QVERIFY(actionOf(*window, "save")->isEnabled());
         window->closeCurrent();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(window->findChild<StartPage*>());
+        QVERIFY(window->findChild<workbench::StartPage*>());
         QVERIFY(!window->currentDocument());
         QVERIFY(!actionOf(*window, "save")->isEnabled());
     }
@@ -84,7 +84,7 @@ private Q_SLOTS:
         }
         const Window window;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        auto* const page = window->findChild<StartPage*>();
+        auto* const page = window->findChild<workbench::StartPage*>();
         for (const char* name : {"new:testplan", "new:schematic", "new:script", "open"})
             QVERIFY2(page->findChild<QPushButton*>(QLatin1String(name)), name);
         const QList<QPushButton*> recent = page->findChildren<QPushButton*>("recent");

@@ -117,7 +117,7 @@ private Q_SLOTS:
         dismiss(*box);
         QVERIFY(window->documents().isEmpty());
         QVERIFY(window->recentFiles().files().isEmpty());
-        QVERIFY(window->findChild<StartPage*>());
+        QVERIFY(window->findChild<workbench::StartPage*>());
     }
 
     void filesAreChosenInADialog()
