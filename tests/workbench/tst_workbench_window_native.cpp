@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 #include "files/FilesPanel.h"
+#include "support/ExclusiveFile.h"
 
 #include <QAbstractItemView>
 #include <QLabel>
@@ -149,7 +150,8 @@ private Q_SLOTS:
         zvtest::closeFiles();
         document->setModified(true);
         {
-            const zvtest::RefusedWrite held(file);
+            const zvtest::ExclusiveFile held(file);
+            QVERIFY(held.isOpen());
             document->save();
         }
         QMessageBox* const box = failureOf(*window);
