@@ -149,8 +149,8 @@ function(zv_add_test_helper name)
     target_link_libraries(${name} PRIVATE zv_test_options zv_test_support ${arg_LIBRARIES})
 endfunction()
 
-# zv_repeat_on_display(NAME): the test NAME_xvfb, which runs the program of the test NAME on a display of
-# its own.
+# zv_repeat_on_display(NAME [FUNCTION...]): the test NAME_xvfb, which runs the program of the test NAME, or some of its
+# functions, on a display of its own.
 function(zv_repeat_on_display name)
     if(NOT ZV_TESTS STREQUAL "all")
         return()
@@ -159,7 +159,7 @@ function(zv_repeat_on_display name)
         zv_skip_test(${name}_xvfb "there is no Xvfb")
         return()
     endif()
-    add_test(NAME ${name}_xvfb COMMAND ${ZV_ON_DISPLAY} $<TARGET_FILE:tst_${name}>)
+    add_test(NAME ${name}_xvfb COMMAND ${ZV_ON_DISPLAY} $<TARGET_FILE:tst_${name}> ${ARGN})
     set_tests_properties(${name}_xvfb PROPERTIES TIMEOUT 600 ENVIRONMENT "${ZV_DISPLAY_ENVIRONMENT}")
 endfunction()
 

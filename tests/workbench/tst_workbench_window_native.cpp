@@ -1,5 +1,5 @@
 // What users of Windows expect: backslashes, drives and shares, names that Windows refuses, long paths, files that
-// another program holds open.
+// another program holds open, files from the explorer.
 
 #include "WindowTest.h"
 
@@ -7,9 +7,18 @@
 #include "support/ExclusiveFile.h"
 
 #include <QAbstractItemView>
+#include <QClipboard>
+#include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
+#include <QMimeData>
 #include <QStatusBar>
+#include <QUrl>
+
+#include <cstring>
+#include <string>
+
+#include <shlobj.h>
 
 using workbench::Document;
 using workbench::documentTypeOf;
@@ -50,6 +59,26 @@ QStringList textsOf(const workbench::Workbench& window)
     for (const QAbstractItemView* const view : window.findChildren<QAbstractItemView*>())
         addTexts(texts, *view);
     return texts;
+}
+
+/// Puts files on the clipboard in the form in which the explorer hands them out there and in drags.
+bool offerAsExplorer(const QStringList& files)
+{
+    std::wstring names;
+    for (const QString& file : files)
+        names += QDir::toNativeSeparators(file).toStdWString() + L'\0';
+    names += L'\0';
+    const DROPFILES head = {sizeof(DROPFILES), {}, FALSE, TRUE};
+    const std::size_t size = names.size() * sizeof(wchar_t);
+    const HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, sizeof(head) + size);
+    auto* const bytes = static_cast<char*>(GlobalLock(data));
+    std::memcpy(bytes, &head, sizeof(head));
+    std::memcpy(bytes + sizeof(head), names.data(), size);
+    GlobalUnlock(data);
+    const bool isOffered =
+        OpenClipboard(nullptr) && EmptyClipboard() && SetClipboardData(CF_HDROP, data);
+    CloseClipboard();
+    return isOffered;
 }
 
 } // namespace
@@ -185,6 +214,26 @@ private Q_SLOTS:
         const auto* const folders = window->filesPanel().findChild<QListWidget*>("folders");
         QCOMPARE(folders->count(), 1);
         QCOMPARE(folders->item(0)->text(), text);
+    }
+
+    void filesFromTheExplorerAreDropped()
+    {
+        if (QGuiApplication::platformName() != "windows")
+            QSKIP("The clipboard of Windows belongs to its own platform");
+        const QString file = script("a \u0436.zvscr");
+        QVERIFY(offerAsExplorer({m_folder->path(), file}));
+        const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+        QVERIFY(data->hasUrls());
+        const Window window;
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, data, Qt::LeftButton, {});
+        QDropEvent drop(QPoint(5, 5), Qt::CopyAction, data, Qt::LeftButton, {});
+        QApplication::sendEvent(&window->filesPanel(), &enter);
+        QVERIFY(enter.isAccepted());
+        QApplication::sendEvent(&window->filesPanel(), &drop);
+        QCOMPARE(window->filesPanel().folders(), QStringList{m_folder->path()});
+        QTRY_VERIFY_WITH_TIMEOUT(window->currentDocument(), longWait);
+        QCOMPARE(workbench::qtFileName(window->currentDocument()->filename()),
+                 QDir::toNativeSeparators(file));
     }
 
     void longPaths()
