@@ -135,7 +135,7 @@ QString FileNameDialog::problemWithText(const QString& name)
 QString FileNameDialog::problemWith(const QString& name, const QString& folder,
                                     const QString& present)
 {
-    const QString problem = problemWithText(name);
+    QString problem = problemWithText(name);
     if (!problem.isEmpty())
         return problem;
     if (isTaken(name, QDir(folder), present))
