@@ -39,12 +39,15 @@ void addOptions(QCommandLineParser& parser)
     parser.addOptions({
         option("style", "Opens the workbench in the style NAME, this time.", "NAME"),
         hidden(option(ProgramArguments::hiddenStyle, "", "NAME")),
-        option("new", "Opens a new document: testplan, schematic or script. Repeatable.", "TYPE"),
+        option(
+            "new",
+            "Opens a new document: testplan, schematic, script or a type of a module. Repeatable.",
+            "TYPE"),
         option("screenshot", "Writes a picture of the workbench to FILE, and ends.", "FILE"),
         option("e", "Runs TEXT as a script.", "TEXT"),
         flag("list", "Lists functions, commands and options."),
         option("library", "Loads FILE as libzvutil.", "FILE"),
-        option("module", "Loads a module after the library. Repeatable.", "FILE"),
+        option("load", "Loads the module FILE after the library. Repeatable.", "FILE"),
         flag("files", "Lists the files below directories, which come in place of other files."),
         option("types", "With --files: lists only these types, \".a,.b\".", "TYPES"),
         option("filter", "With --files: lists only files whose name contains TEXT.", "TEXT"),
@@ -75,7 +78,7 @@ CommandLine CommandLine::of(const QStringList& arguments)
 
     CommandLine line;
     line.library = parser.value(QStringLiteral("library"));
-    line.modules = parser.values(QStringLiteral("module"));
+    line.modules = parser.values(QStringLiteral("load"));
     line.listsRegistrations = parser.isSet(QStringLiteral("list"));
     line.types = parser.value(QStringLiteral("types"));
     line.filter = parser.value(QStringLiteral("filter"));

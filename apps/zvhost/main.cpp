@@ -141,6 +141,38 @@ bool openWorkbench(const std::vector<std::string>& words)
     return true;
 }
 
+/// Returns whether a module has added a type of documents to the workbench that opens \p file.
+bool isDocumentOfModule(const QString& file)
+{
+    const std::vector<host::CommandInfo> commands = host::commands();
+    const std::string command = "_workbench_opens";
+    if (std::none_of(commands.begin(), commands.end(),
+                     [&command](const host::CommandInfo& info) { return info.name == command; }))
+        return false;
+    try {
+        host::callCommand(command, {file.toStdString()}, {}, {"command line", 0});
+    } catch (const host::CallError&) {
+        return false;
+    }
+    return true;
+}
+
+/// Passes the files that modules have types for on to the workbench. The command line was read before the
+/// modules were loaded, and takes them for scripts.
+void passDocumentsOn(CommandLine& line)
+{
+    QStringList scripts;
+    for (const QString& file : line.scripts) {
+        if (isDocumentOfModule(file)) {
+            line.workbench.push_back(file.toStdString());
+            line.opensWorkbench = true;
+        } else {
+            scripts.append(file);
+        }
+    }
+    line.scripts = scripts;
+}
+
 bool isOnScreen()
 {
     return QGuiApplication::platformName() != QLatin1String("offscreen");
@@ -176,13 +208,14 @@ int main(int argc, char* argv[])
     useHostLook();
     QCoreApplication::setApplicationName(QStringLiteral("zvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZVHOST_VERSION));
-    const CommandLine line = CommandLine::of(arguments.remaining(argc, argv));
+    CommandLine line = CommandLine::of(arguments.remaining(argc, argv));
 
     const QString error = loadAll(line);
     if (!error.isEmpty()) {
         complain(error);
         return 1;
     }
+    passDocumentsOn(line);
     if (line.listsRegistrations)
         listRegistrations();
     if (line.listsFiles)

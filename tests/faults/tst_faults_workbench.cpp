@@ -4,11 +4,8 @@
 #include "Drive.h"
 #include "SavePromise.h"
 
-#include "common/Failure.h"
 #include "common/path_names.h"
 #include "documents/CompressionRequest.h"
-#include "documents/Document.h"
-#include "documents/DocumentType.h"
 #include "search/SearchRequest.h"
 #include "shell/Session.h"
 #include "shell/document_types.h"
@@ -21,6 +18,10 @@
 #include "support/Process.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
+
+#include <zvworkbench/Document.h>
+#include <zvworkbench/DocumentType.h>
+#include <zvworkbench/Failure.h>
 
 #include <QDir>
 #include <QSettings>

@@ -50,7 +50,7 @@ Outcome runFor(const QTemporaryDir& user, const QStringList& arguments)
 
 Outcome runScript(const QString& script)
 {
-    return run({"--module", MODULE_FILE, "-e", script});
+    return run({"--load", MODULE_FILE, "-e", script});
 }
 
 /// What Windows does for a program: 2 opens no console, 3 has one. -1 if the file isn't a program.
@@ -247,8 +247,7 @@ private Q_SLOTS:
         QTest::newRow("script") << QStringList{missing};
         QTest::newRow("library")
             << (QString("--library=%1 --list").arg(missing)).split(QLatin1Char(' '));
-        QTest::newRow("module")
-            << QString("--module=%1 --list").arg(missing).split(QLatin1Char(' '));
+        QTest::newRow("module") << QString("--load=%1 --list").arg(missing).split(QLatin1Char(' '));
     }
 
     void missingFilesAreErrors()
@@ -262,7 +261,7 @@ private Q_SLOTS:
 
     void listsWhatIsRegistered()
     {
-        const Outcome outcome = run({"--module", MODULE_FILE, "--list"});
+        const Outcome outcome = run({"--load", MODULE_FILE, "--list"});
         QCOMPARE(outcome.output,
                  QString("function PathToURI(string)\n"
                          "function Schemes(string, number)\n"

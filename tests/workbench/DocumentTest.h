@@ -1,8 +1,9 @@
 #pragma once
 
-#include "common/Failure.h"
 #include "support/StyleHost.h"
 #include "support/Workbench.h"
+
+#include <zvworkbench/Failure.h>
 
 #include <QObject>
 #include <QTemporaryDir>

@@ -2,11 +2,12 @@
 
 #include "common/path_names.h"
 #include "common/translations.h"
-#include "documents/Document.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
 #include "shell/open_workbench.h"
 #include "support/Files.h"
+
+#include <zvworkbench/Document.h>
 
 #include <support/Background.h>
 #include <support/RefusedWrite.h>

@@ -4,13 +4,14 @@
 #include "Sheet.h"
 
 #include "common/path_names.h"
-#include "documents/FileError.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
 #include "support/Files.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
 #include "support/Workbench.h"
+
+#include <zvworkbench/FileError.h>
 
 #include <QFile>
 #include <QSignalSpy>

@@ -6,13 +6,14 @@
 #include <zvutil/ZvStyleManager.h>
 
 #include "common/path_names.h"
-#include "documents/FileError.h"
 #include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
 #include "support/Workbench.h"
 #include "testplan/TestPlanDocument.h"
 #include "testplan/TestPlanView.h"
+
+#include <zvworkbench/FileError.h>
 
 #include <QDir>
 #include <QTest>

@@ -3,13 +3,14 @@
 #include "WindowTest.h"
 
 #include "common/style_options.h"
-#include "documents/Document.h"
 #include "files/FilesPanel.h"
 #include "shell/Arguments.h"
 #include "shell/OptionsDialog.h"
 #include "shell/StartPage.h"
 #include "shell/Workbench.h"
 #include "shell/open_workbench.h"
+
+#include <zvworkbench/Document.h>
 
 #include <DockFramework/DockableWidget.h>
 

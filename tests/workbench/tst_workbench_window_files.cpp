@@ -4,7 +4,6 @@
 
 #include "common/file_uri.h"
 #include "common/path_names.h"
-#include "documents/Document.h"
 #include "documents/FileNameDialog.h"
 #include "files/FilesPanel.h"
 #include "script/ScriptDocument.h"
@@ -12,6 +11,8 @@
 #include "shell/RecentFiles.h"
 #include "shell/StartPage.h"
 #include "support/Files.h"
+
+#include <zvworkbench/Document.h>
 
 #include <script/CodeEditor.h>
 

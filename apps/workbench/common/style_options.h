@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Failure.h"
+#include <zvworkbench/Failure.h>
 
 #include <zvutil/ZvStyleBrush.h>
 

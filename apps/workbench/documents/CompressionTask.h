@@ -1,7 +1,8 @@
 #pragma once
 
-#include "common/Failure.h"
 #include "documents/CompressionRequest.h"
+
+#include <zvworkbench/Failure.h>
 
 #include <zvutil/libzvutil/abstract_response.h>
 

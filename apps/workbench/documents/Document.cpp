@@ -1,12 +1,14 @@
-#include "documents/Document.h"
+#include <zvworkbench/Document.h>
 
 #include "common/path_names.h"
-#include "documents/FileError.h"
 #include "documents/ProgressBox.h"
 #include "documents/save_file_name.h"
 
+#include <zvworkbench/FileError.h>
+
 #include <QFileInfo>
 
+#include <exception>
 #include <new>
 
 namespace workbench {
@@ -27,6 +29,9 @@ QString reasonOf(Work work)
         return Document::tr("Stopped.");
     } catch (const std::bad_alloc&) {
         return Document::tr("There is not enough memory.");
+    } catch (const std::exception& error) {
+        // A module may let its own exceptions pass, and the event loop would end the program.
+        return QString::fromUtf8(error.what());
     }
 }
 

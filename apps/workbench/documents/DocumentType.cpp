@@ -1,46 +1,50 @@
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
 
-#include <algorithm>
+#include "common/Registry.h"
 
 namespace workbench {
 
 namespace {
 
-std::vector<const DocumentType*>& types()
+Registry<DocumentType>& types()
 {
-    static std::vector<const DocumentType*> types;
+    static Registry<DocumentType> types("document type");
     return types;
 }
 
-template <typename Predicate>
-const DocumentType* firstType(Predicate predicate)
+/// Returns what is wrong with \p type, or an empty text.
+QString problemWith(const DocumentType& type)
 {
-    const auto found = std::find_if(types().begin(), types().end(), predicate);
-    return found == types().end() ? nullptr : *found;
+    if (!type.make)
+        return QStringLiteral("it doesn't say how documents are made");
+    if (type.extension.size() < 2 || !type.extension.startsWith(QLatin1Char('.')))
+        return QStringLiteral("\"%1\" is not an extension with its dot").arg(type.extension);
+    if (const DocumentType* const other = documentTypeOfFile(type.extension))
+        return QStringLiteral("the extension %1 belongs to \"%2\"").arg(type.extension, other->id);
+    return {};
 }
 
 } // namespace
 
-void addDocumentType(const DocumentType& type)
+bool addDocumentType(const DocumentType& type)
 {
-    if (!documentTypeOf(type.id))
-        types().push_back(&type);
+    return types().add(type, problemWith(type));
 }
 
 const std::vector<const DocumentType*>& documentTypes()
 {
-    return types();
+    return types().items();
 }
 
 const DocumentType* documentTypeOf(const QString& id)
 {
-    return firstType([&id](const DocumentType* type) { return type->id == id; });
+    return types().first([&id](const DocumentType& type) { return type.id == id; });
 }
 
 const DocumentType* documentTypeOfFile(const QString& file)
 {
-    return firstType([&file](const DocumentType* type) {
-        return file.endsWith(type->extension, Qt::CaseInsensitive);
+    return types().first([&file](const DocumentType& type) {
+        return file.endsWith(type.extension, Qt::CaseInsensitive);
     });
 }
 

@@ -1,4 +1,4 @@
-#include "documents/FileError.h"
+#include <zvworkbench/FileError.h>
 
 namespace workbench {
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "documents/Document.h"
 #include "documents/ProgressBox.h"
+
+#include <zvworkbench/Document.h>
 
 #include <QKeySequence>
 #include <QUndoStack>

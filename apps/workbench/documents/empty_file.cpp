@@ -1,7 +1,8 @@
 #include "documents/empty_file.h"
 
 #include "common/path_names.h"
-#include "documents/FileError.h"
+
+#include <zvworkbench/FileError.h>
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/FileError.h"
+#include <zvworkbench/FileError.h>
 
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/experimental/xml/abstract_xml_element_reader.h>

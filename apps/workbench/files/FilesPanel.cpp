@@ -1,18 +1,20 @@
 #include "files/FilesPanel.h"
 
 #include "common/DimPlaceholder.h"
-#include "common/Failure.h"
 #include "common/StatusLine.h"
 #include "common/file_uri.h"
 #include "common/number_text.h"
 #include "common/path_names.h"
+#include "common/tell.h"
 #include "common/tool_tip.h"
-#include "documents/DocumentType.h"
 #include "documents/FileNameDialog.h"
 #include "files/FileItemDelegate.h"
 #include "files/FilteredFilesModel.h"
 #include "files/FolderListModel.h"
 #include "files/TypesBox.h"
+
+#include <zvworkbench/DocumentType.h>
+#include <zvworkbench/Failure.h>
 
 #include <zvutil/ZvFilePath.h>
 #include <zvutil/ZvSearchBar.h>

@@ -1,6 +1,6 @@
 #include "files/TypesBox.h"
 
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
 
 #include <QLineEdit>
 #include <QRegularExpression>

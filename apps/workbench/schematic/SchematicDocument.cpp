@@ -68,10 +68,10 @@ const DocumentType& schematicType()
                                       SchematicDocument::tr("Schematic"),
                                       SchematicDocument::tr("Schematics"),
                                       QStringLiteral(".zvsch"),
-                                      1,
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new SchematicDocument(title, parent);
-                                      }};
+                                      },
+                                      1};
     return type;
 }
 

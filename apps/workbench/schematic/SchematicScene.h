@@ -1,9 +1,10 @@
 #pragma once
 
-#include "common/Failure.h"
 #include "schematic/Schematic.h"
 #include "schematic/SchematicEdit.h"
 #include "schematic/WireTool.h"
+
+#include <zvworkbench/Failure.h>
 
 #include <QGraphicsScene>
 #include <QSet>

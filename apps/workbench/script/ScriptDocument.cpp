@@ -3,10 +3,11 @@
 #include "common/edit_icons.h"
 #include "common/number_text.h"
 #include "common/path_names.h"
-#include "documents/FileError.h"
 #include "documents/file_in_use.h"
 #include "script/CodeEditor.h"
 #include "script/OutputView.h"
+
+#include <zvworkbench/FileError.h>
 
 #include <zvutil/ZvProcessingIndicator.h>
 
@@ -61,11 +62,8 @@ QString textOf(const QTextDocument& document)
 
 const DocumentType& scriptType()
 {
-    static const DocumentType type = {QStringLiteral("script"),
-                                      ScriptDocument::tr("Script"),
-                                      ScriptDocument::tr("Scripts"),
-                                      QStringLiteral(".zvscr"),
-                                      0,
+    static const DocumentType type = {QStringLiteral("script"), ScriptDocument::tr("Script"),
+                                      ScriptDocument::tr("Scripts"), QStringLiteral(".zvscr"),
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new ScriptDocument(title, parent);
                                       }};

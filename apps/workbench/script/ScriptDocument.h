@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/Document.h"
+#include <zvworkbench/Document.h>
 
 #include <HostSupport/ScriptSession.h>
 

@@ -1,6 +1,6 @@
 #include "shell/Arguments.h"
 
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
 
 #include <zvutil/ZvStyleManager.h>
 

@@ -2,9 +2,10 @@
 
 #include "common/path_names.h"
 #include "documents/CompressionTask.h"
-#include "documents/DocumentType.h"
 #include "documents/FileNameDialog.h"
 #include "documents/save_file_name.h"
+
+#include <zvworkbench/DocumentType.h>
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "shell/EditMenu.h"
 
-#include "documents/Document.h"
+#include <zvworkbench/Document.h>
 
 namespace workbench {
 

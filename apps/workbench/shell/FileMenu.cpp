@@ -1,8 +1,9 @@
 #include "shell/FileMenu.h"
 
 #include "common/edit_icons.h"
-#include "documents/DocumentType.h"
 #include "shell/RecentFiles.h"
+
+#include <zvworkbench/DocumentType.h>
 
 #include <QKeySequence>
 

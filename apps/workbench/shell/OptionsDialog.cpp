@@ -1,7 +1,7 @@
 #include "shell/OptionsDialog.h"
 
-#include "common/Failure.h"
 #include "common/style_options.h"
+#include "common/tell.h"
 #include "shell/OptionEditor.h"
 
 #include <HostSupport/host.h>

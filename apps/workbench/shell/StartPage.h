@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
 
 #include <DockFramework/ContentWidget.h>
 

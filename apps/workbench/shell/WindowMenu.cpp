@@ -1,6 +1,6 @@
 #include "shell/WindowMenu.h"
 
-#include "documents/Document.h"
+#include <zvworkbench/Document.h>
 
 #include <DockFramework/DockFrame.h>
 #include <DockFramework/DockableWidget.h>

@@ -4,8 +4,8 @@
 #include "common/path_names.h"
 #include "common/request_manager.h"
 #include "common/style_options.h"
+#include "common/tell.h"
 #include "common/translations.h"
-#include "documents/Document.h"
 #include "documents/FileNameDialog.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
@@ -16,6 +16,7 @@
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
 #include "shell/FileMenu.h"
+#include "shell/ModulesMenu.h"
 #include "shell/OptionsDialog.h"
 #include "shell/RecentFiles.h"
 #include "shell/Session.h"
@@ -23,6 +24,10 @@
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
 #include "shell/document_types.h"
+
+#include <zvworkbench/Document.h>
+#include <zvworkbench/MenuEntry.h>
+#include <zvworkbench/Panel.h>
 
 #include <DockFramework/DockableWidget.h>
 
@@ -42,6 +47,7 @@
 #include <QToolBar>
 
 #include <chrono>
+#include <exception>
 #include <utility>
 
 namespace workbench {
@@ -68,6 +74,29 @@ QString dialogFilter()
     }
     filters.prepend(Workbench::tr("Documents (%1)").arg(all.join(QLatin1Char(' '))));
     return filters.join(QStringLiteral(";;"));
+}
+
+/// Returns \p texts as a list in a sentence: "a, b or c".
+QString listed(const QStringList& texts)
+{
+    const QString last = texts.value(texts.size() - 1);
+    return texts.size() < 2
+        ? last
+        : Workbench::tr("%1 or %2")
+              .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
+}
+
+Failure unknownType(const QString& file)
+{
+    QStringList names;
+    QStringList extensions;
+    for (const DocumentType* const type : documentTypes()) {
+        names.append(type->name.toLower());
+        extensions.append(type->extension);
+    }
+    return {Workbench::tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
+            Workbench::tr("The file is not a %1.").arg(listed(names)),
+            Workbench::tr("Open a file whose name ends in %1.").arg(listed(extensions))};
 }
 
 /// Returns one failure that describes all of \p failures.
@@ -131,8 +160,27 @@ void Workbench::makePanels()
     DockableWidget* const console = addContents(m_console);
     tabifyDockWidget(console, addContents(m_log));
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    addPanels();
     console->raise();
     connect(m_files, &FilesPanel::openRequested, this, &Workbench::openFiles);
+}
+
+/// Adds the panels of modules; one that can't be made is left out, and the user is told.
+void Workbench::addPanels()
+{
+    for (const Panel* const panel : addedPanels()) {
+        QString reason;
+        try {
+            if (DockableWidgetContents* const contents = panel->make(*this, this)) {
+                addContents(contents);
+                continue;
+            }
+        } catch (const std::exception& error) {
+            reason = QString::fromUtf8(error.what());
+        }
+        showFailure({tr("The panel “%1” can't be shown.").arg(panel->id), reason,
+                     tr("The module that it belongs to may be out of order.")});
+    }
 }
 
 void Workbench::makeMenus()
@@ -141,8 +189,11 @@ void Workbench::makeMenus()
     auto* const edit = new EditMenu(*this);
     auto* const view = new ViewMenu(panels(), this);
     auto* const windows = new WindowMenu(*this);
-    for (QMenu* const menu : std::initializer_list<QMenu*>{m_fileMenu, edit, view, windows})
+    for (QMenu* const menu : std::initializer_list<QMenu*>{m_fileMenu, edit, view})
         menuBar()->addMenu(menu);
+    if (!addedMenuEntries().empty())
+        menuBar()->addMenu(new ModulesMenu(*this, this));
+    menuBar()->addMenu(windows);
     connectFileMenu();
     connect(edit, &EditMenu::findInFilesRequested, this, &Workbench::findInFiles);
     connect(view, &ViewMenu::optionsRequested, this, &Workbench::showOptions);
@@ -199,10 +250,28 @@ void Workbench::restoreSession()
 
 Document* Workbench::newDocument(const DocumentType& type)
 {
-    const QString title = tr("%1 %2").arg(type.name).arg(++m_newDocuments);
-    Document* const document = type.make(title, this);
-    addDocument(document);
+    Document* const document =
+        makeDocument(type, tr("%1 %2").arg(type.name).arg(m_newDocuments + 1));
+    if (document) {
+        ++m_newDocuments;
+        addDocument(document);
+    }
     return document;
+}
+
+/// Returns a document, or shows the user why a module couldn't make it and returns nullptr.
+Document* Workbench::makeDocument(const DocumentType& type, const QString& title)
+{
+    QString reason;
+    try {
+        if (Document* const document = type.make(title, this))
+            return document;
+    } catch (const std::exception& error) {
+        reason = QString::fromUtf8(error.what());
+    }
+    showFailure({tr("The window for “%1” can't be made.").arg(title), reason,
+                 tr("Close what you don't need, and try again.")});
+    return nullptr;
 }
 
 Document* Workbench::openFile(const QString& file)
@@ -218,12 +287,12 @@ Document* Workbench::openFile(const QString& file)
     }
     const DocumentType* const type = documentTypeOfFile(path);
     if (!type) {
-        showFailure({tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
-                     tr("The file is not a test plan, schematic or script."),
-                     tr("Open a file whose name ends in .testplan, .zvsch or .zvscr.")});
+        showFailure(unknownType(file));
         return nullptr;
     }
-    Document* const document = type->make(path, this);
+    Document* const document = makeDocument(*type, path);
+    if (!document)
+        return nullptr;
     connect(document, &Document::failed, this, &Workbench::showFailure);
     if (!document->load(filePath(path))) {
         document->deleteLater();
@@ -267,6 +336,11 @@ QList<Document*> Workbench::documents() const
 Document* Workbench::currentDocument() const
 {
     return m_current;
+}
+
+QWidget& Workbench::widget()
+{
+    return *this;
 }
 
 RecentFiles& Workbench::recentFiles()

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "common/Failure.h"
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
+#include <zvworkbench/Failure.h>
+#include <zvworkbench/WorkbenchWindow.h>
 
 #include <DockFramework/DockFrame.h>
 
@@ -34,7 +35,7 @@ class StartPage;
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
 ///
 /// Open files, panels and recent files are kept in a file from one session to the next.
-class Workbench : public DockFrame
+class Workbench : public DockFrame, public WorkbenchWindow
 {
     Q_OBJECT
 
@@ -45,16 +46,13 @@ public:
     /// Opens what was open when the window was last closed.
     void restoreSession();
 
-    Document* newDocument(const DocumentType& type);
-    /// Opens a file, or activates the window that has it already. If that fails, shows the user why
-    /// and returns nullptr.
-    Document* openFile(const QString& file);
+    Document* newDocument(const DocumentType& type) override;
+    Document* openFile(const QString& file) override;
     void openFiles(const QStringList& files);
 
-    QList<Document*> documents() const;
-    /// Returns the document that the user works in, or has worked in last; nullptr if there is
-    /// none.
-    Document* currentDocument() const;
+    QList<Document*> documents() const override;
+    Document* currentDocument() const override;
+    QWidget& widget() override;
 
     RecentFiles& recentFiles();
     FilesPanel& filesPanel();
@@ -75,8 +73,8 @@ public:
     void findInFiles();
     void showOptions();
 
-    void showMessage(const QString& text);
-    void showFailure(const Failure& failure);
+    void showMessage(const QString& text) override;
+    void showFailure(const Failure& failure) override;
 
 Q_SIGNALS:
     void currentDocumentChanged(workbench::Document* document);
@@ -86,6 +84,8 @@ protected:
 
 private:
     void makePanels();
+    void addPanels();
+    Document* makeDocument(const DocumentType& type, const QString& title);
     void makeMenus();
     void connectFileMenu();
     void connectTransfer();

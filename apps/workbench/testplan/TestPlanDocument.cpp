@@ -20,10 +20,10 @@ const DocumentType& testPlanType()
                                       TestPlanDocument::tr("Test plan"),
                                       TestPlanDocument::tr("Test plans"),
                                       QStringLiteral(".testplan"),
-                                      2,
                                       [](const QString& title, QWidget* parent) -> Document* {
                                           return new TestPlanDocument(title, parent);
-                                      }};
+                                      },
+                                      2};
     return type;
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "common/Failure.h"
 #include "testplan/Span.h"
 #include "testplan/TestPlanModel.h"
+
+#include <zvworkbench/Failure.h>
 
 #include <QRect>
 #include <QTableView>

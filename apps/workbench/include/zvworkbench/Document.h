@@ -1,7 +1,8 @@
 #pragma once
 
-#include "common/Failure.h"
-#include "documents/DocumentType.h"
+#include <zvworkbench/DocumentType.h>
+#include <zvworkbench/Failure.h>
+#include <zvworkbench/zvworkbench_export.h>
 
 #include <zvutil/ZvContentWidget.h>
 
@@ -17,7 +18,7 @@ namespace workbench {
 /// `setModified` when the user changes something. The actions of the widget (`QWidget::addAction`)
 /// are what the user can do with the document: the window shows them in its menu "Edit", and their
 /// shortcuts work in this document's window alone.
-class Document : public ZvContentWidget
+class ZVWORKBENCH_EXPORT Document : public ZvContentWidget
 {
     Q_OBJECT
 
@@ -51,10 +52,10 @@ Q_SIGNALS:
 
 protected:
     /// Replaces the content by that of \p file; an empty file gives an empty document. Throws
-    /// `FileError` or `Stopped`, and then has changed nothing.
+    /// `FileError`, whose reason the user is shown, and then has changed nothing.
     virtual void read(const zvutil::ZvFilePath& file) = 0;
-    /// Writes the content to \p file. Throws `FileError` or `Stopped`, and then leaves the file as
-    /// it was.
+    /// Writes the content to \p file. Throws `FileError`, whose reason the user is shown, and then leaves
+    /// the file as it was.
     virtual void write(const zvutil::ZvFilePath& file) const = 0;
 
     /// Asks the user for a file to save to. Unlike the base class, serves documents of all types,

@@ -1,4 +1,4 @@
-#include "common/Failure.h"
+#include "common/tell.h"
 
 #include <zvutil/details/log_level.h>
 
