@@ -131,6 +131,9 @@ void show(const PartsList& list)
     }
 }
 
+constexpr char usage[] = "Usage: parts_list FILE [NAME QUANTITY [NOTE]]\n\n"
+                         "Shows the list of parts in FILE, or adds a part to it.";
+
 int fail(const char* message)
 {
     std::cerr << message << '\n';
@@ -139,8 +142,12 @@ int fail(const char* message)
 
 int run(const QStringList& arguments)
 {
+    if (arguments.contains(QStringLiteral("--help"))) {
+        std::cout << usage << '\n';
+        return 0;
+    }
     if (arguments.size() != 2 && arguments.size() != 4 && arguments.size() != 5)
-        return fail("Usage: parts_list FILE [NAME QUANTITY [NOTE]]");
+        return fail(usage);
     const QString& file = arguments[1];
     std::optional<PartsList> list = read(file);
     if (!list)

@@ -3,6 +3,7 @@
 #include "support/Files.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -97,6 +98,10 @@ private Q_SLOTS:
     {
         QCOMPARE(run({}).code, 1);
         QVERIFY(run({}).errors.startsWith("Usage: "));
+        QCOMPARE(run({}).code, 1);
+        QVERIFY(run({"--help"}).output.startsWith("Usage: "));
+        QCOMPARE(run({"--help"}).code, 0);
+        QVERIFY(!QFile::exists("--help"));
     }
 
 private:
