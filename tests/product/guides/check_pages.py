@@ -1,6 +1,7 @@
-"""Looks whether the code in the guides and in README is code that is compiled and run.
+"""Looks whether the code in the guides and in README is code that is compiled and run, and whether the list of
+classes has all public headers.
 
-find_blocks.py ROOT
+check_pages.py ROOT
 
 Each block of C++, CMake or shell in docs/guides/*.md and README.md has to stand, line by line and whatever
 its indentation, in one of the files that tests compile or run. "// …" alone on a line, or "# …", leaves
@@ -41,7 +42,19 @@ def parts_of(block):
     yield part
 
 
-def problems(root):
+def missing_headers(root):
+    """The list of classes names each public header, and no other file."""
+    include = root / "include"
+    headers = {str(file.relative_to(include)) for file in include.rglob("*.h")}
+    public = {header for header in headers if not re.match("zvutil/(impl|details)/", header)}
+    listed = set(re.findall(r"`(zvutil/[\w/]+\.h)`", (root / "docs/classes.md").read_text(encoding="utf-8")))
+    for header in sorted(public - listed):
+        yield f"docs/classes.md: {header} isn't listed"
+    for header in sorted(listed - headers):
+        yield f"docs/classes.md: there is no {header}"
+
+
+def uncompiled_blocks(root):
     texts = {language: list(sources(root, endings)) for language, endings in LANGUAGES.items()}
     for page in [root / "README.md", *sorted((root / "docs/guides").glob("*.md"))]:
         text = page.read_text(encoding="utf-8")
@@ -56,7 +69,8 @@ def problems(root):
 
 
 def main():
-    found = list(problems(pathlib.Path(sys.argv[1])))
+    root = pathlib.Path(sys.argv[1])
+    found = [*uncompiled_blocks(root), *missing_headers(root)]
     print("\n".join(found))
     return 1 if found else 0
 
