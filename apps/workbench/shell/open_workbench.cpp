@@ -14,6 +14,7 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QPixmap>
 #include <QPointer>
@@ -53,6 +54,8 @@ void takePicture(Workbench& window, const QString& file, bool exits)
             return;
         timer->stop();
         timer->deleteLater();
+        // The start page is closed by now but may not be deleted yet, and its tab would be in the picture.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         const bool isWritten = savePicture(window.grab(), file);
         if (!isWritten) {
             const QByteArray name = QDir::toNativeSeparators(file).toUtf8();
