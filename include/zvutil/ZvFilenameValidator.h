@@ -19,18 +19,23 @@
 class ZVUTIL_EXPORT ZvFilenameValidator : public QRegularExpressionValidator
 {
 public:
-    /// Makes a validator with the limit 256; \p parent, which may be null, owns the validator.
+    /// Makes a validator with the limit 256.
+    /// @param parent owns the validator; may be null
     explicit ZvFilenameValidator(QObject* parent);
-    /// Makes a validator with a limit of \p maximumLength units; with 0 everything is invalid, the
-    /// empty text too. A literal 0 alone doesn't compile, as it may be a parent as well; say
-    /// `std::size_t(0)`. A negative number turns into a limit that no text reaches.
+    /// Makes a validator with a limit. A literal 0 alone doesn't compile, as it may be a parent as
+    /// well; say `std::size_t(0)`.
+    /// @param maximumLength the number of units at which a text is invalid; with 0 everything is
+    /// invalid, the empty text too. A negative number turns into a limit that no text reaches.
+    /// @param parent owns the validator; may be null
     explicit ZvFilenameValidator(std::size_t maximumLength = 256, QObject* parent = nullptr);
     /// Destroys the rule; line edits that use the validator drop it.
     ~ZvFilenameValidator() override;
 
-    /// `Invalid` for a text that has reached the limit or has a banned character anywhere, otherwise
-    /// `Acceptable`, or `Intermediate` for the empty text. Changes neither argument. Takes linear
-    /// time.
+    /// Checks a text in linear time.
+    /// @param input the text, which isn't changed
+    /// @param position isn't looked at
+    /// @return `Invalid` for a text that has reached the limit or has a banned character anywhere,
+    /// otherwise `Acceptable`, or `Intermediate` for the empty text
     State validate(QString& input, int& position) const override;
 
 private:

@@ -45,7 +45,8 @@
 class ZVUTIL_EXPORT ZvXMLReadFile
 {
 public:
-    /// Opens the file \p path; doesn't throw if that fails.
+    /// Opens a file; doesn't throw if that fails.
+    /// @param path the file, which need not exist
     ZvXMLReadFile(const zvutil::ZvFilePath& path);
     /// A document is read once, by one object.
     ZvXMLReadFile(const ZvXMLReadFile&) = delete;
@@ -56,7 +57,7 @@ public:
     virtual ~ZvXMLReadFile();
 
 protected:
-    /// The document to read; valid as long as this object.
+    /// @return the document to read; valid as long as this object.
     zvutil::experimental::xml::abstract_xml_document_reader& reader();
 
 private:

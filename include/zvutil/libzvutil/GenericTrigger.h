@@ -16,7 +16,8 @@ class ZVUTIL_EXPORT GenericTrigger : public QObject
     Q_OBJECT
 
 public:
-    /// \p parent, which may be null, owns the trigger.
+    /// A trigger.
+    /// @param parent owns the trigger; may be null
     explicit GenericTrigger(QObject* parent = nullptr);
     /// Ends the connections; no thread may be calling `trigger`.
     ~GenericTrigger() override;

@@ -10,7 +10,8 @@ namespace zvutil::libzvutil {
 class ZVUTIL_EXPORT abstract_request_manager : public QObject
 {
 public:
-    /// \p parent, which may be null, owns the manager.
+    /// A manager.
+    /// @param parent owns the manager; may be null
     explicit abstract_request_manager(QObject* parent = nullptr);
     /// Does what the subclass does.
     ~abstract_request_manager() override;

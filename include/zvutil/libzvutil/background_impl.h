@@ -30,7 +30,8 @@ public:
     ~background_impl() override;
 
 public Q_SLOTS:
-    /// Queues \p request, on the thread on which it lives; null is ignored.
+    /// Queues a request, on the thread on which it lives.
+    /// @param request null is ignored
     void add(request_ptr request);
 
 private Q_SLOTS:

@@ -10,6 +10,7 @@ class parameterised_abstract_receiver : public abstract_receiver
 {
 public:
     /// Runs on the caller's thread.
+    /// @param args what the caller reports
     virtual void receive(Args... args) = 0;
 };
 

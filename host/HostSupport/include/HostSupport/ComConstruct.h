@@ -24,7 +24,9 @@ using ComHandler = COMERROR (*)(int wordCount, char** words, YRef<MessageHandler
 class HOSTSUPPORT_EXPORT ComConstruct
 {
 public:
-    /// Registers \p handler as \p name. \p flags is kept and has no meaning here. A name that is
-    /// registered already is replaced.
+    /// Registers a command. A name that is registered already is replaced.
+    /// @param name the command's first word, NUL-ended UTF-8
+    /// @param handler called for each use of the command
+    /// @param flags kept, without a meaning here
     ComConstruct(const char* name, ComHandler handler, int flags);
 };

@@ -4,8 +4,9 @@
 class FuncArgsMinimal
 {
 public:
-    /// A pointer to the value of the argument at \p index, counted from 0: to a `char*` with
-    /// NUL-ended UTF-8 text for a string, to a `double` for a number. Valid during the call.
+    /// @return a pointer to the value of one argument: to a `char*` with NUL-ended UTF-8 text for a
+    /// string, to a `double` for a number. Valid during the call.
+    /// @param index counted from 0
     virtual const void* value(int index) const = 0;
 
 protected:

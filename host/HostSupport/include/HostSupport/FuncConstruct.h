@@ -21,8 +21,12 @@ using FuncHandler = FUNC_ERROR (*)(const FuncArgsMinimal& args, FuncResultMinima
 class HOSTSUPPORT_EXPORT FuncConstruct
 {
 public:
-    /// \p arguments is a table of \p argumentCount entries, which is copied; the function returns
-    /// \p resultCount strings. A name that is registered already is replaced.
+    /// Registers a function. A name that is registered already is replaced.
+    /// @param name as scripts call it, NUL-ended UTF-8
+    /// @param arguments their types, a table that is copied
+    /// @param argumentCount the number of entries of that table
+    /// @param resultCount the number of strings that the function returns
+    /// @param handler called for each call from a script
     FuncConstruct(const char* name, const argType* arguments, int argumentCount, int resultCount,
                   FuncHandler handler);
     /// A registration has one owner.

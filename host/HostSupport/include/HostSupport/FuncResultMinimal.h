@@ -4,8 +4,10 @@
 class FuncResultMinimal
 {
 public:
-    /// Allots a result of \p count strings and returns its first element. The caller stores into
-    /// each element a buffer from `malloc`, which the host owns from then on.
+    /// Makes room for the result. The caller stores into each element a buffer from `malloc`, which
+    /// the host owns from then on.
+    /// @param count the number of strings
+    /// @return the first element
     virtual char** allotStrings(int count) = 0;
 
 protected:

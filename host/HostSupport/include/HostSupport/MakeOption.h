@@ -10,8 +10,13 @@ enum OptionCacheStatus { OPTION_DEFAULT_CACHING = 0 };
 class HOSTSUPPORT_EXPORT MakeOption
 {
 public:
-    /// \p source and \p line tell where the option is declared. \p cacheStatus and \p flag are kept
-    /// and have no meaning here. A name that is declared already is replaced.
+    /// Declares an option. A name that is declared already is replaced.
+    /// @param source the source file of the declaration
+    /// @param line its line there
+    /// @param name the option's key in the options file
+    /// @param defaultValue the value until the option is set
+    /// @param cacheStatus kept, without a meaning here
+    /// @param flag kept, without a meaning here
     MakeOption(const char* source, int line, const YString& name, const char* defaultValue,
                OptionCacheStatus cacheStatus, bool flag);
 };

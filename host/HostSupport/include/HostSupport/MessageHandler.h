@@ -15,6 +15,7 @@ public:
     /// Called when the last reference is released.
     virtual ~MessageHandler();
 
-    /// Takes one message; \p text is NUL-ended UTF-8 and valid during the call.
+    /// Takes one message.
+    /// @param text NUL-ended UTF-8, valid during the call
     virtual void message(const char* text) = 0;
 };

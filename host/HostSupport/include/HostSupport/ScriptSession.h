@@ -46,10 +46,13 @@ public:
     /// Stops the text that runs. The listener isn't called any more.
     virtual ~ScriptSession();
 
-    /// Runs a script. \p source is its name in messages.
+    /// Runs a script.
+    /// @param text the script, in UTF-8
+    /// @param source its name in messages
     virtual void run(const std::string& text, const std::string& source) = 0;
 
     /// Runs a text and reports its value, as a console does.
+    /// @param text an expression or a script, in UTF-8
     virtual void evaluate(const std::string& text) = 0;
 
     /// Ends the text that runs, if any, soon. A function or command that the text has called is
@@ -60,11 +63,13 @@ public:
 /// Makes a session that reports to the given listener.
 using ScriptSessionMaker = std::function<std::unique_ptr<ScriptSession>(ScriptListener)>;
 
-/// Sets how sessions are made; with an empty \p maker there are none.
+/// Sets how sessions are made.
+/// @param maker called for each session; with an empty one there are none
 HOSTSUPPORT_EXPORT void setScriptSessionMaker(ScriptSessionMaker maker);
 
-/// A session that knows the functions and commands that are registered now. Throws `CallError` if
-/// the host runs no scripts.
+/// @return a session that knows the functions and commands that are registered now. Throws
+/// `CallError` if the host runs no scripts.
+/// @param listener called until the session is destroyed
 HOSTSUPPORT_EXPORT std::unique_ptr<ScriptSession> makeScriptSession(ScriptListener listener);
 
 } // namespace host

@@ -14,10 +14,9 @@ namespace zvutil::experimental::string {
 template <typename C>
 struct case_insensitive_char_traits : std::char_traits<C>
 {
-    /// Compares \p n units of \p a and \p b by their upper case forms: -1, 0 or 1. The first
-    /// position whose forms differ decides: for `char` as signed values of 8 bits, so that a byte
-    /// at or above 0x80 sorts before any letter; for the others as unsigned values. Letters sort
-    /// before the signs between `Z` and `a`.
+    /// Compares texts by their upper case forms. The first position whose forms differ decides: for
+    /// `char` as signed values of 8 bits, so that a byte at or above 0x80 sorts before any letter;
+    /// for the others as unsigned values. Letters sort before the signs between `Z` and `a`.
     ///
     /// Upper case is that of the locale that was the global one when units of this type were first
     /// compared; later changes of the global locale have no effect. For `char16_t` and `wchar_t` it
@@ -26,6 +25,10 @@ struct case_insensitive_char_traits : std::char_traits<C>
     /// read.
     ///
     /// Any thread. Takes linear time and allocates nothing.
+    /// @param a has \p n units
+    /// @param b has \p n units
+    /// @param n how many units are compared, NULs included
+    /// @return -1, 0 or 1 if \p a comes before \p b, equals it or comes after it
     static int compare(const C* a, const C* b, std::size_t n);
 };
 

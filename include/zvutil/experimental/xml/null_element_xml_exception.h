@@ -11,7 +11,8 @@ class ZVUTIL_EXPORT null_element_xml_exception : public xml_exception
 public:
     /// The message is always "null element xml exception".
     null_element_xml_exception();
-    /// A copy of \p other; allocates nothing.
+    /// A copy with the same message; allocates nothing.
+    /// @param other the exception to copy
     null_element_xml_exception(const null_element_xml_exception& other) noexcept;
     /// Frees the message unless a copy holds it.
     ~null_element_xml_exception() override;
