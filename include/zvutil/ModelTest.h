@@ -25,6 +25,7 @@
 /// model isn't changed, except for the rows that it fetches.
 ///
 /// A run takes time linear in the number of cells. Use it on the model's thread.
+/// @since 0.1 @ingroup models
 class ZVUTIL_EXPORT ModelTest : public QObject
 {
     Q_OBJECT

@@ -56,6 +56,7 @@ class QTimerEvent;
 ///     summation.start();
 /// }
 /// @endcode
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT ZvAbstractIterativeProcess : public QObject
 {
     Q_OBJECT

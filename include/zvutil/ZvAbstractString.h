@@ -20,6 +20,7 @@ class ZvBasicString;
 /// are too many to lie in it; a move takes none and throws nothing. A moved-from text may only be
 /// destroyed or assigned to. Operations fail only for lack of memory, and `resize` for a size
 /// that no text can have. Two threads may use two texts at once.
+/// @since 0.1 @ingroup text
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:

@@ -32,6 +32,7 @@ namespace zvutil {
 /// string.
 ///
 /// Operations that make text throw `std::bad_alloc`.
+/// @since 0.1 @ingroup text
 template <typename C>
 class ZvBasicString
 {
@@ -88,8 +89,8 @@ public:
 
     /// @return the text as a standard string. Nothing is converted, so this never fails.
     std::basic_string<C> toStringType() const;
-    /// @return for `char` the bytes as they are, which never fails, and for the others
-    /// the bytes of `toString()`.
+    /// @return for `char` the bytes as they are, which never fails, and for the others the bytes of
+    /// `toString()`.
     std::string toStdString() const;
 
     /// @return the text in UTF-8, each unit by itself; throws `std::range_error` as described

@@ -19,6 +19,7 @@ class ZvClipboardInternalData;
 /// table. Nothing is cached: each call asks the content, and each reading of CSV parses it again.
 ///
 /// GUI thread only.
+/// @since 0.1 @ingroup tables
 class ZVUTIL_EXPORT ZvClipboardData : public QObject
 {
     Q_OBJECT

@@ -30,6 +30,7 @@ class ZvFilePath;
 /// Later failures are not reported: on a full disk the target ends short.
 ///
 /// The object itself has no state.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT ZvCompression
 {
 public:

@@ -51,6 +51,7 @@ class QCloseEvent;
 ///     QString text;
 /// };
 /// @endcode
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvContentWidget : public ContentWidget
 {
     Q_OBJECT
@@ -160,8 +161,9 @@ protected:
     /// @param parent owns the widget; may be null
     ZvContentWidget(Impl* impl, const QString& name, QWidget* parent);
 
-    /// @return asks the user for a path, in a modal dialog. Returns an empty path if `fileType` is
-    /// 0 or the user has cancelled. No extension is added and the path isn't checked.
+    /// Asks the user for a path, in a modal dialog. No extension is added and the path isn't
+    /// checked.
+    /// @return the path; empty if `fileType` is 0 or the user has cancelled
     virtual zvutil::ZvFilePath requestSavePath() const;
 
     /// Has the frame ask about unsaved changes, with the texts of `closeEventText`.

@@ -9,6 +9,7 @@ namespace zvutil {
 ///
 /// `ZvException` isn't derived from `std::exception`, on purpose: a handler for that doesn't see it.
 /// Throw by value and catch by reference. A moved-from object may only be destroyed or assigned to.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT ZvException
 {
 public:

@@ -10,6 +10,7 @@ namespace zvutil {
 
 /// A failure that concerns a file. A handler for `ZvException` catches it, one for
 /// `std::exception` doesn't.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT ZvFileException : public ZvException
 {
 public:

@@ -65,6 +65,7 @@ namespace zvutil {
 /// const std::filesystem::path native = plan.toStdFilePath();
 /// assert(native.filename() == "noise.testplan");
 /// @endcode
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvFilePath
 {
 public:
@@ -251,11 +252,13 @@ static_assert(sizeof(ZvFilePath) == 2 * sizeof(void*));
 /// @param debug where to print
 /// @param path the path to print
 /// @return \p debug
+/// @since 0.1 @ingroup paths
 ZVUTIL_EXPORT QDebug operator<<(QDebug debug, const ZvFilePath& path);
 
 /// Makes Qt Test show paths that differ.
 /// @param path the path to show
 /// @return its text, which the caller frees with `delete[]`
+/// @since 0.1 @ingroup paths
 ZVUTIL_EXPORT char* toString(const ZvFilePath& path);
 
 } // namespace zvutil

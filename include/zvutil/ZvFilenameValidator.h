@@ -16,6 +16,7 @@
 /// the end, `.` and `..` are acceptable. `setRegularExpression` of the base class replaces the rule
 /// about characters, and an empty expression removes it; the limit stays. Callers should leave the
 /// expression alone.
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvFilenameValidator : public QRegularExpressionValidator
 {
 public:

@@ -14,6 +14,7 @@ namespace libzvutil {
 ///
 /// Copies share nothing. A moved-from object may only be destroyed or assigned to. Operations
 /// fail only for lack of memory. One thread at a time.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvNamedColour
 {
 public:

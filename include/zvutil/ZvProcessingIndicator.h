@@ -12,6 +12,7 @@ class ZvProcessingIndicatorPrivate;
 /// The spinner steps ten times a second, with a repaint each time; while hidden it does nothing, and
 /// when shown again it continues where it stopped. The bars are black in every style. GUI thread
 /// only.
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvProcessingIndicator : public QWidget
 {
     Q_OBJECT

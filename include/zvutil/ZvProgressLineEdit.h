@@ -17,6 +17,7 @@ class QEvent;
 /// the widget, and Qt warns of a gradient.
 ///
 /// The background is the widget's palette, so a style sheet that sets one hides it. GUI thread only.
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvProgressLineEdit : public QLineEdit
 {
 public:

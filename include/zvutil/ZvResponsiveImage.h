@@ -10,6 +10,7 @@
 ///
 /// The height follows from the width. A picture that is larger than the widget on one side, though
 /// not in area, is cut off there. GUI thread only.
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvResponsiveImage : public QWidget
 {
     Q_OBJECT

@@ -23,6 +23,7 @@
 ///                      &ZvSearchBar::searchStopped);
 /// }
 /// @endcode
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvSearchBar : public QLineEdit
 {
     Q_OBJECT

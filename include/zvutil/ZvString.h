@@ -11,6 +11,7 @@ namespace libzvutil {
 
 /// A narrow text: UTF-8 for Qt, bytes for everything else. Comparison ignores the case of single
 /// bytes.
+/// @since 0.1 @ingroup text
 class ZVUTIL_EXPORT ZvString : public ZvAbstractString
 {
 public:

@@ -30,6 +30,7 @@ namespace libzvutil {
 /// Copies share nothing. A moved-from style may only be destroyed or assigned to. Construction,
 /// copying and changes fail only for lack of memory. A style may be made on any thread and is used
 /// by one thread at a time; call `apply` on the GUI thread.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyle
 {
 public:

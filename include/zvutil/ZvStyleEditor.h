@@ -19,6 +19,7 @@ class ZvStyle;
 /// caller saves it. Closing asks nothing, and edits that haven't been applied are lost.
 ///
 /// GUI thread only, `RegisterPreviewWidget` included.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyleEditor : public QWidget
 {
     Q_OBJECT

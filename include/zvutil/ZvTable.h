@@ -15,6 +15,7 @@
 ///
 /// A copy is deep: each cell is copied. A cell takes 48 bytes and one allocation, beside what its
 /// `QVariant` needs. Operations fail only for lack of memory. Two threads may use two tables at once.
+/// @since 0.1 @ingroup tables
 class ZVUTIL_EXPORT ZvTable
 {
 public:

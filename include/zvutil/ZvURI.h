@@ -20,6 +20,7 @@ class ZvFilePath;
 /// nothing and throws nothing. A moved-from URI may only be destroyed, assigned to or set.
 /// Construction and `set` take linear time and fail only for lack of memory, which leaves the URI
 /// as it was. Two threads may use two URIs at once.
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvURI
 {
 public:

@@ -18,6 +18,7 @@ namespace zvutil {
 /// text that is too long to lie in it, as that of a generated one is; a move takes none and throws
 /// nothing. A moved-from identifier may only be destroyed or assigned to. Operations fail only
 /// for lack of memory. Two threads may use two identifiers at once.
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvUUID
 {
 public:

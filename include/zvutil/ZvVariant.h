@@ -18,6 +18,7 @@ namespace libzvutil {
 /// nothing. A copy has a `QVariant` of its own, which shares what `QVariant` shares. A moved-from
 /// value may only be destroyed or assigned to. Operations fail only for lack of memory. Two
 /// threads may use two values at once.
+/// @since 0.1 @ingroup tables
 class ZVUTIL_EXPORT ZvVariant
 {
 public:

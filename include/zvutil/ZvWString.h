@@ -12,6 +12,7 @@ namespace libzvutil {
 /// value above 0xFFFF is split into its surrogate pair, and one above 0x10FFFF becomes U+FFFD.
 ///
 /// `ZvWString` has no comparison and no assignment, on purpose: a text is made, appended to and read.
+/// @since 0.1 @ingroup text
 class ZVUTIL_EXPORT ZvWString : public ZvAbstractString
 {
 public:

@@ -42,6 +42,7 @@
 ///     }
 /// };
 /// @endcode
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT ZvXMLReadFile
 {
 public:

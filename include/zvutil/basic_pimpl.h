@@ -42,6 +42,7 @@ namespace zvutil {
 ///
 /// Two threads may use two objects at once. `T` must be complete where an object is made or
 /// destroyed.
+/// @since 0.1 @ingroup basics
 template <typename T>
 class basic_pimpl
 {

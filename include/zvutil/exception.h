@@ -9,6 +9,7 @@
 namespace zvutil {
 
 /// The base of the library's exceptions that are derived from `std::exception`.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT exception : public std::exception
 {
 public:

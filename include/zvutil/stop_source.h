@@ -27,6 +27,7 @@ namespace zvutil {
 /// assert(isFirst);
 /// assert(source.stop_requested());
 /// @endcode
+/// @since 0.1 @ingroup background
 class stop_source
 {
 public:

@@ -13,6 +13,7 @@ namespace zvutil {
 /// keeps the source's answer, but not the source, alive.
 ///
 /// Tokens may be copied and used on any thread, each object by one thread at a time.
+/// @since 0.1 @ingroup background
 class stop_token
 {
 public:

@@ -8,6 +8,7 @@
 namespace zvutil {
 
 /// Thrown for a property that doesn't exist.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT unknown_property_exception : public exception
 {
 public:

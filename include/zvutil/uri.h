@@ -21,6 +21,7 @@ namespace zvutil {
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
 /// failures are `std::bad_alloc` and that of the constructor from a path. The views are valid until
 /// the object is assigned to or destroyed; after a move they belong to the new object.
+/// @since 0.1 @ingroup paths
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:

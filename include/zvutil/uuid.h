@@ -11,6 +11,7 @@ namespace zvutil {
 ///
 /// The text isn't checked, so any text can be an identifier. A generated one has the form
 /// `3F2504E0-4F89-41D3-9A0C-0305E82C3301`: 36 characters, the letters in upper case.
+/// @since 0.1 @ingroup paths
 class uuid
 {
 public:

@@ -92,6 +92,7 @@ namespace zvutil::libzvutil {
 ///     return status;
 /// }
 /// @endcode
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
 {
 public:

@@ -11,6 +11,7 @@ namespace zvutil::libzvutil {
 /// receiver's slot on the receiver's own thread.
 ///
 /// `trigger` may be called on any thread while the object lives.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT GenericTrigger : public QObject
 {
     Q_OBJECT

@@ -34,6 +34,7 @@ namespace zvutil::libzvutil {
 /// **The destructor emits after the subclass's part was destroyed.** A slot of the subclass itself
 /// would run on a destroyed object; so connect another object, or call
 /// `disconnect(this, nullptr, this, nullptr)` in the subclass's destructor.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT abstract_request : public QObject
 {
     Q_OBJECT

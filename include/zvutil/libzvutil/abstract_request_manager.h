@@ -7,6 +7,7 @@
 namespace zvutil::libzvutil {
 
 /// The base of request managers, without operations: a type to own them by.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT abstract_request_manager : public QObject
 {
 public:

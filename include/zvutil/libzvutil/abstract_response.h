@@ -25,6 +25,7 @@ class abstract_request;
 /// Call all operations on the response's own thread, which is the one that makes it, except for
 /// `requestID`, which may be called on any. Signals of the request arrive through that thread's event
 /// loop.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT abstract_response : public QObject
 {
     Q_OBJECT

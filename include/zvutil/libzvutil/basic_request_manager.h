@@ -13,6 +13,7 @@ class background_impl;
 
 /// A request manager whose requests `Impl` runs. `Impl` may live on any thread, and the event loop of
 /// that thread deletes it.
+/// @since 0.1 @ingroup background
 template <typename Impl>
 class basic_request_manager : public abstract_request_manager
 {

@@ -7,6 +7,7 @@
 namespace zvutil::signalling {
 
 /// A receiver that calls a callable, which it holds by value.
+/// @since 0.1 @ingroup background
 template <typename F, typename... Args>
 class basic_receiver : public parameterised_abstract_receiver<Args...>
 {

@@ -5,6 +5,7 @@
 namespace zvutil::signalling {
 
 /// A receiver that is called with `Args`.
+/// @since 0.1 @ingroup background
 template <typename... Args>
 class parameterised_abstract_receiver : public abstract_receiver
 {

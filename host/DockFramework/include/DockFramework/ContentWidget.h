@@ -6,6 +6,7 @@
 #include <QString>
 
 /// A document in a window of the docking frame.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT ContentWidget : public DockableWidgetContents
 {
     Q_OBJECT

@@ -11,6 +11,7 @@ class DockableWidget;
 class DockableWidgetContents;
 
 /// A main window that consists of docks: documents in tabs, panels at their sides.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT DockFrame : public QMainWindow
 {
     Q_OBJECT

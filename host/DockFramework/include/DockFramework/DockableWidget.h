@@ -14,6 +14,7 @@ class ReloadBar;
 /// changed on disk, an offer to read it again.
 ///
 /// Closing the window closes the contents, which may refuse. The window is deleted along with them.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT DockableWidget : public QDockWidget
 {
     Q_OBJECT

@@ -21,6 +21,7 @@ class QDropEvent;
 /// it shows, and the questions that the frame asks.
 ///
 /// Works without a frame, too: as a window of its own, or inside another. GUI thread only.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT DockableWidgetContents : public QWidget
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #pragma once
 
 /// The arguments of one call of a script function, already checked against the function's table.
+/// @since 0.1 @ingroup host
 class FuncArgsMinimal
 {
 public:

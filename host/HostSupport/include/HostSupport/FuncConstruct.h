@@ -7,17 +7,21 @@
 #include <HostSupport/YRef.h>
 
 /// The type of a script function's argument.
+/// @since 0.1 @ingroup host
 enum argType { ARG_NUMBER = 0, ARG_STRING = 1 };
 
 /// The result of a script function: success or failure.
+/// @since 0.1 @ingroup host
 enum FUNC_ERROR { FUNC_OK = 0, FUNC_FAILED = 1 };
 
 /// Runs a function: reads \p args, fills \p result and reports to \p messages; all are valid during
 /// the call.
+/// @since 0.1 @ingroup host
 using FuncHandler = FUNC_ERROR (*)(const FuncArgsMinimal& args, FuncResultMinimal* result,
                                    YRef<MessageHandler> messages);
 
 /// Registers a script function for as long as the object lives.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT FuncConstruct
 {
 public:

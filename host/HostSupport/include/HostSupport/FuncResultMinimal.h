@@ -1,6 +1,7 @@
 #pragma once
 
 /// Receives the result of one call of a script function.
+/// @since 0.1 @ingroup host
 class FuncResultMinimal
 {
 public:

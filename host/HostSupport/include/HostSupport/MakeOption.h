@@ -4,9 +4,11 @@
 #include <HostSupport/YString.h>
 
 /// How the host keeps an option's value; this host reads it again each time.
+/// @since 0.1 @ingroup host
 enum OptionCacheStatus { OPTION_DEFAULT_CACHING = 0 };
 
 /// Declares an option with its default, for good.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT MakeOption
 {
 public:

@@ -3,6 +3,7 @@
 #include <HostSupport/HostSupport_export.h>
 
 /// Receives the messages for the user of a script function or command while it runs.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT MessageHandler
 {
 public:

@@ -9,5 +9,6 @@
 /// @param value receives the text
 /// @param defaultValue may be the same object as \p value
 /// @return 0 if the option has been set or declared, otherwise 1
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT int sp_ReadOptionsInfo(const char* name, YString* value,
                                           const YString& defaultValue);

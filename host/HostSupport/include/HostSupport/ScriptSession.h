@@ -9,6 +9,7 @@
 namespace host {
 
 /// How a script has ended.
+/// @since 0.1 @ingroup host
 struct ScriptOutcome
 {
     std::string
@@ -19,6 +20,7 @@ struct ScriptOutcome
 };
 
 /// The callbacks of a session, called by the event loop of the thread that made the session.
+/// @since 0.1 @ingroup host
 struct ScriptListener
 {
     /// Called with one or more lines, without the last line feed: output of the script and messages
@@ -34,6 +36,7 @@ struct ScriptListener
 ///
 /// Call all operations on that thread. One text runs at a time: `run` and `evaluate` throw
 /// `std::logic_error` until the one before has `finished`.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT ScriptSession
 {
 public:
@@ -61,15 +64,18 @@ public:
 };
 
 /// Makes a session that reports to the given listener.
+/// @since 0.1 @ingroup host
 using ScriptSessionMaker = std::function<std::unique_ptr<ScriptSession>(ScriptListener)>;
 
 /// Sets how sessions are made.
 /// @param maker called for each session; with an empty one there are none
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT void setScriptSessionMaker(ScriptSessionMaker maker);
 
 /// @return a session that knows the functions and commands that are registered now. Throws
 /// `CallError` if the host runs no scripts.
 /// @param listener called until the session is destroyed
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT std::unique_ptr<ScriptSession> makeScriptSession(ScriptListener listener);
 
 } // namespace host

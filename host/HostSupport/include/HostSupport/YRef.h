@@ -5,6 +5,7 @@
 
 /// A counted reference to an object of the host. The last reference deletes the object through
 /// its virtual destructor. Copies may live on different threads.
+/// @since 0.1 @ingroup host
 template <typename T>
 class YRef
 {

@@ -7,6 +7,7 @@
 /// The host's string: NUL-ended UTF-8 text in one buffer from `malloc`.
 ///
 /// An empty string may have no buffer; `c_str` doesn't return null even then.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT YString
 {
 public:

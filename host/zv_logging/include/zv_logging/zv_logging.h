@@ -7,6 +7,7 @@
 /// Any thread.
 /// @param sink 0 writes to the console (standard error), 1 to a rotating file, 2 to memory for a
 /// log view
+/// @since 0.1 @ingroup host
 ZV_LOGGING_EXPORT void add_sink(int sink);
 
 /// Makes a sink keep the lines of a level and above, also one that is added later. Throws
@@ -14,6 +15,7 @@ ZV_LOGGING_EXPORT void add_sink(int sink);
 /// @param sink its number, as for `add_sink`
 /// @param level 0 (trace), 1 (progress of background work), 2 (information, where a sink starts), 3
 /// (warning), 4 (error), 5 (critical)
+/// @since 0.1 @ingroup host
 ZV_LOGGING_EXPORT void set_log_level(int sink, int level);
 
 namespace zvutil::logging {
@@ -23,6 +25,7 @@ namespace zvutil::logging {
 /// @param level one outside 0 to 5 counts as the nearest one
 /// @param category the part of the program that reports
 /// @param text the line
+/// @since 0.1 @ingroup host
 ZV_LOGGING_EXPORT void write(int level, const char* category, const char* text);
 
 } // namespace zvutil::logging

@@ -11,6 +11,7 @@ namespace zvutil::experimental::string {
 /// `char`, `char16_t`, `char32_t` and `wchar_t`.
 ///
 /// Only `compare` folds: `eq`, `lt`, `find` and `length` are those of `std::char_traits<C>`.
+/// @since 0.1 @ingroup text
 template <typename C>
 struct case_insensitive_char_traits : std::char_traits<C>
 {

@@ -6,6 +6,7 @@
 namespace zvutil::experimental::xml {
 
 /// Thrown for an attribute that the element doesn't have.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT attribute_not_found_xml_exception : public xml_exception
 {
 public:

@@ -6,6 +6,7 @@
 namespace zvutil::experimental::xml {
 
 /// Thrown for reading on in an element that has been read to its end.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT null_element_xml_exception : public xml_exception
 {
 public:

@@ -7,6 +7,7 @@ namespace zvutil::experimental::xml {
 
 /// The base of the exceptions that reading XML throws. A malformed document throws none: that
 /// document ends early.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT xml_exception : public exception
 {
 public:
