@@ -3,7 +3,8 @@
 
     finish.py HTML
 
-Removes the paragraphs "Returns" whose text is the brief description already (see filter.py).
+Removes the paragraphs "Returns" whose text is the brief description already (see filter.py), and gives the search
+results, which are documents of their own, the look of the other pages.
 """
 import re
 import sys
@@ -13,10 +14,14 @@ from filter import MARK
 
 PARAGRAPH = re.compile(rf'<dl class="section return"><dt>Returns</dt><dd>{MARK} ?</dd></dl>\n?')
 
-for page in Path(sys.argv[1]).glob("*.html"):
+html = Path(sys.argv[1])
+for page in html.glob("*.html"):
     text = page.read_text(encoding="utf-8")
     finished = PARAGRAPH.sub("", text)
     if MARK in finished:
         sys.exit(f"{page.name}: {MARK} stands where it isn't expected")
     if finished != text:
         page.write_text(finished, encoding="utf-8")
+
+with open(html / "search" / "search.css", "a", encoding="utf-8") as sheet:
+    sheet.write((html / "reference.css").read_text(encoding="utf-8"))

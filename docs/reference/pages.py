@@ -95,7 +95,7 @@ class Site:
         lines = ["", "## Classes and functions by subject", "", "| subject | what is there |", "|---|---|"]
         lines += [f"| @ref {name} | {brief} |" for name, brief in groups]
         lines += ["", "## Pages", ""]
-        lines += [f"- @subpage {page}" for page in self.pages.values()]
+        lines += [f"- @ref {page}" for page in self.pages.values()]
         return "\n".join(lines) + "\n"
 
     def write_page(self, path, page, text):

@@ -8,8 +8,8 @@
 
 /// The validator of a line edit in which a user types the name of a file, without a directory.
 ///
-/// A name has at least one character, and none of `<` `>` `:` `"` `/` `\` `|` `?` `*` and of the
-/// control characters up to 0x1F. It has to be **shorter** than the limit: with the default of 256
+/// A name has at least one character, and none of the characters `<>:/\|?*`, no double quote and no
+/// control character up to 0x1F. It has to be **shorter** than the limit: with the default of 256
 /// the longest acceptable one has 255 units of 16 bits.
 ///
 /// Only the text is checked, not a file system. Reserved names of devices, a dot or a blank at

@@ -33,6 +33,7 @@ struct case_insensitive_char_traits : std::char_traits<C>
     static int compare(const C* a, const C* b, std::size_t n);
 };
 
+/// @cond
 /// `compare` for bytes.
 template <>
 ZVUTIL_EXPORT int case_insensitive_char_traits<char>::compare(const char* a, const char* b,
@@ -49,5 +50,6 @@ ZVUTIL_EXPORT int case_insensitive_char_traits<char32_t>::compare(const char32_t
 template <>
 ZVUTIL_EXPORT int case_insensitive_char_traits<wchar_t>::compare(const wchar_t* a, const wchar_t* b,
                                                                  std::size_t n);
+/// @endcond
 
 } // namespace zvutil::experimental::string
