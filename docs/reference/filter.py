@@ -8,6 +8,7 @@ The headers leave out what follows from what they say:
 - A comment that begins with "@return" also gives the brief description, "Returns ...". Its own place
   is marked by MARK, and finish.py removes the paragraph there.
 - An assignment returns the object.
+- Each file is documented, or Doxygen doesn't miss the comments of its functions.
 - Classes and members that docs/peculiarities.md is about refer to it; LINKS is what pages.py found there.
 """
 import json
@@ -54,7 +55,7 @@ def filtered(lines, links):
         while index < len(lines) and (match := COMMENT.match(lines[index])) and not match[2].startswith("<"):
             index += 1
         if index == first:
-            yield lines[index]
+            yield "/// @file" if lines[index] == "#pragma once" else lines[index]
             index += 1
             continue
         indent = COMMENT.match(lines[first])[1]

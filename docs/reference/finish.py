@@ -3,7 +3,7 @@
 
     finish.py HTML
 
-Removes the paragraphs "Returns" whose text is the brief description already (see filter.py), and gives the search
+Takes the links out of addresses in code font, which are examples. Removes the paragraphs "Returns" whose text is the brief description already (see filter.py), and gives the search
 results, which are documents of their own, the look of the other pages.
 """
 import re
@@ -13,11 +13,14 @@ from pathlib import Path
 from filter import MARK
 
 PARAGRAPH = re.compile(rf'<dl class="section return"><dt>Returns</dt><dd>{MARK} ?</dd></dl>\n?')
+CODE = re.compile(r"<code>.*?</code>", re.DOTALL)
+ADDRESS = re.compile(r'<a href="(?:https?|file|ftp):[^"]*">(.*?)</a>')
 
 html = Path(sys.argv[1])
 for page in html.glob("*.html"):
     text = page.read_text(encoding="utf-8")
     finished = PARAGRAPH.sub("", text)
+    finished = CODE.sub(lambda code: ADDRESS.sub(r"\1", code[0]), finished)
     if MARK in finished:
         sys.exit(f"{page.name}: {MARK} stands where it isn't expected")
     if finished != text:

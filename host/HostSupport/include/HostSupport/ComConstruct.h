@@ -6,7 +6,10 @@
 
 /// The result of a script command: success or failure.
 /// @since 0.1 @ingroup host
-enum COMERROR { COM_OK = 0, COM_FAILED = 1 };
+enum COMERROR {
+    COM_OK = 0, ///< the command is done
+    COM_FAILED = 1 ///< the call is an error in the script
+};
 
 /// The place of a command in a script.
 /// @since 0.1 @ingroup host

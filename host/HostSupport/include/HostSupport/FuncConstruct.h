@@ -8,11 +8,17 @@
 
 /// The type of a script function's argument.
 /// @since 0.1 @ingroup host
-enum argType { ARG_NUMBER = 0, ARG_STRING = 1 };
+enum argType {
+    ARG_NUMBER = 0, ///< a `double`
+    ARG_STRING = 1 ///< NUL-ended UTF-8
+};
 
 /// The result of a script function: success or failure.
 /// @since 0.1 @ingroup host
-enum FUNC_ERROR { FUNC_OK = 0, FUNC_FAILED = 1 };
+enum FUNC_ERROR {
+    FUNC_OK = 0, ///< the result is filled
+    FUNC_FAILED = 1 ///< the call is an error in the script
+};
 
 /// Runs a function: reads \p args, fills \p result and reports to \p messages; all are valid during
 /// the call.

@@ -5,7 +5,9 @@
 
 /// How the host keeps an option's value; this host reads it again each time.
 /// @since 0.1 @ingroup host
-enum OptionCacheStatus { OPTION_DEFAULT_CACHING = 0 };
+enum OptionCacheStatus {
+    OPTION_DEFAULT_CACHING = 0 ///< as the host does by itself
+};
 
 /// Declares an option with its default, for good.
 /// @since 0.1 @ingroup host

@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Makes the reference and tells what is wrong with it.
+
+    check_reference.py CMAKE SOURCES BUILD
+
+An error is each warning of Doxygen (a public member, parameter or result without a comment, a reference to nothing), a
+public class or function that isn't in exactly one subject or doesn't say since when it exists, an enumerator
+without a comment, a link that leads nowhere, in the site or in the repository's own pages, and a missing product.
+"""
+import sqlite3
+import subprocess
+import sys
+import xml.etree.ElementTree as ElementTree
+from contextlib import closing
+from pathlib import Path
+
+import links
+
+CLASS_KINDS = ("class", "struct", "union")
+
+
+def text_of(element):
+    return "".join(element.itertext()).strip() if element is not None else ""
+
+
+def has_since(element):
+    return any(section.get("kind") == "since" for section in element.iterfind("./detaileddescription//simplesect"))
+
+
+class Reference:
+    def __init__(self, folder):
+        self.folder = folder
+        self.xml = folder / "xml"
+        self.classes = {}  # by identifier
+        self.groups = []
+        self.spaces = []
+        for compound in ElementTree.parse(self.xml / "index.xml").iterfind("compound"):
+            definition = ElementTree.parse(self.xml / f"{compound.get('refid')}.xml").find("compounddef")
+            if compound.get("kind") in CLASS_KINDS:
+                self.classes[compound.get("refid")] = definition
+            elif compound.get("kind") == "group":
+                self.groups.append(definition)
+            elif compound.get("kind") in ("namespace", "file"):
+                self.spaces.append(definition)
+
+    def errors(self):
+        yield from self.warnings()
+        yield from self.places_of_classes()
+        yield from self.places_of_functions()
+        yield from self.enumerators()
+        yield from self.products()
+
+    def warnings(self):
+        for line in (self.folder / "warnings.txt").read_text(encoding="utf-8").splitlines():
+            yield line
+
+    def places_of_classes(self):
+        inner = {child.get("refid") for definition in self.classes.values() for child in definition.iter("innerclass")}
+        for identifier, definition in self.classes.items():
+            if identifier in inner:
+                continue
+            name = definition.findtext("compoundname")
+            subjects = [group.findtext("title") for group in self.groups
+                        if any(child.get("refid") == identifier for child in group.iterfind("innerclass"))]
+            if len(subjects) != 1:
+                yield f"{name} is in {len(subjects)} subjects instead of one (@ingroup): {', '.join(subjects)}"
+            if not has_since(definition):
+                yield f"{name} doesn't say since when it exists (@since)"
+
+    def places_of_functions(self):
+        """Those at namespace level, and types and enumerations; Doxygen lists a member of a group there alone."""
+        grouped = {}
+        for group in self.groups:
+            for member in group.iter("memberdef"):
+                grouped.setdefault(member.get("id"), []).append(member)
+        for members in grouped.values():
+            if len(members) > 1:
+                yield f"{members[0].findtext('name')} is in {len(members)} subjects instead of one (@ingroup)"
+            if not has_since(members[0]):
+                yield f"{members[0].findtext('name')} doesn't say since when it exists (@since)"
+        ungrouped = {member.get("id"): member.findtext("name") for space in self.spaces
+                     for member in space.iter("memberdef") if member.get("id") not in grouped}
+        for name in sorted(set(ungrouped.values())):
+            yield f"{name} is in 0 subjects instead of one (@ingroup)"
+
+    def enumerators(self):
+        definitions = list(self.classes.values()) + self.groups + self.spaces
+        for definition in definitions:
+            for value in definition.iter("enumvalue"):
+                if not text_of(value.find("briefdescription")) and not text_of(value.find("detaileddescription")):
+                    yield f"The enumerator {value.findtext('name')} has no comment"
+
+    def products(self):
+        front = self.folder / "html" / "index.html"
+        if not front.is_file() or '<table class="markdownTable">' not in front.read_text(encoding="utf-8"):
+            yield "The front page is missing, or the list of subjects on it"
+        names = [name.text for name in ElementTree.parse(self.folder / "zvutil.tag").iterfind("compound/name")]
+        if "zvutil::ZvFilePath" not in names:
+            yield "zvutil.tag doesn't name zvutil::ZvFilePath"
+        with closing(sqlite3.connect(f"file:{self.folder / 'zvutil.qch'}?mode=ro", uri=True)) as help_file:
+            pages = {row[0] for row in help_file.execute("SELECT Name FROM FileNameTable")}
+        for page in ("index.html", "classzvutil_1_1ZvFilePath.html", "reference.css"):
+            if page not in pages:
+                yield f"zvutil.qch has no {page}"
+
+
+def main(cmake, sources, build):
+    subprocess.run([cmake, "--build", build, "--target", "docs"], check=True, stdout=subprocess.DEVNULL)
+    reference = Reference(Path(build) / "docs")
+    site = links.Site(reference.folder / "html")
+    repository = links.Repository(Path(sources))
+    errors = list(dict.fromkeys([*reference.errors(), *site.errors(), *repository.errors()]))
+    for error in errors:
+        print(error)
+    print(f"{len(reference.classes)} classes, {len(reference.groups)} subjects, {site.count} links in the site, "
+          f"{repository.count} in the repository's pages; {len(errors)} errors")
+    return 1 if errors or not (reference.classes and site.count and repository.count) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
