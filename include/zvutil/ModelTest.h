@@ -83,7 +83,7 @@ protected Q_SLOTS:
     void rowsRemoved(QModelIndex parent, int start, int end);
 
 private:
-    // An announced change, and what the rows on either side of it show.
+    /// An announced change, and what the rows on either side of it show.
     struct Changing
     {
         QModelIndex parent;
