@@ -1,7 +1,8 @@
 #include "ZvWidgetCollection.h"
 
+#include "FormLineEdit.h"
+
 #include <zvutil/ZvProcessingIndicator.h>
-#include <zvutil/ZvProgressLineEdit.h>
 #include <zvutil/ZvResponsiveImage.h>
 #include <zvutil/ZvSearchBar.h>
 
@@ -33,7 +34,12 @@ public:
     QString includeFile() const override { return QStringLiteral("zvutil/%1.h").arg(m_name); }
     QIcon icon() const override
     {
-        return QIcon(QStringLiteral(":/zvutil_designer/icons/%1.svg").arg(m_name));
+        // Designer's widget box takes an icon that names no sizes, as one of an SVG file doesn't, for none.
+        const QIcon drawing(QStringLiteral(":/zvutil_designer/icons/%1.svg").arg(m_name));
+        QIcon icon;
+        for (const int size : {22, 44})
+            icon.addPixmap(drawing.pixmap(size));
+        return icon;
     }
     bool isContainer() const override { return false; }
     QWidget* createWidget(QWidget* parent) override { return m_factory(parent); }
@@ -69,7 +75,7 @@ ZvWidgetCollection::ZvWidgetCollection()
 {
     m_widgets.push_back(widget<ZvProcessingIndicator>(
         "ZvProcessingIndicator", tr("A spinner that turns as long as it is visible")));
-    m_widgets.push_back(widget<ZvProgressLineEdit>(
+    m_widgets.push_back(widget<FormLineEdit>(
         "ZvProgressLineEdit", tr("A line edit whose background shows how far some work is")));
     m_widgets.push_back(widget<ZvResponsiveImage>(
         "ZvResponsiveImage",

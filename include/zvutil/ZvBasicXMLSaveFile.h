@@ -69,7 +69,7 @@ public:
     /// destroy all element writers before. Returns false after any error since the file was opened,
     /// after `cancelWriting` and when called again; in all these cases nothing has been changed.
     /// This is the only report of a failure.
-    bool commit();
+    [[nodiscard]] bool commit();
 
     /// Gives the save up: `commit` fails from then on. More can be written, and is lost.
     void cancelWriting();

@@ -48,12 +48,13 @@ public:
 
     /// The index for a place below \p parent; an invalid \p parent stands for the root. Invalid
     /// without a root.
-    QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    QModelIndex index(int row, int column,
+                      const QModelIndex& parent = QModelIndex()) const override;
     /// The number of rows of \p parent in the source; an invalid \p parent stands for the root, or
     /// without one for the source's top level.
-    int rowCount(const QModelIndex& parent) const override;
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     /// The number of columns, by the same rule as `rowCount`.
-    int columnCount(const QModelIndex& parent) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
 
     /// Shows \p model, which isn't owned and may be null. Forgets the root, even if \p model is the
     /// source already.

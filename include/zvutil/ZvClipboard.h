@@ -10,7 +10,8 @@
 /// Puts tables on the system's clipboard and reads its content.
 ///
 /// The object has no state: each call goes to `QGuiApplication::clipboard()`, so there must be an
-/// application object. GUI thread only.
+/// application object. It can't be copied or moved, and need not be: make one wherever one is wanted.
+/// GUI thread only.
 ///
 /// @code{.cpp}
 /// #include <QString>
@@ -42,6 +43,10 @@ class ZVUTIL_EXPORT ZvClipboard
 public:
     /// Allocates nothing and doesn't look at the clipboard.
     ZvClipboard();
+    /// Make another one instead.
+    ZvClipboard(const ZvClipboard&) = delete;
+    /// Make another one instead.
+    ZvClipboard(ZvClipboard&&) = delete;
     /// Does nothing: there is no state.
     ZvClipboard& operator=(const ZvClipboard& other);
     /// Does nothing: there is no state.

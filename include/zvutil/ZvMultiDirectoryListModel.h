@@ -104,10 +104,10 @@ public:
     void reloadPaths();
 
     /// The number of files listed so far; 0 below a row.
-    int rowCount(const QModelIndex& parent) const override;
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
 
     /// The path, for `Qt::DisplayRole` and `Qt::ToolTipRole`.
-    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
     /// A scan has begun; the list is empty by now.

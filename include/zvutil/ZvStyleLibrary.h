@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <string>
+
 namespace zvutil {
 class ZvFilePath;
 }
@@ -61,6 +63,10 @@ public:
     void update(const ZvStyle& style);
     /// The same; \p style may then only be destroyed or assigned to.
     void update(ZvStyle&& style);
+    /// A name is no style: it would put a new one, all black, in place of the one of that name.
+    void update(const char* name) = delete;
+    /// As above.
+    void update(const std::string& name) = delete;
 
     /// Removes all styles, or all but the default ones. The accents stay.
     void clear(bool all);

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <string>
+
 namespace libzvutil {
 
 class ZvStyleLibrary;
@@ -87,6 +89,10 @@ public:
     static void SetStyle(const ZvStyle& style);
     /// The same; also copies, and leaves \p style as it is.
     static void SetStyle(ZvStyle&& style);
+    /// A name is no style: it would make a new one, all black. Use `SetStyle(Style(name))`.
+    static void SetStyle(const char* name) = delete;
+    /// As above.
+    static void SetStyle(const std::string& name) = delete;
 
     /// Replaces all styles of the library but the default ones by those of a copy of \p library, and
     /// the current style by the new one of its name, or by "Light" if there is none. Then calls the
@@ -103,6 +109,10 @@ public:
     static void Update(const ZvStyle& style);
     /// The same; \p style may then only be destroyed or assigned to.
     static void Update(ZvStyle&& style);
+    /// A name is no style: it would put a new one, all black, in place of the one of that name.
+    static void Update(const char* name) = delete;
+    /// As above.
+    static void Update(const std::string& name) = delete;
 
 Q_SIGNALS:
     /// Emitted on the manager's thread. \p style is valid as long as no listener changes it.

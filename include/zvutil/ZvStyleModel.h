@@ -38,16 +38,18 @@ public:
 
     /// An index of any row and column below the root, a group or an editor, whether there is such a
     /// row or not; one that there isn't has no data. Invalid below a brush or an icon.
-    QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    QModelIndex index(int row, int column,
+                      const QModelIndex& parent = QModelIndex()) const override;
     /// The parent of \p index; that of an icon has row 0. Invalid for a group.
     QModelIndex parent(const QModelIndex& index) const override;
+    using QObject::parent;
     /// The number of rows of the root, a group or an editor; 0 for a brush or an icon.
-    int rowCount(const QModelIndex& parent) const override;
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     /// 1, or 0 for a row that has no rows below it.
-    int columnCount(const QModelIndex& parent) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     /// The name for `Qt::DisplayRole`, the `QColor` or `QIcon` for `Qt::DecorationRole`, else
     /// nothing.
-    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
     /// Sets the colour of a brush, for `Qt::DecorationRole` alone, to whatever `QVariant` converts to
     /// a `QColor`; anything else makes it invalid. Emits `dataChanged` for this row and role. Changes

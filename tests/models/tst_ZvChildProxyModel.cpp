@@ -38,6 +38,21 @@ private Q_SLOTS:
         QCOMPARE(child->parent(), &parent);
     }
 
+    void isCalledAsAnyModel()
+    {
+        const auto source = tree(2);
+        QObject owner;
+        ZvChildProxyModel proxy(&owner);
+        QCOMPARE(proxy.parent(), &owner);
+        proxy.setSourceModel(source.get());
+        proxy.setRootModelIndex(at(*source, "1"));
+        QCOMPARE(proxy.rowCount(), source->rowCount(at(*source, "1")));
+        QCOMPARE(proxy.columnCount(), source->columnCount(at(*source, "1")));
+        const QModelIndex first = proxy.index(0, 0);
+        QCOMPARE(proxy.data(first), source->data(at(*source, "10")));
+        QVERIFY(!proxy.parent(first).isValid());
+    }
+
     void showsTheBranch_data()
     {
         QTest::addColumn<QByteArray>("path");

@@ -199,6 +199,8 @@ private Q_SLOTS:
             QVERIFY(!isShown || data.type() == QVariant::String);
             QVERIFY(!watched.model.data({}, role).isValid());
         }
+        QCOMPARE(watched.model.data(index), QVariant(path));
+        QCOMPARE(watched.model.rowCount(), 1);
         QCOMPARE(watched.model.rowCount(index), 0);
         const QAbstractItemModel& base = watched.model;
         QCOMPARE(base.columnCount(), 1);

@@ -6,10 +6,14 @@
 #include <zvutil/ZvSearchBar.h>
 
 #include <QBuffer>
+#include <QDir>
 #include <QFileInfo>
+#include <QFormBuilder>
 #include <QIcon>
 #include <QImage>
 #include <QPluginLoader>
+#include <QRegularExpression>
+#include <QSize>
 #include <QTest>
 #include <QUiLoader>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
@@ -26,6 +30,17 @@ constexpr char form[] = R"(<ui version="4.0"><class>Form</class>
 <item><widget class="ZvResponsiveImage" name="image"/></item>
 <item><widget class="ZvSearchBar" name="search"/></item>
 </layout></widget></ui>)";
+
+/// Returns the classes of the widgets in \p xml, in their order.
+QStringList classNames(const QByteArray& xml)
+{
+    const QRegularExpression expression("<widget class=\"([^\"]*)\"");
+    QStringList names;
+    QRegularExpressionMatchIterator matches = expression.globalMatch(QString::fromUtf8(xml));
+    while (matches.hasNext())
+        names.append(matches.next().captured(1));
+    return names;
+}
 
 } // namespace
 
@@ -63,6 +78,7 @@ private Q_SLOTS:
         QVERIFY(!offered->whatsThis().isEmpty());
         QVERIFY(!offered->group().isEmpty());
         QVERIFY(!offered->isContainer());
+        QVERIFY(offered->icon().availableSizes().contains(QSize(22, 22)));
         const QImage icon = offered->icon().pixmap(22, 22).toImage();
         QVERIFY(!icon.isNull());
         bool isEmpty = true;
@@ -103,6 +119,36 @@ private Q_SLOTS:
             dynamic_cast<ZvProgressLineEdit*>(window->findChild<QLineEdit*>("progress"));
         QVERIFY(progress);
         QCOMPARE(progress->text(), QString("text"));
+    }
+
+    void namesTheClassesOfItsWidgets()
+    {
+        QWidget parent;
+        for (QDesignerCustomWidgetInterface* const offered : m_collection->customWidgets())
+            QCOMPARE(QString(offered->createWidget(&parent)->metaObject()->className()),
+                     offered->name());
+        const QWidget* const progress = m_collection->customWidgets().at(1)->createWidget(&parent);
+        QCOMPARE(progress->metaObject()->superClass(), &QLineEdit::staticMetaObject);
+        QCOMPARE(progress->metaObject()->propertyCount(),
+                 QLineEdit::staticMetaObject.propertyCount());
+        QCOMPARE(progress->metaObject()->methodCount(), QLineEdit::staticMetaObject.methodCount());
+    }
+
+    void designerSavesWhatItHasLoaded()
+    {
+        QFormBuilder builder;
+        builder.setPluginPath({QFileInfo(PLUGIN_FILE).path()});
+        QBuffer loaded;
+        loaded.setData(form);
+        QVERIFY(loaded.open(QIODevice::ReadOnly));
+        const std::unique_ptr<QWidget> window(builder.load(&loaded, nullptr));
+        QVERIFY2(window, qPrintable(builder.errorString()));
+        QBuffer saved;
+        QVERIFY(saved.open(QIODevice::WriteOnly));
+        builder.save(&saved, window.get());
+        // The form builder writes the spinner inside the search bar, too; Designer itself doesn't.
+        QCOMPARE(classNames(saved.data()), classNames(form) << "ZvProcessingIndicator");
+        QCOMPARE(classNames(form).size(), 5);
     }
 
 private:

@@ -41,6 +41,21 @@ static_assert(std::has_virtual_destructor_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_constructible_v<ZvStyleLibrary>);
 static_assert(std::is_nothrow_move_assignable_v<ZvStyleLibrary>);
 
+template <typename Style, typename = void>
+struct CanUpdate : std::false_type
+{
+};
+template <typename Style>
+struct CanUpdate<
+    Style, std::void_t<decltype(std::declval<ZvStyleLibrary&>().update(std::declval<Style>()))>>
+    : std::true_type
+{
+};
+
+// A style can be made from a name, so a call with a name has to be refused by name.
+static_assert(CanUpdate<const ZvStyle&>::value && CanUpdate<ZvStyle&&>::value);
+static_assert(!CanUpdate<const char (&)[5]>::value && !CanUpdate<const std::string&>::value);
+
 /// A brush by its name, as a file has it.
 QColor brush(const ZvStyle& style, const QString& name)
 {

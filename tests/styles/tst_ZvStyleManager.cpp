@@ -41,6 +41,35 @@ namespace {
 static_assert(sizeof(ZvStyleManager) == sizeof(QObject) + sizeof(void*));
 static_assert(!std::is_default_constructible_v<ZvStyleManager>);
 
+template <typename Style, typename = void>
+struct CanBeSet : std::false_type
+{
+};
+template <typename Style>
+struct CanBeSet<Style, std::void_t<decltype(ZvStyleManager::SetStyle(std::declval<Style>()))>>
+    : std::true_type
+{
+};
+
+template <typename Style, typename = void>
+struct CanUpdate : std::false_type
+{
+};
+template <typename Style>
+struct CanUpdate<Style, std::void_t<decltype(ZvStyleManager::Update(std::declval<Style>()))>>
+    : std::true_type
+{
+};
+
+// A style can be made from a name, so a call with a name has to be refused by name.
+static_assert(CanBeSet<const ZvStyle&>::value && CanBeSet<ZvStyle&&>::value);
+static_assert(!CanBeSet<const char (&)[5]>::value && !CanBeSet<const std::string&>::value);
+static_assert(!CanBeSet<std::nullptr_t>::value);
+static_assert(CanUpdate<const ZvStyle&>::value && CanUpdate<ZvStyle&&>::value);
+static_assert(!CanUpdate<const char (&)[5]>::value && !CanUpdate<const std::string&>::value);
+static_assert(std::is_convertible_v<const char*, ZvStyle>);
+static_assert(std::is_convertible_v<const std::string&, ZvStyle>);
+
 QString current()
 {
     return ZvStyleManager::CurrentStyle().name().toQString();

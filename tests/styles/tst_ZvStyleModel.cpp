@@ -205,11 +205,24 @@ private Q_SLOTS:
         QCOMPARE(model.metaObject(), &QAbstractItemModel::staticMetaObject);
     }
 
+    void isCalledAsAnyModel()
+    {
+        QObject owner;
+        const ZvStyleModel model(light(), &owner);
+        QCOMPARE(model.parent(), &owner);
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(model.columnCount(), 1);
+        const QModelIndex brushes = model.index(Brushes, 0);
+        QCOMPARE(model.data(brushes), model.data(brushes, Qt::DisplayRole));
+        QCOMPARE(model.data(brushes).toString(), QString("Brushes"));
+        QCOMPARE(model.parent(model.index(0, 0, brushes)), brushes);
+    }
+
     void showsACopyOfTheStyle()
     {
         QObject owner;
         ZvStyleModel current(&owner);
-        QCOMPARE(static_cast<QObject&>(current).parent(), &owner);
+        QCOMPARE(current.parent(), &owner);
         QCOMPARE(current.style().name().toQString(), QString("Light"));
         QVERIFY(current.style().isDefaultStyle());
 

@@ -27,6 +27,8 @@ namespace {
 
 static_assert(std::is_empty_v<ZvClipboard> && !std::is_polymorphic_v<ZvClipboard>);
 static_assert(std::is_default_constructible_v<ZvClipboard>);
+static_assert(!std::is_copy_constructible_v<ZvClipboard>);
+static_assert(!std::is_move_constructible_v<ZvClipboard>);
 static_assert(std::is_copy_assignable_v<ZvClipboard> && std::is_move_assignable_v<ZvClipboard>);
 
 const QString csv = "text/csv";
