@@ -7,6 +7,7 @@ An error is each warning of Doxygen (a public member, parameter or result withou
 public class or function that isn't in exactly one subject or doesn't say since when it exists, an enumerator
 without a comment, a link that leads nowhere, in the site or in the repository's own pages, and a missing product.
 """
+import re
 import sqlite3
 import subprocess
 import sys
@@ -28,8 +29,9 @@ def has_since(element):
 
 
 class Reference:
-    def __init__(self, folder):
+    def __init__(self, folder, readme):
         self.folder = folder
+        self.readme = readme
         self.xml = folder / "xml"
         self.classes = {}  # by identifier
         self.groups = []
@@ -91,9 +93,11 @@ class Reference:
                     yield f"The enumerator {value.findtext('name')} has no comment"
 
     def products(self):
-        front = self.folder / "html" / "index.html"
-        if not front.is_file() or '<table class="markdownTable">' not in front.read_text(encoding="utf-8"):
-            yield "The front page is missing, or the list of subjects on it"
+        yield from self.front_page()
+        missing = [name for name in ("zvutil.tag", "zvutil.qch") if not (self.folder / name).is_file()]
+        if missing:
+            yield f"{', '.join(missing)} isn't there"
+            return
         names = [name.text for name in ElementTree.parse(self.folder / "zvutil.tag").iterfind("compound/name")]
         if "zvutil::ZvFilePath" not in names:
             yield "zvutil.tag doesn't name zvutil::ZvFilePath"
@@ -103,10 +107,21 @@ class Reference:
             if page not in pages:
                 yield f"zvutil.qch has no {page}"
 
+    def front_page(self):
+        front = self.folder / "html" / "index.html"
+        text = " ".join(front.read_text(encoding="utf-8").split()) if front.is_file() else ""
+        chapter = "\n".join(links.Repository.prose(self.readme)).split("\n## ")[0].partition("\n")[2]
+        beginning = re.search(r"[A-Za-z][A-Za-z ,]{20,}", chapter.replace("\n", " "))[0]
+        if beginning not in text:
+            yield f"The front page lacks the beginning of README.md: {beginning}"
+        for group in self.groups:
+            if f'href="{group.get("id")}.html"' not in text:
+                yield f"The front page has no link to the subject {group.findtext('title')}"
+
 
 def main(cmake, sources, build):
     subprocess.run([cmake, "--build", build, "--target", "docs"], check=True, stdout=subprocess.DEVNULL)
-    reference = Reference(Path(build) / "docs")
+    reference = Reference(Path(build) / "docs", Path(sources) / "README.md")
     site = links.Site(reference.folder / "html")
     repository = links.Repository(Path(sources))
     errors = list(dict.fromkeys([*reference.errors(), *site.errors(), *repository.errors()]))
