@@ -32,14 +32,15 @@ CHAPTER_CLASSES = {
                                      "ZvResponsiveImage"],
 }
 
-LINK = re.compile(r"(!?)\[((?:[^\[\]]|\[[^\]]*\])*)\]\(([^()\s]+)(?: \"[^\"]*\")?\)")
+IMAGE = re.compile(r"!\[([^\[\]]*)\]\(([^()\s]+)(?: \"[^\"]*\")?\)")
+LINK = re.compile(r"\[((?:[^\[\]]|\[[^\]]*\])*)\]\(([^()\s]+)(?: \"[^\"]*\")?\)")
 IMAGE_TAG = re.compile(r"<img\b[^>]*?\bsrc=\"([^\"]+)\"[^>]*>")
 CODE = re.compile(r"(`+)(.+?)\1")
 
 
 def slug(heading):
     """The anchor that a repository's web view gives a heading."""
-    text = LINK.sub(r"\2", heading).replace("`", "").strip().lower()
+    text = LINK.sub(r"\1", heading).replace("`", "").strip().lower()
     return re.sub(r"[^\w\- ]", "", text).replace(" ", "-")
 
 
@@ -123,11 +124,12 @@ class Site:
 
     @staticmethod
     def plain(title):
-        return LINK.sub(r"\2", title).replace("`", "")
+        return LINK.sub(r"\1", title).replace("`", "")
 
     def rewrite(self, path, line):
         line = re.sub(r"</?picture>|<source\b[^>]*>", "", line)
         line = IMAGE_TAG.sub(lambda match: match[0].replace(match[1], self.picture(path, match[1])), line)
+        line = IMAGE.sub(lambda match: f'<img src="{self.picture(path, match[2])}" alt="{match[1]}"/>', line)
         line = LINK.sub(lambda match: self.link(path, match), line)
         return CODE.sub(self.code, line)
 
@@ -139,17 +141,15 @@ class Site:
         return picture.name
 
     def link(self, path, match):
-        is_picture, text, target = match[1], match[2], match[3]
-        if is_picture:
-            return f'<img src="{self.picture(path, target)}" alt="{text}"/>'
+        text, target = match[1], match[2]
         if re.match(r"\w+:", target):
             return match[0]
         file, _, fragment = target.partition("#")
         folder = (self.root / path).parent
         file = (folder / file).resolve().relative_to(self.root.resolve()).as_posix() if file else path
-        if file == "README.md" and not fragment:
+        if file == "README.md":
             return f'@ref index "{text}"'
-        if file not in self.pages:
+        if file not in self.pages or "<img" in text:
             return text
         page = self.pages[file]
         title = text.replace("`", "").replace('"', "'")
