@@ -42,7 +42,7 @@ public:
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): the move makes a QObject
     ZvClipboardData(ZvClipboardData&& other);
     /// A view looks at one content for life.
-    /// @param other stays as it is
+    /// @param other can't be assigned
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;
     /// Emits `invalidated` if the view is valid; the content stays.
     ~ZvClipboardData() override;

@@ -88,7 +88,7 @@ public:
     /// @param text in the platform's encoding for file names
     ZvFilePath(const ZvBasicString<char>& text);
     /// Narrow text, NULs included.
-    /// @param text need not end in a NUL; must not be null
+    /// @param text need not end in a NUL
     /// @param size the number of bytes
     ZvFilePath(const char* text, std::size_t size);
     /// Narrow text with all its NULs.
@@ -105,7 +105,7 @@ public:
     /// @param text in UTF-16
     ZvFilePath(const ZvBasicString<wchar_t>& text);
     /// Wide text, NULs included.
-    /// @param text need not end in a NUL; must not be null
+    /// @param text need not end in a NUL
     /// @param size the number of units
     ZvFilePath(const wchar_t* text, std::size_t size);
     /// Wide text with all its NULs.
@@ -186,7 +186,7 @@ public:
     /// @return whether \p other lies below this directory, by comparing the texts: case counts, and
     /// `\` differs from `/`. This has to end in a separator, be a root or be empty (see
     /// `Directory`).
-    /// @param other a path in the same form
+    /// @param other taken unit by unit, as it is
     bool isDescendant(const ZvFilePath& other) const;
 
     /// Turns each `/` into `\`.

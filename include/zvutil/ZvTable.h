@@ -36,7 +36,7 @@ public:
     /// @param other has no storage afterwards
     ZvTable(ZvTable&& other) noexcept;
     /// A table keeps its size and cells for life; assign to the cells instead.
-    /// @param other stays as it is
+    /// @param other can't be assigned
     ZvTable& operator=(const ZvTable& other) = delete;
     /// Destroys the cells; references to them end with it.
     ~ZvTable();

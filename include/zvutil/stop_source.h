@@ -40,7 +40,7 @@ public:
     /// @return a token for the work that is to stop.
     [[nodiscard]] stop_token get_token() const { return stop_token(m_impl); }
 
-    /// Requests the stop. The first call calls, on this thread and in the order of their
+    /// Requests the stop. The first one calls, on this thread and in the order of their
     /// connection, all receivers that are connected now and still exist when their turn comes.
     /// Later calls do nothing.
     ///

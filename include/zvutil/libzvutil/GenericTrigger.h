@@ -17,7 +17,7 @@ class ZVUTIL_EXPORT GenericTrigger : public QObject
     Q_OBJECT
 
 public:
-    /// A trigger.
+    /// A trigger that nothing is connected to.
     /// @param parent owns the trigger; may be null
     explicit GenericTrigger(QObject* parent = nullptr);
     /// Ends the connections; no thread may be calling `trigger`.

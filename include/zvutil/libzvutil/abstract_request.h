@@ -72,7 +72,7 @@ Q_SIGNALS:
     /// The work is done. The subclass emits it.
     void completed();
     /// The work has failed. The subclass emits it; the library itself emits the texts named above.
-    /// @param errorMessage why, in UTF-8
+    /// @param errorMessage why
     void failed(std::string errorMessage);
     /// The request is being destroyed. The subclass never emits it.
     void finished();

@@ -11,7 +11,7 @@ namespace zvutil::libzvutil {
 class ZVUTIL_EXPORT abstract_request_manager : public QObject
 {
 public:
-    /// A manager.
+    /// A manager without requests.
     /// @param parent owns the manager; may be null
     explicit abstract_request_manager(QObject* parent = nullptr);
     /// Does what the subclass does.

@@ -18,7 +18,7 @@ class DOCKFRAMEWORK_EXPORT DockFrame : public QMainWindow
 
 public:
     /// A frame without windows.
-    /// @param parent owns the widget; may be null
+    /// @param parent owns the frame; may be null
     explicit DockFrame(QWidget* parent = nullptr);
     /// Deletes the windows with their contents.
     ~DockFrame() override;

@@ -8,7 +8,7 @@
 /// @since 0.1 @ingroup host
 enum COMERROR {
     COM_OK = 0, ///< the command is done
-    COM_FAILED = 1 ///< the call is an error in the script
+    COM_FAILED = 1 ///< the script's call fails
 };
 
 /// The place of a command in a script.

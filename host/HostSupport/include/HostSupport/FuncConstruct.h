@@ -17,7 +17,7 @@ enum argType {
 /// @since 0.1 @ingroup host
 enum FUNC_ERROR {
     FUNC_OK = 0, ///< the result is filled
-    FUNC_FAILED = 1 ///< the call is an error in the script
+    FUNC_FAILED = 1 ///< the script's call fails
 };
 
 /// Runs a function: reads \p args, fills \p result and reports to \p messages; all are valid during
