@@ -72,9 +72,10 @@ class Site:
         self.classes = names.public_classes(root)
         self.pictures = set()
         self.links = {"classes": {}, "members": {}}
-        documents = sorted(self.root.glob("docs/*.md")) + sorted(self.root.glob("docs/guides/*.md"))
-        self.pages = {path.relative_to(root).as_posix(): "page_" + slug(path.stem).replace("-", "_")
-                      for path in documents}
+        documents = sorted(self.root.glob("docs/guides/*.md")) + sorted(self.root.glob("docs/*.md"))
+        paths = [path.relative_to(root) for path in documents]
+        self.pages = {path.as_posix(): re.sub(r"\W", "_", "_".join(("page", *path.with_suffix("").parts[1:])))
+                      for path in paths}
 
     def write_all(self):
         self.output.mkdir(parents=True, exist_ok=True)

@@ -5,7 +5,8 @@
 
 An error is each warning of Doxygen (a public member, parameter or result without a comment, a reference to nothing), a
 public class or function that isn't in exactly one subject or doesn't say since when it exists, an enumerator
-without a comment, a link that leads nowhere, in the site or in the repository's own pages, and a missing product.
+without a comment, a link that leads nowhere, in the site or in the repository's own pages, a colour that isn't its style's, and a
+missing product.
 """
 import re
 import sqlite3
@@ -119,12 +120,36 @@ class Reference:
                 yield f"The front page has no link to the subject {group.findtext('title')}"
 
 
+class Colours:
+    """The colours of the reference, which are those of the library's two styles."""
+
+    BRUSH = re.compile(r"--[\w-]+: (#\w+);\s+/\* (\w+) \*/")
+
+    def __init__(self, sources):
+        self.sheet = (sources / "docs" / "reference" / "reference.css").read_text(encoding="utf-8")
+        self.styles = ElementTree.parse(sources / "style" / "library.xml").iterfind("Styles/Style")
+
+    def errors(self):
+        by_name = {style.get("name"): {brush.get("name"): brush.get("colour") for brush in style.iterfind("Brushes/Brush")}
+                   for style in self.styles}
+        light, _, dark = self.sheet.partition("@media (prefers-color-scheme: dark)")
+        for style, sheet in (("Light", light), ("Dark", dark)):
+            found = self.BRUSH.findall(sheet)
+            if not found:
+                yield f"reference.css has no colours of the style {style}"
+            for colour, brush in found:
+                expected = by_name[style].get(brush)
+                if colour != expected:
+                    yield f"reference.css has {colour} for the brush {brush} of {style}, which is {expected}"
+
+
 def main(cmake, sources, build):
     subprocess.run([cmake, "--build", build, "--target", "docs"], check=True, stdout=subprocess.DEVNULL)
     reference = Reference(Path(build) / "docs", Path(sources) / "README.md")
     site = links.Site(reference.folder / "html")
     repository = links.Repository(Path(sources))
-    errors = list(dict.fromkeys([*reference.errors(), *site.errors(), *repository.errors()]))
+    errors = list(dict.fromkeys([*reference.errors(), *Colours(Path(sources)).errors(),
+                                 *site.errors(), *repository.errors()]))
     for error in errors:
         print(error)
     print(f"{len(reference.classes)} classes, {len(reference.groups)} subjects, {site.count} links in the site, "

@@ -43,7 +43,7 @@ ZV_LOGGING_EXPORT std::vector<int> sinks();
 
 /// Sets the file that sink 1 writes to when it is added next. By default a file in the user's data
 /// directory.
-/// @param path in UTF-8
+/// @param path the file need not exist; an empty one stands for the default
 /// @since 0.1 @ingroup host
 ZV_LOGGING_EXPORT void setLogFile(const std::string& path);
 /// @return the path of that file.
