@@ -25,13 +25,15 @@
 /// model isn't changed, except for the rows that it fetches.
 ///
 /// A run takes time linear in the number of cells. Use it on the model's thread.
+/// @since 0.1 @ingroup models
 class ZVUTIL_EXPORT ModelTest : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Runs all tests once. \p model isn't owned and must not be null; it may be
-    /// destroyed first.
+    /// Runs all tests once.
+    /// @param model isn't owned and may be destroyed first; must not be null
+    /// @param parent owns the test; may be null
     ModelTest(QAbstractItemModel* model, QObject* parent);
     /// Ends the test; the model stays.
     ~ModelTest() override;
@@ -60,13 +62,24 @@ protected Q_SLOTS:
     /// Asks for the kept indexes again, where they are by now, and drops them.
     void layoutChanged();
     /// Asks for the number of rows of \p parent and the data on either side of row \p start.
+    /// @param parent as the model announces it
+    /// @param start where the first new row will be
+    /// @param end isn't looked at
     void rowsAboutToBeInserted(QModelIndex parent, int start, int end);
-    /// Ends what `rowsAboutToBeInserted` began; the arguments are ignored.
+    /// Ends what `rowsAboutToBeInserted` began.
+    /// @param parent isn't looked at
+    /// @param start isn't looked at
+    /// @param end isn't looked at
     void rowsInserted(QModelIndex parent, int start, int end);
-    /// Asks for the number of rows of \p parent and the data on either side of the rows \p start to
-    /// \p end.
+    /// Asks for the number of rows of \p parent and the data on either side of the rows.
+    /// @param parent as the model announces it
+    /// @param start the first row to go
+    /// @param end the last row to go
     void rowsAboutToBeRemoved(QModelIndex parent, int start, int end);
-    /// Ends what `rowsAboutToBeRemoved` began; the arguments are ignored.
+    /// Ends what `rowsAboutToBeRemoved` began.
+    /// @param parent isn't looked at
+    /// @param start isn't looked at
+    /// @param end isn't looked at
     void rowsRemoved(QModelIndex parent, int start, int end);
 
 private:

@@ -56,20 +56,23 @@ class QTimerEvent;
 ///     summation.start();
 /// }
 /// @endcode
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT ZvAbstractIterativeProcess : public QObject
 {
     Q_OBJECT
 
 public:
     /// A process without an interval, which never calls `reportStatus`.
+    /// @param parent owns the process; may be null
     explicit ZvAbstractIterativeProcess(QObject* parent = nullptr);
-    /// A process that calls `reportStatus` every \p interval milliseconds during a run, and once
-    /// more at its end.
+    /// A process that calls `reportStatus` during a run, and once more at its end.
+    /// @param interval between two calls, in milliseconds
+    /// @param parent owns the process; may be null
     ZvAbstractIterativeProcess(int interval, QObject* parent);
     /// Stops the timer; must not be called while a run is under way.
     ~ZvAbstractIterativeProcess() override;
 
-    /// Whether there is another step. Called before each one, unless a stop was requested.
+    /// @return whether there is another step. Called before each one, unless a stop was requested.
     virtual bool hasMoreWork() = 0;
     /// Does one step.
     virtual void processStep() = 0;
@@ -89,7 +92,8 @@ public:
     /// sure of a new run.
     void restart();
 
-    /// True from before `started` until before `finished`. Call it on the object's own thread.
+    /// @return true from before `started` until before `finished`. Call it on the object's own
+    /// thread.
     bool running() const;
 
 Q_SIGNALS:
@@ -110,6 +114,7 @@ protected:
     virtual void reportStatus();
 
     /// Calls `reportStatus` for the timer of the interval.
+    /// @param event of this or any other timer of the object
     void timerEvent(QTimerEvent* event) override;
 
 private:

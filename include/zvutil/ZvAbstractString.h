@@ -20,6 +20,7 @@ class ZvBasicString;
 /// are too many to lie in it; a move takes none and throws nothing. A moved-from text may only be
 /// destroyed or assigned to. Operations fail only for lack of memory, and `resize` for a size
 /// that no text can have. Two threads may use two texts at once.
+/// @since 0.1 @ingroup text
 class ZVUTIL_EXPORT ZvAbstractString
 {
 public:
@@ -30,22 +31,25 @@ public:
     /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvAbstractString();
 
-    /// Cuts the text to \p size units, or fills it up with NULs to that size. Throws
-    /// `std::length_error`, and changes nothing, for more units than a `std::basic_string` can have.
+    /// Cuts the text, or fills it up with NULs. Throws `std::length_error`, and changes nothing,
+    /// for more units than a `std::basic_string` can have.
+    /// @param size the number of units from now on
     void resize(std::size_t size);
-    /// The number of units, including NULs and whatever follows them.
+    /// @return the number of units, including NULs and whatever follows them.
     std::size_t size() const;
 
 protected:
     /// The implementation that holds the text; the subclass defines its type of units.
     class Impl;
 
-    /// Takes \p implementation over; it must not be null.
+    /// A text with an implementation of the subclass.
+    /// @param implementation owned from now on; must not be null
     explicit ZvAbstractString(Impl* implementation);
 
-    /// The implementation. The text must not have been moved from: there is no test for null.
+    /// @return the implementation. The text must not have been moved from: there is no test for
+    /// null.
     Impl& impl();
-    /// The same for a constant text.
+    /// @return the same for a constant text.
     const Impl& impl() const;
 
 private:

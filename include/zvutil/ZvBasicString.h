@@ -32,62 +32,76 @@ namespace zvutil {
 /// string.
 ///
 /// Operations that make text throw `std::bad_alloc`.
+/// @since 0.1 @ingroup text
 template <typename C>
 class ZvBasicString
 {
 public:
     /// The empty text.
     ZvBasicString();
-    /// Copies \p text, which must not be null, up to its NUL.
+    /// Copies a text up to its NUL.
+    /// @param text must not be null
     ZvBasicString(const C* text);
-    /// Copies \p text up to its first NUL, not up to its size.
+    /// Copies a text up to its first NUL, not up to its size.
+    /// @param text isn't kept
     ZvBasicString(const std::basic_string<C>& text);
 
-    /// A deep copy of \p other, which must not have been moved from.
+    /// A deep copy.
+    /// @param other must not have been moved from
     ZvBasicString(const ZvBasicString& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvBasicString(ZvBasicString&& other) noexcept;
-    /// Copies \p other into the implementation that this string has; a moved-from string gets a new
+    /// Copies the text into the implementation that this string has; a moved-from string gets a new
     /// one.
+    /// @param other must not have been moved from
     ZvBasicString& operator=(const ZvBasicString& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvBasicString& operator=(ZvBasicString&& other) noexcept;
     /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvBasicString();
 
-    /// Whether the texts have the same number of units and are equal except for case, by
-    /// `case_insensitive_char_traits<C>::compare`. Texts that differ in length are unequal
-    /// without a look at their units. The other text ends at its first NUL.
+    /// @return whether the texts have the same number of units and are equal except for case, by
+    /// `case_insensitive_char_traits<C>::compare`. Texts that differ in length are unequal without
+    /// a look at their units. The other text ends at its first NUL.
+    /// @param other must not have been moved from
     bool operator==(const ZvBasicString& other) const;
-    /// The same for a standard string, up to its first NUL.
+    /// @return the same for a standard string, up to its first NUL.
+    /// @param other counts up to its first NUL
     bool operator==(const std::basic_string<C>& other) const;
-    /// The same for a text that ends in a NUL; \p other must not be null.
+    /// @return the same for a text that ends in a NUL.
+    /// @param other must not be null
     bool operator==(const C* other) const;
 
-    /// Appends the text of \p other, which may be this string. Returns this.
+    /// Appends a text.
+    /// @param other may be this string
+    /// @return this string
     ZvBasicString& append(const ZvBasicString& other);
-    /// A new string: this text followed by that of \p other.
+    /// @return a new string: this text followed by the other.
+    /// @param other may be this string
     ZvBasicString appended(const ZvBasicString& other) const;
 
-    /// The text followed by a NUL; valid until the string changes.
+    /// @return the text followed by a NUL; valid until the string changes.
     const C* c_str() const;
-    /// The same as `c_str`.
+    /// @return the same as `c_str`.
     const C* data() const;
 
-    /// The text as a standard string. Nothing is converted, so this never fails.
+    /// @return the text as a standard string. Nothing is converted, so this never fails.
     std::basic_string<C> toStringType() const;
-    /// Returns, for `char`, the bytes as they are, which never fails, and for the others the bytes
-    /// of `toString()`.
+    /// @return for `char` the bytes as they are, which never fails, and for the others the bytes of
+    /// `toString()`.
     std::string toStdString() const;
 
-    /// The text in UTF-8, each unit by itself; throws `std::range_error` as described above.
+    /// @return the text in UTF-8, each unit by itself; throws `std::range_error` as described
+    /// above.
     ZvBasicString<char> toString() const;
-    /// The text in 16-bit units; throws `std::range_error` as described above.
+    /// @return the text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<wchar_t> toWString() const;
-    /// The text in 16-bit units; throws `std::range_error` as described above.
+    /// @return the text in 16-bit units; throws `std::range_error` as described above.
     ZvBasicString<char16_t> toU16String() const;
-    /// The text in units of 32 bits that hold one 16-bit unit each; throws `std::range_error` as
-    /// described above.
+    /// @return the text in units of 32 bits that hold one 16-bit unit each; throws
+    /// `std::range_error` as described above.
     ZvBasicString<char32_t> toU32String() const;
 
 private:

@@ -50,32 +50,38 @@
 ///     }
 /// };
 /// @endcode
+/// @since 0.1 @ingroup xml
 template <typename C>
 class ZvBasicXMLSaveFile
 {
 public:
-    /// Opens a temporary file beside \p path, the target, and writes the XML declaration. Does not
-    /// throw if that fails.
+    /// Opens a temporary file beside the target and writes the XML declaration. Does not throw if
+    /// that fails.
+    /// @param path the target, which need not exist
     ZvBasicXMLSaveFile(const zvutil::ZvFilePath& path);
     /// A second handle on the same file, with its open elements.
+    /// @param other stays a handle as it is
     ZvBasicXMLSaveFile(const ZvBasicXMLSaveFile& other);
-    /// Makes this a handle on the file of \p other, and gives up the one held before unless another
+    /// Makes this a handle on the other's file, and gives up the one held before unless another
     /// handle commits it.
+    /// @param other stays a handle as it is
     ZvBasicXMLSaveFile& operator=(const ZvBasicXMLSaveFile& other);
     /// Releases this handle; the last one gives the save up unless it was committed.
     virtual ~ZvBasicXMLSaveFile();
 
     /// Replaces the target. An element that is still open doesn't get its end tag into the file, so
-    /// destroy all element writers before. Returns false after any error since the file was opened,
-    /// after `cancelWriting` and when called again; in all these cases nothing has been changed.
-    /// This is the only report of a failure.
+    /// destroy all element writers before.
+    /// @return false after any error since the file was opened, after `cancelWriting` and when
+    /// called again; in all these cases nothing has been changed. This is the only report of a
+    /// failure.
     [[nodiscard]] bool commit();
 
     /// Gives the save up: `commit` fails from then on. More can be written, and is lost.
     void cancelWriting();
 
 protected:
-    /// The document, to write the root element with; valid as long as any handle on the file.
+    /// @return the document, to write the root element with; valid as long as any handle on the
+    /// file.
     zvutil::experimental::xml::basic_abstract_xml_document_writer<C>& writer();
 
 private:

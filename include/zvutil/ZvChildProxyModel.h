@@ -34,39 +34,47 @@
 /// **`insertRows`, `removeRows` and the like with an invalid parent change the top level of the
 /// source**, not the children of the root: an invalid index stands for the source's own top. To
 /// change the branch call them on the source, with the root as the parent.
+/// @since 0.1 @ingroup models
 class ZVUTIL_EXPORT ZvChildProxyModel : public QIdentityProxyModel
 {
 public:
     /// A model without source and root, which is empty.
+    /// @param parent owns the model; may be null
     ZvChildProxyModel(QObject* parent = nullptr);
     /// Leaves the source as it is.
     ~ZvChildProxyModel() override;
 
-    /// Shows the children of \p index, an index of the source; none, if it is invalid. Resets the
-    /// model.
+    /// Shows the children of an index. Resets the model.
+    /// @param index an index of the source; with an invalid one nothing is shown
     void setRootModelIndex(const QModelIndex& index);
 
-    /// The index for a place below \p parent; an invalid \p parent stands for the root. Invalid
-    /// without a root.
+    /// @return the index for a place below \p parent; an invalid \p parent stands for the root.
+    /// Invalid without a root.
+    /// @param row counted from 0
+    /// @param column counted from 0
+    /// @param parent an index of this model, or an invalid one
     QModelIndex index(int row, int column,
                       const QModelIndex& parent = QModelIndex()) const override;
-    /// The number of rows of \p parent in the source; an invalid \p parent stands for the root, or
-    /// without one for the source's top level.
+    /// @return the number of rows of \p parent in the source; an invalid \p parent stands for the
+    /// root, or without one for the source's top level.
+    /// @param parent an index of this model, or an invalid one
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    /// The number of columns, by the same rule as `rowCount`.
+    /// @return the number of columns, by the same rule as `rowCount`.
+    /// @param parent an index of this model, or an invalid one
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
 
-    /// Shows \p model, which isn't owned and may be null. Forgets the root, even if \p model is the
-    /// source already.
+    /// Shows a model. Forgets the root, even if the model is the source already.
+    /// @param model isn't owned; may be null
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// The index here for an index of the source; invalid for the root itself and for everything that
-    /// isn't below it.
+    /// @return the index here for an index of the source; invalid for the root itself and for
+    /// everything that isn't below it.
+    /// @param source an index of the source
     QModelIndex mapFromSource(const QModelIndex& source) const override;
 
 protected:
-    /// Whether \p index, an index of the source, is the root or lies below it. Nothing does if
-    /// there is no root.
+    /// @return whether \p index is the root or lies below it. Nothing does if there is no root.
+    /// @param index an index of the source
     bool isDescendedFromRoot(const QModelIndex& index) const;
 
 private:

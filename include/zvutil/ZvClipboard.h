@@ -38,6 +38,7 @@
 ///     return names;
 /// }
 /// @endcode
+/// @since 0.1 @ingroup tables
 class ZVUTIL_EXPORT ZvClipboard
 {
 public:
@@ -48,36 +49,43 @@ public:
     /// Make another one instead.
     ZvClipboard(ZvClipboard&&) = delete;
     /// Does nothing: there is no state.
+    /// @param other isn't looked at
     ZvClipboard& operator=(const ZvClipboard& other);
     /// Does nothing: there is no state.
+    /// @param other isn't looked at
     ZvClipboard& operator=(ZvClipboard&& other) noexcept;
 
-    /// A view on the present content, which emits `invalidated` when that content is replaced.
+    /// @return a view on the present content, which emits `invalidated` when that content is
+    /// replaced.
     ZvClipboardData clipboardData() const;
 
-    /// `ZvClipboardData::hasTableData` of the present content.
+    /// @return `ZvClipboardData::hasTableData` of the present content.
     bool hasTableData() const;
-    /// Whether "text/plain" is among the formats of the present content.
+    /// @return whether "text/plain" is among the formats of the present content.
     bool hasText() const;
-    /// Whether this application has put content of \p type on the clipboard.
+    /// @return whether this application has put content of \p type on the clipboard.
+    /// @param type a kind of content of this library
     bool hasType(ZvInternalMimeType type) const;
-    /// Whether \p type is among the formats of the present content; always false for
+    /// @return whether \p type is among the formats of the present content; always false for
     /// `xml_spreadsheet`.
+    /// @param type a format
     bool hasType(zvutil::mime_type type) const;
-    /// `ZvClipboardData::tableData` of the present content: a table without storage if there is
-    /// none to read.
+    /// @return `ZvClipboardData::tableData` of the present content: a table without storage if
+    /// there is none to read.
     ZvTable tableData() const;
 
-    /// Returns what `QMimeData::data` gives for "text/plain", up to its first NUL; empty if that is
+    /// @return what `QMimeData::data` gives for "text/plain", up to its first NUL; empty if that is
     /// null. These are the bytes of the format as they are; where it isn't among the formats but a
     /// list of URIs is, Qt makes text of that: one URI as it is, several with a line feed after
     /// each. So there may be text where `hasText` is false.
     libzvutil::ZvString stringData() const;
 
-    /// Puts a copy of \p table, which must have storage, on the clipboard: as CSV ("text/csv", and
-    /// "Csv" of Windows), as text with tabs, and for this application as the table itself. The
-    /// texts are made at once; an exception from that leaves the clipboard as it was.
+    /// Puts a table on the clipboard: as CSV ("text/csv", and "Csv" of Windows), as text with tabs,
+    /// and for this application as the table itself. The texts are made at once; an exception from
+    /// that leaves the clipboard as it was.
+    /// @param table is copied; must have storage
     void setData(const ZvTable& table);
-    /// The same, without a copy of the table; \p table has no storage afterwards.
+    /// The same, without a copy of the table.
+    /// @param table must have storage, and has none afterwards
     void setData(ZvTable&& table);
 };

@@ -19,6 +19,7 @@ class ZvClipboardInternalData;
 /// table. Nothing is cached: each call asks the content, and each reading of CSV parses it again.
 ///
 /// GUI thread only.
+/// @since 0.1 @ingroup tables
 class ZVUTIL_EXPORT ZvClipboardData : public QObject
 {
     Q_OBJECT
@@ -26,45 +27,54 @@ class ZVUTIL_EXPORT ZvClipboardData : public QObject
 public:
     /// A null view.
     ZvClipboardData();
-    /// A view on \p data; stale from the start if that is null.
+    /// A view on content.
+    /// @param data isn't owned; if it is null, the view is stale from the start
     ZvClipboardData(const QMimeData* data);
-    /// A view on content of this library; stale from the start if \p data is null.
+    /// A view on content of this library.
+    /// @param data isn't owned; if it is null, the view is stale from the start
     ZvClipboardData(const ZvClipboardInternalData* data);
 
-    /// A second view on the same content. \p other must not be null. Connections aren't copied.
+    /// A second view on the same content. Connections aren't copied.
+    /// @param other must not be null
     ZvClipboardData(const ZvClipboardData& other);
-    /// Takes the view over and leaves \p other null, whose listeners are no longer called.
+    /// Takes the view over.
+    /// @param other is null afterwards, and its listeners are no longer called
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): the move makes a QObject
     ZvClipboardData(ZvClipboardData&& other);
     /// A view looks at one content for life.
+    /// @param other can't be assigned
     ZvClipboardData& operator=(const ZvClipboardData& other) = delete;
     /// Emits `invalidated` if the view is valid; the content stays.
     ~ZvClipboardData() override;
 
-    /// Whether there is no place for content.
+    /// @return whether there is no place for content.
     bool isNull() const;
-    /// Whether there is content to look at: neither null nor stale.
+    /// @return whether there is content to look at: neither null nor stale.
     bool isValid() const;
 
-    /// The content, which the clipboard owns; null if it has been replaced. The view must not be
-    /// null, here and up to `hasType`.
+    /// @return the content, which the clipboard owns; null if it has been replaced. The view must
+    /// not be null, here and up to `hasType`.
     const QMimeData* mimeData() const;
 
-    /// Whether there is a table, or a format of CSV. **The content of a format isn't looked at**: CSV
-    /// that can't be read has table data, and gives a table without storage all the same.
+    /// @return whether there is a table, or a format of CSV. **The content of a format isn't looked
+    /// at**: CSV that can't be read has table data, and gives a table without storage all the same.
     bool hasTableData() const;
 
-    /// Whether this library has put content of \p type there; false for all content of others.
+    /// @return whether this library has put content of \p type there; false for all content of
+    /// others.
+    /// @param type a kind of content of this library
     bool hasType(ZvInternalMimeType type) const;
-    /// Whether \p type is among the formats of the content; always false for `xml_spreadsheet`.
+    /// @return whether \p type is among the formats of the content; always false for
+    /// `xml_spreadsheet`.
+    /// @param type a format
     bool hasType(zvutil::mime_type type) const;
 
-    /// A copy of the table that this library has put there, else `csvData`. Without storage if there
-    /// is neither.
+    /// @return a copy of the table that this library has put there, else `csvData`. Without storage
+    /// if there is neither.
     ZvTable tableData() const;
 
-    /// The content read as CSV, that of the Windows format if there are both. All cells are texts, by
-    /// `ZvVariant(const char*)`.
+    /// @return the content read as CSV, that of the Windows format if there are both. All cells are
+    /// texts, by `ZvVariant(const char*)`.
     ///
     /// The separator is a comma. Cells lose the whitespace at their ends, also within quotes. The
     /// first record fixes the number of columns: shorter ones are filled up with empty texts, but a
@@ -81,7 +91,8 @@ Q_SIGNALS:
 private:
     class Impl;
 
-    /// Takes \p implementation, which may be null, over.
+    /// A view with an implementation.
+    /// @param implementation owned from now on; may be null
     explicit ZvClipboardData(Impl* implementation);
 
     Impl* d_impl();

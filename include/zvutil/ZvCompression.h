@@ -30,31 +30,41 @@ class ZvFilePath;
 /// Later failures are not reported: on a full disk the target ends short.
 ///
 /// The object itself has no state.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT ZvCompression
 {
 public:
     /// Takes one allocation; both operations are static and need no object.
     ZvCompression();
-    /// Equals a newly made object; \p other may have been moved from.
+    /// Equals a newly made object.
+    /// @param other may have been moved from
     ZvCompression(const ZvCompression& other);
-    /// Takes over what \p other holds; \p other may be destroyed, assigned to and copied.
+    /// Takes over what the other object holds.
+    /// @param other may then be destroyed, assigned to and copied
     ZvCompression(ZvCompression&& other) noexcept;
-    /// Has no visible effect; either object may have been moved from.
+    /// Has no visible effect; this object may have been moved from.
+    /// @param other may have been moved from
     ZvCompression& operator=(const ZvCompression& other);
-    /// Has no visible effect; either object may have been moved from.
+    /// Has no visible effect; this object may have been moved from.
+    /// @param other may have been moved from
     ZvCompression& operator=(ZvCompression&& other) noexcept;
     /// Frees the allocation.
     ~ZvCompression();
 
-    /// Writes \p source to \p target, compressed. \p level is that of `qCompress`: from 0, nothing is
-    /// compressed, to 9, slow and small; -1 and every other is the default of zlib. With another
-    /// \p type than `Zlib` nothing happens at all.
+    /// Writes a file, compressed, to another.
+    /// @param source the file to read
+    /// @param target the file to write; **not the source**
+    /// @param type with another one than `Zlib` nothing happens at all
+    /// @param level that of `qCompress`: from 0, nothing is compressed, to 9, slow and small; -1
+    /// and every other is the default of zlib
     static void compress(const zvutil::ZvFilePath& source, const zvutil::ZvFilePath& target,
                          ZvCompressionType type, int level);
 
-    /// Writes the content of the compressed file \p source to \p target, which ends up empty if
-    /// \p source isn't in the format or is broken. With another \p type than `Zlib` nothing happens
-    /// at all.
+    /// Writes the content of a compressed file to another.
+    /// @param source the file to read
+    /// @param target the file to write, **not the source**; it ends up empty if the source isn't in
+    /// the format or is broken
+    /// @param type with another one than `Zlib` nothing happens at all
     static void decompress(const zvutil::ZvFilePath& source, const zvutil::ZvFilePath& target,
                            ZvCompressionType type);
 

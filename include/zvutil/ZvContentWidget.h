@@ -51,6 +51,7 @@ class QCloseEvent;
 ///     QString text;
 /// };
 /// @endcode
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvContentWidget : public ContentWidget
 {
     Q_OBJECT
@@ -75,83 +76,98 @@ protected:
     };
 
 public:
-    /// A document without a file. \p name tells the window from the frame's others; \p parent,
-    /// which may be null, owns it. The widget is deleted when it has been closed.
+    /// A document without a file. The widget is deleted when it has been closed.
+    /// @param name tells the window from the frame's others
+    /// @param parent owns the widget; may be null
     ZvContentWidget(const QString& name, QWidget* parent);
     /// Deletes the implementation.
     ~ZvContentWidget() override;
 
-    /// The path of the document's file; empty for a document that has never been saved or loaded.
+    /// @return the path of the document's file; empty for a document that has never been saved or
+    /// loaded.
     zvutil::ZvFilePath filename() const;
 
-    /// Sets the path of the document's file and shows it: the whole path as the long title, its last
-    /// component as the short one. Reads and writes nothing. The file watcher is off afterwards,
-    /// unless \p path was the path already.
+    /// Sets the path of the document's file and shows it: the whole path as the long title, its
+    /// last component as the short one. Reads and writes nothing. The file watcher is off
+    /// afterwards, unless \p path was the path already.
+    /// @param path the file's path, or an empty one for a document without a file
     void setFilename(const zvutil::ZvFilePath& path);
 
     /// Writes the document to its file, or, where there is none, to one that the user chooses.
-    ///
-    /// Returns the path that was tried, or an empty one if the user has cancelled. Whether the
-    /// document has been saved is reported by the signals alone. Throws what `writeFile` throws.
+    /// Throws what `writeFile` throws.
+    /// @return the path that was tried, or an empty one if the user has cancelled; whether the
+    /// document has been saved is reported by the signals alone
     zvutil::ZvFilePath save() const;
 
     /// Saves as `save` does, but always asks for a path.
+    /// @return as for `save`
     zvutil::ZvFilePath saveAs() const;
 
-    /// Writes the document to \p path, or does nothing if that is empty. Throws what `writeFile`
-    /// throws.
+    /// Writes the document to a file. Throws what `writeFile` throws.
+    /// @param path the file to write; with an empty one nothing happens
     void saveAs(const zvutil::ZvFilePath& path) const;
 
-    /// The text of `filename`, for the frame: up to its first NUL and without a byte order mark at
-    /// its start.
+    /// @return the text of `filename`, for the frame: up to its first NUL and without a byte order
+    /// mark at its start.
     QString getFilename() const override;
-    /// `menuName`, for the frame.
+    /// @return `menuName`, for the frame.
     QString getMenuTitle() const override;
-    /// `documentTypeName`, for the frame.
+    /// @return `documentTypeName`, for the frame.
     QString getViewContextName() const override;
 
-    /// Which file name extension the documents have: 0 for documents without a file, which are never
-    /// asked for a path; 1 for ".zvsch", 2 for ".testplan". No other value is allowed.
+    /// @return which file name extension the documents have: 0 for documents without a file, which
+    /// are never asked for a path; 1 for ".zvsch", 2 for ".testplan". No other value is allowed.
     virtual int fileType() const = 0;
 
-    /// The name of the documents in menus: by default `documentTypeName` with single blanks.
+    /// @return the name of the documents in menus: by default `documentTypeName` with single
+    /// blanks.
     virtual QString menuName() const;
 
-    /// The texts of the question about unsaved changes, fetched on every close: index 0 is the
-    /// question, index 1 the details. Both are fetched in this order and passed to the frame in the
-    /// other.
+    /// @return one of the two texts of the question about unsaved changes, fetched on every close.
+    /// Both are fetched in the order of their indexes and passed to the frame in the other.
+    /// @param index 0 for the question, 1 for the details
     virtual QString closeEventText(int index) const = 0;
 
-    /// The name of one such document, in the singular; the dialog adds an s for the plural.
+    /// @return the name of one such document, in the singular; the dialog adds an s for the plural.
     virtual QString documentTypeName() const = 0;
 
     /// Writes the document to \p path, and emits `beginSave` before it starts and `endSave` when it
     /// is done: the new file name, the modified mark and the signal `saved` follow from those.
     ///
     /// A failure is reported by `endSave` with false, or thrown, with or without `endSave`. Work on
-    /// another thread emits both signals there: if this function emitted `beginSave` itself, the file
-    /// watcher would look again as soon as it returns, and report the writing as a foreign change.
+    /// another thread emits both signals there: if this function emitted `beginSave` itself, the
+    /// file watcher would look again as soon as it returns, and report the writing as a foreign
+    /// change.
+    /// @param path the file to write
     virtual void writeFile(const zvutil::ZvFilePath& path) const = 0;
 
 Q_SIGNALS:
-    /// The document is about to be written to \p path.
+    /// The document is about to be written.
+    /// @param path the file to write
     void beginSave(const zvutil::ZvFilePath& path, QProtectedSignal) const;
-    /// The writing to \p path has ended; \p success says whether the document is there.
+    /// The writing has ended.
+    /// @param success whether the document is in the file
+    /// @param path the file
     void endSave(bool success, const zvutil::ZvFilePath& path, QProtectedSignal) const;
-    /// The document has been written to \p path. The widget's own slot runs first: it sets the file
-    /// name and clears the modified mark.
+    /// The document has been written. The widget's own slot runs first: it sets the file name and
+    /// clears the modified mark.
+    /// @param path the file
     void saved(const zvutil::ZvFilePath& path, QProtectedSignal) const;
 
 protected:
-    /// The same, with \p impl for what the widget holds; it must not be null and is owned from now
-    /// on.
+    /// The same, with data of the subclass.
+    /// @param impl what the widget holds, owned from now on; must not be null
+    /// @param name tells the window from the frame's others
+    /// @param parent owns the widget; may be null
     ZvContentWidget(Impl* impl, const QString& name, QWidget* parent);
 
-    /// Asks the user for a path, in a modal dialog. Returns an empty path if `fileType` is 0 or the
-    /// user has cancelled. No extension is added and the path isn't checked.
+    /// Asks the user for a path, in a modal dialog. No extension is added and the path isn't
+    /// checked.
+    /// @return the path; empty if `fileType` is 0 or the user has cancelled
     virtual zvutil::ZvFilePath requestSavePath() const;
 
     /// Has the frame ask about unsaved changes, with the texts of `closeEventText`.
+    /// @param event ignored if the window stays open
     void closeEvent(QCloseEvent* event) override;
 
 private:

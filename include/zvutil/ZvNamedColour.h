@@ -14,45 +14,55 @@ namespace libzvutil {
 ///
 /// Copies share nothing. A moved-from object may only be destroyed or assigned to. Operations
 /// fail only for lack of memory. One thread at a time.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvNamedColour
 {
 public:
     /// Makes an object with an empty name and an invalid colour.
     ZvNamedColour();
-    /// Makes a colour from text, null for an invalid one; \p name must not be null.
+    /// Makes a colour from text.
+    /// @param name must not be null
+    /// @param colour null for an invalid colour
     ZvNamedColour(const char* name, const char* colour);
-    /// Copies both; \p name must not be null.
+    /// Copies both.
+    /// @param name must not be null
+    /// @param colour may be invalid
     ZvNamedColour(const char* name, const QColor& colour);
 
-    /// A deep copy of \p other, which must not have been moved from.
+    /// A deep copy.
+    /// @param other must not have been moved from
     ZvNamedColour(const ZvNamedColour& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvNamedColour(ZvNamedColour&& other) noexcept;
     /// Frees name and colour; references to them end with it.
     ~ZvNamedColour();
 
-    /// Copies name and colour of \p other, which must not have been moved from, into the
-    /// implementation that is there; references to them stay valid. This object may have been moved
-    /// from.
+    /// Copies name and colour into the implementation that is there; references to them stay valid.
+    /// This object may have been moved from.
+    /// @param other must not have been moved from
     ZvNamedColour& operator=(const ZvNamedColour& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvNamedColour& operator=(ZvNamedColour&& other) noexcept;
     /// Changes the colour alone; an object that was moved from has an empty name then. The name
     /// alone can't be changed.
+    /// @param colour may be invalid
     ZvNamedColour& operator=(const QColor& colour);
 
-    /// The same as `qColour`.
+    /// @return the same as `qColour`.
     operator const QColor&() const;
-    /// The colour; valid as long as this object, and follows its changes.
+    /// @return the colour; valid as long as this object, and follows its changes.
     const QColor& qColour() const;
-    /// The name; valid as long as this object, and follows its changes.
+    /// @return the name; valid as long as this object, and follows its changes.
     const ZvString& name() const;
 
-    /// "#rrggbb" in lower case, as colours are written to files. **Alpha is lost**, and an invalid
-    /// colour gives "#000000".
+    /// @return "#rrggbb" in lower case, as colours are written to files. **Alpha is lost**, and an
+    /// invalid colour gives "#000000".
     ZvString colourString() const;
 
     /// Changes the colour alone; the object must not have been moved from.
+    /// @param colour may be invalid
     void setColour(const QColor& colour);
 
 private:

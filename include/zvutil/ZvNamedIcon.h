@@ -12,35 +12,45 @@ namespace libzvutil {
 ///
 /// Copies share nothing. A moved-from object may only be destroyed or assigned to. Operations
 /// fail only for lack of memory. One thread at a time.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvNamedIcon
 {
 public:
     /// Makes an object with an empty name and an empty path.
     ZvNamedIcon();
     /// Copies both, each up to its first NUL.
+    /// @param name under which the icon is looked up
+    /// @param path of a resource or a file, in UTF-8
     ZvNamedIcon(const ZvString& name, const ZvString& path);
 
-    /// A deep copy of \p other, which must not have been moved from.
+    /// A deep copy.
+    /// @param other must not have been moved from
     ZvNamedIcon(const ZvNamedIcon& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvNamedIcon(ZvNamedIcon&& other) noexcept;
-    /// Copies \p other, which must not have been moved from; this object may have been.
+    /// Copies the value; this object may have been moved from.
+    /// @param other must not have been moved from
     ZvNamedIcon& operator=(const ZvNamedIcon& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvNamedIcon& operator=(ZvNamedIcon&& other) noexcept;
     /// Frees name and path; references to them end with it.
     ~ZvNamedIcon();
 
-    /// The name; valid as long as this object, and follows its changes.
+    /// @return the name; valid as long as this object, and follows its changes.
     const ZvString& name() const;
-    /// The path; valid as long as this object, and follows its changes.
+    /// @return the path; valid as long as this object, and follows its changes.
     const ZvString& path() const;
 
-    /// Changes the path alone, to UTF-8 that ends in a NUL; \p path must not be null.
+    /// Changes the path alone, to UTF-8 that ends in a NUL.
+    /// @param path must not be null
     void setPath(const char* path);
-    /// The same, to a copy of \p path.
+    /// The same for a text of the library.
+    /// @param path in UTF-8
     void setPath(const ZvString& path);
-    /// The same, to the UTF-8 of \p path up to its first NUL.
+    /// The same for a text of Qt, which is converted to UTF-8.
+    /// @param path counts up to its first NUL
     void setPath(const QString& path);
 
 private:

@@ -10,32 +10,39 @@
 ///
 /// The height follows from the width. A picture that is larger than the widget on one side, though
 /// not in area, is cut off there. GUI thread only.
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvResponsiveImage : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Shows \p pixmap, or nothing if that is null; \p parent, which may be null, owns the widget.
+    /// A widget with a picture.
+    /// @param pixmap with a null one nothing is shown
+    /// @param parent owns the widget; may be null
     ZvResponsiveImage(const QPixmap& pixmap, QWidget* parent);
-    /// Loads \p file, a file or a resource, given in UTF-8. Nothing is shown if that fails or
-    /// \p file is null.
+    /// Loads a picture. Nothing is shown if that fails.
+    /// @param file path of a file or a resource, in UTF-8; null shows nothing
+    /// @param parent owns the widget; may be null
     ZvResponsiveImage(const char* file, QWidget* parent);
     /// Frees the picture.
     ~ZvResponsiveImage() override;
 
-    /// Shows \p pixmap from now on, or nothing if that is null.
+    /// Shows a picture from now on.
+    /// @param pixmap with a null one nothing is shown
     void setImage(const QPixmap& pixmap);
-    /// Loads \p file as the constructor does; nothing is shown if that fails or \p file is null.
+    /// Loads a picture as the constructor does; nothing is shown if that fails.
+    /// @param file path of a file or a resource, in UTF-8; null shows nothing
     void setImage(const char* file);
 
-    /// Always true.
+    /// @return always true.
     bool hasHeightForWidth() const override;
-    /// The height at which the whole picture fits into \p width, cut down to whole pixels; without a
-    /// picture the present height.
+    /// @return the height at which the whole picture fits into \p width, cut down to whole pixels;
+    /// without a picture the present height.
+    /// @param width in pixels of the widget
     int heightForWidth(int width) const override;
-    /// The present width, and the height for it.
+    /// @return the present width, and the height for it.
     QSize sizeHint() const override;
-    /// 1 by 1 pixel of the widget.
+    /// @return 1 by 1 pixel of the widget.
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
@@ -44,10 +51,13 @@ Q_SIGNALS:
 
 protected:
     /// Emits `pressed`.
+    /// @param event isn't looked at
     void mousePressEvent(QMouseEvent* event) override;
     /// Paints the picture, centred as far as it fits.
+    /// @param event isn't looked at
     void paintEvent(QPaintEvent* event) override;
     /// Scales the picture for the new size, smoothly.
+    /// @param event has the new size
     void resizeEvent(QResizeEvent* event) override;
 
 private:

@@ -23,15 +23,18 @@
 ///                      &ZvSearchBar::searchStopped);
 /// }
 /// @endcode
+/// @since 0.1 @ingroup widgets
 class ZVUTIL_EXPORT ZvSearchBar : public QLineEdit
 {
     Q_OBJECT
 
 public:
-    /// An empty bar with the placeholder "Search" and a hidden spinner; \p parent, which may be
-    /// null, owns it.
+    /// An empty bar with the placeholder "Search" and a hidden spinner.
+    /// @param parent owns the widget; may be null
     explicit ZvSearchBar(QWidget* parent = nullptr);
-    /// The same with \p text.
+    /// The same with a text.
+    /// @param text shown at first
+    /// @param parent owns the bar; may be null
     ZvSearchBar(const QString& text, QWidget* parent);
     /// Deletes the spinner with the bar.
     ~ZvSearchBar() override;

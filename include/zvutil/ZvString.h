@@ -11,51 +11,63 @@ namespace libzvutil {
 
 /// A narrow text: UTF-8 for Qt, bytes for everything else. Comparison ignores the case of single
 /// bytes.
+/// @since 0.1 @ingroup text
 class ZVUTIL_EXPORT ZvString : public ZvAbstractString
 {
 public:
     /// The empty text.
     ZvString();
-    /// Copies \p text, which must not be null, up to its NUL.
+    /// Copies a text up to its NUL.
+    /// @param text must not be null
     ZvString(const char* text);
 
-    /// Copies \p other, which must not have been moved from, up to its first NUL.
+    /// Copies a text up to its first NUL.
+    /// @param other must not have been moved from
     ZvString(const ZvString& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvString(ZvString&& other) noexcept;
     /// Unlike construction, copies the whole text, NULs included, into the implementation that this
-    /// text has; a moved-from text gets a new one. \p other must not have been moved from.
+    /// text has; a moved-from text gets a new one.
+    /// @param other must not have been moved from
     ZvString& operator=(const ZvString& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvString& operator=(ZvString&& other) noexcept;
     /// Frees the text; what `c_str` returned ends with it.
     ~ZvString() override;
 
-    /// Appends \p other, which may be this text, up to its first NUL, after everything that this text
-    /// holds. Returns this text, as all of these do.
+    /// Appends a text up to its first NUL, after everything that this text holds.
+    /// @param other may be this text
     ZvString& operator+=(const ZvString& other);
-    /// The same for a text that ends in a NUL; \p text must not be null.
+    /// The same for a text that ends in a NUL.
+    /// @param text must not be null
     ZvString& operator+=(const char* text);
-    /// The same for a standard string up to its first NUL.
+    /// The same for a standard string.
+    /// @param text counts up to its first NUL
     ZvString&
     operator+=(const std::basic_string<
                char, zvutil::experimental::string::case_insensitive_char_traits<char>>& text);
-    /// Appends one unit, also a NUL.
+    /// Appends one unit.
+    /// @param unit may be a NUL
     ZvString& operator+=(char unit);
-    /// Appends the UTF-8 form of \p text up to its first NUL; an unpaired surrogate becomes what
-    /// `QString::toUtf8` makes of it.
+    /// Appends the UTF-8 form of a text.
+    /// @param text counts up to its first NUL; an unpaired surrogate becomes what `QString::toUtf8`
+    /// makes of it
     ZvString& operator+=(const QString& text);
 
-    /// -1, 0 or 1 if this text comes before the other, equals it or comes after it: by
+    /// @return -1, 0 or 1 if this text comes before the other, equals it or comes after it: by
     /// `case_insensitive_char_traits<char>::compare` over the shorter length, then by the length.
-    /// All units of both count, NULs included, but \p text ends at its first one.
+    /// All units of both count, NULs included.
+    /// @param other must not have been moved from
     int compare(const ZvString& other) const;
-    /// The same for \p text up to its NUL; it must not be null.
+    /// @return the same for a text that ends at its first NUL.
+    /// @param text must not be null
     int compare(const char* text) const;
 
-    /// The text followed by a NUL; valid until the text changes.
+    /// @return the text followed by a NUL; valid until the text changes.
     const char* c_str() const;
-    /// The text up to the first NUL, read as UTF-8; a sequence that isn't becomes U+FFFD.
+    /// @return the text up to the first NUL, read as UTF-8; a sequence that isn't becomes U+FFFD.
     QString toQString() const;
 
 private:

@@ -3,6 +3,7 @@
 namespace libzvutil {
 
 /// The colours of a style. Files name them as here, style sheets use them as variables: `@panel`.
+/// @since 0.1 @ingroup styles
 enum class ZvStyleBrush {
     Panel, ///< background of windows and panels
     EditorEnabled, ///< background of editable fields

@@ -19,6 +19,7 @@ class ZvStyle;
 /// caller saves it. Closing asks nothing, and edits that haven't been applied are lost.
 ///
 /// GUI thread only, `RegisterPreviewWidget` included.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyleEditor : public QWidget
 {
     Q_OBJECT
@@ -27,8 +28,8 @@ class ZVUTIL_EXPORT ZvStyleEditor : public QWidget
     using PreviewFactory = QWidget* (*)(const ZvStyleEditor*);
 
 public:
-    /// Shows the current style. \p parent, which may be null, owns the editor; `Qt::WA_DeleteOnClose`
-    /// isn't set.
+    /// Shows the current style. `Qt::WA_DeleteOnClose` isn't set.
+    /// @param parent owns the editor; may be null
     ZvStyleEditor(QWidget* parent = nullptr);
     /// Deletes the tabs; edits that haven't been applied are lost.
     ~ZvStyleEditor() override;
@@ -36,19 +37,24 @@ public:
     /// Hands a copy of the editor's library to `ZvStyleManager::SetLibrary`.
     void apply();
 
-    /// Adds a tab with \p widget to this editor, which takes ownership. The style sheet of
-    /// the style that is shown is set on the widget, and replaced at each change.
+    /// Adds a tab to this editor. The style sheet of the style that is shown is set on the widget,
+    /// and replaced at each change.
+    /// @param name the tab's title
+    /// @param widget owned from now on; must not be null
     void addPreviewWidget(const QString& name, QWidget* widget);
 
-    /// Adds a tab to all editors that are made afterwards: each calls \p factory with itself and
-    /// takes ownership of the result; an exception from it leaves the editor's constructor. \p name
-    /// is in UTF-8. An entry can't be removed, but the reference that is returned stays valid for
-    /// good: assign a null pointer to it, and later editors have no such tab.
+    /// Adds a tab to all editors that are made afterwards.
+    /// @param name the tab's title, in UTF-8
+    /// @param factory called by each editor with itself; the editor owns the result, and an
+    /// exception leaves the editor's constructor
+    /// @return the entry, valid for good: an entry can't be removed, but once a null pointer is
+    /// assigned to it later editors have no such tab
     static PreviewFactory& RegisterPreviewWidget(const char* name, PreviewFactory&& factory);
 
 Q_SIGNALS:
-    /// The style that is shown has changed or was replaced. \p style is valid until the next change;
-    /// `ZvStyle` is no meta-type, so listeners connect directly.
+    /// The style that is shown has changed or was replaced. `ZvStyle` is no meta-type, so listeners
+    /// connect directly.
+    /// @param style valid until the next change
     void previewStyleChanged(const ZvStyle& style, QPrivateSignal);
 
 private:

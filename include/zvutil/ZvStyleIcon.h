@@ -3,6 +3,7 @@
 namespace libzvutil {
 
 /// The icons of a style. Files name them as here, style sheets use them as variables: `@iconClose`.
+/// @since 0.1 @ingroup styles
 enum class ZvStyleIcon {
     CheckboxTick, ///< mark of a box that is checked
     CheckboxIndeterminate, ///< mark of a box that is partially checked

@@ -29,6 +29,7 @@ namespace libzvutil {
 ///
 /// Copies share nothing. A moved-from library may only be destroyed or assigned to. One thread at a
 /// time.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyleLibrary
 {
 public:
@@ -36,55 +37,70 @@ public:
     ZvStyleLibrary();
     /// The library in a file; empty if the file can't be read. None of its styles is a default
     /// style.
+    /// @param path of an XML file
     ZvStyleLibrary(const zvutil::ZvFilePath& path);
 
-    /// A deep copy of \p other, which must not have been moved from.
+    /// A deep copy.
+    /// @param other must not have been moved from
     ZvStyleLibrary(const ZvStyleLibrary& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvStyleLibrary(ZvStyleLibrary&& other) noexcept;
-    /// Copies \p other, which must not have been moved from; this object may have been.
+    /// Copies the value; this object may have been moved from.
+    /// @param other must not have been moved from
     ZvStyleLibrary& operator=(const ZvStyleLibrary& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvStyleLibrary& operator=(ZvStyleLibrary&& other) noexcept;
     /// Destroys the implementation; what was returned by reference or pointer ends with it.
     virtual ~ZvStyleLibrary();
 
-    /// Appends copies of those styles of \p other whose names this library doesn't hold yet, in their
-    /// order. Accents are never copied.
+    /// Appends copies of those styles whose names this library doesn't hold yet, in their order.
+    /// Accents are never copied.
+    /// @param other may be this library
     void add(const ZvStyleLibrary& other);
-    /// The same, moving the styles; \p other, unless it is this library, has no styles then, not
-    /// even those that were skipped.
+    /// The same, moving the styles.
+    /// @param other has no styles afterwards, not even those that were skipped, unless it is this
+    /// library
     void add(ZvStyleLibrary&& other);
     /// The same with the library in a file. If that can't be loaded, this library stays as it is.
+    /// @param path of an XML file
     void add(const zvutil::ZvFilePath& path);
 
     /// Replaces the style of that name, or appends it if there is none. A default style stays as it
     /// is, and nothing reports that.
+    /// @param style is copied
     void update(const ZvStyle& style);
-    /// The same; \p style may then only be destroyed or assigned to.
+    /// The same without a copy.
+    /// @param style may then only be destroyed or assigned to
     void update(ZvStyle&& style);
     /// A name is no style: it would put a new one, all black, in place of the one of that name.
+    /// @param name would be that of the new style
     void update(const char* name) = delete;
     /// As above.
+    /// @param name would be that of the new style
     void update(const std::string& name) = delete;
 
-    /// Removes all styles, or all but the default ones. The accents stay.
+    /// Removes styles. The accents stay.
+    /// @param all whether to remove the default styles, too
     void clear(bool all);
 
-    /// The first style of that name; valid until the library changes. Throws `zvutil::ZvException`
-    /// with "Style not found: " and \p name.
+    /// @return the first style of that name; valid until the library changes. Throws
+    /// `zvutil::ZvException` with "Style not found: " and \p name.
+    /// @param name any case; must not be null
     const ZvStyle& style(const char* name) const;
-    /// The style "Dark", or the same exception.
+    /// @return the style "Dark", or the same exception.
     const ZvStyle& dark() const;
-    /// The style "Light", or the same exception.
+    /// @return the style "Light", or the same exception.
     const ZvStyle& light() const;
 
-    /// The names of all styles in their order.
+    /// @return the names of all styles in their order.
     QStringList names() const;
 
     /// Writes all styles, the default ones included, and the accents. The new file replaces the old
     /// one in one step or not at all, and nothing reports which. Colours lose their alpha. The end
     /// tag of the root element isn't written, and loading doesn't need it.
+    /// @param path of the file to replace
     void save(const zvutil::ZvFilePath& path) const;
 
 private:

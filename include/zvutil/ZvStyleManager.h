@@ -54,6 +54,7 @@ class ZvStyleLibrary;
 ///                      });
 /// }
 /// @endcode
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyleManager : public QObject
 {
     Q_OBJECT
@@ -62,61 +63,71 @@ public:
     /// Runs when the library is unloaded or the process ends.
     ~ZvStyleManager() override;
 
-    /// The directory of the user's style files, without a separator at its end: "ui" in the host's
-    /// directory for the user's data. This path and those of the two files in it are only computed,
-    /// on any thread; nothing is created.
+    /// @return the directory of the user's style files, without a separator at its end: "ui" in the
+    /// host's directory for the user's data. This path and those of the two files in it are only
+    /// computed, on any thread; nothing is created.
     static zvutil::ZvFilePath StyleDirectory();
-    /// The user's style library, "styles.xml".
+    /// @return the user's style library, "styles.xml".
     static zvutil::ZvFilePath StyleConfigPath();
-    /// The user's additions to the style sheet, "modifications.qss".
+    /// @return the user's additions to the style sheet, "modifications.qss".
     static zvutil::ZvFilePath StyleModificationsPath();
 
-    /// The current style, which may differ from the library's style of that name. Valid until the
-    /// next change.
+    /// @return the current style, which may differ from the library's style of that name. Valid
+    /// until the next change.
     static const ZvStyle& CurrentStyle();
-    /// The library of styles, the built-in and the user's. Valid for good; its styles until the
-    /// next change.
+    /// @return the library of styles, the built-in and the user's. Valid for good; its styles until
+    /// the next change.
     static const ZvStyleLibrary& Library();
-    /// The names of the library's styles in their order.
+    /// @return the names of the library's styles in their order.
     static QStringList AvailableStyleNames();
 
-    /// A copy of the library's style named \p name, without regard to case. Throws
-    /// `zvutil::ZvException` with "Style not found: " and \p name if there is none.
+    /// @return a copy of the library's style of that name. Throws `zvutil::ZvException` with "Style
+    /// not found: " and \p name if there is none.
+    /// @param name any case
     static ZvStyle Style(const QString& name);
 
-    /// Makes a copy of \p style, which need not be in the library, the current one and calls the
-    /// listeners. The application's style sheet stays as it is.
+    /// Makes a style the current one and calls the listeners. The application's style sheet stays
+    /// as it is.
+    /// @param style is copied; need not be in the library
     static void SetStyle(const ZvStyle& style);
-    /// The same; also copies, and leaves \p style as it is.
+    /// The same.
+    /// @param style is copied all the same, and stays as it is
     static void SetStyle(ZvStyle&& style);
     /// A name is no style: it would make a new one, all black. Use `SetStyle(Style(name))`.
+    /// @param name would be that of the new style
     static void SetStyle(const char* name) = delete;
     /// As above.
+    /// @param name would be that of the new style
     static void SetStyle(const std::string& name) = delete;
 
-    /// Replaces all styles of the library but the default ones by those of a copy of \p library, and
-    /// the current style by the new one of its name, or by "Light" if there is none. Then calls the
-    /// listeners. The application's style sheet stays as it is, and nothing is written to disc.
+    /// Replaces all styles of the library but the default ones, and the current style by the new
+    /// one of its name, or by "Light" if there is none. Then calls the listeners. The application's
+    /// style sheet stays as it is, and nothing is written to disc.
+    /// @param library has the new styles; is copied
     static void SetLibrary(const ZvStyleLibrary& library);
 
     /// Applies the current style to the application and calls the listeners, even if the sheet
     /// couldn't be made.
     static void Refresh();
 
-    /// Puts \p style into the library, unless one of the default styles has its name, and saves the
+    /// Puts a style into the library, unless one of the default styles has its name, and saves the
     /// library in either case. Neither a failure nor the change is reported, and the current style
     /// stays as it is.
+    /// @param style is copied
     static void Update(const ZvStyle& style);
-    /// The same; \p style may then only be destroyed or assigned to.
+    /// The same without a copy.
+    /// @param style may then only be destroyed or assigned to
     static void Update(ZvStyle&& style);
     /// A name is no style: it would put a new one, all black, in place of the one of that name.
+    /// @param name would be that of the new style
     static void Update(const char* name) = delete;
     /// As above.
+    /// @param name would be that of the new style
     static void Update(const std::string& name) = delete;
 
 Q_SIGNALS:
-    /// Emitted on the manager's thread. \p style is valid as long as no listener changes it.
-    /// `ZvStyle` is no meta-type, so listeners connect directly.
+    /// Emitted on the manager's thread. `ZvStyle` is no meta-type, so listeners connect directly.
+    /// @param style valid as long as no listener changes it
     void currentStyleChanged(const ZvStyle& style, QPrivateSignal);
     /// Emitted on the manager's thread after `SetLibrary`, before `currentStyleChanged`.
     void styleLibraryChanged(QPrivateSignal);
@@ -140,8 +151,9 @@ private:
     Impl* m_implementation;
 };
 
-/// The one manager, for connections to its signals; valid until the library is unloaded. Call it on
-/// the manager's thread.
+/// @return the one manager, for connections to its signals; valid until the library is unloaded.
+/// Call it on the manager's thread.
+/// @since 0.1 @ingroup styles
 ZVUTIL_EXPORT ZvStyleManager& styleManager();
 
 } // namespace libzvutil

@@ -19,42 +19,56 @@ class ZvStyle;
 /// `index` returns another index for a brush of an editor at each call, which differs from the
 /// earlier ones and keeps some bytes until `setStyle` is called or the model is destroyed. The
 /// parent of an icon has the row 0, though the group is in row 1. GUI thread only.
+/// @since 0.1 @ingroup styles
 class ZVUTIL_EXPORT ZvStyleModel : public QAbstractItemModel
 {
 public:
-    /// A model of a copy of the application's current style; \p parent, which may be null, owns the
-    /// model.
+    /// A model of a copy of the application's current style.
+    /// @param parent owns the model; may be null
     ZvStyleModel(QObject* parent = nullptr);
-    /// The same for a copy of \p style.
+    /// The same for another style.
+    /// @param style is copied
+    /// @param parent owns the model; may be null
     ZvStyleModel(const ZvStyle& style, QObject* parent);
     /// Frees the copy of the style and what the indexes point to.
     ~ZvStyleModel() override;
 
-    /// The model's copy, with the edits made so far. Valid as long as the model.
+    /// @return the model's copy, with the edits made so far. Valid as long as the model.
     const ZvStyle& style();
-    /// Resets the model to a copy of \p style, which may be the model's own; the edits are lost, and
-    /// no index is valid any more.
+    /// Resets the model to another style; the edits are lost, and no index is valid any more.
+    /// @param style is copied; may be the model's own
     void setStyle(const ZvStyle& style);
 
-    /// An index of any row and column below the root, a group or an editor, whether there is such a
-    /// row or not; one that there isn't has no data. Invalid below a brush or an icon.
+    /// @return an index of any row and column below the root, a group or an editor, whether there
+    /// is such a row or not; one that there isn't has no data. Invalid below a brush or an icon.
+    /// @param row isn't checked
+    /// @param column isn't checked
+    /// @param parent an index of this model, or an invalid one for the root
     QModelIndex index(int row, int column,
                       const QModelIndex& parent = QModelIndex()) const override;
-    /// The parent of \p index; that of an icon has row 0. Invalid for a group.
+    /// @return the parent of a row; that of an icon has row 0. Invalid for a group.
+    /// @param index an index of this model
     QModelIndex parent(const QModelIndex& index) const override;
     using QObject::parent;
-    /// The number of rows of the root, a group or an editor; 0 for a brush or an icon.
+    /// @return the number of rows of the root, a group or an editor; 0 for a brush or an icon.
+    /// @param parent an index of this model, or an invalid one for the root
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    /// 1, or 0 for a row that has no rows below it.
+    /// @return 1, or 0 for a row that has no rows below it.
+    /// @param parent an index of this model, or an invalid one for the root
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    /// The name for `Qt::DisplayRole`, the `QColor` or `QIcon` for `Qt::DecorationRole`, else
-    /// nothing.
+    /// @return the name for `Qt::DisplayRole`, the `QColor` or `QIcon` for `Qt::DecorationRole`,
+    /// else nothing.
+    /// @param index an index of this model
+    /// @param role one of the two
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
-    /// Sets the colour of a brush, for `Qt::DecorationRole` alone, to whatever `QVariant` converts to
-    /// a `QColor`; anything else makes it invalid. Emits `dataChanged` for this row and role. Changes
-    /// the one entry: the shades of an accent stay. Returns false, and changes nothing, for any
-    /// other role and for rows that aren't brushes.
+    /// Sets the colour of a brush. Emits `dataChanged` for this row and role. Changes the one
+    /// entry: the shades of an accent stay.
+    /// @param index of a brush
+    /// @param value whatever `QVariant` converts to a `QColor`; anything else makes the colour
+    /// invalid
+    /// @param role `Qt::DecorationRole`
+    /// @return false, with nothing changed, for any other role and for rows that aren't brushes
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
 private:

@@ -20,68 +20,84 @@ class ZvFilePath;
 /// nothing and throws nothing. A moved-from URI may only be destroyed, assigned to or set.
 /// Construction and `set` take linear time and fail only for lack of memory, which leaves the URI
 /// as it was. Two threads may use two URIs at once.
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvURI
 {
 public:
     /// The empty text.
     ZvURI();
-    /// The same as `set`; \p text must not be null.
+    /// The same as `set`.
+    /// @param text must not be null
     ZvURI(const char* text);
-    /// The URI of \p text up to its first NUL.
+    /// The same for a standard string.
+    /// @param text counts up to its first NUL
     ZvURI(const std::string& text);
-    /// The URI of \p text.
+    /// The same for a text of the library.
+    /// @param text a URI, not a path
     ZvURI(const zvutil::ZvBasicString<char>& text);
-    /// The file URI of \p path, see `set`. Wide text makes a path, too: `ZvURI(L"http://x")` is
+    /// The file URI of a path, see `set`. Wide text makes a path, too: `ZvURI(L"http://x")` is
     /// `file:/http://x`, so pass the text of a URI as narrow text.
+    /// @param path counts up to its first NUL
     ZvURI(const zvutil::ZvFilePath& path);
     /// Deleted, since the view would convert to a path. Write `ZvURI(std::string(text))`.
+    /// @param text would be taken for a path
     ZvURI(std::string_view text) = delete;
-    /// Parses the text of \p uri up to its first NUL.
+    /// Parses the text of a URI again.
+    /// @param uri counts up to its first NUL
     ZvURI(const zvutil::uri& uri);
 
-    /// Parses the text of \p other again, which must not have been moved from.
+    /// Parses the text again.
+    /// @param other must not have been moved from
     ZvURI(const ZvURI& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed, assigned to or set.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed, assigned to or set
     ZvURI(ZvURI&& other) noexcept;
-    /// Parses the text of \p other again, which must not have been moved from; this URI may have
-    /// been, as for `set`.
+    /// Parses the text again; this URI may have been moved from, as for `set`.
+    /// @param other must not have been moved from
     ZvURI& operator=(const ZvURI& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed, assigned to or set.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed, assigned to or set
     ZvURI& operator=(ZvURI&& other) noexcept;
     /// Frees the text; what `c_str` returned ends with it.
     virtual ~ZvURI();
 
-    /// Normalises \p text, which must not be null. No scheme is added: `C:\a b` gives
-    /// `C:/a%20b`.
+    /// Normalises a text. No scheme is added: `C:\a b` gives `C:/a%20b`.
+    /// @param text must not be null
     void set(const char* text);
     /// The same for a text of the library.
+    /// @param text a URI, not a path
     void set(const zvutil::ZvBasicString<char>& text);
 
-    /// The file URI of \p path up to its first NUL: "file:/" followed by the path's text, whatever
-    /// that begins with. `C:\a b` gives `file:/C:/a%20b`, `\\srv\x` gives `file:///srv/x`. Each
-    /// 16-bit unit is written as UTF-8 by itself; so a character above U+FFFF takes six bytes.
+    /// Makes the file URI of a path: "file:/" followed by the path's text, whatever that begins
+    /// with. `C:\a b` gives `file:/C:/a%20b`, `\\srv\x` gives `file:///srv/x`. Each 16-bit unit is
+    /// written as UTF-8 by itself; so a character above U+FFFF takes six bytes.
     ///
-    /// The host's script function `PathToURI` gives another text for the same path. Wide text makes a
-    /// path here as well.
+    /// The host's script function `PathToURI` gives another text for the same path. Wide text makes
+    /// a path here as well.
+    /// @param path counts up to its first NUL
     void set(const zvutil::ZvFilePath& path);
     /// Deleted, as the constructor.
+    /// @param text would be taken for a path
     void set(std::string_view text) = delete;
 
-    /// Parses the text of \p other again, which must not have been moved from.
+    /// Parses the text of another URI again.
+    /// @param other must not have been moved from
     void set(const ZvURI& other);
 
-    /// Compares the texts byte for byte: case counts, and spellings that mean the same, such as
-    /// `file:/x` and `file:///x`, differ.
+    /// @return whether the texts are the same, byte for byte: case counts, and spellings that mean
+    /// the same, such as `file:/x` and `file:///x`, differ.
+    /// @param other must not have been moved from
     bool operator==(const ZvURI& other) const;
-    /// The negation of `==`.
+    /// @return the negation of `==`.
+    /// @param other must not have been moved from
     bool operator!=(const ZvURI& other) const;
 
-    /// The normalised text; valid until the URI is set, assigned to or destroyed.
+    /// @return the normalised text; valid until the URI is set, assigned to or destroyed.
     const char* c_str() const;
-    /// A copy of the normalised text up to its first NUL.
+    /// @return a copy of the normalised text up to its first NUL.
     zvutil::ZvBasicString<char> toString() const;
 
-    /// A new URI that is split into its components.
+    /// @return a new URI that is split into its components.
     zvutil::uri toURI() const;
 
 private:

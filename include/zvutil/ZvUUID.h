@@ -18,48 +18,62 @@ namespace zvutil {
 /// text that is too long to lie in it, as that of a generated one is; a move takes none and throws
 /// nothing. A moved-from identifier may only be destroyed or assigned to. Operations fail only
 /// for lack of memory. Two threads may use two identifiers at once.
+/// @since 0.1 @ingroup paths
 class ZVUTIL_EXPORT ZvUUID
 {
 public:
     /// Generates a new identifier, as `uuid` does: there is no null identifier.
     ZvUUID();
-    /// Copies \p text, which must not be null.
+    /// Copies a text.
+    /// @param text must not be null
     ZvUUID(const char* text);
-    /// Copies \p text up to its first NUL.
+    /// Copies a standard string.
+    /// @param text counts up to its first NUL
     ZvUUID(const std::string& text);
-    /// Copies \p text.
+    /// Copies a text of the library.
+    /// @param text isn't checked
     ZvUUID(const ZvBasicString<char>& text);
-    /// Copies the text of \p id up to its first NUL.
+    /// Copies the text of an identifier.
+    /// @param id counts up to its first NUL
     ZvUUID(const uuid& id);
 
-    /// A deep copy of \p other, which must not have been moved from.
+    /// A deep copy.
+    /// @param other must not have been moved from
     ZvUUID(const ZvUUID& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvUUID(ZvUUID&& other) noexcept;
-    /// Copies \p other, which must not have been moved from, into the implementation that this
-    /// identifier has; a moved-from one gets a new one.
+    /// Copies the text into the implementation that this identifier has; a moved-from one gets a
+    /// new one.
+    /// @param other must not have been moved from
     ZvUUID& operator=(const ZvUUID& other);
-    /// Takes over what \p other holds; \p other may then only be destroyed or assigned to.
+    /// Takes over what the other object holds.
+    /// @param other may then only be destroyed or assigned to
     ZvUUID& operator=(ZvUUID&& other) noexcept;
-    /// Copies the text of \p id up to its first NUL; `c_str` returns another pointer then. This
-    /// object may have been moved from.
+    /// Copies the text of an identifier; `c_str` returns another pointer then. This object may have
+    /// been moved from.
+    /// @param id counts up to its first NUL
     ZvUUID& operator=(const uuid& id);
     /// Frees the text; what `c_str` returned ends with it.
     ~ZvUUID();
 
-    /// Whether the texts are the same, byte for byte; case counts.
+    /// @return whether the texts are the same, byte for byte; case counts.
+    /// @param other must not have been moved from
     bool operator==(const ZvUUID& other) const;
-    /// The negation of `==`.
+    /// @return the negation of `==`.
+    /// @param other must not have been moved from
     bool operator!=(const ZvUUID& other) const;
-    /// The order of the bytes as unsigned values; a text comes before a longer one that begins with
-    /// it, so the empty one before all others.
+    /// @return whether this text comes before the other, by the order of the bytes as unsigned
+    /// values; a text comes before a longer one that begins with it, so the empty one before all
+    /// others.
+    /// @param other must not have been moved from
     bool operator<(const ZvUUID& other) const;
 
-    /// The text; valid until the identifier is assigned to or destroyed.
+    /// @return the text; valid until the identifier is assigned to or destroyed.
     const char* c_str() const;
-    /// A copy of the text.
+    /// @return a copy of the text.
     ZvBasicString<char> toString() const;
-    /// A copy of the identifier.
+    /// @return a copy of the identifier.
     uuid toUUID() const;
 
 private:

@@ -42,10 +42,12 @@
 ///     }
 /// };
 /// @endcode
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT ZvXMLReadFile
 {
 public:
-    /// Opens the file \p path; doesn't throw if that fails.
+    /// Opens a file; doesn't throw if that fails.
+    /// @param path the file, which need not exist
     ZvXMLReadFile(const zvutil::ZvFilePath& path);
     /// A document is read once, by one object.
     ZvXMLReadFile(const ZvXMLReadFile&) = delete;
@@ -56,7 +58,7 @@ public:
     virtual ~ZvXMLReadFile();
 
 protected:
-    /// The document to read; valid as long as this object.
+    /// @return the document to read; valid as long as this object.
     zvutil::experimental::xml::abstract_xml_document_reader& reader();
 
 private:

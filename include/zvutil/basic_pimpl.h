@@ -42,23 +42,27 @@ namespace zvutil {
 ///
 /// Two threads may use two objects at once. `T` must be complete where an object is made or
 /// destroyed.
+/// @since 0.1 @ingroup basics
 template <typename T>
 class basic_pimpl
 {
 public:
-    /// Takes \p implementation over; it must not be null.
+    /// A handle's first implementation.
+    /// @param implementation owned from now on; must not be null
     explicit basic_pimpl(std::unique_ptr<T>&& implementation) noexcept
         : m_implementation(implementation.release())
     {
     }
 
-    /// Takes the implementation over; \p other holds null afterwards.
+    /// Takes the implementation over.
+    /// @param other holds null afterwards
     basic_pimpl(basic_pimpl&& other) noexcept
         : m_implementation(std::exchange(other.m_implementation, nullptr))
     {
     }
 
     /// Destroys the implementation held before, after the other's has been taken over.
+    /// @param other holds null afterwards
     basic_pimpl& operator=(basic_pimpl&& other) noexcept
     {
         if (this != &other)
@@ -75,13 +79,15 @@ public:
     /// Destroys the implementation, if any.
     virtual ~basic_pimpl() { destroy(m_implementation); }
 
-    /// The implementation. The object must not have been moved from: there is no test for null.
+    /// @return the implementation. The object must not have been moved from: there is no test for
+    /// null.
     T& impl() noexcept { return *m_implementation; }
-    /// The same for a constant handle.
+    /// @return the same for a constant handle.
     const T& impl() const noexcept { return *m_implementation; }
 
-    /// Whether \p holder holds an implementation, that is, hasn't been moved from. A handle whose
-    /// copy assignment writes into its implementation checks this first.
+    /// @return whether \p holder holds an implementation, that is, hasn't been moved from. A handle
+    /// whose copy assignment writes into its implementation checks this first.
+    /// @param holder may have been moved from
     friend bool has_impl(const basic_pimpl& holder) noexcept
     {
         return holder.m_implementation != nullptr;

@@ -9,17 +9,21 @@
 namespace zvutil {
 
 /// The base of the library's exceptions that are derived from `std::exception`.
+/// @since 0.1 @ingroup basics
 class ZVUTIL_EXPORT exception : public std::exception
 {
 public:
-    /// The message is \p text followed by \p detail.
+    /// Makes the message of two texts.
+    /// @param text its beginning; must not be null
+    /// @param detail its end
     exception(const char* text, const std::string& detail);
-    /// A copy of \p other; allocates nothing.
+    /// A copy with the same message; allocates nothing.
+    /// @param other the exception to copy
     exception(const exception& other) noexcept;
     /// Frees the message unless a copy holds it.
     ~exception() override;
 
-    /// The message; valid as long as this object.
+    /// @return the message; valid as long as this object.
     const char* what() const noexcept override;
 
 private:

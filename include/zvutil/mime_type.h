@@ -3,6 +3,7 @@
 namespace zvutil {
 
 /// A format of clipboard content.
+/// @since 0.1 @ingroup tables
 enum class mime_type {
     csv = 0, ///< "text/csv"
     xml_spreadsheet = 1, ///< a name only: such content is neither written nor read

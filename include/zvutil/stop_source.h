@@ -27,6 +27,7 @@ namespace zvutil {
 /// assert(isFirst);
 /// assert(source.stop_requested());
 /// @endcode
+/// @since 0.1 @ingroup background
 class stop_source
 {
 public:
@@ -36,19 +37,20 @@ public:
     {
     }
 
-    /// A token for the work that is to stop.
+    /// @return a token for the work that is to stop.
     [[nodiscard]] stop_token get_token() const { return stop_token(m_impl); }
 
-    /// Requests the stop. The first call returns true after it has called, on this thread and in the
-    /// order of their connection, all receivers that are connected now and still exist when their
-    /// turn comes. Later calls return false and do nothing. However many threads call, exactly one of
-    /// them gets true.
+    /// Requests the stop. The first one calls, on this thread and in the order of their
+    /// connection, all receivers that are connected now and still exist when their turn comes.
+    /// Later calls do nothing.
     ///
     /// A receiver may connect further ones, which aren't called any more, and destroy receivers and
     /// the source. An exception of a receiver is passed on and leaves the later receivers uncalled.
+    /// @return true for the first call, false for all others: however many threads call, exactly
+    /// one of them gets true
     bool request_stop() const { return m_impl->request_stop(); }
 
-    /// Whether `request_stop` was called on this source or a copy. Takes no lock.
+    /// @return whether `request_stop` was called on this source or a copy. Takes no lock.
     bool stop_requested() const noexcept { return m_impl->stop_requested(); }
 
 private:

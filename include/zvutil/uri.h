@@ -21,6 +21,7 @@ namespace zvutil {
 /// Parsing takes two allocations and time linear in the length, on a stack of fixed depth. The only
 /// failures are `std::bad_alloc` and that of the constructor from a path. The views are valid until
 /// the object is assigned to or destroyed; after a move they belong to the new object.
+/// @since 0.1 @ingroup paths
 class uri : public basic_pimpl<impl::uri_impl>
 {
 public:
@@ -30,19 +31,22 @@ public:
     {
     }
 
-    /// Parses all of \p text.
+    /// Parses all of a text.
+    /// @param text a URI, not a path
     explicit uri(const std::string& text)
         : basic_pimpl(impl::parse_uri(text))
     {
     }
 
-    /// Parses \p text up to its NUL.
+    /// Parses a text up to its NUL.
+    /// @param text must not be null
     explicit uri(const char* text)
         : basic_pimpl(impl::parse_uri(std::string_view(text)))
     {
     }
 
     /// Deleted, since the view would convert to a path. Write `uri(std::string(text))`.
+    /// @param text would be taken for a path
     explicit uri(std::string_view text) = delete;
 
     /// Parses "file:/" followed by the path's text. **Wide text is a path as well**:
@@ -53,6 +57,7 @@ public:
     /// The text is written as UTF-8, each 16-bit unit by itself, so a character above U+FFFF takes
     /// six bytes. Where paths are bytes, they have to be UTF-8: else throws `std::system_error`,
     /// `EILSEQ`.
+    /// @param path the file's path, relative or absolute
     explicit uri(const std::filesystem::path& path)
         : basic_pimpl(impl::parse_file_uri(path))
     {
@@ -65,26 +70,26 @@ public:
     /// Frees the text; the views end with it.
     ~uri() override = default;
 
-    /// The normalised text, including what follows a NUL.
+    /// @return the normalised text, including what follows a NUL.
     const std::string& text() const noexcept { return impl().text; }
 
-    /// `file`, `http` or `https`.
+    /// @return `file`, `http` or `https`.
     std::string_view scheme() const noexcept { return impl().scheme; }
-    /// Everything between `//` and the path: `user@host:port`.
+    /// @return everything between `//` and the path: `user@host:port`.
     std::string_view authority() const noexcept { return impl().authority; }
-    /// The user part, without its `@`.
+    /// @return the user part, without its `@`.
     std::string_view userinfo() const noexcept { return impl().userinfo; }
-    /// The host, up to the next `:` or `/`.
+    /// @return the host, up to the next `:` or `/`.
     std::string_view host() const noexcept { return impl().host; }
-    /// The digits after the `:` of the host.
+    /// @return the digits after the `:` of the host.
     std::string_view port() const noexcept { return impl().port; }
-    /// The path, with its leading `/`, if any.
+    /// @return the path, with its leading `/`, if any.
     std::string_view path() const noexcept { return impl().path; }
-    /// The query, without its `?`.
+    /// @return the query, without its `?`.
     std::string_view query() const noexcept { return impl().query; }
-    /// The fragment, without its `#`.
+    /// @return the fragment, without its `#`.
     std::string_view fragment() const noexcept { return impl().fragment; }
-    /// The class of the scheme; never `UriKind::Unknown`.
+    /// @return the class of the scheme; never `UriKind::Unknown`.
     UriKind kind() const noexcept { return impl().kind; }
 };
 

@@ -11,6 +11,7 @@ namespace zvutil {
 ///
 /// The text isn't checked, so any text can be an identifier. A generated one has the form
 /// `3F2504E0-4F89-41D3-9A0C-0305E82C3301`: 36 characters, the letters in upper case.
+/// @since 0.1 @ingroup paths
 class uuid
 {
 public:
@@ -21,20 +22,25 @@ public:
     /// generates. Takes one allocation.
     ZVUTIL_EXPORT uuid();
 
-    /// Keeps \p text as it is.
+    /// Keeps a text as it is.
+    /// @param text isn't checked
     explicit uuid(std::string text) noexcept
         : m_text(std::move(text))
     {
     }
 
-    /// The text; valid as long as this object.
+    /// @return the text; valid as long as this object.
     const std::string& text() const noexcept { return m_text; }
-    /// The text up to its end, followed by a NUL; valid as long as this object.
+    /// @return the text up to its end, followed by a NUL; valid as long as this object.
     const char* c_str() const noexcept { return m_text.c_str(); }
 
-    /// Compares the texts byte for byte, so case counts.
+    /// @return whether the texts are the same, byte for byte; case counts.
+    /// @param a any identifier
+    /// @param b any identifier
     friend bool operator==(const uuid& a, const uuid& b) noexcept { return a.m_text == b.m_text; }
-    /// The negation of `==`.
+    /// @return the negation of `==`.
+    /// @param a any identifier
+    /// @param b any identifier
     friend bool operator!=(const uuid& a, const uuid& b) noexcept { return !(a == b); }
 
 private:

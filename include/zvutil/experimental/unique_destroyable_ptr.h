@@ -10,6 +10,7 @@ namespace zvutil::experimental {
 ///
 /// The size is that of a plain pointer. A move leaves null, and there is no copy. `T` must be
 /// complete only where an object is destroyed.
+/// @since 0.1 @ingroup basics
 template <typename T, typename Enable = void>
 class unique_destroyable_ptr
 {
@@ -18,19 +19,22 @@ public:
     unique_destroyable_ptr() noexcept = default;
     /// Holds null.
     unique_destroyable_ptr(std::nullptr_t) noexcept { }
-    /// Takes \p object over, which may be null.
+    /// Takes an object over.
+    /// @param object owned from now on; may be null
     explicit unique_destroyable_ptr(T* object) noexcept
         : m_object(object)
     {
     }
 
-    /// Takes the object over; \p other holds null afterwards.
+    /// Takes the object over.
+    /// @param other holds null afterwards
     unique_destroyable_ptr(unique_destroyable_ptr&& other) noexcept
         : m_object(std::exchange(other.m_object, nullptr))
     {
     }
 
     /// Destroys the object held before, after the other's has been taken over.
+    /// @param other holds null afterwards
     unique_destroyable_ptr& operator=(unique_destroyable_ptr&& other) noexcept
     {
         if (this != &other)
@@ -46,7 +50,8 @@ public:
     /// Destroys the object, if any.
     ~unique_destroyable_ptr() { reset(); }
 
-    /// Takes \p object over and then destroys the one held before, if any.
+    /// Takes another object over and then destroys the one held before, if any.
+    /// @param object owned from now on; may be null
     void reset(T* object = nullptr) noexcept
     {
         T* const previous = std::exchange(m_object, object);
@@ -54,13 +59,13 @@ public:
             previous->destroy();
     }
 
-    /// The object, which stays owned; null if there is none.
+    /// @return the object, which stays owned; null if there is none.
     T* get() const noexcept { return m_object; }
-    /// The object. The pointer must not be null: there is no test.
+    /// @return the object. The pointer must not be null: there is no test.
     T* operator->() const noexcept { return m_object; }
-    /// The object. The pointer must not be null: there is no test.
+    /// @return the object. The pointer must not be null: there is no test.
     T& operator*() const noexcept { return *m_object; }
-    /// Whether there is an object.
+    /// @return whether there is an object.
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
 private:

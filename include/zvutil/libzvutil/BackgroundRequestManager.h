@@ -92,11 +92,12 @@ namespace zvutil::libzvutil {
 ///     return status;
 /// }
 /// @endcode
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT BackgroundRequestManager : public basic_request_manager<background_impl>
 {
 public:
-    /// Starts the worker thread, with the priority of this one. \p parent, which may be null, owns
-    /// the manager.
+    /// Starts the worker thread, with the priority of this one.
+    /// @param parent owns the manager; may be null
     explicit BackgroundRequestManager(QObject* parent = nullptr);
     /// Returns at once; the worker releases the requests that are left when its event loop gets to
     /// that.

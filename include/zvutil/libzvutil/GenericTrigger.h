@@ -11,12 +11,14 @@ namespace zvutil::libzvutil {
 /// receiver's slot on the receiver's own thread.
 ///
 /// `trigger` may be called on any thread while the object lives.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT GenericTrigger : public QObject
 {
     Q_OBJECT
 
 public:
-    /// \p parent, which may be null, owns the trigger.
+    /// A trigger that nothing is connected to.
+    /// @param parent owns the trigger; may be null
     explicit GenericTrigger(QObject* parent = nullptr);
     /// Ends the connections; no thread may be calling `trigger`.
     ~GenericTrigger() override;

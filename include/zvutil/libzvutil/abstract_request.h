@@ -34,32 +34,34 @@ namespace zvutil::libzvutil {
 /// **The destructor emits after the subclass's part was destroyed.** A slot of the subclass itself
 /// would run on a destroyed object; so connect another object, or call
 /// `disconnect(this, nullptr, this, nullptr)` in the subclass's destructor.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT abstract_request : public QObject
 {
     Q_OBJECT
 
 public:
-    /// A pending request with a new identifier. \p parent owns it only if no `std::shared_ptr`
-    /// does.
+    /// A pending request with a new identifier.
+    /// @param parent owns the request only if no `std::shared_ptr` does; may be null
     explicit abstract_request(QObject* parent = nullptr);
     /// Emits `failed` if the request hasn't ended, and then `finished`; see above.
     ~abstract_request() override;
 
-    /// Whether the request was aborted after it was started. Long work polls this and ends early
-    /// once it is true. Only `abort` sets it, and an abort from another thread is an event: work
-    /// that doesn't return to the event loop has to handle events, by
+    /// @return whether the request was aborted after it was started. Long work polls this and ends
+    /// early once it is true. Only `abort` sets it, and an abort from another thread is an event:
+    /// work that doesn't return to the event loop has to handle events, by
     /// `QCoreApplication::processEvents`, or the abort arrives when the work is done.
     bool abort_requested() const;
 
-    /// Whether the status is `request_failed`.
+    /// @return whether the status is `request_failed`.
     bool has_failed() const;
 
-    /// The identifier that the constructor generates; never changes. Valid as long as the request.
+    /// @return the identifier that the constructor generates; never changes. Valid as long as the
+    /// request.
     const uuid& id() const;
 
-    /// Whether the status is `request_pending`.
+    /// @return whether the status is `request_pending`.
     bool is_pending() const;
-    /// How far the request is, by the last of its signals.
+    /// @return how far the request is, by the last of its signals.
     request_status status() const;
 
 Q_SIGNALS:
@@ -70,6 +72,7 @@ Q_SIGNALS:
     /// The work is done. The subclass emits it.
     void completed();
     /// The work has failed. The subclass emits it; the library itself emits the texts named above.
+    /// @param errorMessage why
     void failed(std::string errorMessage);
     /// The request is being destroyed. The subclass never emits it.
     void finished();

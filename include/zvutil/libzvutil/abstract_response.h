@@ -25,29 +25,32 @@ class abstract_request;
 /// Call all operations on the response's own thread, which is the one that makes it, except for
 /// `requestID`, which may be called on any. Signals of the request arrive through that thread's event
 /// loop.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT abstract_response : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Follows \p request from now on. Make it on the thread on which the request lives, before the
+    /// Follows a request from now on. Make it on the thread on which the request lives, before the
     /// request is added to a manager: signals emitted before are lost, and a response that is made
-    /// late reports `request_pending` until the next signal arrives. \p request may be null; then
-    /// nothing ever arrives and the identifier is "unknown".
+    /// late reports `request_pending` until the next signal arrives.
+    /// @param request isn't owned; if it is null, nothing ever arrives and the identifier is
+    /// "unknown"
     explicit abstract_response(abstract_request* request);
     /// Ends the connections to the request, which goes on. Waits for a stop that is just being
     /// delivered by another thread.
     ~abstract_response() override;
 
-    /// Calls `abort` when a stop is requested from the source of \p token, on whatever thread; at
-    /// once if it was already. The link lasts until the response is destroyed, and there may be any
-    /// number of them. Another thread must not request the stop while this call runs.
+    /// Calls `abort` when a stop is requested, on whatever thread; at once if it was already. The
+    /// link lasts until the response is destroyed, and there may be any number of them. Another
+    /// thread must not request the stop while this call runs.
+    /// @param token of the source of the stop
     void attachStopToken(stop_token token);
 
-    /// The request's identifier, or "unknown"; valid as long as the response.
+    /// @return the request's identifier, or "unknown"; valid as long as the response.
     const uuid& requestID() const;
 
-    /// The status by the last signal of the request that has arrived on this thread.
+    /// @return the status by the last signal of the request that has arrived on this thread.
     request_status status() const;
 
     /// Handles this thread's events until the status is `request_completed` or `request_failed`,
@@ -61,7 +64,8 @@ Q_SIGNALS:
     /// The work is done.
     void completed();
     /// The work has failed, was aborted before it started, or the request was destroyed before it
-    /// ended; \p errorMessage is the request's.
+    /// ended.
+    /// @param errorMessage the request's
     void failed(std::string errorMessage);
     /// The request has been destroyed.
     void finished();

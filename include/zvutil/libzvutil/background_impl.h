@@ -15,10 +15,12 @@
 namespace zvutil::libzvutil {
 
 /// Shared ownership of a request.
+/// @since 0.1 @ingroup background
 using request_ptr = std::shared_ptr<abstract_request>;
 
 /// Runs the requests of a `BackgroundRequestManager`; lives on the worker thread that it creates. The
 /// `QThread` object lives on the thread that calls the constructor.
+/// @since 0.1 @ingroup background
 class ZVUTIL_EXPORT background_impl : public QObject
 {
     Q_OBJECT
@@ -30,7 +32,8 @@ public:
     ~background_impl() override;
 
 public Q_SLOTS:
-    /// Queues \p request, on the thread on which it lives; null is ignored.
+    /// Queues a request, on the thread on which it lives.
+    /// @param request null is ignored
     void add(request_ptr request);
 
 private Q_SLOTS:

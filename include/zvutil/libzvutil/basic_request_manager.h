@@ -13,17 +13,20 @@ class background_impl;
 
 /// A request manager whose requests `Impl` runs. `Impl` may live on any thread, and the event loop of
 /// that thread deletes it.
+/// @since 0.1 @ingroup background
 template <typename Impl>
 class basic_request_manager : public abstract_request_manager
 {
 public:
-    /// Makes the implementation. \p parent, which may be null, owns the manager.
+    /// Makes the implementation.
+    /// @param parent owns the manager; may be null
     explicit basic_request_manager(QObject* parent = nullptr);
     /// Returns at once, without waiting for the running request.
     ~basic_request_manager() override;
 
-    /// Queues \p request and moves it to the thread on which the implementation runs it. Call on the
-    /// thread on which the request lives now. Null is ignored.
+    /// Queues a request and moves it to the thread on which the implementation runs it. Call on the
+    /// thread on which the request lives now.
+    /// @param request shared with its other owners; null is ignored
     void add(std::shared_ptr<abstract_request> request);
 
 private:

@@ -4,6 +4,7 @@ namespace zvutil::signalling {
 
 /// The base of receivers, which are called when something happens. Receivers are owned by shared
 /// pointers; their callers hold weak ones.
+/// @since 0.1 @ingroup background
 class abstract_receiver
 {
 public:

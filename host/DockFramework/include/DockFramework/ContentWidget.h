@@ -6,26 +6,30 @@
 #include <QString>
 
 /// A document in a window of the docking frame.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT ContentWidget : public DockableWidgetContents
 {
     Q_OBJECT
 
 public:
-    /// A document named \p name; \p parent, which may be null, owns it. \p deleteOnClose has the
-    /// object deleted once it has been closed.
+    /// A document.
+    /// @param name tells the document's window from all others
+    /// @param parent owns the document; may be null
+    /// @param deleteOnClose whether the object is deleted once it has been closed
     ContentWidget(const QString& name, QWidget* parent, bool deleteOnClose);
     /// Ends the file watcher.
     ~ContentWidget() override;
 
-    /// The short title, or `getViewContextName` if that is empty.
+    /// @return the short title, or `getViewContextName` if that is empty.
     QString getShortName() const override;
-    /// Always true.
+    /// @return always true.
     bool isContentWidget() const override;
-    /// Always false.
+    /// @return always false.
     bool isSystemWidget() const override;
 
-    /// Called to write what a crash would lose into \p folder, under \p name. The base class does
-    /// nothing.
+    /// Called to write what a crash would lose. The base class does nothing.
+    /// @param folder where to write
+    /// @param name what to call it there
     virtual void saveSessionBackup(const QString& folder, const QString& name);
     /// Called when the user begins to work in this window. The base class does nothing.
     virtual void widgetHighlightedEvent();
@@ -34,5 +38,7 @@ public:
 
 protected:
     /// Emits `modifiedChanged` for each change of the modified mark.
+    /// @param event any event of the widget
+    /// @return what `QWidget::event` returns
     bool event(QEvent* event) override;
 };

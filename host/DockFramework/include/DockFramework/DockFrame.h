@@ -11,47 +11,59 @@ class DockableWidget;
 class DockableWidgetContents;
 
 /// A main window that consists of docks: documents in tabs, panels at their sides.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT DockFrame : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// A frame without windows; \p parent, which may be null, owns it.
+    /// A frame without windows.
+    /// @param parent owns the frame; may be null
     explicit DockFrame(QWidget* parent = nullptr);
     /// Deletes the windows with their contents.
     ~DockFrame() override;
 
     /// Shows \p contents in a window at their preferred place, panels in a quarter of the frame or
-    /// the size that they would have as a floating window, until the user resizes them. The frame
-    /// owns the window that is returned and \p contents, which must not be null.
+    /// the size that they would have as a floating window, until the user resizes them.
+    /// @param contents owned by the frame from now on; must not be null
+    /// @return the window, which the frame owns
     DockableWidget* addContents(DockableWidgetContents* contents);
 
-    /// The windows in the order in which they were added; the frame owns them.
+    /// @return the windows in the order in which they were added; the frame owns them.
     QList<DockableWidget*> dockableWidgets() const;
 
-    /// The window that the user works in, or null.
+    /// @return the window that the user works in, or null.
     DockableWidget* highlighted() const;
 
     /// Brings \p window to the front and highlights it.
+    /// @param window one of the frame's own; must not be null
     void activate(DockableWidget* window);
 
-    /// The places of all windows, by their object names, and the sizes of the panels.
+    /// @return the places of all windows, by their object names, and the sizes of the panels.
     QByteArray saveLayout() const;
-    /// Restores what `saveLayout` returned. Returns false for any other bytes.
+    /// Restores the places and sizes of windows.
+    /// @param layout what `saveLayout` returned
+    /// @return false for any other bytes
     bool restoreLayout(const QByteArray& layout);
 
     /// Closes all documents, those with changes first, so that all stay open if the user cancels at
-    /// once. Stops at the first that refuses and returns false.
+    /// once. Stops at the first that refuses.
+    /// @return whether none has refused
     bool closeDocuments();
 
 Q_SIGNALS:
-    /// The user works in \p window from now on; null for none.
+    /// The user works in another window from now on.
+    /// @param window that window; null for none
     void highlightedChanged(DockableWidget* window);
 
 protected:
     /// Shares the room between documents and panels when first shown.
+    /// @param event passed on to the base class
     void showEvent(QShowEvent* event) override;
     /// Notes the sizes of panels as they change.
+    /// @param watched one of the frame's windows
+    /// @param event an event of that window, which it gets in any case
+    /// @return what `QMainWindow::eventFilter` returns
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

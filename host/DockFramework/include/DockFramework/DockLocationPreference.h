@@ -1,6 +1,7 @@
 #pragma once
 
 /// The place of a window when it is first shown.
+/// @since 0.1 @ingroup host
 enum class DockLocationPreference {
     Documents, ///< as a tab among the documents
     Left, ///< at the left side

@@ -14,28 +14,36 @@ class ReloadBar;
 /// changed on disk, an offer to read it again.
 ///
 /// Closing the window closes the contents, which may refuse. The window is deleted along with them.
+/// @since 0.1 @ingroup host
 class DOCKFRAMEWORK_EXPORT DockableWidget : public QDockWidget
 {
     Q_OBJECT
 
 public:
-    /// Shows \p contents, which must not be null and are owned from now on; \p parent is the frame.
+    /// A window of a frame.
+    /// @param contents owned from now on; must not be null
+    /// @param parent the frame
     DockableWidget(DockableWidgetContents* contents, QWidget* parent);
     /// Deletes the contents unless they were deleted before.
     ~DockableWidget() override;
 
-    /// The contents; null once they were deleted.
+    /// @return the contents; null once they were deleted.
     DockableWidgetContents* contents() const;
 
-    /// Whether the title bar shows that the user works in this window.
+    /// @return whether the title bar shows that the user works in this window.
     bool isHighlighted() const;
     /// Sets the highlight, and calls the contents if that is a change.
+    /// @param highlighted whether the user works in this window
     void setHighlighted(bool highlighted);
 
 protected:
     /// Closes the contents first; ignores the event if they refuse.
+    /// @param event accepted if the contents close
     void closeEvent(QCloseEvent* event) override;
     /// Reports a press of the mouse on the title bar to the contents.
+    /// @param watched the title bar
+    /// @param event an event of the title bar, which it gets in any case
+    /// @return what `QDockWidget::eventFilter` returns
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -3,6 +3,7 @@
 #include <QString>
 
 /// The data that a session keeps of a window to open it again.
+/// @since 0.1 @ingroup host
 struct RestoreWidgetInfo
 {
     QString name; ///< the window's name, as given to its constructor

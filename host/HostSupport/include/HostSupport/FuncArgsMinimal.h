@@ -1,11 +1,13 @@
 #pragma once
 
 /// The arguments of one call of a script function, already checked against the function's table.
+/// @since 0.1 @ingroup host
 class FuncArgsMinimal
 {
 public:
-    /// A pointer to the value of the argument at \p index, counted from 0: to a `char*` with
-    /// NUL-ended UTF-8 text for a string, to a `double` for a number. Valid during the call.
+    /// @return a pointer to the value of one argument: to a `char*` with NUL-ended UTF-8 text for a
+    /// string, to a `double` for a number. Valid during the call.
+    /// @param index counted from 0
     virtual const void* value(int index) const = 0;
 
 protected:

@@ -1,11 +1,14 @@
 #pragma once
 
 /// Receives the result of one call of a script function.
+/// @since 0.1 @ingroup host
 class FuncResultMinimal
 {
 public:
-    /// Allots a result of \p count strings and returns its first element. The caller stores into
-    /// each element a buffer from `malloc`, which the host owns from then on.
+    /// Makes room for the result. The caller stores into each element a buffer from `malloc`, which
+    /// the host owns from then on.
+    /// @param count the number of strings
+    /// @return the first element
     virtual char** allotStrings(int count) = 0;
 
 protected:

@@ -3,6 +3,7 @@
 #include <HostSupport/HostSupport_export.h>
 
 /// Receives the messages for the user of a script function or command while it runs.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT MessageHandler
 {
 public:
@@ -15,6 +16,7 @@ public:
     /// Called when the last reference is released.
     virtual ~MessageHandler();
 
-    /// Takes one message; \p text is NUL-ended UTF-8 and valid during the call.
+    /// Takes one message.
+    /// @param text NUL-ended UTF-8, valid during the call
     virtual void message(const char* text) = 0;
 };

@@ -9,6 +9,7 @@
 namespace host {
 
 /// How a script has ended.
+/// @since 0.1 @ingroup host
 struct ScriptOutcome
 {
     std::string
@@ -19,6 +20,7 @@ struct ScriptOutcome
 };
 
 /// The callbacks of a session, called by the event loop of the thread that made the session.
+/// @since 0.1 @ingroup host
 struct ScriptListener
 {
     /// Called with one or more lines, without the last line feed: output of the script and messages
@@ -34,6 +36,7 @@ struct ScriptListener
 ///
 /// Call all operations on that thread. One text runs at a time: `run` and `evaluate` throw
 /// `std::logic_error` until the one before has `finished`.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT ScriptSession
 {
 public:
@@ -46,10 +49,13 @@ public:
     /// Stops the text that runs. The listener isn't called any more.
     virtual ~ScriptSession();
 
-    /// Runs a script. \p source is its name in messages.
+    /// Runs a script.
+    /// @param text the script, in UTF-8
+    /// @param source its name in messages
     virtual void run(const std::string& text, const std::string& source) = 0;
 
     /// Runs a text and reports its value, as a console does.
+    /// @param text an expression or a script, in UTF-8
     virtual void evaluate(const std::string& text) = 0;
 
     /// Ends the text that runs, if any, soon. A function or command that the text has called is
@@ -58,13 +64,18 @@ public:
 };
 
 /// Makes a session that reports to the given listener.
+/// @since 0.1 @ingroup host
 using ScriptSessionMaker = std::function<std::unique_ptr<ScriptSession>(ScriptListener)>;
 
-/// Sets how sessions are made; with an empty \p maker there are none.
+/// Sets how sessions are made.
+/// @param maker called for each session; with an empty one there are none
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT void setScriptSessionMaker(ScriptSessionMaker maker);
 
-/// A session that knows the functions and commands that are registered now. Throws `CallError` if
-/// the host runs no scripts.
+/// @return a session that knows the functions and commands that are registered now. Throws
+/// `CallError` if the host runs no scripts.
+/// @param listener called until the session is destroyed
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT std::unique_ptr<ScriptSession> makeScriptSession(ScriptListener listener);
 
 } // namespace host

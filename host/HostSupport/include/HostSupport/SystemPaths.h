@@ -3,12 +3,15 @@
 #include <HostSupport/HostSupport_export.h>
 #include <HostSupport/YString.h>
 
-/// Writes the path of a symbol into \p value, in UTF-8.
-///
-/// Known are "ZVAPPDATAPATH", "ZVDOCSPATH", "COMMON_APPDATAPATH" and what `host::setPathSymbol` has
-/// set. Returns 0, or 1 for an unknown symbol, which makes \p value empty. \p create has no meaning
-/// here.
+/// Asks for the path of a symbol. Known are "ZVAPPDATAPATH", "ZVDOCSPATH", "COMMON_APPDATAPATH" and
+/// what `host::setPathSymbol` has set.
+/// @param symbol the name
+/// @param value receives the path in UTF-8; empty for an unknown symbol
+/// @param create without a meaning here
+/// @return 0, or 1 for an unknown symbol
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT int sp_GetSystemPathSymbolValue(const char* symbol, YString* value, bool create);
 
-/// The name of the folder that the host's product keeps its common data in, in UTF-8.
+/// @return the name of the folder that the host's product keeps its common data in, in UTF-8.
+/// @since 0.1 @ingroup host
 HOSTSUPPORT_EXPORT YString sp_GetProductFolderName();

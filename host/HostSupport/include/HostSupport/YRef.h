@@ -5,6 +5,7 @@
 
 /// A counted reference to an object of the host. The last reference deletes the object through
 /// its virtual destructor. Copies may live on different threads.
+/// @since 0.1 @ingroup host
 template <typename T>
 class YRef
 {
@@ -12,22 +13,23 @@ public:
     /// A null reference.
     YRef() noexcept = default;
 
-    /// Takes ownership of \p object.
+    /// The first reference to an object.
+    /// @param object owned by the references from now on; may be null
     explicit YRef(std::unique_ptr<T> object)
         : m_object(std::move(object))
     {
     }
 
-    /// The object, which stays owned, or null.
+    /// @return the object, which stays owned, or null.
     T* get() const noexcept { return m_object.get(); }
-    /// The object; the reference must not be null.
+    /// @return the object; the reference must not be null.
     T& operator*() const noexcept { return *m_object; }
-    /// The object; the reference must not be null.
+    /// @return the object; the reference must not be null.
     T* operator->() const noexcept { return m_object.get(); }
-    /// Whether there is an object.
+    /// @return whether there is an object.
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
-    /// The number of references to the object; 0 for a null reference.
+    /// @return the number of references to the object; 0 for a null reference.
     long useCount() const noexcept { return m_object.use_count(); }
 
 private:

@@ -7,37 +7,44 @@
 /// The host's string: NUL-ended UTF-8 text in one buffer from `malloc`.
 ///
 /// An empty string may have no buffer; `c_str` doesn't return null even then.
+/// @since 0.1 @ingroup host
 class HOSTSUPPORT_EXPORT YString
 {
 public:
     /// The empty string, without a buffer.
     YString() noexcept = default;
 
-    /// Copies \p text up to its NUL; null makes an empty string. Throws `std::bad_alloc`.
+    /// Copies a text up to its NUL. Throws `std::bad_alloc`.
+    /// @param text UTF-8; null makes an empty string
     YString(const char* text);
     /// A deep copy. Throws `std::bad_alloc`.
+    /// @param other the string to copy
     YString(const YString& other);
-    /// Takes the buffer over; \p other is empty afterwards.
+    /// Takes the buffer over.
+    /// @param other empty afterwards
     YString(YString&& other) noexcept;
     /// Frees the buffer.
     ~YString();
 
-    /// Copies \p text up to its NUL; null makes the string empty. Throws `std::bad_alloc`.
+    /// Copies a text up to its NUL. Throws `std::bad_alloc`.
+    /// @param text UTF-8; null makes the string empty
     YString& operator=(const char* text);
     /// A deep copy. Throws `std::bad_alloc`, and changes nothing then.
+    /// @param other the string to copy
     YString& operator=(const YString& other);
     /// Swaps the buffers.
+    /// @param other has this string's buffer afterwards
     YString& operator=(YString&& other) noexcept;
 
-    /// Returns the buffer, never null, which the caller frees with `free`. The string is empty
+    /// @return the buffer, never null, which the caller frees with `free`. The string is empty
     /// afterwards. Throws `std::bad_alloc` if there is no buffer and none can be allocated.
     [[nodiscard]] char* detach();
 
-    /// The text, never null; valid until the string changes.
+    /// @return the text, never null; valid until the string changes.
     const char* c_str() const noexcept;
-    /// The number of bytes before the NUL; takes linear time.
+    /// @return the number of bytes before the NUL; takes linear time.
     std::size_t size() const noexcept;
-    /// Whether the text is empty.
+    /// @return whether the text is empty.
     bool isEmpty() const noexcept { return size() == 0; }
 
 private:

@@ -12,6 +12,7 @@ namespace zvutil::experimental::xml {
 /// no element at all if nothing comes before the error. Bytes that are invalid in the encoding end
 /// it earlier: the whole block of some kilobytes that they are read with is lost, and so all of a
 /// short document. A document and its elements belong to one thread at a time.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT abstract_xml_document_reader
 {
 public:
@@ -24,15 +25,15 @@ public:
     /// Element readers that still exist can be read on and keep the file open.
     virtual ~abstract_xml_document_reader();
 
-    /// Moves on to the next start tag, at any depth, and returns its element; null at the end of the
-    /// document.
+    /// Moves on to the next start tag, at any depth.
     ///
-    /// Element readers that still exist aren't updated: they read whatever follows in the document as
-    /// their own children.
+    /// Element readers that still exist aren't updated: they read whatever follows in the document
+    /// as their own children.
+    /// @return the tag's element; null at the end of the document
     virtual unique_destroyable_ptr<abstract_xml_element_reader> next_element() = 0;
 
-    /// The root element, on the first call; null if the document has none or can't be read, and
-    /// whenever more than the start of the document has been read already.
+    /// @return the root element, on the first call; null if the document has none or can't be read,
+    /// and whenever more than the start of the document has been read already.
     virtual unique_destroyable_ptr<abstract_xml_element_reader> root_element() = 0;
 };
 

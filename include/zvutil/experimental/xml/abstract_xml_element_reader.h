@@ -19,6 +19,7 @@ namespace zvutil::experimental::xml {
 ///
 /// Texts are UTF-8 and end in a NUL. They stay valid until the reader is destroyed, also when it is
 /// null.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT abstract_xml_element_reader
 {
 public:
@@ -34,25 +35,26 @@ public:
     /// Deletes this object. Only `unique_destroyable_ptr` needs to call it.
     virtual void destroy() = 0;
 
-    /// The element's name without its namespace prefix.
+    /// @return the element's name without its namespace prefix.
     virtual const char* name() const = 0;
 
-    /// The value of the attribute with this name, compared byte for byte and without namespace
-    /// prefix. Of several that differ only in their prefix it is the last one's. Throws
-    /// `attribute_not_found_xml_exception` if there is none; catch that for an optional
-    /// attribute.
+    /// @return the value of the attribute with this name, compared byte for byte and without
+    /// namespace prefix. Of several that differ only in their prefix it is the last one's. Throws
+    /// `attribute_not_found_xml_exception` if there is none; catch that for an optional attribute.
+    /// @param name without namespace prefix; must not be null
     virtual const char* attribute(const char* name) const = 0;
 
-    /// Reads to the end tag and returns the character data. This reader is null afterwards. Throws
-    /// `null_element_xml_exception` if it is null already.
+    /// Reads to the end tag. This reader is null afterwards. Throws `null_element_xml_exception` if
+    /// it is null already.
     ///
     /// An element that has child elements gives the text before the first of them, and all further
     /// reading of the document ends there. Once a child has been returned, the text is empty,
     /// nothing is read, and the parent finds the remaining children of this element as its own.
+    /// @return the character data; never null
     virtual const char* text() = 0;
 
-    /// The next child element, after any text and comments. Null if there is none, and then this
-    /// reader is null as well. A child that still exists becomes null first. Throws
+    /// @return the next child element, after any text and comments. Null if there is none, and then
+    /// this reader is null as well. A child that still exists becomes null first. Throws
     /// `null_element_xml_exception` if this reader is null.
     virtual unique_destroyable_ptr<abstract_xml_element_reader> next_child() = 0;
 };

@@ -6,12 +6,15 @@
 namespace zvutil::experimental::xml {
 
 /// Thrown for an attribute that the element doesn't have.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT attribute_not_found_xml_exception : public xml_exception
 {
 public:
-    /// The message is \p name, the name of the missing attribute, and nothing else.
+    /// The message is the name and nothing else.
+    /// @param name the missing attribute's; must not be null
     explicit attribute_not_found_xml_exception(const char* name);
-    /// A copy of \p other; allocates nothing.
+    /// A copy with the same message; allocates nothing.
+    /// @param other the exception to copy
     attribute_not_found_xml_exception(const attribute_not_found_xml_exception& other) noexcept;
     /// Frees the message unless a copy holds it.
     ~attribute_not_found_xml_exception() override;

@@ -11,6 +11,7 @@ namespace zvutil::experimental::xml {
 ///
 /// Failures aren't reported here but by the owner of the medium. A document and its elements belong
 /// to one thread at a time.
+/// @since 0.1 @ingroup xml
 template <typename C>
 class basic_abstract_xml_document_writer
 {
@@ -25,8 +26,9 @@ public:
     /// Writes the end tags of elements that are still open.
     virtual ~basic_abstract_xml_document_writer();
 
-    /// Opens an element at the top level; \p name ends in a NUL. Throws `std::logic_error`, and
-    /// writes nothing, if it is null.
+    /// Opens an element at the top level.
+    /// @param name ends in a NUL; if it is null, `std::logic_error` is thrown and nothing written
+    /// @return the element's writer; never null
     virtual unique_destroyable_ptr<basic_abstract_xml_element_writer<C>>
     root_element(const C* name) = 0;
 

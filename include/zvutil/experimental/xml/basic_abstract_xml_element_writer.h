@@ -37,6 +37,7 @@ namespace zvutil::experimental::xml {
 /// **The order of calls isn't checked.** An attribute that is written after a text or a child
 /// becomes a part of the text. One that is written twice, or without a name, makes a document that
 /// no parser accepts; this library finds no root in it.
+/// @since 0.1 @ingroup xml
 template <typename C>
 class basic_abstract_xml_element_writer
 {
@@ -53,17 +54,23 @@ public:
     /// Deletes this object. Only `unique_destroyable_ptr` needs to call it.
     virtual void destroy() = 0;
 
-    /// Opens an element within this one. Throws `std::logic_error`, and writes nothing, if \p name is
-    /// null.
+    /// Opens an element within this one.
+    /// @param name ends in a NUL; if it is null, `std::logic_error` is thrown and nothing written
+    /// @return the element's writer; never null
     virtual unique_destroyable_ptr<basic_abstract_xml_element_writer> child(const C* name) = 0;
 
-    /// Writes an attribute whose value has \p length units; a negative one stands for a value that
-    /// ends in a NUL. \p name must not be null.
+    /// Writes an attribute.
+    /// @param name must not be null
+    /// @param value need not end in a NUL unless \p length is negative
+    /// @param length the number of units; a negative one stands for a value that ends in a NUL
     virtual void attribute(const C* name, const C* value, int length) = 0;
-    /// Writes an attribute. A null \p value is an empty one; \p name must not be null.
+    /// Writes an attribute.
+    /// @param name must not be null
+    /// @param value null stands for an empty one
     virtual void attribute(const C* name, const C* value) = 0;
 
-    /// Writes \p text as character data; null writes nothing.
+    /// Writes character data.
+    /// @param text null writes nothing
     virtual void text(const C* text) = 0;
 };
 

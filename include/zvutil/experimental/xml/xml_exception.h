@@ -7,12 +7,15 @@ namespace zvutil::experimental::xml {
 
 /// The base of the exceptions that reading XML throws. A malformed document throws none: that
 /// document ends early.
+/// @since 0.1 @ingroup xml
 class ZVUTIL_EXPORT xml_exception : public exception
 {
 public:
-    /// The message is \p text.
+    /// Makes an exception with a message.
+    /// @param text the message; must not be null
     explicit xml_exception(const char* text);
-    /// A copy of \p other; allocates nothing.
+    /// A copy with the same message; allocates nothing.
+    /// @param other the exception to copy
     xml_exception(const xml_exception& other) noexcept;
     /// Frees the message unless a copy holds it.
     ~xml_exception() override;
