@@ -1,8 +1,12 @@
 # zv_install_package(TARGET [DEPENDENCIES "Qt5 5.15 COMPONENTS Core" ...])
 #
-# Installs a library with its headers and a CMake package of its name, whose target is TARGET::TARGET.
+# Installs a library with its headers and a CMake package of its name, whose target is TARGET::TARGET. The library
+# has the version of the project.
 function(zv_install_package target)
     cmake_parse_arguments(arg "" "" "DEPENDENCIES" ${ARGN})
+    set_target_properties(${target} PROPERTIES
+        VERSION "${PROJECT_VERSION}" SOVERSION "${PROJECT_VERSION_MAJOR}"
+    )
     install(TARGETS ${target} EXPORT ${target}Targets
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development

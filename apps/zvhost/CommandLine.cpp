@@ -48,6 +48,7 @@ void addOptions(QCommandLineParser& parser)
         flag("list", "Lists functions, commands and options."),
         option("library", "Loads FILE as libzvutil.", "FILE"),
         option("load", "Loads the module FILE after the library. Repeatable.", "FILE"),
+        option("modules", "Loads all modules in FOLDER after the library. Repeatable.", "FOLDER"),
         flag("files", "Lists the files below directories, which come in place of other files."),
         option("types", "With --files: lists only these types, \".a,.b\".", "TYPES"),
         option("filter", "With --files: lists only files whose name contains TEXT.", "TEXT"),
@@ -79,6 +80,7 @@ CommandLine CommandLine::of(const QStringList& arguments)
     CommandLine line;
     line.library = parser.value(QStringLiteral("library"));
     line.modules = parser.values(QStringLiteral("load"));
+    line.moduleFolders = parser.values(QStringLiteral("modules"));
     line.listsRegistrations = parser.isSet(QStringLiteral("list"));
     line.types = parser.value(QStringLiteral("types"));
     line.filter = parser.value(QStringLiteral("filter"));

@@ -11,6 +11,7 @@ struct CommandLine
 {
     QString library; ///< empty for the library beside the program
     QStringList modules;
+    QStringList moduleFolders;
     bool listsRegistrations = false;
     bool listsFiles = false;
     QString types;

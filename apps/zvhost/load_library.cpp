@@ -8,19 +8,28 @@
 
 namespace {
 
-/// Returns the paths where a library named \p name may be: in an install tree, in a build tree and,
-/// on Windows, beside the program.
-QStringList candidates(const QString& name)
+/// Returns the folders where libraries may be: in an install tree, in a build tree and, on Windows,
+/// beside the program.
+QStringList libraryFolders()
 {
     const QDir here(QCoreApplication::applicationDirPath());
-    const QStringList directories = {
+    QStringList folders = {
         here.absoluteFilePath(QStringLiteral(ZVHOST_LIBRARY_DIRECTORY)),
         here.absoluteFilePath(QStringLiteral("../lib")),
         here.absolutePath(),
     };
-    QStringList files;
-    for (const QString& directory : directories)
-        files += QDir::cleanPath(directory + QLatin1Char('/') + name);
+    for (QString& folder : folders)
+        folder = QDir::cleanPath(folder);
+    folders.removeDuplicates();
+    return folders;
+}
+
+/// Returns the paths where \p name, which may have folders, may be.
+QStringList candidates(const QString& name)
+{
+    QStringList files = libraryFolders();
+    for (QString& file : files)
+        file = QDir::cleanPath(file + QLatin1Char('/') + name);
     return files;
 }
 
@@ -40,14 +49,7 @@ QString loadLibrary(const QString& file)
 {
     if (!file.isEmpty())
         return loadModule(file);
-#if defined(Q_OS_WIN)
-    const QString name = QStringLiteral("libzvutil.dll");
-#elif defined(Q_OS_MACOS)
-    const QString name = QStringLiteral("libzvutil.dylib");
-#else
-    const QString name = QStringLiteral("libzvutil.so");
-#endif
-    return loadFirst(QStringLiteral("libzvutil"), candidates(name));
+    return loadFirst(QStringLiteral("libzvutil"), candidates(QStringLiteral(ZVHOST_LIBRARY_FILE)));
 }
 
 QString loadModule(const QString& file)
@@ -63,5 +65,28 @@ QString loadOwnModule(const QString& name)
 #else
     const QString suffix = QStringLiteral(".so");
 #endif
-    return loadFirst(name, candidates(name + suffix));
+    return loadFirst(name, candidates(QStringLiteral(ZVHOST_MODULE_FOLDER "/") + name + suffix));
+}
+
+QStringList moduleFolders(const QStringList& given)
+{
+    const QString listed = qEnvironmentVariable("ZVHOST_MODULES");
+    QStringList folders = candidates(QStringLiteral(ZVHOST_MODULE_FOLDER "/modules"));
+    folders += listed.split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    folders += given;
+    return folders;
+}
+
+QStringList loadModulesIn(const QString& folder)
+{
+    QStringList errors;
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
+    for (const QFileInfo& file : files) {
+        if (!QLibrary::isLibrary(file.fileName()))
+            continue;
+        const QString error = loadModule(file.filePath());
+        if (!error.isEmpty())
+            errors.append(error);
+    }
+    return errors;
 }

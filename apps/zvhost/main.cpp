@@ -187,9 +187,20 @@ bool hasOpenWindows()
            });
 }
 
+/// Loads the modules in the folders for them. The program goes on without those that fail.
+void loadUsersModules(const QStringList& given)
+{
+    for (const QString& folder : moduleFolders(given)) {
+        for (const QString& error : loadModulesIn(folder))
+            complain(error);
+    }
+}
+
 QString loadAll(const CommandLine& line)
 {
     QString error = loadLibrary(line.library);
+    if (error.isEmpty())
+        loadUsersModules(line.moduleFolders);
     for (auto file = line.modules.begin(); error.isEmpty() && file != line.modules.end(); ++file)
         error = loadModule(*file);
     return error;

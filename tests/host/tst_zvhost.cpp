@@ -279,6 +279,86 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
     }
 
+    void loadsTheModulesOfAFolderInTheOrderOfNames_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("functions");
+        QTest::newRow("as made") << QStringList{"a", "b"} << QStringList{"One", "Two"};
+        QTest::newRow("the other way round") << QStringList{"b", "a"} << QStringList{"Two", "One"};
+        QTest::newRow("capitals first") << QStringList{"a", "B"} << QStringList{"Two", "One"};
+        QTest::newRow("digits by place") << QStringList{"9", "10"} << QStringList{"Two", "One"};
+    }
+
+    void loadsTheModulesOfAFolderInTheOrderOfNames()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QStringList, functions);
+        const QTemporaryDir folder;
+        QVERIFY(copyModule(MODULE_ONE, folder, names[0]));
+        QVERIFY(copyModule(MODULE_TWO, folder, names[1]));
+        const Outcome outcome = run({"--modules", folder.path(), "--list"});
+        QCOMPARE(ownFunctions(outcome), functions);
+        QCOMPARE(outcome.status, 0);
+    }
+
+    void loadsTheModulesOfSeveralFolders()
+    {
+        const QTemporaryDir first;
+        const QTemporaryDir second;
+        QVERIFY(copyModule(MODULE_ONE, first, "z"));
+        QVERIFY(copyModule(MODULE_TWO, second, "a"));
+        QCOMPARE(
+            ownFunctions(run({"--modules", first.path(), "--modules", second.path(), "--list"})),
+            QStringList({"One", "Two"}));
+
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("ZVHOST_MODULES",
+                           first.path() + QDir::listSeparator() + QDir::listSeparator()
+                               + second.path());
+        QCOMPARE(ownFunctions(run({"--list"}, environment)), QStringList({"One", "Two"}));
+
+        environment.insert("ZVHOST_MODULES", second.path());
+        QCOMPARE(ownFunctions(run({"--modules", first.path(), "--list"}, environment)),
+                 QStringList({"Two", "One"}));
+    }
+
+    void goesOnWithoutAModuleThatIsBroken()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(!write(folder, "a" + suffixOf(MODULE_ONE), "This is no library").isEmpty());
+        QVERIFY(!write(folder, "b.txt", "Nor is this, by its name").isEmpty());
+        QVERIFY(copyModule(MODULE_ONE, folder, "c"));
+        const Outcome outcome = run({"--modules", folder.path(), "--list"});
+        QCOMPARE(ownFunctions(outcome), QStringList("One"));
+        QCOMPARE(outcome.status, 0);
+        const QString pattern = "^zvhost: Cannot load library .*a\\%1: .+$";
+        const QRegularExpression complaint(pattern.arg(suffixOf(MODULE_ONE)),
+                                           QRegularExpression::MultilineOption);
+        QVERIFY2(complaint.match(QDir::fromNativeSeparators(outcome.errors)).hasMatch(),
+                 qPrintable(outcome.errors));
+        QVERIFY2(!outcome.errors.contains("b.txt"), qPrintable(outcome.errors));
+    }
+
+    void findsFoldersOfModulesByRelativeNames()
+    {
+        const QTemporaryDir parent;
+        QVERIFY(QDir(parent.path()).mkdir("modules"));
+        QVERIFY(copyModule(MODULE_ONE, parent, "modules/a"));
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(parent.path()));
+        const Outcome outcome = run({"--modules", "modules", "--list"});
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(ownFunctions(outcome), QStringList("One"));
+    }
+
+    void aFolderOfModulesNeedNotExist()
+    {
+        const Outcome outcome = run({"--modules", "/no/such/folder", "-e", "print('ran')"});
+        QCOMPARE(outcome.output, QString("ran\n"));
+        QCOMPARE(outcome.status, 0);
+        QVERIFY2(!outcome.errors.contains("folder"), qPrintable(outcome.errors));
+    }
+
     void listsFiles_data()
     {
         QTest::addColumn<QStringList>("options");
@@ -427,6 +507,27 @@ private Q_SLOTS:
     }
 
 private:
+    static QString suffixOf(const QString& file)
+    {
+        return '.' + QFileInfo(file).suffix();
+    }
+
+    static bool copyModule(const QString& file, const QTemporaryDir& folder, const QString& name)
+    {
+        return QFile::copy(file, folder.filePath(name + suffixOf(file)));
+    }
+
+    /// The functions of the modules for these tests, in the order in which they were registered.
+    static QStringList ownFunctions(const Outcome& outcome)
+    {
+        const QRegularExpression function("^function (One|Two)\\(\\)$",
+                                          QRegularExpression::MultilineOption);
+        QStringList names;
+        for (auto match = function.globalMatch(outcome.output); match.hasNext();)
+            names.append(match.next().captured(1));
+        return names;
+    }
+
     static QString write(const QTemporaryDir& directory, const QString& name, const char* text)
     {
         const QString path = directory.filePath(name);

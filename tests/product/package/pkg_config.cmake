@@ -5,8 +5,11 @@ execute_process(
     OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY
 )
 separate_arguments(flags UNIX_COMMAND "${flags}")
-execute_process(
-    COMMAND "${COMPILER}" -std=c++17 -fPIC "${SOURCE}" -o "${PROGRAM}" ${flags} "-Wl,-rpath,${LIBDIR}"
-    COMMAND_ERROR_IS_FATAL ANY
-)
-execute_process(COMMAND "${PROGRAM}" COMMAND_ERROR_IS_FATAL ANY)
+# The flags have to be enough, also for a compiler that makes no position-independent programs by itself.
+foreach(kind -pie -no-pie)
+    execute_process(
+        COMMAND "${COMPILER}" ${kind} "${SOURCE}" -o "${PROGRAM}" ${flags} "-Wl,-rpath,${LIBDIR}"
+        COMMAND_ERROR_IS_FATAL ANY
+    )
+    execute_process(COMMAND "${PROGRAM}" COMMAND_ERROR_IS_FATAL ANY)
+endforeach()

@@ -5,10 +5,6 @@
 #             program      zvhost with its modules
 #             dependencies what a machine with Windows lacks: Qt, the compiler's libraries, their licences
 #             development  headers, import libraries, CMake files
-if(NOT WIN32)
-    return()
-endif()
-
 set(qt "${ZV_QT_WINDOWS}")
 if(NOT qt)
     get_target_property(qt Qt5::qmake IMPORTED_LOCATION)
@@ -83,6 +79,7 @@ foreach(licence Apache-2.0 GPL-2 GPL-3 LGPL-2.1 LGPL-3)
 endforeach()
 
 set(CPACK_GENERATOR ZIP NSIS)
+set(CPACK_COMPONENTS_ALL library program dependencies development)
 set(CPACK_PACKAGE_NAME zvutil)
 set(CPACK_PACKAGE_VENDOR "The developers of libzvutil")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
