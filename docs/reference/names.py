@@ -3,7 +3,7 @@ import re
 from pathlib import Path
 
 HEADER_FOLDERS = ["include/zvutil", "host/HostSupport/include", "host/DockFramework/include",
-                  "host/zv_logging/include"]
+                  "host/zv_logging/include", "apps/workbench/include"]
 DETAIL_FOLDERS = ["include/zvutil/impl", "include/zvutil/details"]
 
 CLASS = re.compile(r"^(?:class|struct) (?:[A-Z_]+_EXPORT )?(\w+)\b(?! *;)")

@@ -13,6 +13,7 @@ namespace workbench {
 class Document;
 
 /// A type of document that the workbench opens.
+/// @since 0.2 @ingroup workbench
 struct DocumentType
 {
     QString id; ///< as on the command line: "testplan", "schematic", "script"
@@ -28,19 +29,29 @@ struct DocumentType
 /// Adds a type to the menu "New", the start page, the file dialogs and what the workbench opens.
 ///
 /// A module calls this while it is loaded, before the window exists; the workbench adds its own three in
-/// the same way. \p type must exist as long as the application. GUI thread.
+/// the same way. GUI thread.
 ///
-/// Returns true if the type has been added, now or before. Otherwise it is incomplete, or its id or
-/// extension is that of another type: then warns by `qWarning` and returns false.
+/// A type that is incomplete, or whose id or extension is that of another one, isn't added, of which
+/// `qWarning` warns.
+/// @param type must exist as long as the application
+/// @return whether the type has been added, now or before
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT bool addDocumentType(const DocumentType& type);
 
-/// Returns all types that have been added, in the order of the menu "New".
+/// @return all types that have been added, in the order of the menu "New".
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT const std::vector<const DocumentType*>& documentTypes();
 
-/// Returns the type with the id \p id, or nullptr.
+/// Finds a type by its id.
+/// @param id compared exactly
+/// @return the type, or nullptr
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT const DocumentType* documentTypeOf(const QString& id);
 
-/// Returns the type of files with the extension of \p file, compared without case, or nullptr.
+/// Finds the type of a file by its extension.
+/// @param file a name or a path; case doesn't count
+/// @return the type, or nullptr
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT const DocumentType* documentTypeOfFile(const QString& file);
 
 } // namespace workbench

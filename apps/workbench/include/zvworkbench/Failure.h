@@ -6,6 +6,7 @@
 namespace workbench {
 
 /// A failure, described to the user in up to three sentences.
+/// @since 0.2 @ingroup workbench
 struct Failure
 {
     QString what; ///< what failed, and where: "The test plan “C:\a.testplan” was not saved."

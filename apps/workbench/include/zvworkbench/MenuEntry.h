@@ -12,6 +12,7 @@ namespace workbench {
 class WorkbenchWindow;
 
 /// An entry of the menu "Modules", which the workbench has as soon as there is one.
+/// @since 0.2 @ingroup workbench
 struct MenuEntry
 {
     QString id; ///< tells it from all others
@@ -21,10 +22,14 @@ struct MenuEntry
     void (*work)(WorkbenchWindow& window);
 };
 
-/// Adds an entry to windows that are made from now on. For the rest as `addDocumentType`.
+/// Adds an entry to windows that are made from now on; for the rest as `addDocumentType`.
+/// @param entry must exist as long as the application
+/// @return whether the entry has been added, now or before
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT bool addMenuEntry(const MenuEntry& entry);
 
-/// Returns the entries that have been added, in their order.
+/// @return the entries that have been added, in their order.
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT const std::vector<const MenuEntry*>& addedMenuEntries();
 
 } // namespace workbench

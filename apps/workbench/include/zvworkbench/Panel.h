@@ -14,6 +14,7 @@ namespace workbench {
 class WorkbenchWindow;
 
 /// A panel that the workbench shows beside its own, and offers in the menu "View".
+/// @since 0.2 @ingroup workbench
 struct Panel
 {
     QString id; ///< tells it from all others
@@ -22,10 +23,14 @@ struct Panel
     DockableWidgetContents* (*make)(WorkbenchWindow& window, QWidget* parent);
 };
 
-/// Adds a panel to windows that are made from now on. For the rest as `addDocumentType`.
+/// Adds a panel to windows that are made from now on; for the rest as `addDocumentType`.
+/// @param panel must exist as long as the application
+/// @return whether the panel has been added, now or before
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT bool addPanel(const Panel& panel);
 
-/// Returns the panels that have been added, in their order.
+/// @return the panels that have been added, in their order.
+/// @since 0.2 @ingroup workbench
 ZVWORKBENCH_EXPORT const std::vector<const Panel*>& addedPanels();
 
 } // namespace workbench
