@@ -97,7 +97,8 @@ class Site:
         lines = ["", "## Classes and functions by subject", "", "| subject | what is there |", "|---|---|"]
         lines += [f"| @ref {name} | {brief} |" for name, brief in groups]
         lines += ["", "## Pages", ""]
-        lines += [f"- @ref {page}" for page in self.pages.values()]
+        lines += [f"- @ref {page}" for path, page in self.pages.items()
+                  if path.endswith("/README.md") or not path.startswith("docs/guides/")]
         return "\n".join(lines) + "\n"
 
     def write_page(self, path, page, text):
@@ -154,7 +155,9 @@ class Site:
             return text
         page = self.pages[file]
         title = text.replace("`", "").replace('"', "'")
-        return f'@ref {anchor(page, fragment) if fragment else page} "{title}"'
+        # The guides stand below their list in the tree of pages.
+        reference = "@subpage" if path.endswith("/README.md") and file.startswith("docs/guides/") else "@ref"
+        return f'{reference} {anchor(page, fragment) if fragment else page} "{title}"'
 
     def code(self, match):
         """A class or member in code font leads to its documentation."""
