@@ -44,18 +44,22 @@ pack_sources() {
 }
 
 make_packages() {
-    local work=$1 source="$1/zvutil-$version" kind
+    local work=$1 source="$1/zvutil-$version" kind architecture
+    architecture=$(dpkg --print-architecture)
     cd "$source"
     without_network cmake --preset package
+    # ./run builds this target alone, and what it has built can be installed.
+    without_network cmake --build --preset package -j"$(nproc)" --target product
+    cmake --install build/package --prefix "$work/product" > /dev/null
     without_network cmake --build --preset package -j"$(nproc)" --target package
     expect "$(cd build/package/packages && printf '%s\n' *deb | sed -E 's/_[^_]+(_[^_]+)$/\1/')" \
-"libzvutil-dev-dbgsym_$(dpkg --print-architecture).ddeb
-libzvutil-dev_$(dpkg --print-architecture).deb
+"libzvutil-dev-dbgsym_$architecture.ddeb
+libzvutil-dev_$architecture.deb
 libzvutil-doc_all.deb
-libzvutil0-dbgsym_$(dpkg --print-architecture).ddeb
-libzvutil0_$(dpkg --print-architecture).deb
-zvhost-dbgsym_$(dpkg --print-architecture).ddeb
-zvhost_$(dpkg --print-architecture).deb"
+libzvutil0-dbgsym_$architecture.ddeb
+libzvutil0_$architecture.deb
+zvhost-dbgsym_$architecture.ddeb
+zvhost_$architecture.deb"
     rm -rf "$work/contents"
     for kind in "$source"/build/package/packages/*deb; do
         dpkg-deb --extract "$kind" "$work/contents"
