@@ -99,6 +99,8 @@ build_first_programs() {
     # shellcheck disable=SC2086 # each word is a flag
     as_user c++ "$scratch"/first/source/main.cpp -o "$scratch"/first/program $flags
     as_user "$scratch"/first/program | grep -x "host srv, path /a%20b"
+    # shellcheck disable=SC2086
+    as_user c++ -g -O0 "$root/tests/product/gdb/subject.cpp" -o "$scratch"/first/subject $flags
 }
 
 use_host() {
@@ -151,7 +153,9 @@ check_debug_information() {
     ! readelf --sections --wide "$library" | grep -q debug_info || complain "$library has debug information"
     id=$(readelf -n "$library" | sed -n 's/^ *Build ID: //p')
     readelf --sections --wide "/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug" | grep -q debug_info
-    [ -e "/usr/share/gdb/auto-load$library-gdb.py" ] || complain "GDB finds no printers for $library"
+    # GDB trusts the printers where the distribution keeps them.
+    as_user cmake -DGDB=gdb "-DPROGRAM=$scratch/first/subject" "-DSOURCE=$root/tests/product/gdb/subject.cpp" \
+        -DLIBRARIES=/usr/share/gdb/auto-load -P "$root/tests/product/gdb/gdb.cmake"
     ! ldd /usr/lib/*/qt5/plugins/designer/libzvutil_designer.so | grep "not found" \
         || complain "The plugin of Qt Designer lacks a library"
 }
