@@ -20,9 +20,10 @@ struct Outcome
 
 Outcome run(const QStringList& arguments,
             const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
-            const QString& program = ZVHOST_FILE)
+            const QString& program = ZVHOST_FILE, const QString& folder = QString())
 {
     QProcess process;
+    process.setWorkingDirectory(folder);
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
     Outcome outcome;
@@ -344,10 +345,9 @@ private Q_SLOTS:
         const QTemporaryDir parent;
         QVERIFY(QDir(parent.path()).mkdir("modules"));
         QVERIFY(copyModule(MODULE_ONE, parent, "modules/a"));
-        const QString before = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(parent.path()));
-        const Outcome outcome = run({"--modules", "modules", "--list"});
-        QVERIFY(QDir::setCurrent(before));
+        const Outcome outcome =
+            run({"--modules", "modules", "--list"}, QProcessEnvironment::systemEnvironment(),
+                ZVHOST_FILE, parent.path());
         QCOMPARE(ownFunctions(outcome), QStringList("One"));
     }
 

@@ -44,18 +44,22 @@ pack_sources() {
 }
 
 make_packages() {
-    local work=$1 source="$1/zvutil-$version" kind
+    local work=$1 source="$1/zvutil-$version" kind architecture
+    architecture=$(dpkg --print-architecture)
     cd "$source"
     without_network cmake --preset package
+    # ./run builds this target alone, and what it has built can be installed.
+    without_network cmake --build --preset package -j"$(nproc)" --target product
+    cmake --install build/package --prefix "$work/product" > /dev/null
     without_network cmake --build --preset package -j"$(nproc)" --target package
     expect "$(cd build/package/packages && printf '%s\n' *deb | sed -E 's/_[^_]+(_[^_]+)$/\1/')" \
-"libzvutil-dev-dbgsym_$(dpkg --print-architecture).ddeb
-libzvutil-dev_$(dpkg --print-architecture).deb
+"libzvutil-dev-dbgsym_$architecture.ddeb
+libzvutil-dev_$architecture.deb
 libzvutil-doc_all.deb
-libzvutil0-dbgsym_$(dpkg --print-architecture).ddeb
-libzvutil0_$(dpkg --print-architecture).deb
-zvhost-dbgsym_$(dpkg --print-architecture).ddeb
-zvhost_$(dpkg --print-architecture).deb"
+libzvutil0-dbgsym_$architecture.ddeb
+libzvutil0_$architecture.deb
+zvhost-dbgsym_$architecture.ddeb
+zvhost_$architecture.deb"
     rm -rf "$work/contents"
     for kind in "$source"/build/package/packages/*deb; do
         dpkg-deb --extract "$kind" "$work/contents"
@@ -65,6 +69,11 @@ zvhost_$(dpkg --print-architecture).deb"
 }
 
 check_packages() {
+    expect "$(dpkg-deb --info "$1/zvutil-$version"/build/package/packages/libzvutil0_*.deb shlibs | cut -d ' ' -f 1-3)" \
+"libDockFramework 0 libzvutil0
+libHostSupport 0 libzvutil0
+libzv_logging 0 libzvutil0
+libzvutil 0 libzvutil0"
     # No bug of the distribution asks for the first upload, which isn't one to the distribution.
     lintian --allow-root --fail-on error,warning --tag-display-limit 0 --suppress-tags initial-upload-closes-no-bugs \
         "$1/zvutil-$version"/build/package/packages/*.deb
@@ -95,6 +104,8 @@ build_first_programs() {
     # shellcheck disable=SC2086 # each word is a flag
     as_user c++ "$scratch"/first/source/main.cpp -o "$scratch"/first/program $flags
     as_user "$scratch"/first/program | grep -x "host srv, path /a%20b"
+    # shellcheck disable=SC2086
+    as_user c++ -g -O0 "$root/tests/product/gdb/subject.cpp" -o "$scratch"/first/subject $flags
 }
 
 use_host() {
@@ -147,7 +158,9 @@ check_debug_information() {
     ! readelf --sections --wide "$library" | grep -q debug_info || complain "$library has debug information"
     id=$(readelf -n "$library" | sed -n 's/^ *Build ID: //p')
     readelf --sections --wide "/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug" | grep -q debug_info
-    [ -e "/usr/share/gdb/auto-load$library-gdb.py" ] || complain "GDB finds no printers for $library"
+    # GDB trusts the printers where the distribution keeps them.
+    as_user cmake -DGDB=gdb "-DPROGRAM=$scratch/first/subject" "-DSOURCE=$root/tests/product/gdb/subject.cpp" \
+        -DLIBRARIES=/usr/share/gdb/auto-load -P "$root/tests/product/gdb/gdb.cmake"
     ! ldd /usr/lib/*/qt5/plugins/designer/libzvutil_designer.so | grep "not found" \
         || complain "The plugin of Qt Designer lacks a library"
 }
