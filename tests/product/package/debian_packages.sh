@@ -73,7 +73,8 @@ check_packages() {
 "libDockFramework 0 libzvutil0
 libHostSupport 0 libzvutil0
 libzv_logging 0 libzvutil0
-libzvutil 0 libzvutil0"
+libzvutil 0 libzvutil0
+libzvworkbench 0 libzvutil0"
     # No bug of the distribution asks for the first upload, which isn't one to the distribution.
     lintian --allow-root --fail-on error,warning --tag-display-limit 0 --suppress-tags initial-upload-closes-no-bugs \
         "$1/zvutil-$version"/build/package/packages/*.deb
