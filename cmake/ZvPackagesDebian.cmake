@@ -30,6 +30,7 @@ endif()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png"
 )
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation)
 
 set(desktop "${PROJECT_SOURCE_DIR}/packaging/linux")
 if(TARGET zvhost)

@@ -96,10 +96,10 @@ as_user() { env -i PATH=/usr/bin:/bin LANG=C.UTF-8 HOME="$scratch/home" "$@"; }
 
 build_first_programs() {
     mkdir "$scratch"/first
-    cp -R "$root/tests/product/package/consumer" "$scratch"/first/source
+    cp -R "$root/tests/product/package/first" "$scratch"/first/source
     as_user cmake -S "$scratch"/first/source -B "$scratch"/first/build
     as_user cmake --build "$scratch"/first/build
-    as_user "$scratch"/first/build/consumer | grep -x "host srv, path /a%20b"
+    as_user "$scratch"/first/build/first | grep -x "host srv, path /a%20b"
     local flags
     flags=$(as_user pkg-config --cflags --libs zvutil)
     # shellcheck disable=SC2086 # each word is a flag
@@ -107,6 +107,20 @@ build_first_programs() {
     as_user "$scratch"/first/program | grep -x "host srv, path /a%20b"
     # shellcheck disable=SC2086
     as_user c++ -g -O0 "$root/tests/product/gdb/subject.cpp" -o "$scratch"/first/subject $flags
+}
+
+# As the guides tell it, from the sources that the documentation brings.
+build_modules() {
+    local example
+    mkdir "$scratch"/modules
+    for example in module document_type; do
+        as_user cmake -S "/usr/share/doc/libzvutil-doc/examples/$example" -B "$scratch/build-$example"
+        as_user cmake --build "$scratch/build-$example"
+        cp "$scratch/build-$example"/*.so "$scratch"/modules
+    done
+    expect "$(as_user zvhost --modules "$scratch"/modules -e 'print(NearestResistor(4600, "E24"))')" "4700"
+    as_user zvhost --load "$scratch"/modules/checklists.so --new checklist --screenshot "$scratch"/checklist.png
+    [ "$(stat -c %s "$scratch"/checklist.png)" -gt 15000 ] || complain "The picture of the checklist is empty"
 }
 
 use_host() {
@@ -178,6 +192,7 @@ try_packages() {
     expect "$(dpkg --audit)" ""
     ldconfig -p | grep "libzvutil\.so\.0 "
     build_first_programs
+    build_modules
     use_host
     check_desktop
     check_debug_information
