@@ -35,7 +35,7 @@ class StartPage;
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
 ///
 /// Open files, panels and recent files are kept in a file from one session to the next.
-class Workbench : public DockFrame, public WorkbenchWindow
+class Workbench final : public DockFrame, public WorkbenchWindow
 {
     Q_OBJECT
 
