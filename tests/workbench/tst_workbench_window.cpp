@@ -29,6 +29,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QToolBar>
 
@@ -58,6 +59,49 @@ class tst_workbench_window : public zvtest::WindowTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void theTitleNamesTheDocument()
+    {
+        const Window window;
+        QCOMPARE(window->windowTitle(), QString("Workbench"));
+        Document* const document = window->openFile(script("[*] & a.zvscr"));
+        QVERIFY(document);
+        QCOMPARE(window->windowTitle(), QString("[*][*] & a.zvscr[*] – Workbench"));
+        QVERIFY(!window->isWindowModified());
+        document->setModified(true);
+        QVERIFY(window->isWindowModified());
+        window->newDocument(*documentTypes().at(0));
+        QCOMPARE(window->windowTitle(), QString("Test plan 1[*] – Workbench"));
+        QVERIFY(!window->isWindowModified());
+        window->openFile(script("[*] & a.zvscr"));
+        QVERIFY(window->isWindowModified());
+        document->setModified(false);
+    }
+
+    void theWindowFitsTheScreen()
+    {
+        const Window window;
+        const QSize room = QGuiApplication::primaryScreen()->availableSize();
+        QVERIFY(window->width() < room.width() && window->height() < room.height());
+        QVERIFY(window->width() <= 1'200 && window->height() <= 800);
+    }
+
+    void windowsAreNamedForScreenReaders()
+    {
+        const Window window;
+        for (const DocumentType* const type : documentTypes())
+            window->newDocument(*type);
+        for (const DockableWidget* const dock : window->dockableWidgets()) {
+            QVERIFY(!dock->accessibleName().isEmpty());
+            QCOMPARE(dock->accessibleName(), dock->contents()->shortTitle());
+            QCOMPARE(dock->contents()->accessibleName(), dock->contents()->shortTitle());
+        }
+        for (const char* const name : {"consoleOutput", "consoleInput", "scriptText",
+                                       "scriptOutput", "testPlanView", "schematicView"}) {
+            const auto* const widget = window->findChild<QWidget*>(name);
+            QVERIFY2(widget && !widget->accessibleName().isEmpty(), name);
+        }
+    }
+
     void startPageStandsInForDocuments()
     {
         const Window window;

@@ -71,6 +71,34 @@ private Q_SLOTS:
         QCOMPARE(window->currentDocument()->type().id, QString("script"));
     }
 
+    void aNewDocumentIsProposedByName()
+    {
+        const Window window;
+        Document* const document = window->newDocument(*documentTypeOf("script"));
+        QStringList proposals;
+        const auto proposal = [&proposals](QFileDialog& dialog) {
+            proposals.append(dialog.findChild<QLineEdit*>("fileNameEdit")->text());
+            proposals.append(dialog.directory().absolutePath());
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText("kept.zvscr");
+            QMetaObject::invokeMethod(&dialog, "accept");
+        };
+        {
+            const auto chooser = chooseFile(script("there.zvscr"));
+            const zvtest::WindowResponder<QMessageBox> replace(
+                [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+            document->save();
+        }
+        QCOMPARE(document->shortTitle(), QString("there.zvscr"));
+        // The next new one goes beside it, with its own name.
+        Document* const next = window->newDocument(*documentTypeOf("script"));
+        {
+            const zvtest::WindowResponder<QFileDialog> answer(proposal);
+            next->save();
+        }
+        QCOMPARE(proposals, (QStringList{"Script 2.zvscr", QDir(m_folder->path()).absolutePath()}));
+        QVERIFY(QFile::exists(m_folder->filePath("kept.zvscr")));
+    }
+
     void aFileIsOpenOnce()
     {
         const Window window;

@@ -119,9 +119,9 @@ void Document::reloadFile()
 
 zvutil::ZvFilePath Document::requestSavePath() const
 {
-    const QString folder =
-        filename().isEmpty() ? QString() : QFileInfo(qtFileName(filename())).absolutePath();
-    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), folder,
+    const QString start = filename().isEmpty() ? shortTitle() + m_type.extension
+                                               : QFileInfo(qtFileName(filename())).absolutePath();
+    const QString file = saveFileName(window(), tr("Save %1 as...").arg(m_type.name), start,
                                       m_type.pluralName, m_type.extension);
     return file.isEmpty() ? zvutil::ZvFilePath() : filePath(file);
 }

@@ -104,4 +104,11 @@ QList<QKeySequence> keys(std::initializer_list<const char*> texts)
     return sequences;
 }
 
+QList<QKeySequence> plusKeys()
+{
+    // Where the plus sign needs Shift, Qt takes one key press for "Ctrl++" and for "Ctrl+Shift+=" alike; with
+    // both it would call the shortcut ambiguous and do nothing.
+    return keys({"Ctrl++", "Ctrl+="});
+}
+
 } // namespace workbench

@@ -55,4 +55,7 @@ private:
 /// Returns the shortcuts that \p texts name, such as "Ctrl+Z".
 QList<QKeySequence> keys(std::initializer_list<const char*> texts);
 
+/// Returns the shortcuts for what is done with "plus", on keyboards that need Shift for it and on others.
+QList<QKeySequence> plusKeys();
+
 } // namespace workbench

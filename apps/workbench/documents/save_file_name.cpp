@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QStandardPaths>
 
 namespace workbench {
 
@@ -52,6 +53,26 @@ bool isPossible([[maybe_unused]] QWidget* parent, [[maybe_unused]] const QString
 #endif
 }
 
+/// The folder that the user has saved to last, empty at first.
+QString& lastFolder()
+{
+    static QString folder;
+    return folder;
+}
+
+QString folderOf(const QString& start)
+{
+    const QFileInfo proposal(start);
+    if (proposal.isDir())
+        return start;
+    if (proposal.isAbsolute())
+        return proposal.absolutePath();
+    if (QFileInfo(lastFolder()).isDir())
+        return lastFolder();
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
 } // namespace
 
 QString saveFileName(QWidget* parent, const QString& title, const QString& start,
@@ -59,7 +80,7 @@ QString saveFileName(QWidget* parent, const QString& title, const QString& start
 {
     QFileDialog dialog(parent, title, QString(), QStringLiteral("%1 (*%2)").arg(what, extension));
     const QFileInfo proposal(start);
-    dialog.setDirectory(proposal.isDir() ? start : proposal.absolutePath());
+    dialog.setDirectory(folderOf(start));
     if (!proposal.isDir())
         dialog.selectFile(proposal.fileName());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -70,8 +91,10 @@ QString saveFileName(QWidget* parent, const QString& title, const QString& start
         QString file = withExtension(chosen, extension);
         if (!isPossible(parent, file))
             continue;
-        if (file == chosen || !QFileInfo::exists(file) || mayReplace(parent, file))
+        if (file == chosen || !QFileInfo::exists(file) || mayReplace(parent, file)) {
+            lastFolder() = QFileInfo(file).absolutePath();
             return file;
+        }
     }
     return {};
 }

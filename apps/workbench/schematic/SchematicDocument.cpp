@@ -172,8 +172,8 @@ void SchematicDocument::addEditActions()
 void SchematicDocument::addZoomActions()
 {
     addToToolBar({addSeparatorAction()});
-    addNamedAction(QStringLiteral("zoomIn"), tr("Zoom &in"),
-                   keys({"Ctrl++", "Ctrl+=", "Ctrl+Shift+="}), [this] { m_view->zoomIn(); });
+    addNamedAction(QStringLiteral("zoomIn"), tr("Zoom &in"), plusKeys(),
+                   [this] { m_view->zoomIn(); });
     addNamedAction(QStringLiteral("zoomOut"), tr("Zoom ou&t"), keys({"Ctrl+-"}),
                    [this] { m_view->zoomOut(); });
     QAction* const fit = addNamedAction(QStringLiteral("fit"), tr("&Fit"), keys({"Ctrl+0"}),

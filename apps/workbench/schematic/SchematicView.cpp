@@ -46,6 +46,7 @@ SchematicView::SchematicView(SchematicScene& scene, QWidget* parent)
     , m_scene(scene)
 {
     setObjectName(QStringLiteral("schematicView"));
+    setAccessibleName(tr("Schematic"));
     setFrameShape(NoFrame);
     setRenderHint(QPainter::Antialiasing);
     setMouseTracking(true);

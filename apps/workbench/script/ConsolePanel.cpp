@@ -37,8 +37,10 @@ ConsolePanel::ConsolePanel(QWidget* parent)
     , m_stop(new QToolButton(this))
 {
     m_output->setObjectName(QStringLiteral("consoleOutput"));
+    m_output->setAccessibleName(tr("Console output"));
     m_output->setFocusPolicy(Qt::ClickFocus);
     m_input->setObjectName(QStringLiteral("consoleInput"));
+    m_input->setAccessibleName(tr("Console input"));
     m_input->setPlaceholderText(tr("Script, for example PathToURI(\"C:\\\\plans\")"));
     new DimPlaceholder(m_input);
     m_input->installEventFilter(this);

@@ -78,7 +78,9 @@ ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
     , m_state(new QLabel(this))
 {
     m_editor->setObjectName(QStringLiteral("scriptText"));
+    m_editor->setAccessibleName(tr("Script text"));
     m_output->setObjectName(QStringLiteral("scriptOutput"));
+    m_output->setAccessibleName(tr("Script output"));
     makeActions();
     auto* const splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(m_editor);

@@ -41,7 +41,9 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
@@ -86,6 +88,12 @@ QString listed(const QStringList& texts)
               .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
 }
 
+/// Returns the size of a window that has never been open: on a small screen it leaves some room around.
+QSize firstSize()
+{
+    return QSize(1'200, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10);
+}
+
 Failure unknownType(const QString& file)
 {
     QStringList names;
@@ -126,9 +134,8 @@ Workbench::Workbench()
     addOwnDocumentTypes();
     m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
-    setWindowTitle(QStringLiteral("Workbench"));
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(1'200, 800);
+    resize(firstSize());
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setMovable(false);
     addToolBar(m_toolBar);
@@ -141,6 +148,7 @@ Workbench::Workbench()
     connect(m_recentFiles, &RecentFiles::openRequested, this, &Workbench::openFile);
     showStartPage();
     fillToolBar();
+    showTitle();
 }
 
 Workbench::~Workbench()
@@ -376,6 +384,8 @@ void Workbench::addDocument(Document* document)
         showMessage(tr("Saved “%1”").arg(path.toQString()));
     });
     connect(document, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
+    connect(document, &DockableWidgetContents::titlesChanged, this, &Workbench::showTitle);
+    connect(document, &DockableWidgetContents::modifiedChanged, this, &Workbench::showTitle);
     addContents(document);
     // The frame has connected before, so it has removed the document from its list when this slot
     // is called.
@@ -419,7 +429,18 @@ void Workbench::followHighlighted(DockableWidget* window)
         return;
     m_current = document;
     fillToolBar();
+    showTitle();
     Q_EMIT currentDocumentChanged(document);
+}
+
+/// Names the current document in the window's title, for the list of windows of the desktop.
+void Workbench::showTitle()
+{
+    const QString name = m_current
+        ? m_current->shortTitle().replace(QLatin1String("[*]"), QLatin1String("[*][*]"))
+        : QString();
+    setWindowTitle(m_current ? tr("%1[*] – Workbench").arg(name) : QStringLiteral("Workbench"));
+    setWindowModified(m_current && m_current->isModified());
 }
 
 void Workbench::fillToolBar()

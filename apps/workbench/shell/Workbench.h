@@ -94,6 +94,7 @@ private:
     void showStartPage();
     void followHighlighted(DockableWidget* window);
     void fillToolBar();
+    void showTitle();
     bool hasFile(const Document& document);
     void openAtLine(const QString& file, int line);
     void nameWindows();

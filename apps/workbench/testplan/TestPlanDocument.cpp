@@ -104,10 +104,8 @@ void TestPlanDocument::addClipboardActions()
 void TestPlanDocument::addRowActions()
 {
     addSeparatorAction();
-    // The plus sign needs Shift on many keyboards.
     QAction* const insert = addNamedAction(QStringLiteral("insertRow"), tr("&Insert row"),
-                                           keys({"Ctrl++", "Ctrl+=", "Ctrl+Shift+="}),
-                                           [this] { m_view->insertRowsAbove(); });
+                                           plusKeys(), [this] { m_view->insertRowsAbove(); });
     QAction* const remove =
         addNamedAction(QStringLiteral("removeRow"), tr("R&emove row"), keys({"Ctrl+-"}),
                        [this] { m_view->removeSelectedRows(); });

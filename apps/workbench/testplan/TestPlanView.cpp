@@ -51,6 +51,7 @@ TestPlanView::TestPlanView(TestPlanModel& model, QWidget* parent)
     , m_headings(std::make_unique<HeadingEditor>(*horizontalHeader()))
 {
     setObjectName(QStringLiteral("testPlanView"));
+    setAccessibleName(tr("Test plan"));
     setModel(&model);
     auto* const delegate = new TestPlanDelegate(model, this);
     setItemDelegate(delegate);

@@ -125,6 +125,7 @@ void DockableWidget::showTitles()
     if (!isFloating())
         title.replace(QLatin1Char('&'), QLatin1String("&&"));
     setWindowTitle(title + QStringLiteral("[*]"));
+    setAccessibleName(m_contents->getShortName());
     setWindowModified(m_contents->isModified());
     const QString mark = m_contents->isModified() ? QStringLiteral("*") : QString();
     m_titleBar->setTitles(m_contents->getShortName() + mark, m_contents->longTitle());

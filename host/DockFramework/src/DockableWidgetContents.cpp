@@ -87,6 +87,8 @@ void DockableWidgetContents::setShortTitle(const QString& title)
 {
     m_implementation->shortTitle = title;
     setWindowTitle(title + QStringLiteral("[*]"));
+    // A screen reader would read the place of the mark, too.
+    setAccessibleName(title);
     Q_EMIT titlesChanged();
 }
 
