@@ -133,6 +133,19 @@ inline Injected injected(const Operation& operation, const FaultKind& kind, int 
     return {number, zv_faults_calls(), zv_faults_struck()};
 }
 
+/// Of so many faults a random one is tried.
+inline int oneOf(const Operation& operation)
+{
+    if (triesAllFaults())
+        return 1;
+#if defined(ZV_SANITIZED)
+    // Each takes ten times as long; all of them are tried without the sanitizer.
+    return operation.isLarge ? 30 : 3;
+#else
+    return operation.isLarge ? 10 : 1;
+#endif
+}
+
 /// Runs \p operation with fault 1, 2, 3 and so on until a run meets none. \return the first problem, or
 /// an empty text
 inline QString drive(const Operation& operation, const FaultKind& kind)
@@ -147,8 +160,7 @@ inline QString drive(const Operation& operation, const FaultKind& kind)
     ++Tally::all().operations;
     QRandomGenerator random(static_cast<quint32>(plain.calls));
     for (int number = 1;; ++number) {
-        if (operation.isLarge && !triesAllFaults() && number <= plain.calls
-            && random.bounded(10) != 0)
+        if (number <= plain.calls && random.bounded(oneOf(operation)) != 0)
             continue;
         const Injected fault = injected(operation, kind, number);
         const QString found = operation.problem(fault);

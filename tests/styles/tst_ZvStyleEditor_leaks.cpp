@@ -26,7 +26,7 @@ using libzvutil::ZvStyleManager;
 namespace {
 
 #if defined(ZV_SANITIZED)
-constexpr int rounds = 1000;
+constexpr int rounds = 300;
 #else
 // Only the sanitizer sees a leak.
 constexpr int rounds = 100;
