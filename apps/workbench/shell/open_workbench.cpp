@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QPixmap>
 #include <QPointer>
+#include <QSize>
 #include <QTimer>
 
 #include <chrono>
@@ -29,6 +30,9 @@ namespace workbench {
 namespace {
 
 constexpr std::chrono::milliseconds pollingInterval{50};
+
+/// The size of a window that is opened for a picture: the same on each screen.
+constexpr QSize pictureSize{1'200, 800};
 
 bool savePicture(const QPixmap& picture, const QString& file)
 {
@@ -86,6 +90,8 @@ QString openWorkbench(const QStringList& words)
     if (isNew) {
         window = new Workbench;
         window->restoreSession();
+        if (!arguments.picture.isEmpty())
+            window->resize(pictureSize);
     }
     for (const DocumentType* const type : arguments.newDocuments)
         window->newDocument(*type);
