@@ -22,6 +22,10 @@ _zvhost()
             _filedir png
             return
             ;;
+        --run)
+            _filedir
+            return
+            ;;
         --library | --load)
             _filedir so
             return
@@ -33,7 +37,7 @@ _zvhost()
     $split && return
 
     if [[ $cur == -* ]]; then
-        COMPREPLY=($(compgen -W "-h --help --help-all -v --version --style --new --screenshot -e --list
+        COMPREPLY=($(compgen -W "-h --help --help-all -v --version --style --new --screenshot -e --run --list
             --library --load --modules --files --types --filter" -- "$cur"))
         return
     fi

@@ -234,6 +234,8 @@ void ScriptDocument::finish(const host::ScriptOutcome& outcome)
         const QString error = QString::fromStdString(outcome.error);
         const QString prefix = outcome.line > 0 ? tr("Line %1: ").arg(outcome.line) : QString();
         m_output->append(prefix + error, OutputView::Kind::Error);
+        if (!outcome.stack.empty())
+            m_output->append(QString::fromStdString(outcome.stack), OutputView::Kind::Remark);
         m_editor->markError(outcome.line);
         showState(tr("Failed %1").arg(time), false);
     }
