@@ -87,6 +87,7 @@ private Q_SLOTS:
                 return coloursOf(picture).size() > 20;
             },
             longWait);
+        QVERIFY(QDir().mkpath(PICTURES));
         QVERIFY(picture.save(QString(PICTURES "/zvhost-window-%1-%2x.png").arg(style, ratio)));
         QVERIFY(isPainted);
         QVERIFY(picture.width() > 1'000);

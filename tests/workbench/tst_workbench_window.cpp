@@ -63,16 +63,24 @@ private Q_SLOTS:
     {
         const Window window;
         QCOMPARE(window->windowTitle(), QString("Workbench"));
-        Document* const document = window->openFile(script("[*] & a.zvscr"));
+#if defined(Q_OS_WIN)
+        // The system has no file with an asterisk in its name.
+        const char* const name = "[] & a.zvscr";
+        const QString title = "[] & a.zvscr[*] – Workbench";
+#else
+        const char* const name = "[*] & a.zvscr";
+        const QString title = "[*][*] & a.zvscr[*] – Workbench";
+#endif
+        Document* const document = window->openFile(script(name));
         QVERIFY(document);
-        QCOMPARE(window->windowTitle(), QString("[*][*] & a.zvscr[*] – Workbench"));
+        QCOMPARE(window->windowTitle(), title);
         QVERIFY(!window->isWindowModified());
         document->setModified(true);
         QVERIFY(window->isWindowModified());
         window->newDocument(*documentTypes().at(0));
         QCOMPARE(window->windowTitle(), QString("Test plan 1[*] – Workbench"));
         QVERIFY(!window->isWindowModified());
-        window->openFile(script("[*] & a.zvscr"));
+        window->openFile(script(name));
         QVERIFY(window->isWindowModified());
         document->setModified(false);
     }
