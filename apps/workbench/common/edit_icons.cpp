@@ -30,13 +30,12 @@ QPainterPath bentArrow()
     return path;
 }
 
-/// Returns three rows; the middle one is half as wide and leaves room for a sign.
+/// Returns a row at the top and one at the bottom, with room for a sign between them.
 QPainterPath rows()
 {
     QPainterPath path;
-    path.addRect(3, 4, 18, 4);
-    path.addRect(3, 16, 18, 4);
-    addLine(path, {{3, 12}, {12, 12}});
+    path.addRect(3, 2, 18, 4);
+    path.addRect(3, 18, 18, 4);
     return path;
 }
 
@@ -86,16 +85,15 @@ QIcon redoIcon()
 QIcon insertRowIcon()
 {
     QPainterPath path = rows();
-    addLine(path, {{15, 12}, {21, 12}});
-    addLine(path, {{18, 9.5}, {18, 14.5}});
+    addLine(path, {{8, 12}, {16, 12}});
+    addLine(path, {{12, 8}, {12, 16}});
     return lineIcon(path);
 }
 
 QIcon removeRowIcon()
 {
     QPainterPath path = rows();
-    addLine(path, {{16, 10}, {20, 14}});
-    addLine(path, {{20, 10}, {16, 14}});
+    addLine(path, {{6, 12}, {18, 12}});
     return lineIcon(path);
 }
 

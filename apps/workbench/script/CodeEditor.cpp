@@ -1,6 +1,7 @@
 #include "script/CodeEditor.h"
 
 #include "common/page_style.h"
+#include "common/readable_colour.h"
 #include "common/style_options.h"
 #include "script/ScriptHighlighter.h"
 
@@ -161,15 +162,17 @@ void CodeEditor::paintLineNumbers(QPaintEvent* event)
 {
     using libzvutil::ZvStyleBrush;
     QPainter painter(m_lineNumbers);
-    painter.fillRect(event->rect(), styleColour(ZvStyleBrush::Panel));
+    const QColor panel = styleColour(ZvStyleBrush::Panel);
+    const QColor own = readable(styleColour(ZvStyleBrush::TextEnabled), panel);
+    const QColor others = readable(styleColour(ZvStyleBrush::TextDisabled), panel);
+    painter.fillRect(event->rect(), panel);
     painter.setFont(font());
     const int current = textCursor().blockNumber();
     QTextBlock block = firstVisibleBlock();
     qreal top = blockBoundingGeometry(block).translated(contentOffset()).top();
     while (block.isValid() && top <= event->rect().bottom()) {
         const qreal height = blockBoundingRect(block).height();
-        painter.setPen(styleColour(block.blockNumber() == current ? ZvStyleBrush::TextEnabled
-                                                                  : ZvStyleBrush::TextDisabled));
+        painter.setPen(block.blockNumber() == current ? own : others);
         painter.drawText(
             QRectF(0, top, m_lineNumbers->width() - numberMargin, fontMetrics().height()),
             Qt::AlignRight, QString::number(block.blockNumber() + 1));

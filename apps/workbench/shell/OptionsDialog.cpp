@@ -7,6 +7,7 @@
 #include <HostSupport/host.h>
 
 #include <QDialogButtonBox>
+#include <QFont>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -25,6 +26,16 @@ QLabel* plainLabel(const QString& text)
     auto* const label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     return label;
+}
+
+/// Returns what users call an option; a module's option keeps its name.
+QString wordsFor(const QString& option)
+{
+    if (option == QLatin1String("ZvStyle"))
+        return OptionsDialog::tr("Style");
+    if (option == QLatin1String("ZvStyleAccent"))
+        return OptionsDialog::tr("Accent colour");
+    return option;
 }
 
 } // namespace
@@ -77,7 +88,9 @@ QWidget* OptionsDialog::makeRows()
     const QStringList titles = {tr("Option"), tr("Value"), tr("Default")};
     for (int column = 0; column < titles.size(); ++column) {
         auto* const title = plainLabel(titles[column]);
-        title->setEnabled(false);
+        QFont bold = title->font();
+        bold.setBold(true);
+        title->setFont(bold);
         layout->addWidget(title, 0, column);
     }
     for (const host::OptionInfo& option : host::options())
@@ -94,7 +107,7 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     const QString written = optionText(name);
     OptionEditor* const editor = OptionEditor::make(name, written);
     editor->setObjectName(name);
-    editor->setAccessibleName(name);
+    editor->setAccessibleName(wordsFor(name));
     m_rows.push_back({name, written, byDefault, editor, false});
     connect(editor, &OptionEditor::changed, this, [this, index] {
         m_rows[index].isReset = false;
@@ -106,7 +119,9 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     resetButton->setToolTip(tr("Reset to the default"));
     connect(resetButton, &QToolButton::clicked, this, [this, index] { reset(index); });
     const int row = layout.rowCount();
-    layout.addWidget(plainLabel(name), row, 0);
+    QLabel* const label = plainLabel(wordsFor(name));
+    label->setToolTip(name);
+    layout.addWidget(label, row, 0);
     layout.addWidget(editor, row, 1);
     layout.addWidget(plainLabel(byDefault), row, 2);
     layout.addWidget(resetButton, row, 3);

@@ -6,6 +6,7 @@
 #include "common/style_options.h"
 #include "common/tell.h"
 #include "common/translations.h"
+#include "common/window_sheet.h"
 #include "documents/FileNameDialog.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
@@ -16,13 +17,17 @@
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
 #include "shell/FileMenu.h"
+#include "shell/HelpMenu.h"
+#include "shell/ModalGuard.h"
 #include "shell/ModulesMenu.h"
 #include "shell/OptionsDialog.h"
+#include "shell/PanelButton.h"
 #include "shell/RecentFiles.h"
 #include "shell/Session.h"
 #include "shell/StartPage.h"
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
+#include "shell/WindowStack.h"
 #include "shell/document_types.h"
 
 #include <zvworkbench/Document.h>
@@ -30,6 +35,8 @@
 #include <zvworkbench/Panel.h>
 
 #include <DockFramework/DockableWidget.h>
+
+#include <zvutil/ZvStyleManager.h>
 
 #include <HostSupport/saving.h>
 
@@ -42,6 +49,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QMenuBar>
 #include <QScreen>
 #include <QSettings>
@@ -86,6 +94,15 @@ QString listed(const QStringList& texts)
         ? last
         : Workbench::tr("%1 or %2")
               .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
+}
+
+/// Has the tool tip of \p action name its keys.
+void showKeys(QAction& action)
+{
+    const QString keys = action.shortcut().toString(QKeySequence::NativeText);
+    const QString toolTip = action.toolTip();
+    if (!keys.isEmpty() && !toolTip.contains(QLatin1Char('(') + keys + QLatin1Char(')')))
+        action.setToolTip(Workbench::tr("%1 (%2)").arg(toolTip, keys));
 }
 
 /// Returns the size of a window that has never been open: on a small screen it leaves some room around.
@@ -134,7 +151,10 @@ Workbench::Workbench()
     addOwnDocumentTypes();
     m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
+    setWindowIcon(QIcon(QStringLiteral(":/workbench/icon.svg")));
     setAttribute(Qt::WA_DeleteOnClose);
+    new ModalGuard(*this);
+    new WindowStack(*this);
     resize(firstSize());
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setMovable(false);
@@ -149,6 +169,9 @@ Workbench::Workbench()
     showStartPage();
     fillToolBar();
     showTitle();
+    setStyleSheet(windowSheet());
+    connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
+            [this] { setStyleSheet(windowSheet()); });
 }
 
 Workbench::~Workbench()
@@ -166,10 +189,16 @@ void Workbench::makePanels()
     m_log = new LogPanel(this);
     addContents(m_files);
     DockableWidget* const console = addContents(m_console);
-    tabifyDockWidget(console, addContents(m_log));
+    DockableWidget* const log = addContents(m_log);
+    tabifyDockWidget(console, log);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     addPanels();
     console->raise();
+    // These two have nothing to show at first, and leave their room to the documents.
+    for (DockableWidget* const panel : {console, log}) {
+        statusBar()->addPermanentWidget(new PanelButton(*this, *panel));
+        panel->close();
+    }
     connect(m_files, &FilesPanel::openRequested, this, &Workbench::openFiles);
 }
 
@@ -202,6 +231,7 @@ void Workbench::makeMenus()
     if (!addedMenuEntries().empty())
         menuBar()->addMenu(new ModulesMenu(*this, this));
     menuBar()->addMenu(windows);
+    menuBar()->addMenu(new HelpMenu(*this));
     connectFileMenu();
     connect(edit, &EditMenu::findInFilesRequested, this, &Workbench::findInFiles);
     connect(view, &ViewMenu::optionsRequested, this, &Workbench::showOptions);
@@ -445,14 +475,13 @@ void Workbench::showTitle()
 
 void Workbench::fillToolBar()
 {
+    QList<QAction*> actions = m_fileMenu->toolBarActions();
+    if (m_current)
+        actions += QList<QAction*>{m_separator} + m_current->toolBarActions();
     m_toolBar->clear();
-    for (QAction* const action : m_fileMenu->toolBarActions())
-        m_toolBar->addAction(action);
-    if (!m_current)
-        return;
-    m_toolBar->addAction(m_separator);
-    for (QAction* const action : m_current->toolBarActions())
-        m_toolBar->addAction(action);
+    m_toolBar->addActions(actions);
+    for (QAction* const action : std::as_const(actions))
+        showKeys(*action);
 }
 
 void Workbench::askForFiles()

@@ -1,5 +1,8 @@
 #include "testplan/TestPlanDelegate.h"
 
+#include "common/readable_colour.h"
+#include "common/style_options.h"
+
 #include "testplan/TestPlanModel.h"
 
 #include <zvutil/ZvStyle.h>
@@ -23,7 +26,10 @@ QColor planColour(const char* brush)
 
 void setTextColour(QStyleOptionViewItem& option, const QColor& colour)
 {
-    option.palette.setColor(QPalette::Text, colour);
+    const QColor background = option.backgroundBrush.style() == Qt::NoBrush
+        ? styleColour(ZvStyleBrush::EditorEnabled)
+        : option.backgroundBrush.color();
+    option.palette.setColor(QPalette::Text, readable(colour, background));
 }
 
 QPoint stepOf(const QKeyEvent& event)

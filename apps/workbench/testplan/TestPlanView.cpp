@@ -1,5 +1,7 @@
 #include "testplan/TestPlanView.h"
 
+#include "common/style_options.h"
+
 #include "documents/ProgressBox.h"
 #include "testplan/HeadingEditor.h"
 #include "testplan/TestPlanClipboard.h"
@@ -561,7 +563,7 @@ void TestPlanView::paintComment(QPainter& painter, int row)
         return;
     painter.fillRect(room,
                      ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
-    painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
+    painter.setPen(pageTextColour(ZvStyle::Current().editorColour("Testplan", "CommentText")));
     // QPainter takes the application's layout direction, which may differ from the widget's.
     const Qt::Alignment leading =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
