@@ -739,7 +739,8 @@ Session Workbench::session()
         if (!document->filename().isEmpty())
             session.files.append(canonical(qtFileName(document->filename())));
     }
-    if (m_current && !m_current->filename().isEmpty())
+    // A closed document is the current one until it is deleted.
+    if (m_current && documents().contains(m_current) && !m_current->filename().isEmpty())
         session.current = canonical(qtFileName(m_current->filename()));
     return session;
 }
