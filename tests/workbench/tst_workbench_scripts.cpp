@@ -469,6 +469,19 @@ private Q_SLOTS:
         QCOMPARE(otherInput->text(), QString(" 22"));
     }
 
+    void consoleTakesNoMoreLinesThanItSaves()
+    {
+        QStringList lines;
+        for (int i = 0; i < 1'000; ++i)
+            lines.append(QString::number(i));
+        QSettings settings(m_folder.filePath("many.ini"), QSettings::IniFormat);
+        settings.setValue("Console/history", lines);
+        ConsolePanel console;
+        console.restoreState(settings);
+        console.saveState(settings);
+        QCOMPARE(settings.value("Console/history").toStringList(), QStringList(lines.mid(800)));
+    }
+
     void consoleStopsOnEscape()
     {
         ConsolePanel console;

@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(translated(2), plain(2));
         QCOMPARE(translated(0), plain(0));
         QString singular = plain(1);
-        for (const char* const noun : {"file", "folder", "line", "row"})
+        for (const char* const noun : {"document", "file", "folder", "line", "row"})
             singular.replace(QString(noun) + 's', noun);
         singular.replace(" are ", " is ");
         QVERIFY(singular != plain(1));

@@ -24,6 +24,7 @@ void UndoDocument::setView(QWidget& view, QUndoStack& stack)
     setFocusProxy(m_view);
     connect(m_stack, &QUndoStack::cleanChanged, this,
             [this](bool isClean) { setModified(!isClean); });
+    connect(m_stack, &QUndoStack::indexChanged, this, [this] { ++m_revision; });
 }
 
 void UndoDocument::endView()
@@ -35,6 +36,16 @@ void UndoDocument::endView()
 QList<QAction*> UndoDocument::toolBarActions() const
 {
     return m_toolBarActions;
+}
+
+quint64 UndoDocument::revision() const
+{
+    return m_revision;
+}
+
+void UndoDocument::markUnsaved()
+{
+    m_stack->resetClean();
 }
 
 QAction* UndoDocument::addNamedAction(const QString& name, const QString& text,
@@ -90,10 +101,6 @@ ProgressBox UndoDocument::readingBox(const zvutil::ZvFilePath& file) const
 ProgressBox UndoDocument::savingBox(const zvutil::ZvFilePath& file) const
 {
     return {tr("Saving “%1”…").arg(file.filename().toQString()), window()};
-}
-
-void UndoDocument::finishTyping() const
-{
 }
 
 QList<QKeySequence> keys(std::initializer_list<const char*> texts)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "documents/EditedContent.h"
 #include "documents/ProgressBox.h"
 
 #include <zvworkbench/Document.h>
@@ -14,12 +15,15 @@ namespace workbench {
 
 /// A document in one view, whose changes are the steps of an undo stack. The document is marked as
 /// modified unless the stack is where it was when the document was saved or loaded.
-class UndoDocument : public Document
+class UndoDocument : public Document, public EditedContent
 {
     Q_OBJECT
 
 public:
     QList<QAction*> toolBarActions() const override;
+
+    quint64 revision() const override;
+    void markUnsaved() override;
 
 protected:
     UndoDocument(const DocumentType& type, const QString& title, QWidget* parent);
@@ -43,13 +47,11 @@ protected:
     ProgressBox readingBox(const zvutil::ZvFilePath& file) const;
     ProgressBox savingBox(const zvutil::ZvFilePath& file) const;
 
-    /// Commits what the user is typing, before an undo. Does nothing in the base class.
-    virtual void finishTyping() const;
-
 private:
     QWidget* m_view = nullptr; // owned as a child
     QUndoStack* m_stack = nullptr; // owned by the subclass
     QList<QAction*> m_toolBarActions;
+    quint64 m_revision = 0;
 };
 
 /// Returns the shortcuts that \p texts name, such as "Ctrl+Z".

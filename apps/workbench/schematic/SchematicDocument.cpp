@@ -120,6 +120,14 @@ void SchematicDocument::write(const zvutil::ZvFilePath& file) const
     requireWritten(SchematicSaveFile(file).save(m_scene.schematic(), box.progress()), file);
 }
 
+ContentWriter SchematicDocument::snapshot() const
+{
+    return [schematic = m_scene.schematic()](const zvutil::ZvFilePath& file,
+                                             const Progress& progress) {
+        requireWritten(SchematicSaveFile(file).save(schematic, progress), file);
+    };
+}
+
 void SchematicDocument::addToolActions()
 {
     QAction* const select = addNamedAction(QStringLiteral("select"), tr("&Select"), keys({"Esc"}),

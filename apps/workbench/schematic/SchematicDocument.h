@@ -21,6 +21,8 @@ public:
     SchematicScene& scene();
     SchematicView& view();
 
+    ContentWriter snapshot() const override;
+
 protected:
     void read(const zvutil::ZvFilePath& file) override;
     void write(const zvutil::ZvFilePath& file) const override;

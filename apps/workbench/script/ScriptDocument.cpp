@@ -210,15 +210,32 @@ void ScriptDocument::read(const zvutil::ZvFilePath& file)
 
 void ScriptDocument::write(const zvutil::ZvFilePath& file) const
 {
+    snapshot()(file, [](int, int) { return true; });
+}
+
+ContentWriter ScriptDocument::snapshot() const
+{
     QString text = textOf(*m_editor->document());
     if (m_hasWindowsLines)
         text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    try {
-        host::saveFile(qtFileName(file).toStdString(), text.toStdString());
-    } catch (const std::runtime_error& error) {
-        throw FileError(isInUse(file) ? tr("The file is open in another program.")
-                                      : QString::fromUtf8(error.what()));
-    }
+    return [text](const zvutil::ZvFilePath& file, const Progress& /*progress*/) {
+        try {
+            host::saveFile(qtFileName(file).toStdString(), text.toStdString());
+        } catch (const std::runtime_error& error) {
+            throw FileError(isInUse(file) ? tr("The file is open in another program.")
+                                          : QString::fromUtf8(error.what()));
+        }
+    };
+}
+
+quint64 ScriptDocument::revision() const
+{
+    return static_cast<quint64>(m_editor->document()->revision());
+}
+
+void ScriptDocument::markUnsaved()
+{
+    m_editor->document()->setModified(true);
 }
 
 void ScriptDocument::finish(const host::ScriptOutcome& outcome)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "documents/EditedContent.h"
+
 #include <zvworkbench/Document.h>
 
 #include <HostSupport/ScriptSession.h>
@@ -21,7 +23,7 @@ class OutputView;
 ///
 /// Files are UTF-8. A file whose lines all end in CR LF is saved with CR LF again, any other file
 /// with LF.
-class ScriptDocument : public Document
+class ScriptDocument : public Document, public EditedContent
 {
     Q_OBJECT
 
@@ -37,6 +39,10 @@ public:
     bool isRunning() const;
 
     QList<QAction*> toolBarActions() const override;
+
+    ContentWriter snapshot() const override;
+    quint64 revision() const override;
+    void markUnsaved() override;
 
 Q_SIGNALS:
     void runningChanged(bool running);

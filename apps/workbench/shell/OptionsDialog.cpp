@@ -72,10 +72,15 @@ OptionsDialog::OptionsDialog(QWidget* parent)
 bool OptionsDialog::apply()
 {
     bool areAllWritten = true;
-    for (Row& row : m_rows)
-        areAllWritten = areAllWritten && write(row);
+    bool isAnyWritten = false;
+    for (auto row = m_rows.begin(); areAllWritten && row != m_rows.end(); ++row) {
+        const bool isChanged = row->isReset || row->editor->value() != row->written;
+        areAllWritten = !isChanged || write(*row);
+        isAnyWritten = isAnyWritten || (isChanged && areAllWritten);
+    }
     judge();
-    Q_EMIT applied();
+    if (areAllWritten || isAnyWritten)
+        Q_EMIT applied();
     return areAllWritten;
 }
 
@@ -137,8 +142,6 @@ void OptionsDialog::reset(std::size_t row)
 bool OptionsDialog::write(Row& row)
 {
     const QString value = row.editor->value();
-    if (!row.isReset && value == row.written)
-        return true;
     try {
         if (row.isReset)
             host::resetOption(row.name.toStdString());

@@ -8,12 +8,17 @@
 #include "common/translations.h"
 #include "common/window_sheet.h"
 #include "documents/FileNameDialog.h"
+#include "documents/KnownFile.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
+#include "recovery/RecoveryCopy.h"
+#include "recovery/RecoveryKeeper.h"
 #include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
 #include "script/ScriptDocument.h"
 #include "search/FindInFilesDialog.h"
+#include "shell/ClosingChanges.h"
+#include "shell/DocumentRecovery.h"
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
 #include "shell/FileMenu.h"
@@ -23,7 +28,7 @@
 #include "shell/OptionsDialog.h"
 #include "shell/PanelButton.h"
 #include "shell/RecentFiles.h"
-#include "shell/Session.h"
+#include "shell/SessionKeeper.h"
 #include "shell/StartPage.h"
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
@@ -124,6 +129,19 @@ Failure unknownType(const QString& file)
             Workbench::tr("Open a file whose name ends in %1.").arg(listed(extensions))};
 }
 
+/// Returns why a copy can't be recovered whose type of documents is \p type, or whose document has other changes.
+Failure unrecoverable(const RecoveryCopy& copy, const DocumentType* type)
+{
+    QString reason = Workbench::tr("The document is open and has been changed already.");
+    if (copy.isDamaged)
+        reason = Workbench::tr("The copy is damaged.");
+    else if (!type)
+        reason = Workbench::tr("The module for documents of the type “%1” is not loaded.")
+                     .arg(copy.typeId);
+    return {Workbench::tr("“%1” was not recovered.").arg(copy.title), reason,
+            Workbench::tr("The copy is kept, and offered again at the next start.")};
+}
+
 /// Returns one failure that describes all of \p failures.
 Failure joined(const QList<Failure>& failures)
 {
@@ -144,6 +162,7 @@ Failure joined(const QList<Failure>& failures)
 Workbench::Workbench()
     : m_recentFiles(new RecentFiles(this))
     , m_transfer(new DocumentTransfer(*this))
+    , m_recovery(new DocumentRecovery(*this))
     , m_toolBar(new QToolBar(tr("Tools"), this))
     , m_separator(new QAction(this))
 {
@@ -159,6 +178,7 @@ Workbench::Workbench()
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setMovable(false);
     addToolBar(m_toolBar);
+    makeSessionKeeper();
     makePanels();
     makeMenus();
     connectTransfer();
@@ -178,8 +198,27 @@ Workbench::~Workbench()
 {
     // The documents are destroyed with this window, and their signals must not reach it any more.
     m_isClosing = true;
+    // They follow the documents: what isn't saved now keeps its copy, and the session its files.
+    delete m_recovery;
+    delete m_sessionKeeper;
     for (Document* const document : documents())
         document->disconnect(this);
+}
+
+void Workbench::makeSessionKeeper()
+{
+    m_sessionKeeper = new SessionKeeper(
+        {[this](QSettings& settings) { saveSession(settings); },
+         [this](QSettings& settings) { m_recentFiles->saveState(settings); },
+         [this](const QSettings& settings) { m_recentFiles->markSaved(settings); }},
+        this);
+    m_sessionKeeper->watch(*this);
+    connect(m_sessionKeeper, &SessionKeeper::failed, this, [this] {
+        statusBar()->showMessage(tr("The open files can't be remembered: “%1” can't be written.")
+                                     .arg(QDir::toNativeSeparators(sessionFile())));
+    });
+    connect(m_recentFiles, &RecentFiles::changed, m_sessionKeeper, &SessionKeeper::noteChange);
+    connect(this, &Workbench::currentDocumentChanged, m_sessionKeeper, &SessionKeeper::noteChange);
 }
 
 void Workbench::makePanels()
@@ -200,6 +239,10 @@ void Workbench::makePanels()
         panel->close();
     }
     connect(m_files, &FilesPanel::openRequested, this, &Workbench::openFiles);
+    connect(m_files, &FilesPanel::foldersChanged, m_sessionKeeper, &SessionKeeper::noteChange);
+    connect(m_console, &ConsolePanel::historyChanged, m_sessionKeeper, &SessionKeeper::noteChange);
+    for (DockableWidget* const panel : panels())
+        m_sessionKeeper->watch(*panel);
 }
 
 /// Adds the panels of modules; one that can't be made is left out, and the user is told.
@@ -268,7 +311,7 @@ void Workbench::connectTransfer()
     connect(m_transfer, &DocumentTransfer::finished, this, &QWidget::close);
 }
 
-void Workbench::restoreSession()
+void Workbench::restoreSession(SessionUse use)
 {
     QSettings settings(sessionFile(), host::settingsFormat());
     m_recentFiles->restoreState(settings);
@@ -284,6 +327,45 @@ void Workbench::restoreSession()
     restoreLayout(session.layout);
     if (!session.current.isEmpty() && QFileInfo::exists(session.current))
         openFile(session.current);
+    if (use == SessionUse::Keep && !m_sessionKeeper->start())
+        statusBar()->showMessage(
+            tr("Another workbench is open already: it decides what is open at the next start."));
+}
+
+void Workbench::offerRecovery()
+{
+    m_recovery->offer();
+}
+
+Document* Workbench::recover(const RecoveryCopy& copy)
+{
+    const DocumentType* const type = documentTypeOf(copy.typeId);
+    DockableWidget* const window = copy.file.isEmpty() ? nullptr : windowOf(canonical(copy.file));
+    auto* const open = window ? qobject_cast<Document*>(window->contents()) : nullptr;
+    if (copy.isDamaged || !type || (open && open->isModified())) {
+        showFailure(unrecoverable(copy, type));
+        return nullptr;
+    }
+    Document* const document = open ? open : makeDocument(*type, copy.title);
+    if (!document)
+        return nullptr;
+    connect(document, &Document::failed, this, &Workbench::showFailure, Qt::UniqueConnection);
+    if (!document->recover(filePath(copy.contentPath()), filePath(copy.file))) {
+        if (!open)
+            document->deleteLater();
+        return nullptr;
+    }
+    if (copy.base)
+        KnownFile::of(*document).setState(*copy.base);
+    if (!open)
+        addDocument(document);
+    return document;
+}
+
+void Workbench::keepWork()
+{
+    m_recovery->keeper().writeAll();
+    m_sessionKeeper->write();
 }
 
 Document* Workbench::newDocument(const DocumentType& type)
@@ -315,13 +397,9 @@ Document* Workbench::makeDocument(const DocumentType& type, const QString& title
 Document* Workbench::openFile(const QString& file)
 {
     const QString path = canonical(file);
-    for (DockableWidget* const window : dockableWidgets()) {
-        auto* const document = qobject_cast<Document*>(window->contents());
-        if (document && !document->filename().isEmpty()
-            && canonical(qtFileName(document->filename())) == path) {
-            activate(window);
-            return document;
-        }
+    if (DockableWidget* const window = windowOf(path)) {
+        activate(window);
+        return qobject_cast<Document*>(window->contents());
     }
     const DocumentType* const type = documentTypeOfFile(path);
     if (!type) {
@@ -339,6 +417,18 @@ Document* Workbench::openFile(const QString& file)
     addDocument(document);
     m_recentFiles->add(path);
     return document;
+}
+
+/// Returns the window of the document whose file is \p path, or nullptr.
+DockableWidget* Workbench::windowOf(const QString& path) const
+{
+    for (DockableWidget* const window : dockableWidgets()) {
+        const auto* const document = qobject_cast<Document*>(window->contents());
+        if (document && !document->filename().isEmpty()
+            && canonical(qtFileName(document->filename())) == path)
+            return window;
+    }
+    return nullptr;
 }
 
 void Workbench::openFiles(const QStringList& files)
@@ -416,7 +506,10 @@ void Workbench::addDocument(Document* document)
     connect(document, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
     connect(document, &DockableWidgetContents::titlesChanged, this, &Workbench::showTitle);
     connect(document, &DockableWidgetContents::modifiedChanged, this, &Workbench::showTitle);
-    addContents(document);
+    connect(document, &DockableWidgetContents::titlesChanged, m_sessionKeeper,
+            &SessionKeeper::noteChange);
+    m_recovery->keeper().watch(*document);
+    m_sessionKeeper->watch(*addContents(document));
     // The frame has connected before, so it has removed the document from its list when this slot
     // is called.
     connect(document, &QObject::destroyed, this, [this, document] { forgetDocument(document); });
@@ -432,6 +525,7 @@ void Workbench::forgetDocument(const Document* document)
         m_current = nullptr;
     if (m_isClosing)
         return;
+    m_sessionKeeper->noteChange();
     if (documents().isEmpty())
         showStartPage();
     if (wasCurrent)
@@ -621,28 +715,17 @@ void Workbench::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    QList<QPointer<const Document>> open;
-    for (const Document* const document : documents())
-        open.append(document);
-    const QPointer<const Document> current = open.contains(m_current) ? m_current : nullptr;
-    nameWindows();
-    const QByteArray layout = saveLayout();
     m_isClosing = true;
-    if (!closeDocuments()) {
+    ClosingChanges changes;
+    if (!changes.settle(this, documents()) || !closeAll()) {
+        changes.takeBack();
         m_isClosing = false;
         event->ignore();
         return;
     }
-    // The documents still exist, since the event loop deletes them later. A document may have got
-    // its name only now.
-    Session session{{}, {}, saveGeometry(), layout};
-    for (const QPointer<const Document>& document : open) {
-        if (document && !document->filename().isEmpty())
-            session.files.append(canonical(qtFileName(document->filename())));
-    }
-    if (current)
-        session.current = canonical(qtFileName(current->filename()));
-    const bool isKept = saveSession(session);
+    m_recovery->keeper().discardAll();
+    m_sessionKeeper->stop();
+    const bool isKept = m_sessionKeeper->write();
     DockFrame::closeEvent(event);
     // Other windows, such as the style editor, are closed with the workbench.
     QApplication::closeAllWindows();
@@ -651,6 +734,44 @@ void Workbench::closeEvent(QCloseEvent* event)
              {tr("The open files won't be reopened at the next start."),
               tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
               tr("Check that you may write to this file, and that the disk isn't full.")});
+}
+
+/// Closes all documents, and notes the session as it was before. Returns false if one stays open.
+bool Workbench::closeAll()
+{
+    QList<QPointer<const Document>> open;
+    for (const Document* const document : documents())
+        open.append(document);
+    const QPointer<const Document> current = open.contains(m_current) ? m_current : nullptr;
+    Session session = this->session();
+    if (!closeDocuments())
+        return false;
+    // The documents still exist, since the event loop deletes them later. A document may have got
+    // its name only now.
+    session.files.clear();
+    for (const QPointer<const Document>& document : open) {
+        if (document && !document->filename().isEmpty())
+            session.files.append(canonical(qtFileName(document->filename())));
+    }
+    if (current)
+        session.current = canonical(qtFileName(current->filename()));
+    m_lastSession = session;
+    return true;
+}
+
+/// Returns the session as it is at this moment.
+Session Workbench::session()
+{
+    nameWindows();
+    Session session{{}, {}, saveGeometry(), saveLayout()};
+    for (const Document* const document : documents()) {
+        if (!document->filename().isEmpty())
+            session.files.append(canonical(qtFileName(document->filename())));
+    }
+    // A closed document is the current one until it is deleted.
+    if (m_current && documents().contains(m_current) && !m_current->filename().isEmpty())
+        session.current = canonical(qtFileName(m_current->filename()));
+    return session;
 }
 
 /// Gives the windows of documents names that derive from their files: a layout finds a window by
@@ -665,14 +786,12 @@ void Workbench::nameWindows()
     }
 }
 
-bool Workbench::saveSession(const Session& session)
+void Workbench::saveSession(QSettings& settings)
 {
-    QSettings settings(sessionFile(), host::settingsFormat());
     m_recentFiles->saveState(settings);
     m_files->saveState(settings);
     m_console->saveState(settings);
-    session.saveTo(settings);
-    return host::write(settings);
+    (m_lastSession ? *m_lastSession : session()).saveTo(settings);
 }
 
 } // namespace workbench

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/Session.h"
+
 #include <zvworkbench/DocumentType.h>
 #include <zvworkbench/Failure.h>
 #include <zvworkbench/WorkbenchWindow.h>
@@ -17,24 +19,28 @@
 
 class QAction;
 class QCloseEvent;
+class QSettings;
 class QToolBar;
 
 namespace workbench {
 
 class ConsolePanel;
 class Document;
+class DocumentRecovery;
 class DocumentTransfer;
 class FileMenu;
 class FilesPanel;
 class FindInFilesDialog;
 class LogPanel;
 class RecentFiles;
-struct Session;
+struct RecoveryCopy;
+class SessionKeeper;
 class StartPage;
 
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
 ///
-/// Open files, panels and recent files are kept in a file from one session to the next.
+/// Open files, panels and recent files are kept in a file from one session to the next, and changes that aren't saved
+/// in recovery copies.
 class Workbench final : public DockFrame, public WorkbenchWindow
 {
     Q_OBJECT
@@ -43,8 +49,17 @@ public:
     Workbench();
     ~Workbench() override;
 
-    /// Opens what was open when the window was last closed.
-    void restoreSession();
+    enum class SessionUse { Keep, Look };
+
+    /// Opens what was open when the window was last closed. From then on the session is kept as it changes, unless the
+    /// window only takes a look at it.
+    void restoreSession(SessionUse use = SessionUse::Keep);
+    /// Offers the user what programs that have ended hadn't saved. Returns at once.
+    void offerRecovery();
+    /// Opens a document as a recovery copy has it. If that fails, tells the user why and returns nullptr.
+    Document* recover(const RecoveryCopy& copy);
+    /// Writes the session and what a crash would lose, before it returns, and asks nothing.
+    void keepWork();
 
     Document* newDocument(const DocumentType& type) override;
     Document* openFile(const QString& file) override;
@@ -98,11 +113,17 @@ private:
     bool hasFile(const Document& document);
     void openAtLine(const QString& file, int line);
     void nameWindows();
-    bool saveSession(const Session& session);
+    bool closeAll();
+    void makeSessionKeeper();
+    DockableWidget* windowOf(const QString& path) const;
+    Session session();
+    void saveSession(QSettings& settings);
 
     // The window owns the following objects as its children.
     RecentFiles* m_recentFiles;
     DocumentTransfer* m_transfer;
+    DocumentRecovery* m_recovery;
+    SessionKeeper* m_sessionKeeper;
     QToolBar* m_toolBar;
     FileMenu* m_fileMenu;
     QAction* m_separator; // on the tool bar
@@ -113,6 +134,7 @@ private:
     QPointer<StartPage> m_startPage;
     Document* m_current = nullptr; // reset while the document is destroyed
     std::optional<QList<Failure>> m_failures; // collected while several files are opened
+    std::optional<Session> m_lastSession; // what is kept of a window that has been closed
     int m_newDocuments = 0;
     bool m_isClosing = false;
 };

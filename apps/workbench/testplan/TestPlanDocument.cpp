@@ -12,6 +12,9 @@
 #include <QFileInfo>
 #include <QHeaderView>
 
+#include <memory>
+#include <optional>
+
 namespace workbench {
 
 const DocumentType& testPlanType()
@@ -78,6 +81,26 @@ void TestPlanDocument::write(const zvutil::ZvFilePath& file) const
     finishTyping();
     ProgressBox box = savingBox(file);
     requireWritten(TestPlanSaveFile(file).save(m_model.plan(), box.progress()), file);
+}
+
+ContentWriter TestPlanDocument::snapshot() const
+{
+    const auto plan = std::make_shared<TestPlan>(m_model.plan());
+    if (const std::optional<TestPlanModel::CellChange> typed = m_view->typed()) {
+        QVector<CellValue>& cells = plan->rows[static_cast<std::size_t>(typed->row)].cells;
+        if (cells.size() <= typed->column)
+            cells.resize(typed->column + 1);
+        cells[typed->column] = typed->value;
+    }
+    return [plan](const zvutil::ZvFilePath& file, const Progress& progress) {
+        requireWritten(TestPlanSaveFile(file).save(*plan, progress), file);
+    };
+}
+
+quint64 TestPlanDocument::revision() const
+{
+    const std::optional<TestPlanModel::CellChange> typed = m_view->typed();
+    return UndoDocument::revision() + (typed ? quint64(qHash(cellText(typed->value))) << 32U : 0);
 }
 
 void TestPlanDocument::finishTyping() const

@@ -19,11 +19,14 @@ public:
     TestPlanModel& model();
     TestPlanView& view();
 
+    ContentWriter snapshot() const override;
+    quint64 revision() const override;
+    void finishTyping() const override;
+
 protected:
     bool event(QEvent* event) override;
     void read(const zvutil::ZvFilePath& file) override;
     void write(const zvutil::ZvFilePath& file) const override;
-    void finishTyping() const override;
 
 private:
     void addClipboardActions();

@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
+#include <QMetaProperty>
 #include <QPainter>
 #include <QScopeGuard>
 #include <QScrollBar>
@@ -95,6 +96,16 @@ void TestPlanView::finishTyping()
         return;
     commitData(editor);
     closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+std::optional<TestPlanModel::CellChange> TestPlanView::typed() const
+{
+    const QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (!editor)
+        return {};
+    const QString text = editor->metaObject()->userProperty().read(editor).toString();
+    return TestPlanModel::CellChange{currentIndex().row(), currentIndex().column(),
+                                     cellValue(text)};
 }
 
 void TestPlanView::fitColumns()

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace workbench {
@@ -30,6 +31,8 @@ public:
 
     /// Commits what is being typed to the model.
     void finishTyping();
+    /// Returns the cell that the user is typing into, with what it would become, or nothing.
+    std::optional<TestPlanModel::CellChange> typed() const;
 
     /// Fits the widths of columns to the contents of the first rows.
     void fitColumns();

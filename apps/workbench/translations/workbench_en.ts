@@ -50,6 +50,26 @@
     </message>
 </context>
 <context>
+    <name>workbench::DocumentRecovery</name>
+    <message numerus="yes">
+        <source>%n documents recovered</source>
+        <translation>
+            <numerusform>%n document recovered</numerusform>
+            <numerusform>%n documents recovered</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>workbench::SaveChangesDialog</name>
+    <message numerus="yes">
+        <source>Save the changes to %n documents?</source>
+        <translation>
+            <numerusform>Save the changes to %n document?</numerusform>
+            <numerusform>Save the changes to %n documents?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>workbench::TestPlan</name>
     <message numerus="yes">
         <source>The file declares %n rows but contains more.</source>

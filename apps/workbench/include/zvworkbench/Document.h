@@ -12,6 +12,8 @@
 
 namespace workbench {
 
+class KnownFile;
+
 /// A document of the workbench in its window: what all types have in common.
 ///
 /// A subclass shows the content, and implements `read` and `write` for its files. It calls
@@ -39,6 +41,13 @@ public:
     /// @return whether the file has been read
     bool load(const zvutil::ZvFilePath& path);
 
+    /// Shows the content of a copy as unsaved changes of a file, whose name it takes. If the copy can't be
+    /// read, changes nothing and emits `failed`.
+    /// @param copy the file that has the content
+    /// @param file what `save` writes to; if it is empty, the document keeps its title and has no file
+    /// @return whether the copy has been read
+    bool recover(const zvutil::ZvFilePath& copy, const zvutil::ZvFilePath& file);
+
     /// @return the actions for the tool bar while the user works in this window; none in the base
     /// class.
     virtual QList<QAction*> toolBarActions() const;
@@ -50,9 +59,15 @@ public:
     QString closeEventText(int index) const override;
     /// @return the type's name.
     QString documentTypeName() const override;
-    /// Calls `write`, and emits `failed` if that fails.
+    /// Calls `write`, and emits `failed` if that fails. If another program has changed the document's
+    /// file, asks the user first, who may choose another one or cancel; a cancel emits nothing.
     /// @param path where to
     void writeFile(const zvutil::ZvFilePath& path) const override;
+
+    /// Calls `write` for what a crash would lose. Throws what `write` throws.
+    /// @param folder where to write
+    /// @param name the file's name there
+    void saveSessionBackup(const QString& folder, const QString& name) override;
 
     /// @return whether there is a file.
     bool canReloadFile() const override;
@@ -86,7 +101,10 @@ protected:
     QAction* addEditAction(const QString& text, const QKeySequence& shortcut);
 
 private:
+    void writeTo(const zvutil::ZvFilePath& path) const;
+
     const DocumentType& m_type;
+    KnownFile* m_known; // owned as a child
 };
 
 } // namespace workbench

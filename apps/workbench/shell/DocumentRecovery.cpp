@@ -1,0 +1,68 @@
+#include "shell/DocumentRecovery.h"
+
+#include "recovery/RecoveryDialog.h"
+#include "recovery/RecoveryKeeper.h"
+#include "shell/Workbench.h"
+
+#include <QDir>
+#include <QStatusBar>
+
+namespace workbench {
+
+DocumentRecovery::DocumentRecovery(Workbench& window)
+    : QObject(&window)
+    , m_window(window)
+    , m_keeper(new RecoveryKeeper(this))
+{
+    // The text stays until there is another one: it must not be missed, and no box may interrupt the work for it.
+    connect(m_keeper, &RecoveryKeeper::failed, this,
+            [this](const QString& text) { m_window.statusBar()->showMessage(text); });
+}
+
+RecoveryKeeper& DocumentRecovery::keeper()
+{
+    return *m_keeper;
+}
+
+void DocumentRecovery::offer()
+{
+    const QList<RecoveryCopy> copies = RecoveryCopy::abandoned();
+    if (copies.isEmpty())
+        return;
+    auto* const dialog = new RecoveryDialog(copies, &m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &RecoveryDialog::recoverRequested, this, &DocumentRecovery::recover);
+    connect(dialog, &RecoveryDialog::discardRequested, this, &DocumentRecovery::discard);
+    dialog->open();
+}
+
+void DocumentRecovery::recover(const QList<RecoveryCopy>& copies)
+{
+    int count = 0;
+    bool areAllCopied = true;
+    for (const RecoveryCopy& copy : copies) {
+        Document* const document = m_window.recover(copy);
+        if (!document)
+            continue;
+        ++count;
+        // Another crash must find the changes again, so they are copied before the old copy goes.
+        const bool isCopied = m_keeper->write(*document) && copy.remove();
+        areAllCopied = areAllCopied && isCopied;
+    }
+    // The other message says what is wrong.
+    if (count > 0 && areAllCopied)
+        m_window.showMessage(tr("%n documents recovered", nullptr, count));
+}
+
+void DocumentRecovery::discard(const QList<RecoveryCopy>& copies)
+{
+    for (const RecoveryCopy& copy : copies) {
+        if (!copy.remove())
+            m_window.showFailure(
+                {tr("The recovery copy of “%1” was not removed.").arg(copy.title),
+                 tr("“%1” can't be written.").arg(QDir::toNativeSeparators(copy.folder->path())),
+                 tr("It is offered again at the next start.")});
+    }
+}
+
+} // namespace workbench

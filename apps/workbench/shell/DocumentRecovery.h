@@ -1,0 +1,35 @@
+#pragma once
+
+#include "recovery/RecoveryCopy.h"
+
+#include <QList>
+#include <QObject>
+
+namespace workbench {
+
+class RecoveryKeeper;
+class Workbench;
+
+/// Keeps recovery copies of the documents of a window, and offers those of programs that have ended without
+/// saving.
+class DocumentRecovery : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DocumentRecovery(Workbench& window);
+
+    RecoveryKeeper& keeper();
+
+    /// Opens a dialog with the copies of others, if there are any, and returns at once.
+    void offer();
+
+private:
+    void recover(const QList<RecoveryCopy>& copies);
+    void discard(const QList<RecoveryCopy>& copies);
+
+    Workbench& m_window;
+    RecoveryKeeper* m_keeper; // owned as a child
+};
+
+} // namespace workbench
