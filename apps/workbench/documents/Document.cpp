@@ -80,6 +80,11 @@ QList<QAction*> Document::toolBarActions() const
     return {};
 }
 
+QList<QAction*> Document::windowActions() const
+{
+    return {};
+}
+
 int Document::fileType() const
 {
     return m_type.fileType;

@@ -184,6 +184,11 @@ QList<QAction*> ScriptDocument::toolBarActions() const
     return {m_run, m_stop};
 }
 
+QList<QAction*> ScriptDocument::windowActions() const
+{
+    return {m_run, m_stop};
+}
+
 void ScriptDocument::read(const zvutil::ZvFilePath& file)
 {
     QFile source(qtFileName(file));

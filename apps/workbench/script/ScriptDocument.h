@@ -37,6 +37,7 @@ public:
     bool isRunning() const;
 
     QList<QAction*> toolBarActions() const override;
+    QList<QAction*> windowActions() const override;
 
 Q_SIGNALS:
     void runningChanged(bool running);
