@@ -7,6 +7,7 @@
 
 #include "common/path_names.h"
 #include "schematic/SymbolDialog.h"
+#include "schematic/schematic_clipboard.h"
 #include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
@@ -209,6 +210,50 @@ private Q_SLOTS:
         const QRectF all = sheet.scene.contents();
         QVERIFY(sheet.view.mapToScene(sheet.view.viewport()->rect()).boundingRect().contains(all));
         QVERIFY(zoom() > 1);
+    }
+
+    void theSheetHoldsStillWhileItIsDrawnOn_data()
+    {
+        QTest::addColumn<int>("timesSmaller");
+        QTest::newRow("full size") << 0;
+        QTest::newRow("smaller") << 4;
+        QTest::newRow("smallest") << 60;
+    }
+
+    void theSheetHoldsStillWhileItIsDrawnOn()
+    {
+        QFETCH(int, timesSmaller);
+        workbench::SchematicDocument document("New schematic", nullptr);
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        document.resize(800, 600);
+        document.show();
+        QVERIFY(zvtest::activate(document));
+        workbench::SchematicView& view = document.view();
+        for (int i = 0; i < timesSmaller; ++i)
+            view.zoomOut();
+        const QPoint middle = view.viewport()->rect().center();
+        const QPointF before = view.mapToScene(middle);
+        const QRectF sheet = document.scene().sceneRect();
+        QVERIFY(sheet.contains(view.mapToScene(view.viewport()->rect()).boundingRect()));
+        document.scene().setPlacing(SymbolKind::Chip);
+        for (const QPoint& place : {QPoint(20, 30), QPoint(780, 40), QPoint(700, 560), middle}) {
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
+            QCOMPARE(view.mapToScene(middle), before);
+        }
+        QCOMPARE(document.scene().schematic().symbols.size(), 4);
+        for (int i = 0; i < 4; ++i) {
+            document.scene().undoStack().undo();
+            QCOMPARE(view.mapToScene(middle), before);
+        }
+        QVERIFY(document.scene().sceneRect().contains(sheet));
+        // A part that is put far away makes the sheet larger.
+        Schematic far;
+        far.symbols = {zvtest::symbolOf(SymbolKind::Chip, "U1", {90'000, -3})};
+        document.scene().setTool(SchematicScene::Tool::Select);
+        workbench::copyToClipboard(far);
+        document.scene().paste();
+        QVERIFY(document.scene().sceneRect().right() > 900'000);
+        QCOMPARE(view.mapToScene(middle), before);
     }
 
     void junctions_data()

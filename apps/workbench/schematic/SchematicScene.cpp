@@ -26,6 +26,7 @@ using libzvutil::ZvStyleBrush;
 
 constexpr double junctionRadius = 3.5;
 constexpr double roomAround = 400;
+constexpr double firstRoom = 5'000;
 constexpr double ghostOpacity = 0.5;
 constexpr double faintness = 0.8;
 constexpr int pasteOffset = 2;
@@ -61,6 +62,7 @@ SchematicScene::SchematicScene(QObject* parent)
     : QGraphicsScene(parent)
 {
     setItemIndexMethod(BspTreeIndex);
+    setSceneRect(-firstRoom, -firstRoom, 2 * firstRoom, 2 * firstRoom);
     show(m_schematic);
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
             [this] { update(); });
@@ -103,6 +105,12 @@ QRectF SchematicScene::contents() const
     for (const auto& [id, item] : m_wires)
         all |= item->sceneBoundingRect();
     return all;
+}
+
+void SchematicScene::makeRoom(const QRectF& area)
+{
+    if (!sceneRect().contains(area))
+        setSceneRect(sceneRect() | area);
 }
 
 void SchematicScene::setTool(Tool tool)
@@ -361,7 +369,7 @@ void SchematicScene::show(const Schematic& schematic)
     }
     Q_EMIT selectionChanged();
     m_junctions = junctionsOf(m_schematic);
-    setSceneRect(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
+    makeRoom(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
     update();
 }
 

@@ -40,6 +40,10 @@ public:
     /// Returns the rectangle around all symbols and wires.
     QRectF contents() const;
 
+    /// Enlarges the sheet, if need be, so that \p area lies on it. The sheet never shrinks: views would shift
+    /// what they show when it did.
+    void makeRoom(const QRectF& area);
+
     /// Sets what a click does. Ends a wire that is being drawn.
     void setTool(Tool tool);
     /// Makes clicks place symbols of the kind \p kind. Ends a wire that is being drawn.

@@ -136,6 +136,8 @@ void SchematicView::resizeEvent(QResizeEvent* event)
     QGraphicsView::resizeEvent(event);
     if (m_isFitted && isVisible())
         fitNow();
+    else
+        makeRoom(mapToScene(viewport()->rect().center()), transform().m11());
 }
 
 void SchematicView::contextMenuEvent(QContextMenuEvent* event)
@@ -150,6 +152,7 @@ void SchematicView::zoom(double factor)
     m_isFitted = false;
     const double now = transform().m11();
     const double wanted = std::clamp(now * factor, smallestZoom, largestZoom);
+    makeRoom(mapToScene(viewport()->rect().center()), std::min(now, wanted));
     scale(wanted / now, wanted / now);
 }
 
@@ -162,8 +165,17 @@ void SchematicView::fitNow()
     const double factor =
         std::min(viewport()->width() / all.width(), viewport()->height() / all.height());
     const double wanted = std::clamp(factor, smallestZoom, largestFit);
+    makeRoom(all.center(), wanted);
     setTransform(QTransform::fromScale(wanted, wanted));
     centerOn(all.center());
+}
+
+/// Lets the sheet reach beyond all edges of the view at a zoom. The view would centre a smaller sheet, and
+/// what is drawn would jump when the sheet grows.
+void SchematicView::makeRoom(const QPointF& middle, double zoom)
+{
+    const QSizeF size = QSizeF(viewport()->size()) / zoom;
+    m_scene.makeRoom({middle - QPointF(size.width(), size.height()), 2 * size});
 }
 
 } // namespace workbench

@@ -32,6 +32,7 @@ protected:
 private:
     void zoom(double factor);
     void fitNow();
+    void makeRoom(const QPointF& middle, double zoom);
 
     SchematicScene& m_scene;
     bool m_isFitted = true; ///< fit at each resize, until the user zooms or draws
