@@ -85,6 +85,10 @@ QList<QAction*> Document::windowActions() const
     return {};
 }
 
+void Document::showHit(int /*line*/, const QString& /*text*/)
+{
+}
+
 int Document::fileType() const
 {
     return m_type.fileType;

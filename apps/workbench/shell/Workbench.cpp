@@ -9,9 +9,7 @@
 #include "documents/FileNameDialog.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
-#include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
-#include "script/ScriptDocument.h"
 #include "search/FindInFilesDialog.h"
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
@@ -24,6 +22,7 @@
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
 #include "shell/document_types.h"
+#include "shell/file_opening.h"
 
 #include <zvworkbench/Document.h>
 #include <zvworkbench/MenuEntry.h>
@@ -75,36 +74,14 @@ QString dialogFilter()
         filters.append(Workbench::tr("%1 (%2)").arg(type->pluralName, pattern));
     }
     filters.prepend(Workbench::tr("Documents (%1)").arg(all.join(QLatin1Char(' '))));
+    filters.append(Workbench::tr("All files (*)"));
     return filters.join(QStringLiteral(";;"));
-}
-
-/// Returns \p texts as a list in a sentence: "a, b or c".
-QString listed(const QStringList& texts)
-{
-    const QString last = texts.value(texts.size() - 1);
-    return texts.size() < 2
-        ? last
-        : Workbench::tr("%1 or %2")
-              .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
 }
 
 /// Returns the size of a window that has never been open: on a small screen it leaves some room around.
 QSize firstSize()
 {
     return QSize(1'200, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10);
-}
-
-Failure unknownType(const QString& file)
-{
-    QStringList names;
-    QStringList extensions;
-    for (const DocumentType* const type : documentTypes()) {
-        names.append(type->name.toLower());
-        extensions.append(type->extension);
-    }
-    return {Workbench::tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
-            Workbench::tr("The file is not a %1.").arg(listed(names)),
-            Workbench::tr("Open a file whose name ends in %1.").arg(listed(extensions))};
 }
 
 /// Returns one failure that describes all of \p failures.
@@ -287,22 +264,25 @@ Document* Workbench::openFile(const QString& file)
     const QString path = canonical(file);
     for (DockableWidget* const window : dockableWidgets()) {
         auto* const document = qobject_cast<Document*>(window->contents());
-        if (document && !document->filename().isEmpty()
-            && canonical(qtFileName(document->filename())) == path) {
+        if (document && !shownFile(*document).isEmpty()
+            && canonical(shownFile(*document)) == path) {
             activate(window);
             return document;
         }
     }
-    const DocumentType* const type = documentTypeOfFile(path);
+    const DocumentType* const type = typeToOpen(path);
     if (!type) {
-        showFailure(unknownType(file));
+        if (m_failures)
+            m_failures->append(reasonNotToOpen(file));
+        else
+            offerToSystem(*this, file);
         return nullptr;
     }
     Document* const document = makeDocument(*type, path);
     if (!document)
         return nullptr;
     connect(document, &Document::failed, this, &Workbench::showFailure);
-    if (!document->load(filePath(path))) {
+    if (!loadInto(*document, path)) {
         document->deleteLater();
         return nullptr;
     }
@@ -317,6 +297,10 @@ void Workbench::openFiles(const QStringList& files)
         showFailure({tr("%n files are too many to open at once.", nullptr, files.size()),
                      tr("At most %n files can be opened at once.", nullptr, maxFilesToOpen),
                      tr("Choose fewer files.")});
+        return;
+    }
+    if (files.size() == 1) {
+        openFile(files.constFirst());
         return;
     }
     // Failures are collected for one message box. A script may call this function while files are
@@ -558,10 +542,10 @@ void Workbench::findInFiles()
     m_find->activateWindow();
 }
 
-void Workbench::openAtLine(const QString& file, int line)
+void Workbench::openAtLine(const QString& file, int line, const QString& text)
 {
-    if (auto* const script = qobject_cast<ScriptDocument*>(openFile(file)))
-        script->editor().goToLine(line);
+    if (Document* const document = openFile(file))
+        document->showHit(line, text);
 }
 
 void Workbench::showOptions()

@@ -47,6 +47,11 @@ public:
     /// document is the current one; none in the base class. None of them may be a shortcut of the window.
     virtual QList<QAction*> windowActions() const;
 
+    /// Shows what a search in files has found. Does nothing in the base class.
+    /// @param line of the file, counted from 1
+    /// @param text what was searched for; case doesn't count
+    virtual void showHit(int line, const QString& text);
+
     /// @return the type's.
     int fileType() const override;
     /// @param index 0 for the question, 1 for what is said below it
