@@ -8,11 +8,13 @@
 #include "common/path_names.h"
 #include "schematic/SymbolDialog.h"
 #include "schematic/schematic_clipboard.h"
+#include "support/AccessibleNames.h"
 #include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QGraphicsItem>
@@ -42,6 +44,9 @@ QColor colourOf(ZvStyleBrush brush)
 }
 
 } // namespace
+
+/// The children that have had the focus, as screen readers are told.
+static QVector<int> s_told;
 
 class tst_workbench_schematic : public zvtest::DocumentTest
 {
@@ -254,6 +259,63 @@ private Q_SLOTS:
         document.scene().paste();
         QVERIFY(document.scene().sceneRect().right() > 900'000);
         QCOMPARE(view.mapToScene(middle), before);
+    }
+
+    void screenReadersFindSymbolsAndWires()
+    {
+        Schematic schematic = small();
+        schematic.symbols[0].value = QString::fromUtf8("10 kΩ");
+        Sheet sheet(schematic);
+        QAccessibleInterface* const view = QAccessible::queryAccessibleInterface(&sheet.view);
+        QVERIFY(view);
+        const auto namesOfAll = [&] {
+            QStringList names{view->text(QAccessible::Name)};
+            for (int i = 0; i < view->childCount(); ++i)
+                names.append(view->child(i)->text(QAccessible::Name));
+            return names;
+        };
+        QCOMPARE(namesOfAll(),
+                 (QStringList{"Schematic", QString::fromUtf8("Resistor R1, 10 kΩ"), "Resistor R2",
+                              "Wire from (-2, 0) to (2, 0)"}));
+        QAccessibleInterface* const first = view->child(0);
+        QAccessibleInterface* const second = view->child(1);
+        QCOMPARE(first->parent(), view);
+        QCOMPARE(view->indexOfChild(second), 1);
+        QCOMPARE(view->indexOfChild(view->child(2)), 2);
+        const QPoint middle = sheet.view.viewport()->mapToGlobal(sheet.pixelOf({5, 0}));
+        QVERIFY(second->rect().contains(middle));
+        QCOMPARE(view->childAt(middle.x(), middle.y()), second);
+        QVERIFY(!second->state().selected);
+        QCOMPARE(view->focusChild(), view);
+        s_told.clear();
+        QAccessible::setActive(true);
+        QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+            if (event->type() == QAccessible::Focus && event->child() >= 0)
+                s_told.append(event->child());
+        });
+        sheet.click({5, 0});
+        QAccessible::installUpdateHandler(nullptr);
+        // The offscreen platform has no screen readers to tell; those with a display have.
+        QCOMPARE(s_told.isEmpty(), !QAccessible::isActive());
+        if (!s_told.isEmpty())
+            QCOMPARE(s_told.constLast(), 1);
+        QVERIFY(second->state().selected);
+        QVERIFY(second->state().focused);
+        QCOMPARE(view->focusChild(), second);
+        // A screen reader may put the focus elsewhere.
+        first->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        QCOMPARE(sheet.scene.selectedSymbol()->reference, QString("R1"));
+        QVERIFY(!second->state().selected);
+        // What has been removed is no longer there, and comes back by Undo.
+        sheet.key(Qt::Key_Delete);
+        QVERIFY(!first->isValid());
+        QVERIFY(first->state().invalid);
+        QCOMPARE(first->text(QAccessible::Name), QString());
+        QCOMPARE(view->childCount(), 2);
+        QCOMPARE(view->child(0), second);
+        sheet.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(view->child(0), first);
+        QCOMPARE(zvtest::unnamedIn(sheet.document), QStringList());
     }
 
     void junctions_data()

@@ -21,12 +21,15 @@ public:
     SchematicScene& scene();
     SchematicView& view();
 
+    void showHit(int line, const QString& text) override;
+
 protected:
     void read(const zvutil::ZvFilePath& file) override;
     void write(const zvutil::ZvFilePath& file) const override;
 
 private:
     void addEditActions();
+    void enableActions();
     void addToolActions();
     void addZoomActions();
     void checkTool();

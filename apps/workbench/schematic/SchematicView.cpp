@@ -1,5 +1,6 @@
 #include "schematic/SchematicView.h"
 
+#include "schematic/SchematicAccessible.h"
 #include "schematic/SchematicScene.h"
 
 #include <zvutil/ZvStyleManager.h>
@@ -45,6 +46,8 @@ SchematicView::SchematicView(SchematicScene& scene, QWidget* parent)
     : QGraphicsView(&scene, parent)
     , m_scene(scene)
 {
+    // Qt keeps what it finds for a widget when the first event tells of it, as the name below does.
+    installSchematicAccessibility();
     setObjectName(QStringLiteral("schematicView"));
     setAccessibleName(tr("Schematic"));
     setFrameShape(NoFrame);
@@ -60,8 +63,14 @@ SchematicView::SchematicView(SchematicScene& scene, QWidget* parent)
     };
     connect(&scene, &SchematicScene::toolChanged, this, useTool);
     useTool();
+    connect(&scene, &QGraphicsScene::selectionChanged, this, [this] { tellOfSelection(*this); });
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
             [this] { viewport()->update(); });
+}
+
+SchematicScene& SchematicView::schematicScene()
+{
+    return m_scene;
 }
 
 void SchematicView::zoomIn()

@@ -15,6 +15,8 @@ public:
     /// Creates the view. \p scene must outlive it.
     SchematicView(SchematicScene& scene, QWidget* parent);
 
+    SchematicScene& schematicScene();
+
     void zoomIn();
     void zoomOut();
     /// Fits the whole schematic into the view, now or once the view is shown.
