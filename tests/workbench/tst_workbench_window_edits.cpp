@@ -179,6 +179,20 @@ private Q_SLOTS:
         QCOMPARE(window->documents().size(), 5);
     }
 
+    void textsKeepTheirExtensionsWhenTheyAreRenamed()
+    {
+        const Window window;
+        QVERIFY(window->openFile(script("notes.md")));
+        const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
+            dialog.findChild<QLineEdit*>()->setText("plans.md");
+            QMetaObject::invokeMethod(&dialog, "accept");
+        });
+        window->renameCurrent();
+        QCOMPARE(answer.count, 1);
+        QVERIFY(QFile::exists(m_folder->filePath("plans.md")));
+        QCOMPARE(window->currentDocument()->shortTitle(), QString("plans.md"));
+    }
+
     void otherFilesAreGivenToTheSystem()
     {
         Given given;

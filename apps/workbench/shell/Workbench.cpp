@@ -473,7 +473,7 @@ void Workbench::renameCurrent()
         return;
     const QFileInfo file(qtFileName(document->filename()));
     const QString renamed = FileNameDialog::ask(this, tr("Rename"), file.absolutePath(),
-                                                file.fileName(), document->type().extension);
+                                                file.fileName(), requiredExtension(*document));
     if (!document || renamed.isEmpty() || renamed == file.absoluteFilePath())
         return;
     document->enableFileWatcher(false);

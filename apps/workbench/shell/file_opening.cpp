@@ -58,6 +58,14 @@ QString shownFile(const Document& document)
     return plan ? qtFileName(plan->importedFile()) : QString();
 }
 
+QString requiredExtension(const Document& document)
+{
+    const QString extension = document.type().extension;
+    const bool hasOther =
+        !shownFile(document).isEmpty() && documentTypeOfFile(shownFile(document)) != &document.type();
+    return hasOther ? QString() : extension;
+}
+
 bool loadInto(Document& document, const QString& file)
 {
     auto* const plan = qobject_cast<TestPlanDocument*>(&document);

@@ -19,6 +19,10 @@ const DocumentType* typeToOpen(const QString& file);
 /// Returns the path of the file that \p document shows, or an empty text.
 QString shownFile(const Document& document);
 
+/// Returns the extension that the name of \p document's file has to keep: that of its type, or none for a text file
+/// that is called otherwise.
+QString requiredExtension(const Document& document);
+
 /// Shows the content of a file in \p document. Returns false if it can't be read.
 bool loadInto(Document& document, const QString& file);
 
