@@ -235,7 +235,9 @@ void SchematicScene::moveSelected(const QPoint& steps)
     }
     move.steps += steps;
     push(tr("Move"), after, SchematicEdit::Merging::WithMoves);
-    move.after = m_schematic;
+    // What is shown anew has told of its selection, and another one would have ended the move.
+    if (m_move)
+        m_move->after = m_schematic;
 }
 
 /// Returns the move that what is selected takes part in, or a new one.

@@ -61,8 +61,8 @@ QString shownFile(const Document& document)
 QString requiredExtension(const Document& document)
 {
     const QString extension = document.type().extension;
-    const bool hasOther =
-        !shownFile(document).isEmpty() && documentTypeOfFile(shownFile(document)) != &document.type();
+    const bool hasOther = !shownFile(document).isEmpty()
+        && documentTypeOfFile(shownFile(document)) != &document.type();
     return hasOther ? QString() : extension;
 }
 
