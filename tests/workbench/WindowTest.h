@@ -140,13 +140,14 @@ protected:
     std::optional<StyleHost> m_host;
     std::optional<QTemporaryDir> m_folder;
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void initTestCase()
     {
         workbench::installTranslations();
         workbench::addOwnDocumentTypes();
     }
 
+private Q_SLOTS:
     void init()
     {
         m_host.emplace();

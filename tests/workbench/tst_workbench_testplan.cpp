@@ -115,7 +115,7 @@ private Q_SLOTS:
                               "Comment"}));
         QVERIFY(document.model().rowCount() > 5);
         QVERIFY(!document.isModified());
-        QCOMPARE(document.toolBarActions().size(), 4);
+        QCOMPARE(document.toolBarActions().size(), 8);
         QCOMPARE(document.model().index(0, 0).data().toString(), QString());
     }
 

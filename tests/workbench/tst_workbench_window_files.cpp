@@ -57,7 +57,7 @@ private Q_SLOTS:
     void typesAreAddedOnce()
     {
         const std::vector<const DocumentType*> types = documentTypes();
-        QCOMPARE(types.size(), std::size_t(3));
+        QCOMPARE(types.size(), std::size_t(4));
         addOwnDocumentTypes();
         QVERIFY(documentTypes() == types);
     }
@@ -67,8 +67,9 @@ private Q_SLOTS:
         const Window window;
         for (const DocumentType* const type : documentTypes())
             actionOf(*window, qPrintable("new:" + type->id))->trigger();
-        QCOMPARE(namesOf(*window), (QStringList{"Test plan 1", "Schematic 2", "Script 3"}));
-        QCOMPARE(window->currentDocument()->type().id, QString("script"));
+        QCOMPARE(namesOf(*window),
+                 (QStringList{"Test plan 1", "Schematic 2", "Script 3", "Text file 4"}));
+        QCOMPARE(window->currentDocument()->type().id, QString("text"));
     }
 
     void aNewDocumentIsProposedByName()
@@ -124,8 +125,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reason");
         QTest::newRow("missing") << "none.zvscr"
                                  << "The file does not exist.";
-        QTest::newRow("other type") << "note.txt"
-                                    << "The file is not a test plan, schematic or script.";
+        QTest::newRow("no text") << "note.txt"
+                                 << "It is not a text: it contains a NUL.";
         QTest::newRow("broken plan") << "bad.testplan"
                                      << "This is not a test plan (root element “nonsense”).";
     }
@@ -135,7 +136,8 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, reason);
         if (!name.startsWith("none"))
-            script(qPrintable(name), "<nonsense/>");
+            script(qPrintable(name),
+                   name == "note.txt" ? QByteArray("a\0b", 3) : QByteArray("<nonsense/>"));
         const Window window;
         QVERIFY(!window->openFile(m_folder->filePath(name)));
         QMessageBox* const box = failureOf(*window);
@@ -403,7 +405,7 @@ private Q_SLOTS:
         const Window window;
         QStringList files;
         for (int i = 0; i < 12; ++i)
-            files.append(script(qPrintable(QString("%1.dat").arg(i))));
+            files.append(script(qPrintable(QString("%1.dat").arg(i)), QByteArray("\0", 1)));
         files.append(script("good.zvscr"));
         window->openFiles(files);
         QCOMPARE(window->documents().size(), 1);

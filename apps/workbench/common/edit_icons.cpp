@@ -82,6 +82,34 @@ QIcon redoIcon()
     return lineIcon(QTransform(-1, 0, 0, 1, 24, 0).map(bentArrow()));
 }
 
+QIcon cutIcon()
+{
+    QPainterPath path;
+    addLine(path, {{7, 3}, {15.5, 16}});
+    addLine(path, {{17, 3}, {8.5, 16}});
+    path.addEllipse(QPointF(7, 18), 2.6, 2.6);
+    path.addEllipse(QPointF(17, 18), 2.6, 2.6);
+    return lineIcon(path);
+}
+
+QIcon copyIcon()
+{
+    QPainterPath path;
+    path.addRect(9, 8, 11, 13);
+    addLine(path, {{6, 16}, {4, 16}, {4, 3}, {15, 3}, {15, 5}});
+    return lineIcon(path);
+}
+
+QIcon pasteIcon()
+{
+    QPainterPath path;
+    addLine(path, {{9, 5}, {4, 5}, {4, 21}, {20, 21}, {20, 5}, {15, 5}});
+    path.addRect(9, 3, 6, 4);
+    addLine(path, {{8, 12}, {16, 12}});
+    addLine(path, {{8, 16}, {16, 16}});
+    return lineIcon(path);
+}
+
 QIcon insertRowIcon()
 {
     QPainterPath path = rows();

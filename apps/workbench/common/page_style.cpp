@@ -8,6 +8,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QString>
+#include <QVariant>
 #include <QWidget>
 
 namespace workbench {
@@ -29,6 +30,20 @@ QString background()
     return QStringLiteral("background-color: %1;").arg(colour.name());
 }
 
+constexpr const char* textSize = "pageTextSize"; // a dynamic property
+
+/// Returns the size of the text if the page has one of its own.
+QString sizeOf(const QWidget& page)
+{
+    const double points = page.property(textSize).toDouble();
+    return points > 0 ? QStringLiteral("font-size: %1pt;").arg(points) : QString();
+}
+
+void paintPage(QWidget& page)
+{
+    page.setStyleSheet(fixedPitch() + background() + sizeOf(page));
+}
+
 } // namespace
 
 void setFixedPitch(QWidget& widget)
@@ -38,10 +53,15 @@ void setFixedPitch(QWidget& widget)
 
 void makePage(QWidget& widget)
 {
-    const auto paint = [&widget] { widget.setStyleSheet(fixedPitch() + background()); };
     QObject::connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged,
-                     &widget, paint);
-    paint();
+                     &widget, [&widget] { paintPage(widget); });
+    paintPage(widget);
+}
+
+void setPageTextSize(QWidget& page, double points)
+{
+    page.setProperty(textSize, points);
+    paintPage(page);
 }
 
 } // namespace workbench

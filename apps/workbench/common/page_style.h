@@ -13,4 +13,8 @@ void setFixedPitch(QWidget& widget);
 /// has the focus: the colour for a focused line would be too dark for a whole page.
 void makePage(QWidget& widget);
 
+/// Shows the text of a page in a size that replaces the style's, also when the style changes; with 0 in the
+/// style's size.
+void setPageTextSize(QWidget& page, double points);
+
 } // namespace workbench

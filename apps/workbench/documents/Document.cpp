@@ -108,6 +108,15 @@ QList<QAction*> Document::toolBarActions() const
     return {};
 }
 
+QList<QAction*> Document::windowActions() const
+{
+    return {};
+}
+
+void Document::showHit(int /*line*/, const QString& /*text*/)
+{
+}
+
 int Document::fileType() const
 {
     return m_type.fileType;

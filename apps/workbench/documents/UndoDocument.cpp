@@ -71,14 +71,12 @@ QAction* UndoDocument::addSeparatorAction()
 
 void UndoDocument::addUndoActions()
 {
-    QAction* const undo =
-        addNamedAction(QStringLiteral("undo"), tr("&Undo"), keys({"Ctrl+Z"}), [this] {
-            finishTyping();
-            m_stack->undo();
-        });
-    QAction* const redo =
-        addNamedAction(QStringLiteral("redo"), tr("&Redo"), keys({"Ctrl+Y", "Ctrl+Shift+Z"}),
-                       [this] { m_stack->redo(); });
+    QAction* const undo = addNamedAction(QStringLiteral("undo"), tr("&Undo"), undoKeys(), [this] {
+        finishTyping();
+        m_stack->undo();
+    });
+    QAction* const redo = addNamedAction(QStringLiteral("redo"), tr("&Redo"), redoKeys(),
+                                         [this] { m_stack->redo(); });
     undo->setIcon(undoIcon());
     redo->setIcon(redoIcon());
     undo->setEnabled(false);
@@ -108,6 +106,21 @@ QList<QKeySequence> keys(std::initializer_list<const char*> texts)
     QList<QKeySequence> sequences;
     for (const char* const text : texts)
         sequences.append(QKeySequence(QString::fromLatin1(text)));
+    return sequences;
+}
+
+QList<QKeySequence> undoKeys()
+{
+    return QKeySequence::keyBindings(QKeySequence::Undo);
+}
+
+QList<QKeySequence> redoKeys()
+{
+    QList<QKeySequence> sequences = keys({"Ctrl+Y", "Ctrl+Shift+Z"});
+    for (const QKeySequence& sequence : QKeySequence::keyBindings(QKeySequence::Redo)) {
+        if (!sequences.contains(sequence))
+            sequences.append(sequence);
+    }
     return sequences;
 }
 

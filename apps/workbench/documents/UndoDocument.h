@@ -57,6 +57,10 @@ private:
 /// Returns the shortcuts that \p texts name, such as "Ctrl+Z".
 QList<QKeySequence> keys(std::initializer_list<const char*> texts);
 
+/// Returns the shortcuts for Undo and Redo: the platform's, and those that people know from other ones.
+QList<QKeySequence> undoKeys();
+QList<QKeySequence> redoKeys();
+
 /// Returns the shortcuts for what is done with "plus", on keyboards that need Shift for it and on others.
 QList<QKeySequence> plusKeys();
 

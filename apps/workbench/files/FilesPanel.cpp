@@ -261,9 +261,10 @@ QWidget* FilesPanel::makeTopRow()
 
     auto* const reloadAction = new QAction(tr("Reload"), this);
     reloadAction->setObjectName(QStringLiteral("reload"));
-    reloadAction->setShortcut(QKeySequence::Refresh);
+    // F5 runs the current script, also while the focus is here.
+    reloadAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
     reloadAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    reloadAction->setToolTip(tr("List the folders again (F5)"));
+    reloadAction->setToolTip(tr("List the folders again (Ctrl+R)"));
     connect(reloadAction, &QAction::triggered, this, &FilesPanel::reload);
     addAction(reloadAction);
 

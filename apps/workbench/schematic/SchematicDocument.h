@@ -22,6 +22,7 @@ public:
     SchematicView& view();
 
     ContentWriter snapshot() const override;
+    void showHit(int line, const QString& text) override;
 
 protected:
     void read(const zvutil::ZvFilePath& file) override;
@@ -29,6 +30,7 @@ protected:
 
 private:
     void addEditActions();
+    void enableActions();
     void addToolActions();
     void addZoomActions();
     void checkTool();

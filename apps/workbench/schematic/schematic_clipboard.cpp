@@ -64,6 +64,12 @@ void copyToClipboard(const Schematic& part)
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 
+bool hasSchematicOnClipboard()
+{
+    const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasFormat(format);
+}
+
 bool readFromClipboard(Schematic& part)
 {
     const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
@@ -91,8 +97,10 @@ bool readFromClipboard(Schematic& part)
             return false;
         read.wires.append(wire);
     }
+    if (stream.status() != QDataStream::Ok || (symbols == 0 && wires == 0))
+        return false;
     part = read;
-    return stream.status() == QDataStream::Ok && (symbols > 0 || wires > 0);
+    return true;
 }
 
 } // namespace workbench

@@ -9,15 +9,19 @@
 
 #include <QColor>
 #include <QEvent>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <limits>
 
 namespace workbench {
 
@@ -25,6 +29,11 @@ namespace {
 
 constexpr int indentation = 4;
 constexpr int numberMargin = 8;
+constexpr int zoomStep = 10;
+constexpr int minZoom = 50;
+constexpr int maxZoom = 400;
+constexpr int bytesPerCharacter = 3; // of UTF-8, for a UTF-16 unit
+const QString commentSign = QStringLiteral("//");
 
 /// Returns a shade between the page and its text.
 QColor currentLineColour()
@@ -66,13 +75,14 @@ private:
     CodeEditor& m_editor;
 };
 
-CodeEditor::CodeEditor(QWidget* parent)
+CodeEditor::CodeEditor(QWidget* parent, Content content)
     : QPlainTextEdit(parent)
     , m_lineNumbers(new LineNumbers(*this))
 {
     makePage(*this);
     setLineWrapMode(NoWrap);
-    new ScriptHighlighter(document());
+    if (content == Content::Script)
+        new ScriptHighlighter(document());
     connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { layOut(); });
     connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& area, int scrolledBy) {
         if (scrolledBy != 0)
@@ -106,6 +116,86 @@ void CodeEditor::goToLine(int line)
         document()->findBlockByNumber(std::clamp(line, 1, document()->blockCount()) - 1);
     setTextCursor(QTextCursor(block));
     ensureCursorVisible();
+}
+
+void CodeEditor::toggleComment()
+{
+    QTextCursor cursor = textCursor();
+    const QTextBlock first = document()->findBlock(cursor.selectionStart());
+    const QTextBlock end = lastSelectedBlock().next();
+    int column = std::numeric_limits<int>::max();
+    bool areAllComments = true;
+    for (QTextBlock block = first; block != end; block = block.next()) {
+        const QString text = block.text();
+        const int blanks = leadingBlanks(text).size();
+        if (blanks == text.size())
+            continue;
+        column = std::min(column, blanks);
+        areAllComments = areAllComments && text.midRef(blanks).startsWith(commentSign);
+    }
+    if (column == std::numeric_limits<int>::max())
+        return;
+    cursor.beginEditBlock();
+    for (QTextBlock block = first; block != end; block = block.next()) {
+        const QString text = block.text();
+        const int blanks = leadingBlanks(text).size();
+        if (blanks == text.size())
+            continue;
+        QTextCursor sign(block);
+        sign.setPosition(block.position() + (areAllComments ? blanks : column));
+        if (!areAllComments) {
+            sign.insertText(commentSign + QLatin1Char(' '));
+            continue;
+        }
+        const bool hasBlank = text.midRef(blanks + commentSign.size()).startsWith(QLatin1Char(' '));
+        sign.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor,
+                          commentSign.size() + (hasBlank ? 1 : 0));
+        sign.removeSelectedText();
+    }
+    cursor.endEditBlock();
+}
+
+void CodeEditor::zoomIn()
+{
+    setZoom(m_zoom + zoomStep);
+}
+
+void CodeEditor::zoomOut()
+{
+    setZoom(m_zoom - zoomStep);
+}
+
+void CodeEditor::resetZoom()
+{
+    setZoom(100);
+}
+
+void CodeEditor::insertFromMimeData(const QMimeData* source)
+{
+    // A file with a NUL is no text, and couldn't be opened again.
+    const QString text = source->text().remove(QChar::Null);
+    const qint64 added = text.toUtf8().size();
+    const qint64 present = document()->characterCount() + added > maxSize / bytesPerCharacter
+        ? toPlainText().toUtf8().size()
+        : 0;
+    if (present + added > maxSize) {
+        Q_EMIT pasteRefused(added);
+        return;
+    }
+    QMimeData plain;
+    plain.setText(text);
+    QPlainTextEdit::insertFromMimeData(&plain);
+}
+
+void CodeEditor::wheelEvent(QWheelEvent* event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QPlainTextEdit::wheelEvent(event);
+        return;
+    }
+    if (event->angleDelta().y() != 0)
+        setZoom(m_zoom + (event->angleDelta().y() > 0 ? zoomStep : -zoomStep));
+    event->accept();
 }
 
 void CodeEditor::changeEvent(QEvent* event)
@@ -225,7 +315,7 @@ bool CodeEditor::indentSelection(bool deeper)
 {
     QTextCursor cursor = textCursor();
     QTextBlock block = document()->findBlock(cursor.selectionStart());
-    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const QTextBlock last = lastSelectedBlock();
     if (deeper && block == last)
         return false;
     cursor.beginEditBlock();
@@ -243,6 +333,24 @@ bool CodeEditor::indentSelection(bool deeper)
     }
     cursor.endEditBlock();
     return true;
+}
+
+/// Returns the last line of the selection. A selection that ends at the start of a line doesn't reach into it.
+QTextBlock CodeEditor::lastSelectedBlock() const
+{
+    const QTextCursor cursor = textCursor();
+    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const bool endsBefore = cursor.hasSelection() && cursor.selectionEnd() == last.position();
+    return endsBefore ? last.previous() : last;
+}
+
+void CodeEditor::setZoom(int percent)
+{
+    ensurePolished();
+    if (m_fullSize == 0)
+        m_fullSize = QFontInfo(font()).pointSizeF();
+    m_zoom = std::clamp(percent, minZoom, maxZoom);
+    setPageTextSize(*this, m_zoom == 100 ? 0 : m_fullSize * m_zoom / 100);
 }
 
 } // namespace workbench

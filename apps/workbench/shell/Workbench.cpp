@@ -13,9 +13,7 @@
 #include "log/LogPanel.h"
 #include "recovery/RecoveryCopy.h"
 #include "recovery/RecoveryKeeper.h"
-#include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
-#include "script/ScriptDocument.h"
 #include "search/FindInFilesDialog.h"
 #include "shell/ClosingChanges.h"
 #include "shell/DocumentRecovery.h"
@@ -34,6 +32,7 @@
 #include "shell/WindowMenu.h"
 #include "shell/WindowStack.h"
 #include "shell/document_types.h"
+#include "shell/file_opening.h"
 
 #include <zvworkbench/Document.h>
 #include <zvworkbench/MenuEntry.h>
@@ -88,17 +87,8 @@ QString dialogFilter()
         filters.append(Workbench::tr("%1 (%2)").arg(type->pluralName, pattern));
     }
     filters.prepend(Workbench::tr("Documents (%1)").arg(all.join(QLatin1Char(' '))));
+    filters.append(Workbench::tr("All files (*)"));
     return filters.join(QStringLiteral(";;"));
-}
-
-/// Returns \p texts as a list in a sentence: "a, b or c".
-QString listed(const QStringList& texts)
-{
-    const QString last = texts.value(texts.size() - 1);
-    return texts.size() < 2
-        ? last
-        : Workbench::tr("%1 or %2")
-              .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
 }
 
 /// Has the tool tip of \p action name its keys.
@@ -114,19 +104,6 @@ void showKeys(QAction& action)
 QSize firstSize()
 {
     return QSize(1'200, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10);
-}
-
-Failure unknownType(const QString& file)
-{
-    QStringList names;
-    QStringList extensions;
-    for (const DocumentType* const type : documentTypes()) {
-        names.append(type->name.toLower());
-        extensions.append(type->extension);
-    }
-    return {Workbench::tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
-            Workbench::tr("The file is not a %1.").arg(listed(names)),
-            Workbench::tr("Open a file whose name ends in %1.").arg(listed(extensions))};
 }
 
 /// Returns why a copy can't be recovered whose type of documents is \p type, or whose document has other changes.
@@ -401,16 +378,19 @@ Document* Workbench::openFile(const QString& file)
         activate(window);
         return qobject_cast<Document*>(window->contents());
     }
-    const DocumentType* const type = documentTypeOfFile(path);
+    const DocumentType* const type = typeToOpen(path);
     if (!type) {
-        showFailure(unknownType(file));
+        if (m_failures)
+            m_failures->append(reasonNotToOpen(file));
+        else
+            offerToSystem(*this, file);
         return nullptr;
     }
     Document* const document = makeDocument(*type, path);
     if (!document)
         return nullptr;
     connect(document, &Document::failed, this, &Workbench::showFailure);
-    if (!document->load(filePath(path))) {
+    if (!loadInto(*document, path)) {
         document->deleteLater();
         return nullptr;
     }
@@ -424,8 +404,7 @@ DockableWidget* Workbench::windowOf(const QString& path) const
 {
     for (DockableWidget* const window : dockableWidgets()) {
         const auto* const document = qobject_cast<Document*>(window->contents());
-        if (document && !document->filename().isEmpty()
-            && canonical(qtFileName(document->filename())) == path)
+        if (document && !shownFile(*document).isEmpty() && canonical(shownFile(*document)) == path)
             return window;
     }
     return nullptr;
@@ -437,6 +416,10 @@ void Workbench::openFiles(const QStringList& files)
         showFailure({tr("%n files are too many to open at once.", nullptr, files.size()),
                      tr("At most %n files can be opened at once.", nullptr, maxFilesToOpen),
                      tr("Choose fewer files.")});
+        return;
+    }
+    if (files.size() == 1) {
+        openFile(files.constFirst());
         return;
     }
     // Failures are collected for one message box. A script may call this function while files are
@@ -612,7 +595,7 @@ void Workbench::renameCurrent()
         return;
     const QFileInfo file(qtFileName(document->filename()));
     const QString renamed = FileNameDialog::ask(this, tr("Rename"), file.absolutePath(),
-                                                file.fileName(), document->type().extension);
+                                                file.fileName(), requiredExtension(*document));
     if (!document || renamed.isEmpty() || renamed == file.absoluteFilePath())
         return;
     document->enableFileWatcher(false);
@@ -681,10 +664,10 @@ void Workbench::findInFiles()
     m_find->activateWindow();
 }
 
-void Workbench::openAtLine(const QString& file, int line)
+void Workbench::openAtLine(const QString& file, int line, const QString& text)
 {
-    if (auto* const script = qobject_cast<ScriptDocument*>(openFile(file)))
-        script->editor().goToLine(line);
+    if (Document* const document = openFile(file))
+        document->showHit(line, text);
 }
 
 void Workbench::showOptions()

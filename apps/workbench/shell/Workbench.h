@@ -111,7 +111,7 @@ private:
     void fillToolBar();
     void showTitle();
     bool hasFile(const Document& document);
-    void openAtLine(const QString& file, int line);
+    void openAtLine(const QString& file, int line, const QString& text);
     void nameWindows();
     bool closeAll();
     void makeSessionKeeper();

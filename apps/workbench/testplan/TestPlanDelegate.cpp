@@ -71,9 +71,10 @@ void TestPlanDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 }
 
 QWidget* TestPlanDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
-                                        const QModelIndex& /*index*/) const
+                                        const QModelIndex& index) const
 {
     auto* const editor = new QLineEdit(parent);
+    editor->setAccessibleName(tr("Cell %1").arg(cellName(index.row(), index.column())));
     // The padding is less than that of other fields, or the text wouldn't fit into the cell.
     editor->setStyleSheet(
         QStringLiteral("padding: 0 1px; font-size: 9pt; font-family: \"Segoe UI\";"));

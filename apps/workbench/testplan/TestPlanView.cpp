@@ -306,6 +306,14 @@ bool TestPlanView::isCurrentRowDisabled() const
         && m_model.rowKind(currentIndex().row()) == TestPlanModel::RowKind::Disabled;
 }
 
+void TestPlanView::goToRow(int row)
+{
+    finishTyping();
+    const QModelIndex cell = m_model.index(row, 0);
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
+    scrollTo(cell, PositionAtCenter);
+}
+
 void TestPlanView::selectCurrentRows()
 {
     std::vector<QRect> rows;
@@ -355,6 +363,12 @@ void TestPlanView::paintEvent(QPaintEvent* event)
         if (m_model.rowKind(row) == TestPlanModel::RowKind::Comment)
             paintComment(painter, row);
     }
+}
+
+void TestPlanView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    Q_EMIT selectionMoved();
 }
 
 void TestPlanView::selectionChanged(const QItemSelection& selected,

@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>workbench::FindBar</name>
+    <message numerus="yes">
+        <source>%1 matches replaced</source>
+        <translation>
+            <numerusform>%1 match replaced</numerusform>
+            <numerusform>%1 matches replaced</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>workbench::FilesPanel</name>
     <message numerus="yes">
         <source>%1 files</source>

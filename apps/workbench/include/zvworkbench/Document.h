@@ -19,7 +19,7 @@ class KnownFile;
 /// A subclass shows the content, and implements `read` and `write` for its files. It calls
 /// `setModified` when the user changes something. The actions of the widget (`QWidget::addAction`)
 /// are what the user can do with the document: the window shows them in its menu "Edit", and their
-/// shortcuts work in this document's window alone. GUI thread.
+/// shortcuts work in this document's window alone, unless `windowActions` has them. GUI thread.
 /// @since 0.2 @ingroup workbench
 class ZVWORKBENCH_EXPORT Document : public ZvContentWidget
 {
@@ -51,6 +51,15 @@ public:
     /// @return the actions for the tool bar while the user works in this window; none in the base
     /// class.
     virtual QList<QAction*> toolBarActions() const;
+
+    /// @return those of the actions whose shortcuts work anywhere in the workbench's window while this
+    /// document is the current one; none in the base class. None of them may be a shortcut of the window.
+    virtual QList<QAction*> windowActions() const;
+
+    /// Shows what a search in files has found. Does nothing in the base class.
+    /// @param line of the file, counted from 1
+    /// @param text what was searched for; case doesn't count
+    virtual void showHit(int line, const QString& text);
 
     /// @return the type's.
     int fileType() const override;
