@@ -11,7 +11,7 @@ _zvhost()
             return
             ;;
         --new)
-            COMPREPLY=($(compgen -W "testplan schematic script" -- "$cur"))
+            COMPREPLY=($(compgen -W "testplan schematic script text" -- "$cur"))
             return
             ;;
         --modules)

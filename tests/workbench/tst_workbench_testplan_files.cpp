@@ -436,6 +436,7 @@ private Q_SLOTS:
         row("quoted separator in the headings", "\"A;;;B\",C\n1,2\n", {"A;;;B|C", "=1|=2"});
         row("quotes within", "A,B\n5\" pipe,a\"b\"\n", {"A|B", "5\" pipe|a\"b\""});
         row("a quote that isn't closed", "A,B\n\"x,y\nz,w\n", {"A|B", "\"x|y", "z|w"});
+        row("text behind a quote", "A,B\n\"x\"y,z\n", {"A|B", "\"x\"y|z"});
         row("blanks", "A,B\n  x ,\" y \"\n", {"A|B", "  x | y "});
         row("longer rows", "A,B\n1\n1,2,3\n", {"A|B|Column 3", "=1||", "=1|=2|=3"});
         row("a shorter last row", "A,B\n1,2\n3", {"A|B", "=1|=2", "=3|"});

@@ -21,6 +21,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -185,7 +186,8 @@ private Q_SLOTS:
         QVERIFY(window->openFile(script("notes.md")));
         const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {
             dialog.findChild<QLineEdit*>()->setText("plans.md");
-            QMetaObject::invokeMethod(&dialog, "accept");
+            auto* const ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+            QMetaObject::invokeMethod(&dialog, ok->isEnabled() ? "accept" : "reject");
         });
         window->renameCurrent();
         QCOMPARE(answer.count, 1);
