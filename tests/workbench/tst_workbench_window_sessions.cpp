@@ -348,6 +348,7 @@ private Q_SLOTS:
             QVERIFY(second->openFile(other));
             QVERIFY(second.close());
         }
+        QVERIFY(!sessionFiles().contains(other));
         QVERIFY(owner.close());
         QCOMPARE(sessionFiles(), QStringList{file});
         // Both have put their files there, the one that was written first below.
