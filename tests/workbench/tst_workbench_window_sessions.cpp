@@ -346,6 +346,9 @@ private Q_SLOTS:
             Window second;
             QVERIFY(second->statusBar()->currentMessage().startsWith("Another workbench is open"));
             QVERIFY(second->openFile(other));
+            // Look before it closes, which closes the other one, too.
+            second->keepWork();
+            QVERIFY(!sessionFiles().contains(other));
             QVERIFY(second.close());
         }
         QVERIFY(owner.close());
