@@ -40,10 +40,10 @@ void addOptions(QCommandLineParser& parser)
     parser.addOptions({
         option("style", "Opens the workbench in the style NAME, this time.", "NAME"),
         hidden(option(ProgramArguments::hiddenStyle, "", "NAME")),
-        option(
-            "new",
-            "Opens a new document: testplan, schematic, script or a type of a module. Repeatable.",
-            "TYPE"),
+        option("new",
+               "Opens a new document: testplan, schematic, script, text or a type of a module. "
+               "Repeatable.",
+               "TYPE"),
         option("screenshot", "Writes a picture of the workbench to FILE, and ends.", "FILE"),
         option("e", "Runs TEXT as a script.", "TEXT"),
         option(

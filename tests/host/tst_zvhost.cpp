@@ -508,9 +508,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("error");
         QTest::newRow("style") << QStringList{"--style", "Blue"}
                                << "There is no style “Blue”. Available styles: Light, Dark.";
-        QTest::newRow("type")
-            << QStringList{"--new", "plan"}
-            << "There is no document type “plan”. Available types: testplan, schematic, script.";
+        QTest::newRow("type") << QStringList{"--new", "plan"}
+                              << "There is no document type “plan”. Available types: testplan, "
+                                 "schematic, script, text.";
         QTest::newRow("picture") << QStringList{"--screenshot", "/no/such/folder/a.png"}
                                  << "can't be written";
     }

@@ -445,6 +445,8 @@ private Q_SLOTS:
         Edited<ScriptDocument> script("script");
         auto& output = script.child<QPlainTextEdit>("scriptOutput");
         output.setPlainText("output");
+        // Until the script runs it is folded away.
+        output.show();
         output.setFocus();
         script.action("selectAll").trigger();
         QVERIFY(script.isEnabled("copy"));

@@ -165,7 +165,7 @@ private Q_SLOTS:
             QTest::keyClick(box.lineEdit(), Qt::Key_Return);
         };
         type("documents");
-        QCOMPARE(box.types(), (QStringList{".testplan", ".zvsch", ".zvscr"}));
+        QCOMPARE(box.types(), (QStringList{".testplan", ".zvsch", ".zvscr", ".txt"}));
         QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 1);
         type("txt");

@@ -355,8 +355,8 @@ private Q_SLOTS:
         QVERIFY(recoverAll(window));
         Document* const document = window->documents().constFirst();
         change(*document);
-        if (auto* const script = qobject_cast<ScriptDocument*>(document))
-            script->editor().undo();
+        if (auto* const text = qobject_cast<EditorDocument*>(document))
+            text->editor().undo();
         else
             document->findChild<QAction*>("undo")->trigger();
         QVERIFY(document->isModified());
@@ -758,8 +758,8 @@ private:
     /// Changes a document of any of the workbench's types.
     static void change(Document& document)
     {
-        if (auto* const script = qobject_cast<ScriptDocument*>(&document)) {
-            QTest::keyClicks(&script->editor(), "changed");
+        if (auto* const text = qobject_cast<EditorDocument*>(&document)) {
+            QTest::keyClicks(&text->editor(), "changed");
         } else if (auto* const plan = qobject_cast<TestPlanDocument*>(&document)) {
             TestPlanModel& model = plan->model();
             const QString text = model.value(0, 0) == CellValue("changed") ? "again" : "changed";

@@ -20,6 +20,9 @@
 
 #include <zvutil/ZvStyleEditor.h>
 
+#include <HostSupport/ScriptSession.h>
+
+#include <support/AccessibleNames.h>
 #include <support/StyleHost.h>
 #include <support/Warnings.h>
 #include <support/Workbench.h>
@@ -57,6 +60,15 @@ DockableWidget* panelOf(const Workbench& window, const QString& name)
     }
     return nullptr;
 }
+
+/// A script that never ends.
+class SilentSession : public host::ScriptSession
+{
+public:
+    void run(const std::string& /*text*/, const std::string& /*source*/) override { }
+    void evaluate(const std::string& /*text*/) override { }
+    void stop() override { }
+};
 
 /// The tabs of the documents.
 QTabBar* documentTabs(const Workbench& window)
@@ -139,6 +151,47 @@ private Q_SLOTS:
         const Window window;
         QVERIFY(!panelOf(*window, "Log")->isHidden());
         QVERIFY(panelOf(*window, "Console")->isHidden());
+    }
+
+    void theOutputIsFoldedAwayUntilAScriptRuns()
+    {
+        const Window window;
+        auto* const document = qobject_cast<ScriptDocument*>(window->openFile(script("a.zvscr")));
+        QVERIFY(document);
+        const auto* const output = document->findChild<QWidget*>("scriptOutput");
+        QVERIFY(output->isHidden());
+        QVERIFY(document->editor().height() > document->height() * 4 / 5);
+        host::setScriptSessionMaker(
+            [](host::ScriptListener) { return std::make_unique<SilentSession>(); });
+        document->run();
+        host::setScriptSessionMaker({});
+        QVERIFY(!output->isHidden());
+        QTRY_VERIFY(output->height() > document->height() / 8);
+    }
+
+    void allThatCanHaveTheFocusHasAName()
+    {
+        const Window window;
+        QTRY_COMPARE(zvtest::unnamedIn(*window), QStringList());
+        for (const DocumentType* const type : documentTypes())
+            window->newDocument(*type);
+        for (const char* const name : {"show:Console", "show:Log"}) {
+            window->findChild<PanelButton*>(name)->click();
+            QTRY_COMPARE(zvtest::unnamedIn(*window), QStringList());
+        }
+        for (Document* const document : window->documents()) {
+            window->activate(
+                qobject_cast<DockableWidget*>(document->parentWidget()->parentWidget()));
+            QTRY_COMPARE(zvtest::unnamedIn(*window), QStringList());
+        }
+        for (const char* const name : {"options", "shortcuts", "about", "findInFiles"}) {
+            actionOf(*window, name)->trigger();
+            QDialog* const dialog = window->findChildren<QDialog*>().last();
+            QVERIFY2(dialog->isVisible(), name);
+            QTRY_COMPARE(zvtest::unnamedIn(*dialog), QStringList());
+            dialog->close();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
     }
 
     void tabsCloseTheirDocuments()

@@ -33,6 +33,7 @@ const DocumentType& scriptType()
 
 ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
     : EditorDocument(scriptType(), title, parent, *new CodeEditor)
+    , m_splitter(new QSplitter(Qt::Vertical, this))
     , m_output(new OutputView(this))
     , m_spinner(new ZvProcessingIndicator(this))
     , m_state(new QLabel(this))
@@ -42,14 +43,12 @@ ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
     m_output->setObjectName(QStringLiteral("scriptOutput"));
     m_output->setAccessibleName(tr("Script output"));
     makeActions();
-    auto* const splitter = new QSplitter(Qt::Vertical, this);
-    splitter->addWidget(&page());
-    splitter->addWidget(makeOutput());
-    splitter->setSizes({3'000, 1'000});
-    splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(&page());
+    m_splitter->addWidget(makeOutput());
+    m_splitter->setChildrenCollapsible(false);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
+    layout->addWidget(m_splitter);
     showState(tr("Not run yet"), false);
 }
 
@@ -93,7 +92,19 @@ QWidget* ScriptDocument::makeOutput()
     layout->addLayout(line);
     layout->addWidget(m_output, 1);
     m_spinner->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    // Until the script runs there is nothing to show, and the text gets the room.
+    m_output->hide();
+    area->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     return area;
+}
+
+void ScriptDocument::unfoldOutput()
+{
+    if (!m_output->isHidden())
+        return;
+    m_output->show();
+    m_splitter->widget(1)->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    m_splitter->setSizes({3'000, 1'000});
 }
 
 void ScriptDocument::run()
@@ -117,6 +128,7 @@ void ScriptDocument::run()
                        tr("Close what you don't need, and try again.")});
         return;
     }
+    unfoldOutput();
     m_sinceStart.start();
     m_session->run(textOf(*editor().document()).toStdString(), shortTitle().toStdString());
     showState(tr("Running…"), true);

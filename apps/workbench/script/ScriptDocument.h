@@ -10,6 +10,7 @@
 #include <memory>
 
 class QLabel;
+class QSplitter;
 class ZvProcessingIndicator;
 
 namespace workbench {
@@ -41,9 +42,11 @@ private:
     void makeActions();
     QWidget* makeOutput();
     void finish(const host::ScriptOutcome& outcome);
+    void unfoldOutput();
     void showState(const QString& text, bool isRunning);
 
-    OutputView* m_output; // owned as a child, like the next four
+    QSplitter* m_splitter; // owned as a child, like the next five
+    OutputView* m_output;
     ZvProcessingIndicator* m_spinner;
     QLabel* m_state;
     QAction* m_run;

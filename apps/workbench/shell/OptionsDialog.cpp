@@ -49,6 +49,7 @@ OptionsDialog::OptionsDialog(QWidget* parent)
     setWindowTitle(tr("Options"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     auto* const area = new QScrollArea;
+    area->setAccessibleName(windowTitle());
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setWidget(makeRows());

@@ -141,6 +141,11 @@ QVariant TestPlanModel::data(const QModelIndex& index, int role) const
     const CellValue cell = value(index.row(), index.column());
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return cellText(cell);
+    if (role == Qt::AccessibleTextRole) {
+        // A screen reader says nothing at all about a cell without a name.
+        const QString text = cellText(cell);
+        return text.isEmpty() ? tr("empty") : text;
+    }
     if (role == Qt::TextAlignmentRole) {
         const bool isNumber = cell.userType() == QMetaType::Double;
         return QVariant(Qt::AlignVCenter | (isNumber ? Qt::AlignRight : Qt::AlignLeft));

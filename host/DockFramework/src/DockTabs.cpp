@@ -22,7 +22,7 @@ DockTabs::DockTabs(DockFrame& frame)
     // Windows are moved one by one while a layout is restored, so look once after the last.
     m_update.setSingleShot(true);
     m_update.setInterval(0);
-    connect(&m_update, &QTimer::timeout, this, &DockTabs::updateTitleBars);
+    connect(&m_update, &QTimer::timeout, this, &DockTabs::update);
 }
 
 bool DockTabs::eventFilter(QObject* watched, QEvent* event)
@@ -120,9 +120,12 @@ bool DockTabs::hasTab(DockableWidget& window) const
            });
 }
 
-/// Leaves out the title bars of windows that have a tab.
-void DockTabs::updateTitleBars()
+/// Leaves out the title bars of windows that have a tab, and has the keyboard pass over bars without any: Qt
+/// keeps those it may need again, shown but out of sight.
+void DockTabs::update()
 {
+    for (QTabBar* const bar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly))
+        bar->setFocusPolicy(bar->count() > 0 ? Qt::TabFocus : Qt::NoFocus);
     for (DockableWidget* const window : m_frame.dockableWidgets())
         static_cast<DockTitleBar*>(window->titleBarWidget())->setCollapsed(hasTab(*window));
 }

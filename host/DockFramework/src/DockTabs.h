@@ -27,7 +27,7 @@ private:
     DockableWidget* windowOf(const QTabBar& bar, int tab) const;
     bool showToolTip(const QTabBar& bar, const QPoint& position, const QPoint& screenPosition);
     bool hasTab(DockableWidget& window) const;
-    void updateTitleBars();
+    void update();
 
     DockFrame& m_frame;
     QTimer m_update;
