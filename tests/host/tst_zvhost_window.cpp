@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <array>
 
 #include <windows.h>
 
@@ -22,9 +23,24 @@ using zvtest::longWait;
 
 namespace {
 
+/// Takes over a window whose title ends in "Workbench", and ends the search then: before that the title has the
+/// document's name.
+BOOL CALLBACK takeWorkbench(HWND window, LPARAM found)
+{
+    std::array<wchar_t, 256> title = {};
+    const int length = GetWindowTextW(window, title.data(), int(title.size()));
+    if (!IsWindowVisible(window)
+        || !QString::fromWCharArray(title.data(), length).endsWith("Workbench"))
+        return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
 HWND theWindow()
 {
-    return FindWindowW(nullptr, L"Workbench");
+    HWND window = nullptr;
+    EnumWindows(&takeWorkbench, reinterpret_cast<LPARAM>(&window));
+    return window;
 }
 
 QSet<QRgb> coloursOf(const QImage& picture)
