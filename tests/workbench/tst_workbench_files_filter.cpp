@@ -177,7 +177,7 @@ private Q_SLOTS:
         type("");
         QCOMPARE(box.currentText(), QString("All files"));
         QCOMPARE(changed.count(), 3);
-        box.setTypes({".testplan", ".zvsch", ".zvscr"});
+        box.setTypes({".testplan", ".zvsch", ".zvscr", ".txt"});
         QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 3);
     }

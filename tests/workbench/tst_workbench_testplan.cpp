@@ -274,7 +274,8 @@ private Q_SLOTS:
                 ? QRect(first.topLeft(), QSize(100, first.height()))
                 : QRect(first.topRight() - QPoint(99, 0), QSize(100, first.height()));
             const QImage image = plan.view.viewport()->grab(end).toImage();
-            QVERIFY2(zvtest::pixelsOf(image, workbench::pageTextColour(planColour("CommentText"))) > 0,
+            QVERIFY2(zvtest::pixelsOf(image, workbench::pageTextColour(planColour("CommentText")))
+                         > 0,
                      direction == Qt::LeftToRight ? "left to right" : "right to left");
         }
     }

@@ -758,8 +758,8 @@ private:
     /// Changes a document of any of the workbench's types.
     static void change(Document& document)
     {
-        if (auto* const text = qobject_cast<EditorDocument*>(&document)) {
-            QTest::keyClicks(&text->editor(), "changed");
+        if (auto* const edited = qobject_cast<EditorDocument*>(&document)) {
+            QTest::keyClicks(&edited->editor(), "changed");
         } else if (auto* const plan = qobject_cast<TestPlanDocument*>(&document)) {
             TestPlanModel& model = plan->model();
             const QString text = model.value(0, 0) == CellValue("changed") ? "again" : "changed";

@@ -188,7 +188,8 @@ private Q_SLOTS:
             actionOf(*window, name)->trigger();
             QDialog* const dialog = window->findChildren<QDialog*>().last();
             QVERIFY2(dialog->isVisible(), name);
-            QTRY_COMPARE(zvtest::unnamedIn(*dialog), QStringList());
+            QTRY_VERIFY2(zvtest::unnamedIn(*dialog).isEmpty(),
+                         qPrintable(name + (": " + zvtest::unnamedIn(*dialog).join(", "))));
             dialog->close();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }

@@ -18,12 +18,13 @@ double luminance(const QColor& colour)
         + 0.0722 * linear(colour.blueF());
 }
 
-/// Returns the colour \p share of the way from \p from to \p to.
+/// Returns the colour \p share of the way from \p from to \p to, as a screen shows it.
 QColor between(const QColor& from, const QColor& to, double share)
 {
     const auto part = [share](double first, double last) { return first + share * (last - first); };
     return QColor::fromRgbF(part(from.redF(), to.redF()), part(from.greenF(), to.greenF()),
-                            part(from.blueF(), to.blueF()));
+                            part(from.blueF(), to.blueF()))
+        .rgb();
 }
 
 } // namespace

@@ -114,6 +114,11 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     OptionEditor* const editor = OptionEditor::make(name, written);
     editor->setObjectName(name);
     editor->setAccessibleName(wordsFor(name));
+    // The field within it has the focus, and says what it edits.
+    for (QWidget* const field : editor->findChildren<QWidget*>()) {
+        if (field->accessibleName().isEmpty())
+            field->setAccessibleName(wordsFor(name));
+    }
     m_rows.push_back({name, written, byDefault, editor, false});
     connect(editor, &OptionEditor::changed, this, [this, index] {
         m_rows[index].isReset = false;
