@@ -112,7 +112,8 @@ FilesPanel::FilesPanel(QWidget* parent)
     setLongTitle(tr("Files"));
     makeFileView();
     makeFileActions();
-    m_splitter->addWidget(makeFolderBox());
+    QWidget* const folderRow = makeFolderRow();
+    m_splitter->addWidget(m_folders);
     m_splitter->addWidget(m_view);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setSizes({120, 400});
@@ -122,6 +123,7 @@ FilesPanel::FilesPanel(QWidget* parent)
     layout->setContentsMargins(6, 6, 6, 4);
     layout->setSpacing(6);
     layout->addWidget(makeTopRow());
+    layout->addWidget(folderRow);
     layout->addWidget(m_splitter, 1);
     layout->addWidget(makeStatusRow());
     setFocusProxy(m_search);
@@ -301,7 +303,7 @@ void FilesPanel::makeOrderBox()
     });
 }
 
-QWidget* FilesPanel::makeFolderBox()
+QWidget* FilesPanel::makeFolderRow()
 {
     m_folders->setObjectName(QStringLiteral("folders"));
     m_folders->setAccessibleName(tr("Folders"));
@@ -323,16 +325,14 @@ QWidget* FilesPanel::makeFolderBox()
     m_folders->addActions({add, m_removeFolder});
     m_folders->setContextMenuPolicy(Qt::ActionsContextMenu);
 
-    auto* const box = new QWidget;
-    auto* const layout = new QGridLayout(box);
+    auto* const row = new QWidget;
+    auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
-    layout->addWidget(new QLabel(tr("Folders")), 0, 0);
-    layout->addWidget(buttonFor(add), 0, 1);
-    layout->addWidget(buttonFor(m_removeFolder), 0, 2);
-    layout->addWidget(m_folders, 1, 0, 1, 3);
-    layout->setColumnStretch(0, 1);
-    return box;
+    layout->addWidget(new QLabel(tr("Folders")), 1);
+    layout->addWidget(buttonFor(add));
+    layout->addWidget(buttonFor(m_removeFolder));
+    return row;
 }
 
 QWidget* FilesPanel::makeStatusRow()

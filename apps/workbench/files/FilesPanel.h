@@ -83,7 +83,7 @@ protected:
 private:
     enum class Listing { Idle, Running, Stopped };
 
-    QWidget* makeFolderBox();
+    QWidget* makeFolderRow();
     QWidget* makeTopRow();
     QWidget* makeStatusRow();
     void makeOrderBox();

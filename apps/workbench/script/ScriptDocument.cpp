@@ -43,9 +43,11 @@ ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
     m_output->setObjectName(QStringLiteral("scriptOutput"));
     m_output->setAccessibleName(tr("Script output"));
     makeActions();
-    m_splitter->addWidget(&page());
-    m_splitter->addWidget(makeOutput());
+    m_splitter->addWidget(makeTextArea());
+    m_splitter->addWidget(m_output);
     m_splitter->setChildrenCollapsible(false);
+    // Until the script runs there is nothing to show, and the text gets the room.
+    m_output->hide();
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_splitter);
@@ -73,7 +75,8 @@ void ScriptDocument::makeActions()
     addWindowActions({m_run, m_stop});
 }
 
-QWidget* ScriptDocument::makeOutput()
+/// Returns the text with what is said about its run below it.
+QWidget* ScriptDocument::makeTextArea()
 {
     auto* const area = new QWidget(this);
     auto* const line = new QHBoxLayout;
@@ -89,12 +92,9 @@ QWidget* ScriptDocument::makeOutput()
     auto* const layout = new QVBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(&page(), 1);
     layout->addLayout(line);
-    layout->addWidget(m_output, 1);
     m_spinner->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    // Until the script runs there is nothing to show, and the text gets the room.
-    m_output->hide();
-    area->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     return area;
 }
 
@@ -103,7 +103,6 @@ void ScriptDocument::unfoldOutput()
     if (!m_output->isHidden())
         return;
     m_output->show();
-    m_splitter->widget(1)->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     m_splitter->setSizes({3'000, 1'000});
 }
 

@@ -40,7 +40,7 @@ protected:
 
 private:
     void makeActions();
-    QWidget* makeOutput();
+    QWidget* makeTextArea();
     void finish(const host::ScriptOutcome& outcome);
     void unfoldOutput();
     void showState(const QString& text, bool isRunning);
