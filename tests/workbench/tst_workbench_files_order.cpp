@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <numeric>
 
+Q_DECLARE_METATYPE(workbench::FilesOrder)
+
 using workbench::FilesOrder;
 using workbench::FilesSorter;
 using workbench::FilteredFilesModel;
@@ -205,8 +207,6 @@ private Q_SLOTS:
         QCOMPARE(panel.child<QComboBox>("order")->currentData().toInt(), int(FilesOrder::Name));
     }
 };
-
-Q_DECLARE_METATYPE(workbench::FilesOrder)
 
 QTEST_MAIN(tst_workbench_files_order)
 #include "tst_workbench_files_order.moc"
