@@ -216,7 +216,7 @@ private Q_SLOTS:
         const QString file = m_folder->filePath("saved" + document->type().extension);
         document->saveAs(filePath(file));
         QVERIFY(contentOf(file).contains("changed") || contentOf(file).contains("Resistor"));
-        QVERIFY(contentFiles().isEmpty());
+        QTRY_VERIFY(contentFiles().isEmpty());
     }
 
     void copiesGoAwayWithTheChanges_data()
@@ -273,10 +273,15 @@ private Q_SLOTS:
         const QStringList locks = QDir(recoveryRoot()).entryList({"*.lock"});
         QCOMPARE(locks.size(), 1);
         QFile lock(QDir(recoveryRoot()).filePath(locks.constFirst()));
+#if !defined(Q_OS_WIN)
         QVERIFY(lock.open(QIODevice::ReadWrite));
         QVERIFY(
             lock.setFileTime(QDateTime::fromSecsSinceEpoch(0), QFileDevice::FileModificationTime));
         lock.close();
+#else
+        // Nobody else can change it while the program runs.
+        QVERIFY(!lock.open(QIODevice::ReadWrite));
+#endif
         const Window window;
         QVERIFY(!offerOf(window));
         running.crash();
@@ -331,7 +336,7 @@ private Q_SLOTS:
         QVERIFY(recoverAll(window));
         QCOMPARE(window->documents().size(), 1);
         Document* const document = window->documents().constFirst();
-        QCOMPARE(qtFileName(document->filename()), file);
+        QCOMPARE(QDir::fromNativeSeparators(qtFileName(document->filename())), file);
         QCOMPARE(textOf(document), QString("xa"));
         QVERIFY(document->isModified());
         QVERIFY(document->isFileWatcherEnabled());
@@ -340,7 +345,10 @@ private Q_SLOTS:
         QVERIFY(!document->isModified());
     }
 
-    void recoveredChangesCantBeUndoneToBeClean_data() { documentsOfEachTypeAreCopied_data(); }
+    void recoveredChangesCantBeUndoneToBeClean_data()
+    {
+        documentsOfEachTypeAreCopied_data();
+    }
 
     void recoveredChangesCantBeUndoneToBeClean()
     {

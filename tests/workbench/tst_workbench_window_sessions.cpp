@@ -30,11 +30,12 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QListWidget>
+#include <QLockFile>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
-#include <QSysInfo>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -64,6 +65,19 @@ QMessageBox* shownBox()
             return box;
     }
     return nullptr;
+}
+
+/// Returns what locks call this machine, which isn't what else is told of it on Windows.
+QString hostName()
+{
+    const QTemporaryDir folder;
+    QLockFile lock(folder.filePath("lock"));
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (!lock.tryLock() || !lock.getLockInfo(&process, &host, &program))
+        return {};
+    return host;
 }
 
 } // namespace
@@ -363,11 +377,10 @@ private Q_SLOTS:
     {
         // The number of a process that can't be there.
         QVERIFY(zvtest::writeTo(QFileInfo(sessionFile()).path() + "/workbench.owner",
-                                "2147483646\ntst_workbench\n" + QSysInfo::machineHostName().toUtf8()
-                                    + "\n"));
+                                "2147483646\ntst_workbench\n" + hostName().toUtf8() + "\n"));
         const QString file = script("a.zvscr");
         Window window;
-        QVERIFY(window->statusBar()->currentMessage().isEmpty());
+        QCOMPARE(window->statusBar()->currentMessage(), QString());
         QVERIFY(window->openFile(file));
         QVERIFY(window.close());
         QCOMPARE(sessionFiles(), QStringList{file});

@@ -9,17 +9,17 @@
 
 #include <algorithm>
 #include <numeric>
-#include <tuple>
 
 namespace workbench {
 
 namespace {
 
-/// What one path is compared by.
+/// What one path is compared by. Qt's sort keys would be faster, but on Windows those of equal texts differ: it
+/// compares what it hasn't filled of them, too.
 struct Key
 {
-    QCollatorSortKey name;
-    QCollatorSortKey folder;
+    QString name;
+    QString folder;
     qint64 date; ///< in milliseconds; 0 if it doesn't matter
 };
 
@@ -35,33 +35,29 @@ QCollator naturalOrder()
 
 std::vector<Key> keysOf(const QStringList& paths, FilesOrder order)
 {
-    const QCollator collator = naturalOrder();
     std::vector<Key> keys;
     keys.reserve(std::size_t(paths.size()));
     for (const QString& path : paths) {
         const qint64 date =
             order == FilesOrder::Date ? QFileInfo(path).lastModified().toMSecsSinceEpoch() : 0;
-        keys.push_back({collator.sortKey(fileNameOf(path).toString()),
-                        collator.sortKey(folderOf(path).toString()), date});
+        keys.push_back({fileNameOf(path).toString(), folderOf(path).toString(), date});
     }
     return keys;
 }
 
-bool isBefore(const Key& first, const Key& second, FilesOrder order)
+/// Compares by the first of what \p order names that differs.
+bool isBefore(const Key& first, const Key& second, FilesOrder order, const QCollator& collator)
 {
-    const int byName = first.name.compare(second.name);
-    const int byFolder = first.folder.compare(second.folder);
-    switch (order) {
-    case FilesOrder::Name:
-        return std::tie(byName, byFolder) < std::make_tuple(0, 0);
-    case FilesOrder::Folder:
-        return std::tie(byFolder, byName) < std::make_tuple(0, 0);
-    case FilesOrder::Date:
-        return std::make_tuple(second.date, byName, byFolder) < std::make_tuple(first.date, 0, 0);
-    case FilesOrder::Found:
-        break;
-    }
-    return false;
+    if (order == FilesOrder::Date && first.date != second.date)
+        return first.date > second.date;
+    const bool folderComesFirst = order == FilesOrder::Folder;
+    const int folders = folderComesFirst ? collator.compare(first.folder, second.folder) : 0;
+    if (folders != 0)
+        return folders < 0;
+    const int names = collator.compare(first.name, second.name);
+    if (names != 0 || folderComesFirst)
+        return names < 0;
+    return collator.compare(first.folder, second.folder) < 0;
 }
 
 /// Returns the positions of \p paths without those of paths that come again.
@@ -98,9 +94,10 @@ SortRequest::SortRequest(const QStringList& paths, FilesOrder order)
 void SortRequest::perform()
 {
     const std::vector<Key> keys = keysOf(m_paths, m_order);
+    const QCollator collator = naturalOrder();
     std::vector<int> positions = different(m_paths);
     std::stable_sort(positions.begin(), positions.end(), [&](int first, int second) {
-        return isBefore(keys[std::size_t(first)], keys[std::size_t(second)], m_order);
+        return isBefore(keys[std::size_t(first)], keys[std::size_t(second)], m_order, collator);
     });
     Q_EMIT sorted(positions);
     Q_EMIT completed();

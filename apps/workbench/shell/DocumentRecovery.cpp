@@ -6,17 +6,35 @@
 
 #include <QDir>
 #include <QStatusBar>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
 
 namespace workbench {
+
+namespace {
+
+constexpr std::chrono::seconds removingInterval{1};
+
+} // namespace
 
 DocumentRecovery::DocumentRecovery(Workbench& window)
     : QObject(&window)
     , m_window(window)
     , m_keeper(new RecoveryKeeper(this))
+    , m_timer(new QTimer(this))
 {
+    m_timer->setInterval(removingInterval);
+    connect(m_timer, &QTimer::timeout, this, &DocumentRecovery::removeRecovered);
     // The text stays until there is another one: it must not be missed, and no box may interrupt the work for it.
     connect(m_keeper, &RecoveryKeeper::failed, this,
             [this](const QString& text) { m_window.statusBar()->showMessage(text); });
+}
+
+DocumentRecovery::~DocumentRecovery()
+{
+    removeRecovered();
 }
 
 RecoveryKeeper& DocumentRecovery::keeper()
@@ -46,12 +64,28 @@ void DocumentRecovery::recover(const QList<RecoveryCopy>& copies)
             continue;
         ++count;
         // Another crash must find the changes again, so they are copied before the old copy goes.
-        const bool isCopied = m_keeper->write(*document) && copy.remove();
-        areAllCopied = areAllCopied && isCopied;
+        if (m_keeper->write(*document))
+            m_recovered.append(copy);
+        else
+            areAllCopied = false;
     }
+    removeRecovered();
     // The other message says what is wrong.
     if (count > 0 && areAllCopied)
         m_window.showMessage(tr("%n documents recovered", nullptr, count));
+}
+
+/// Removes the copies that aren't needed any more. On Windows those are still open that have just been read: the
+/// reader closes them in the event loop.
+void DocumentRecovery::removeRecovered()
+{
+    m_recovered.erase(std::remove_if(m_recovered.begin(), m_recovered.end(),
+                                     [](const RecoveryCopy& copy) { return copy.remove(); }),
+                      m_recovered.end());
+    if (m_recovered.isEmpty())
+        m_timer->stop();
+    else if (!m_timer->isActive())
+        m_timer->start();
 }
 
 void DocumentRecovery::discard(const QList<RecoveryCopy>& copies)

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QObject>
 
+class QTimer;
+
 namespace workbench {
 
 class RecoveryKeeper;
@@ -18,6 +20,7 @@ class DocumentRecovery : public QObject
 
 public:
     explicit DocumentRecovery(Workbench& window);
+    ~DocumentRecovery() override;
 
     RecoveryKeeper& keeper();
 
@@ -27,9 +30,12 @@ public:
 private:
     void recover(const QList<RecoveryCopy>& copies);
     void discard(const QList<RecoveryCopy>& copies);
+    void removeRecovered();
 
     Workbench& m_window;
     RecoveryKeeper* m_keeper; // owned as a child
+    QTimer* m_timer; // owned as a child; removes what is in use yet
+    QList<RecoveryCopy> m_recovered;
 };
 
 } // namespace workbench
