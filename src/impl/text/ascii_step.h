@@ -24,8 +24,8 @@ bool is_ascii(Source unit)
 
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
-/// Loads 16 units as bytes. A unit that isn't ASCII sets its bit in \p others, and its byte is
-/// undefined.
+/// Loads 16 units as bytes. A unit that isn't ASCII sets its bit in \p others, and its byte is NUL or
+/// isn't ASCII either.
 template <typename Source>
 __m128i load_step(const Source* source, unsigned& others)
 {
@@ -91,6 +91,17 @@ inline std::ptrdiff_t lowest_bit(unsigned bits)
     return static_cast<std::ptrdiff_t>(index);
 #else
     return __builtin_ctz(bits);
+#endif
+}
+
+inline std::ptrdiff_t highest_bit(unsigned bits)
+{
+#if defined(_MSC_VER)
+    unsigned long index = 0;
+    _BitScanReverse(&index, bits);
+    return static_cast<std::ptrdiff_t>(index);
+#else
+    return 31 - __builtin_clz(bits);
 #endif
 }
 
