@@ -129,4 +129,20 @@ std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 
 #endif
 
+/// Copies ASCII in steps of 16 units as long as there are so many, and returns the number of units that it has copied.
+/// It may stop at a unit that isn't ASCII, and there must be space for all units.
+template <typename Target, typename Source>
+std::ptrdiff_t copy_ascii_run(Target* target, const Source* source, const Source* end)
+{
+    const Source* const begin = source;
+    while (end - source >= ascii_step) {
+        const std::ptrdiff_t plain = copy_ascii_step(target, source);
+        source += plain;
+        if (plain < ascii_step)
+            break;
+        target += ascii_step;
+    }
+    return source - begin;
+}
+
 } // namespace zvutil::impl
