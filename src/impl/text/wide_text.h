@@ -15,7 +15,8 @@ namespace zvutil::impl {
 /// Whether all values of \p text are at most 0xFFFF, so that it needs no conversion.
 inline bool is_in_wide_units(std::wstring_view text)
 {
-    constexpr std::size_t block = 16; // the compiler looks at several at once in a loop of known length
+    // The compiler looks at several units at once in a loop of known length.
+    constexpr std::size_t block = 16;
     char32_t all = 0;
     while (text.size() >= block) {
         for (std::size_t i = 0; i < block; ++i)
