@@ -63,8 +63,8 @@ std::vector<std::basic_string<Source>> texts(std::size_t length)
 template <typename Target, typename Source>
 bool isConverted(const std::basic_string<Source>& source)
 {
-    const char before = 'b';
-    Text<Target> expected(1, static_cast<Target>(before));
+    Text<Target> expected;
+    expected += static_cast<Target>('b'); // what is there before
     Text<Target> actual = expected;
     for (const Source unit : source)
         appendPlainly(expected, unit);
