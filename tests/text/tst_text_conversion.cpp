@@ -25,15 +25,17 @@ const std::vector<std::size_t> lengths{0,   1,   7,   15,   16,   17,   31,   32
 
 /// Appends what one unit becomes. Throws if it is no code.
 template <typename Target, typename Source>
-void appendPlainly(Text<Target>& target, Source unit)
+void appendPlainly(Text<Target>& target, Source source)
 {
-    char32_t code = static_cast<char32_t>(unit);
+    char32_t code = static_cast<char32_t>(source);
     if (std::is_same_v<Source, char>)
-        code = static_cast<char32_t>(static_cast<signed char>(unit));
+        code = static_cast<char32_t>(static_cast<signed char>(source));
     if (code > 0x10FFFF)
         throw std::range_error("bad conversion");
     Target units[4];
-    target.append(units, zvutil::impl::write_code(units, code));
+    const Target* const end = zvutil::impl::write_code(units, code);
+    for (const Target* unit = units; unit != end; ++unit)
+        target.push_back(*unit);
 }
 
 /// Returns texts of a length: of ASCII, with one other unit in ten, and first one, then the other.
@@ -64,7 +66,7 @@ template <typename Target, typename Source>
 bool isConverted(const std::basic_string<Source>& source)
 {
     Text<Target> expected;
-    expected += static_cast<Target>('b'); // what is there before
+    expected.push_back(static_cast<Target>('b')); // what is there before
     Text<Target> actual = expected;
     for (const Source unit : source)
         appendPlainly(expected, unit);
