@@ -43,8 +43,8 @@ template <typename Source>
 std::vector<std::basic_string<Source>> texts(std::size_t length)
 {
     std::mt19937 random(1); // the same texts each time
-    const auto ascii = [&random] { return static_cast<Source>(random() % 0x80); };
-    const auto other = [&random] {
+    const auto ascii = [&] { return static_cast<Source>(random() % 0x80); };
+    const auto other = [&] {
         if constexpr (std::is_same_v<Source, char>)
             return 'x'; // no other byte can be converted
         else if constexpr (sizeof(Source) == sizeof(char16_t))
