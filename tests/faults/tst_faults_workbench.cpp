@@ -7,6 +7,7 @@
 #include "common/path_names.h"
 #include "documents/CompressionRequest.h"
 #include "documents/EditedContent.h"
+#include "output/export_file.h"
 #include "recovery/RecoveryCopy.h"
 #include "recovery/RecoveryRequest.h"
 #include "recovery/RecoverySlot.h"
@@ -26,8 +27,10 @@
 #include <zvworkbench/Document.h>
 #include <zvworkbench/DocumentType.h>
 #include <zvworkbench/Failure.h>
+#include <zvworkbench/FileError.h>
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
@@ -120,6 +123,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_report = SavePromise::Report::Result;
+        m_dates.setPattern(QString());
         qunsetenv("TMPDIR");
     }
 
@@ -200,6 +204,42 @@ private Q_SLOTS:
     {
         const QString source = exampleOf("testplan");
         driveSave([&] { return transferred(CompressionRequest::Direction::Compress, source); });
+    }
+
+    void exportForOtherPrograms_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<int>("kind");
+        const QList<QPair<QString, QString>> formats = {
+            {"testplan", ".pdf"},  {"testplan", ".csv"},  {"schematic", ".pdf"},
+            {"schematic", ".svg"}, {"schematic", ".png"}, {"script", ".pdf"}};
+        for (const auto& [type, extension] : formats) {
+            for (int kind = 0; kind < zvtest::faultKindCount(); ++kind)
+                QTest::addRow("%s as %s, %s", qPrintable(type), qPrintable(extension),
+                              zvtest::faultKind(kind).name)
+                    << type << extension << kind;
+        }
+    }
+
+    void exportForOtherPrograms()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, extension);
+        Opened document(type);
+        QVERIFY(document.load(exampleOf(type)));
+        m_file += extension;
+        // A PDF file tells when it was made.
+        m_dates.setPattern("/CreationDate \\([^)]*\\)");
+        driveSave([&] {
+            try {
+                workbench::exportFile(*document.operator->(), workbench::filePath(m_file),
+                                      [](int, int) { return true; });
+                return true;
+            } catch (const workbench::FileError&) {
+                return false;
+            }
+        });
     }
 
     void importDocument_data() { zvtest::addFaultKinds(); }
@@ -331,6 +371,7 @@ private:
     {
         QFETCH(int, kind);
         SavePromise promise(m_folder->path(), m_file, {}, m_report);
+        promise.setDates(m_dates);
         bool isSaved = false;
         Operation operation;
         operation.folder = m_folder->path();
@@ -355,6 +396,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_file;
     SavePromise::Report m_report = SavePromise::Report::Result;
+    QRegularExpression m_dates; // in the file
 };
 
 QTEST_MAIN(tst_faults_workbench)

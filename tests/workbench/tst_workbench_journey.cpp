@@ -1,6 +1,8 @@
 // One day at the workbench, from end to end: the module as the host loads it, a real display, keys, the
 // mouse, other programs. Each station leaves a picture of the screen.
 
+#include "Ink.h"
+#include "Printed.h"
 #include "host_look.h"
 
 #include <zvutil/ZvStyle.h>
@@ -19,17 +21,21 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
+#include <QGraphicsView>
 #include <QLibrary>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -358,6 +364,62 @@ private Q_SLOTS:
         takePicture("8-found");
         QTest::keyClick(dialog, Qt::Key_Escape);
         QVERIFY(QTest::qWaitFor([dialog] { return !dialog->isVisible(); }, longWait));
+    }
+
+    void printsToPdf()
+    {
+        const QString target = m_root.filePath("plan.pdf");
+        const zvtest::WindowResponder<QMessageBox> noPrinter(
+            [](QMessageBox& box) { box.defaultButton()->click(); });
+        const zvtest::WindowResponder<QFileDialog> answer(
+            [&target](QFileDialog& dialog) { typeIntoFileDialog(dialog, target); });
+        // Nobody can tell what a printer prints, so one that is there isn't asked.
+        const bool hasPrinter = !QPrinterInfo::availablePrinterNames().isEmpty();
+        QTest::keyClick(&plan(), hasPrinter ? Qt::Key_E : Qt::Key_P,
+                        hasPrinter ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier);
+        QVERIFY(QTest::qWaitFor([&answer] { return answer.count == 1; }, longWait));
+        QCOMPARE(noPrinter.count, hasPrinter ? 0 : 1);
+        QVERIFY(zvtest::contentOf(target).startsWith("%PDF-"));
+        QVERIFY(!isModified());
+        if (zvtest::pdfReader().isEmpty()) {
+            qInfo("there is no pdftotext to read the PDF file");
+            return;
+        }
+        const QStringList pages = zvtest::textOfPdf(target);
+        const QString words = zvtest::wordsOf(pages.join(QLatin1Char(' ')));
+        for (const char* const text :
+             {"amplifier.testplan", "Replace the fuse", "92 Measure the noise", "Page 1 of "})
+            QVERIFY2(words.contains(text), qPrintable(words));
+    }
+
+    // At most 1 % of the dark pixels of the picture and of what the view shows have none of the other's near.
+    void exportsAPicture()
+    {
+        auto* const search = part<QLineEdit>("search");
+        search->selectAll();
+        QTest::keyClicks(search, "*.zvsch");
+        auto* const files = part<QAbstractItemView>("files");
+        QVERIFY(QTest::qWaitFor([files] { return files->model()->rowCount() == 1; }, longWait));
+        const QRect row = files->visualRect(files->model()->index(0, 0));
+        QTest::mouseClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QTest::mouseDClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QVERIFY(QTest::qWaitFor([] { return part<QGraphicsView>("schematicView"); }, longWait));
+        auto* const view = part<QGraphicsView>("schematicView");
+        const QString target = m_root.filePath("amplifier.svg");
+        const zvtest::WindowResponder<QFileDialog> answer(
+            [&target](QFileDialog& dialog) { typeIntoFileDialog(dialog, target); });
+        QTest::keyClick(view, Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(QTest::qWaitFor([&answer] { return answer.count == 1; }, longWait));
+        const QByteArray svg = zvtest::contentOf(target);
+        const QRect area = QSvgRenderer(svg).viewBox();
+        const QImage drawn = zvtest::rendered(svg, 2 * area.size());
+        const QImage shown = zvtest::rendered(*view->scene(), area, 2 * area.size());
+        takePicture("8b-exported");
+        QVERIFY(zvtest::inkOf(shown) > 1'000);
+        QVERIFY(zvtest::strayInk(shown, drawn) < 0.01);
+        QVERIFY(zvtest::strayInk(drawn, shown) < 0.01);
+        QTest::keyClick(view, Qt::Key_W, Qt::ControlModifier);
+        QVERIFY(QTest::qWaitFor([] { return !part<QGraphicsView>("schematicView"); }, longWait));
     }
 
     void switchesStyles()

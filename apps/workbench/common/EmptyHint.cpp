@@ -6,6 +6,9 @@
 
 #include <QAbstractItemView>
 #include <QEvent>
+#include <QPainter>
+
+#include <utility>
 
 namespace workbench {
 
@@ -16,8 +19,19 @@ constexpr int hintMargin = 12;
 } // namespace
 
 EmptyHint::EmptyHint(const QString& text, QAbstractItemView* view)
+    : EmptyHint(text, view, [view] { return view->model()->rowCount() == 0; })
+{
+    m_hasGround = false;
+    const QAbstractItemModel* const model = view->model();
+    connect(model, &QAbstractItemModel::rowsInserted, this, &EmptyHint::update);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &EmptyHint::update);
+    connect(model, &QAbstractItemModel::modelReset, this, &EmptyHint::update);
+}
+
+EmptyHint::EmptyHint(const QString& text, QAbstractScrollArea* view, std::function<bool()> isEmpty)
     : QLabel(view->viewport())
     , m_view(*view)
+    , m_isEmpty(std::move(isEmpty))
 {
     setObjectName(QStringLiteral("emptyHint"));
     setTextFormat(Qt::PlainText);
@@ -25,23 +39,18 @@ EmptyHint::EmptyHint(const QString& text, QAbstractItemView* view)
     setWordWrap(true);
     setMargin(hintMargin);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    say(text);
+    setText(text);
     view->viewport()->installEventFilter(this);
-    const QAbstractItemModel* const model = view->model();
-    connect(model, &QAbstractItemModel::rowsInserted, this, &EmptyHint::update);
-    connect(model, &QAbstractItemModel::rowsRemoved, this, &EmptyHint::update);
-    connect(model, &QAbstractItemModel::modelReset, this, &EmptyHint::update);
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
-            &EmptyHint::paint);
-    paint();
+            &EmptyHint::setColour);
+    setColour();
     update();
 }
 
 void EmptyHint::say(const QString& text)
 {
     setText(text);
-    // A screen reader reads the description of the list that has the focus, and never comes to a label.
-    m_view.setAccessibleDescription(text);
+    update();
 }
 
 bool EmptyHint::eventFilter(QObject* watched, QEvent* event)
@@ -53,10 +62,26 @@ bool EmptyHint::eventFilter(QObject* watched, QEvent* event)
 
 void EmptyHint::update()
 {
-    setVisible(m_view.model()->rowCount() == 0);
+    const bool isEmpty = m_isEmpty();
+    setVisible(isEmpty);
+    // A screen reader reads the description of the view that has the focus, and never comes to a label.
+    m_view.setAccessibleDescription(isEmpty ? text() : QString());
 }
 
-void EmptyHint::paint()
+void EmptyHint::paintEvent(QPaintEvent* event)
+{
+    if (m_hasGround) {
+        QPainter painter(this);
+        painter.setPen(styleColour(libzvutil::ZvStyleBrush::BorderEditorEnabled));
+        painter.setBrush(styleColour(libzvutil::ZvStyleBrush::EditorEnabled));
+        const QRect text = fontMetrics().boundingRect(
+            contentsRect(), int(Qt::AlignCenter) | Qt::TextWordWrap, this->text());
+        painter.drawRect(text.adjusted(-hintMargin, -hintMargin, hintMargin, hintMargin));
+    }
+    QLabel::paintEvent(event);
+}
+
+void EmptyHint::setColour()
 {
     setStyleSheet(
         QStringLiteral("background: transparent; color: %1;")

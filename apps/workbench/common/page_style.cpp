@@ -17,10 +17,7 @@ namespace {
 
 QString fixedPitch()
 {
-    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // Platforms without such a font map the generic name "monospace" to one that they have.
-    return QStringLiteral("font-family: \"%1\";")
-        .arg(QFontInfo(font).fixedPitch() ? font.family() : QStringLiteral("monospace"));
+    return QStringLiteral("font-family: \"%1\";").arg(fixedPitchFamily());
 }
 
 QString background()
@@ -45,6 +42,13 @@ void paintPage(QWidget& page)
 }
 
 } // namespace
+
+QString fixedPitchFamily()
+{
+    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Platforms without such a font map the generic name "monospace" to one that they have.
+    return QFontInfo(font).fixedPitch() ? font.family() : QStringLiteral("monospace");
+}
 
 void setFixedPitch(QWidget& widget)
 {

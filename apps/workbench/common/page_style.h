@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QString>
+
 class QWidget;
 
 namespace workbench {
+
+/// Returns the family of the system's fixed-pitch font.
+QString fixedPitchFamily();
 
 /// Sets a style sheet on \p widget that selects a fixed-pitch font, whatever the application's
 /// sheet says.

@@ -8,6 +8,8 @@
 
 namespace workbench {
 
+class Document;
+
 /// Writes a content to a file, on any thread. Throws `FileError`, and `Stopped` if the progress returns false; then
 /// the file is as it was.
 using ContentWriter = std::function<void(const zvutil::ZvFilePath& file, const Progress& progress)>;
@@ -31,5 +33,8 @@ public:
 protected:
     ~EditedContent() = default;
 };
+
+/// Commits what the user is typing into \p document, if it is one of the workbench's own.
+void finishTyping(const Document& document);
 
 } // namespace workbench

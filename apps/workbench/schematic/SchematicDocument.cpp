@@ -1,10 +1,13 @@
 #include "schematic/SchematicDocument.h"
 
+#include "common/EmptyHint.h"
 #include "common/edit_icons.h"
 #include "common/line_icon.h"
 #include "common/path_names.h"
 #include "documents/empty_file.h"
 #include "documents/xml_text.h"
+#include "schematic/SchematicPages.h"
+#include "schematic/SchematicPicture.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
 #include "schematic/SchematicView.h"
@@ -87,6 +90,11 @@ SchematicDocument::SchematicDocument(const QString& title, QWidget* parent)
     connect(&m_scene, &SchematicScene::failed, this, &Document::failed);
     connect(&m_scene, &SchematicScene::editRequested, this, &SchematicDocument::editSymbol);
     connect(&m_scene, &SchematicScene::toolChanged, this, &SchematicDocument::checkTool);
+    auto* const hint =
+        new EmptyHint(tr("Press R for a resistor or W for a wire, and click where it is to be.\n"
+                         "The other parts are on the tool bar and in the Edit menu."),
+                      m_view, [this] { return isBlank(); });
+    connect(&m_scene, &SchematicScene::schematicChanged, hint, &EmptyHint::update);
     addToolActions();
     addUndoActions();
     addEditActions();
@@ -128,6 +136,35 @@ void SchematicDocument::write(const zvutil::ZvFilePath& file) const
 {
     ProgressBox box = savingBox(file);
     requireWritten(SchematicSaveFile(file).save(m_scene.schematic(), box.progress()), file);
+}
+
+bool SchematicDocument::isBlank() const
+{
+    const Schematic& schematic = m_scene.schematic();
+    return schematic.symbols.isEmpty() && schematic.wires.isEmpty();
+}
+
+QPageLayout::Orientation SchematicDocument::orientation() const
+{
+    const QRectF all = m_scene.contents();
+    return all.width() > all.height() ? QPageLayout::Landscape : QPageLayout::Portrait;
+}
+
+std::unique_ptr<Pages> SchematicDocument::pages(const Paper& paper,
+                                                const Progress& /*progress*/) const
+{
+    return std::make_unique<SchematicPages>(pageTitleOf(*this), paper, m_scene.schematic());
+}
+
+std::vector<ExportFormat> SchematicDocument::exportFormats() const
+{
+    return {{tr("SVG pictures"), QStringLiteral(".svg"),
+             [this](const Progress& progress) {
+                 return SchematicPicture(m_scene.schematic()).svg(shortTitle(), progress);
+             }},
+            {tr("PNG pictures, 300 dpi"), QStringLiteral(".png"), [this](const Progress& progress) {
+                 return SchematicPicture(m_scene.schematic()).png(shortTitle(), progress);
+             }}};
 }
 
 ContentWriter SchematicDocument::snapshot() const

@@ -24,7 +24,6 @@ namespace {
 
 using libzvutil::ZvStyleBrush;
 
-constexpr double junctionRadius = 3.5;
 constexpr double roomAround = 400;
 constexpr double firstRoom = 5'000;
 constexpr double ghostOpacity = 0.5;
@@ -381,12 +380,10 @@ void SchematicScene::drawBackground(QPainter* painter, const QRectF& rect)
 
 void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
 {
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(styleColour(ZvStyleBrush::TextEnabled));
     for (const QPoint& junction : std::as_const(m_junctions)) {
         const QPointF position = junction * gridStep;
         if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(position))
-            painter->drawEllipse(position, junctionRadius, junctionRadius);
+            paintJunction(*painter, junction, styleColour(ZvStyleBrush::TextEnabled));
     }
     if (!m_wire.isDrawing())
         return;
@@ -486,6 +483,7 @@ void SchematicScene::show(const Schematic& schematic)
     m_junctions = junctionsOf(m_schematic);
     makeRoom(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
     update();
+    Q_EMIT schematicChanged();
 }
 
 void SchematicScene::showSymbols()

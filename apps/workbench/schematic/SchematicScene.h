@@ -84,6 +84,8 @@ public:
     void setTexts(int id, const QString& reference, const QString& value);
 
 Q_SIGNALS:
+    /// Emitted when the schematic has changed.
+    void schematicChanged();
     void toolChanged();
     /// Emitted when the user wants to change the texts of the selected symbol.
     void editRequested();

@@ -1,5 +1,7 @@
 #include "schematic/schematic_clipboard.h"
 
+#include "schematic/SchematicMimeData.h"
+
 #include <QClipboard>
 #include <QDataStream>
 #include <QGuiApplication>
@@ -59,8 +61,7 @@ void copyToClipboard(const Schematic& part)
         for (const QPoint& point : wire.points)
             stream << point;
     }
-    auto data = std::make_unique<QMimeData>();
-    data->setData(format, bytes);
+    auto data = std::make_unique<SchematicMimeData>(part, format, bytes);
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 

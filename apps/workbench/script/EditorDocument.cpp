@@ -5,13 +5,12 @@
 #include "common/number_text.h"
 #include "common/path_names.h"
 #include "documents/UndoDocument.h"
-#include "documents/file_in_use.h"
+#include "documents/save_bytes.h"
 #include "script/CodeEditor.h"
+#include "script/PrintedText.h"
 #include "search/FindBar.h"
 
 #include <zvworkbench/FileError.h>
-
-#include <HostSupport/saving.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -28,7 +27,6 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <stdexcept>
 #include <utility>
 
 namespace workbench {
@@ -259,12 +257,7 @@ ContentWriter EditorDocument::snapshot() const
     TextContent content = m_content;
     content.text = textOf(*m_editor->document());
     return [content](const zvutil::ZvFilePath& file, const Progress& /*progress*/) {
-        try {
-            host::saveFile(qtFileName(file).toStdString(), bytesOf(content).toStdString());
-        } catch (const std::runtime_error& error) {
-            throw FileError(isInUse(file) ? tr("The file is open in another program.")
-                                          : QString::fromUtf8(error.what()));
-        }
+        saveBytes(file, bytesOf(content));
     };
 }
 
@@ -276,6 +269,23 @@ quint64 EditorDocument::revision() const
 void EditorDocument::markUnsaved()
 {
     m_editor->document()->setModified(true);
+}
+
+bool EditorDocument::isBlank() const
+{
+    return m_editor->document()->isEmpty();
+}
+
+QPageLayout::Orientation EditorDocument::orientation() const
+{
+    return QPageLayout::Portrait;
+}
+
+std::unique_ptr<Pages> EditorDocument::pages(const Paper& paper, const Progress& progress) const
+{
+    return std::make_unique<TablePages>(
+        pageTitleOf(*this), paper, std::make_unique<PrintedText>(textOf(*m_editor->document())),
+        progress);
 }
 
 void EditorDocument::keyPressEvent(QKeyEvent* event)

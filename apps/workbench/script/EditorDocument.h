@@ -1,6 +1,7 @@
 #pragma once
 
 #include "documents/EditedContent.h"
+#include "output/OutputContent.h"
 #include "script/EditorFindTarget.h"
 #include "script/text_content.h"
 
@@ -20,7 +21,7 @@ class FindBar;
 /// A text that the user edits, searches and saves.
 ///
 /// A file whose lines all end in CR LF is saved with CR LF again, any other file with LF.
-class EditorDocument : public Document, public EditedContent
+class EditorDocument : public Document, public EditedContent, public OutputContent
 {
     Q_OBJECT
 
@@ -36,6 +37,10 @@ public:
     ContentWriter snapshot() const override;
     quint64 revision() const override;
     void markUnsaved() override;
+
+    bool isBlank() const override;
+    QPageLayout::Orientation orientation() const override;
+    std::unique_ptr<Pages> pages(const Paper& paper, const Progress& progress) const override;
 
 protected:
     /// Creates the document with an editor for its type's content. The subclass shows `page()`, and calls

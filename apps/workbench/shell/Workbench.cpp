@@ -16,6 +16,7 @@
 #include "script/ConsolePanel.h"
 #include "search/FindInFilesDialog.h"
 #include "shell/ClosingChanges.h"
+#include "shell/DocumentPrinter.h"
 #include "shell/DocumentRecovery.h"
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
@@ -274,7 +275,13 @@ void Workbench::connectFileMenu()
     connect(m_fileMenu, &FileMenu::closeRequested, this, &Workbench::closeCurrent);
     connect(m_fileMenu, &FileMenu::quitRequested, this, &QWidget::close);
     connect(this, &Workbench::currentDocumentChanged, m_fileMenu,
-            [this](const Document* document) { m_fileMenu->setHasDocument(document); });
+            [this](const Document* document) { m_fileMenu->setDocument(document); });
+    auto* const printer = new DocumentPrinter(*this, *m_transfer);
+    connect(this, &Workbench::currentDocumentChanged, printer, &DocumentPrinter::setDocument);
+    connect(m_fileMenu, &FileMenu::printRequested, printer, &DocumentPrinter::print);
+    connect(m_fileMenu, &FileMenu::printPreviewRequested, printer, &DocumentPrinter::preview);
+    connect(printer, &DocumentPrinter::failed, this, &Workbench::showFailure);
+    connect(printer, &DocumentPrinter::printed, this, &Workbench::showMessage);
 }
 
 void Workbench::connectTransfer()
@@ -622,15 +629,8 @@ bool Workbench::hasFile(const Document& document)
 
 void Workbench::exportCurrent()
 {
-    const QPointer<Document> document = m_current;
-    if (!document)
-        return;
-    // The export reads the file, so the changes must be in there.
-    if (document->filename().isEmpty() || document->isModified())
-        document->save();
-    if (!document || document->filename().isEmpty() || document->isModified())
-        return;
-    m_transfer->exportFile(document->filename());
+    if (m_current)
+        m_transfer->exportDocument(*m_current);
 }
 
 void Workbench::copyCurrentAsUri()

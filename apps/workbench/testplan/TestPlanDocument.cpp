@@ -1,5 +1,6 @@
 #include "testplan/TestPlanDocument.h"
 
+#include "common/EmptyHint.h"
 #include "common/edit_icons.h"
 #include "common/focused_field.h"
 #include "common/number_text.h"
@@ -8,10 +9,12 @@
 #include "documents/save_file_name.h"
 #include "documents/xml_text.h"
 #include "search/FindBar.h"
+#include "testplan/PrintedPlan.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
 #include "testplan/TestPlanView.h"
 #include "testplan/csv_plan.h"
+#include "testplan/plan_csv.h"
 
 #include <zvworkbench/FileError.h>
 
@@ -58,6 +61,7 @@ TestPlanDocument::TestPlanDocument(const QString& title, QWidget* parent)
     setView(*m_view, m_model.undoStack());
     layout()->setSpacing(0);
     layout()->addWidget(m_findBar);
+    addHint();
     connect(m_findBar, &FindBar::aboutToSearch, m_view, &TestPlanView::finishTyping);
     connect(m_view, &TestPlanView::failed, this, &Document::failed);
     addUndoActions();
@@ -83,6 +87,20 @@ TestPlanModel& TestPlanDocument::model()
 TestPlanView& TestPlanDocument::view()
 {
     return *m_view;
+}
+
+/// Says what to do first, as long as nothing has been typed into the cells of a new plan.
+void TestPlanDocument::addHint()
+{
+    auto* const hint = new EmptyHint(tr("Type into a cell, or paste cells from a spreadsheet.\n"
+                                        "A double click on a heading renames its column."),
+                                     m_view, [this] { return m_model.isBlank(); });
+    connect(&m_model, &QAbstractItemModel::dataChanged, hint, &EmptyHint::update);
+    connect(&m_model, &QAbstractItemModel::rowsInserted, hint, &EmptyHint::update);
+    connect(&m_model, &QAbstractItemModel::rowsRemoved, hint, &EmptyHint::update);
+    connect(&m_model, &QAbstractItemModel::columnsRemoved, hint, &EmptyHint::update);
+    connect(&m_model, &QAbstractItemModel::columnsInserted, hint, &EmptyHint::update);
+    connect(&m_model, &QAbstractItemModel::modelReset, hint, &EmptyHint::update);
 }
 
 bool TestPlanDocument::event(QEvent* event)
@@ -193,6 +211,31 @@ quint64 TestPlanDocument::revision() const
 void TestPlanDocument::finishTyping() const
 {
     m_view->finishTyping();
+}
+
+bool TestPlanDocument::isBlank() const
+{
+    return false; // an empty plan is a form to be filled in by hand
+}
+
+QPageLayout::Orientation TestPlanDocument::orientation() const
+{
+    constexpr double usualWidth = 500; // points
+    return TablePages::naturalWidth(PrintedPlan(m_model.plan())) > usualWidth
+        ? QPageLayout::Landscape
+        : QPageLayout::Portrait;
+}
+
+std::unique_ptr<Pages> TestPlanDocument::pages(const Paper& paper, const Progress& progress) const
+{
+    return std::make_unique<TablePages>(pageTitleOf(*this), paper,
+                                        std::make_unique<PrintedPlan>(m_model.plan()), progress);
+}
+
+std::vector<ExportFormat> TestPlanDocument::exportFormats() const
+{
+    return {{tr("CSV files"), QStringLiteral(".csv"),
+             [this](const Progress& progress) { return csvOfPlan(m_model.plan(), progress); }}};
 }
 
 void TestPlanDocument::showHit(int line, const QString& text)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "documents/UndoDocument.h"
+#include "output/OutputContent.h"
 #include "testplan/PlanFindTarget.h"
 #include "testplan/TestPlanModel.h"
 
@@ -10,7 +11,7 @@ class FindBar;
 class TestPlanView;
 
 /// A test plan in its window.
-class TestPlanDocument : public UndoDocument
+class TestPlanDocument : public UndoDocument, public OutputContent
 {
     Q_OBJECT
 
@@ -24,6 +25,12 @@ public:
     ContentWriter snapshot() const override;
     quint64 revision() const override;
     void finishTyping() const override;
+
+    bool isBlank() const override;
+    QPageLayout::Orientation orientation() const override;
+    std::unique_ptr<Pages> pages(const Paper& paper, const Progress& progress) const override;
+    std::vector<ExportFormat> exportFormats() const override;
+
     /// Shows the content of a CSV file as a new plan: the document has no file until it is saved as a test plan, and
     /// the CSV file stays as it is. If it can't be read, changes nothing and emits `failed`.
     bool importCsv(const zvutil::ZvFilePath& file);
@@ -41,6 +48,7 @@ protected:
 
 private:
     void readCsv(const zvutil::ZvFilePath& file);
+    void addHint();
     void addClipboardActions();
     void enableActions();
     void addFindActions();
