@@ -156,7 +156,7 @@ private Q_SLOTS:
         press(Qt::Key_F5);
         QVERIFY(ends(2, 4));
         // No key is left over from a document that has been closed.
-        window->closeCurrent();
+        window->commands().close();
         QTRY_COMPARE(window->documents(), QList<Document*>{second});
         window->activate(windowOf(*window, second));
         search->setFocus();
@@ -189,7 +189,7 @@ private Q_SLOTS:
             auto* const ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
             QMetaObject::invokeMethod(&dialog, ok->isEnabled() ? "accept" : "reject");
         });
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(answer.count, 1);
         QVERIFY(QFile::exists(m_folder->filePath("plans.md")));
         QCOMPARE(window->currentDocument()->shortTitle(), QString("plans.md"));
@@ -296,7 +296,7 @@ private Q_SLOTS:
             proposed = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
             QMetaObject::invokeMethod(&dialog, "accept");
         });
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(answer.count, 1);
         QVERIFY2(proposed.endsWith("data.testplan"), qPrintable(proposed));
         QVERIFY(QFile::exists(m_folder->filePath("data.testplan")));

@@ -235,7 +235,7 @@ private Q_SLOTS:
         window->keepWork();
         QCOMPARE(contents(), QByteArrayList{"xa"});
         if (way == "save") {
-            window->saveCurrent();
+            window->commands().save();
         } else if (way == "save as") {
             script->saveAs(filePath(m_folder->filePath("b.zvscr")));
         } else if (way == "undo") {
@@ -243,7 +243,7 @@ private Q_SLOTS:
         } else {
             const zvtest::WindowResponder<QMessageBox> answer(
                 [](QMessageBox& box) { box.button(QMessageBox::Discard)->click(); });
-            window->closeCurrent();
+            window->commands().close();
             QCOMPARE(answer.count, 1);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
@@ -335,7 +335,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(document), QString("xa"));
         QVERIFY(document->isModified());
         QVERIFY(document->isFileWatcherEnabled());
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xa"));
         QVERIFY(!document->isModified());
     }
@@ -379,7 +379,7 @@ private Q_SLOTS:
             question = box.text();
             box.button(QMessageBox::Cancel)->click();
         });
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(answer.count, 1);
         QCOMPARE(question, QString("“a.zvscr” has been changed by another program."));
         QCOMPARE(contentOf(file), QByteArray("newer"));
@@ -398,7 +398,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(file));
         const Window window;
         QVERIFY(recoverAll(window));
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xa"));
     }
 

@@ -126,7 +126,7 @@ private Q_SLOTS:
             // Under the name that it gets now.
             const zvtest::WindowResponder<QFileDialog> answer =
                 chooseFile(m_folder->filePath("float.zvscr"));
-            window->saveCurrent();
+            window->commands().save();
             QCOMPARE(answer.count, 1);
             QVERIFY(window->openFile(file));
         }
@@ -311,7 +311,7 @@ private Q_SLOTS:
         QVERIFY(window->openFile(file));
         QTRY_VERIFY_WITH_TIMEOUT(sessionFiles() == QStringList{file}, zvtest::longWait);
         QVERIFY(settings().value("recentFiles").toStringList() == QStringList{file});
-        window->closeCurrent();
+        window->commands().close();
         QTRY_VERIFY_WITH_TIMEOUT(sessionFiles().isEmpty(), zvtest::longWait);
         // As in a crash nothing is closed.
         QVERIFY(window->openFile(file));
@@ -376,7 +376,7 @@ private Q_SLOTS:
     void picturesLeaveTheSessionAlone()
     {
         auto* const window = new Workbench;
-        window->restoreSession(Workbench::SessionUse::Look);
+        window->restoreSession(workbench::WindowSession::Use::Look);
         QVERIFY(window->openFile(script("a.zvscr")));
         const auto* const timer = window->findChild<QTimer*>("sessionTimer");
         QVERIFY(timer);

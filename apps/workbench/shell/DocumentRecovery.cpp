@@ -2,6 +2,7 @@
 
 #include "recovery/RecoveryDialog.h"
 #include "recovery/RecoveryKeeper.h"
+#include "shell/DocumentOpener.h"
 #include "shell/Workbench.h"
 
 #include <QDir>
@@ -9,9 +10,10 @@
 
 namespace workbench {
 
-DocumentRecovery::DocumentRecovery(Workbench& window)
+DocumentRecovery::DocumentRecovery(Workbench& window, DocumentOpener& opener)
     : QObject(&window)
     , m_window(window)
+    , m_opener(opener)
     , m_keeper(new RecoveryKeeper(this))
 {
     // The text stays until there is another one: it must not be missed, and no box may interrupt the work for it.
@@ -41,7 +43,7 @@ void DocumentRecovery::recover(const QList<RecoveryCopy>& copies)
     int count = 0;
     bool areAllCopied = true;
     for (const RecoveryCopy& copy : copies) {
-        Document* const document = m_window.recover(copy);
+        Document* const document = m_opener.recover(copy);
         if (!document)
             continue;
         ++count;

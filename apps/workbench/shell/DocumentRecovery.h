@@ -7,6 +7,7 @@
 
 namespace workbench {
 
+class DocumentOpener;
 class RecoveryKeeper;
 class Workbench;
 
@@ -17,7 +18,8 @@ class DocumentRecovery : public QObject
     Q_OBJECT
 
 public:
-    explicit DocumentRecovery(Workbench& window);
+    /// Opens documents by \p opener, which must outlive the object.
+    DocumentRecovery(Workbench& window, DocumentOpener& opener);
 
     RecoveryKeeper& keeper();
 
@@ -29,6 +31,7 @@ private:
     void discard(const QList<RecoveryCopy>& copies);
 
     Workbench& m_window;
+    DocumentOpener& m_opener;
     RecoveryKeeper* m_keeper; // owned as a child
 };
 
