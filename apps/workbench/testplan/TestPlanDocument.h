@@ -23,6 +23,7 @@ public:
 
     ContentWriter snapshot() const override;
     quint64 revision() const override;
+    bool isTyping() const override;
     void finishTyping() const override;
     /// Shows the content of a CSV file as a new plan: the document has no file until it is saved as a test plan, and
     /// the CSV file stays as it is. If it can't be read, changes nothing and emits `failed`.
