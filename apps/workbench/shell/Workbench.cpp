@@ -51,6 +51,7 @@
 #include <QScreen>
 #include <QStatusBar>
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 
@@ -250,7 +251,7 @@ QList<Document*> Workbench::documents() const
 
 Document* Workbench::currentDocument() const
 {
-    return m_current;
+    return m_used.isEmpty() ? nullptr : m_used.constLast();
 }
 
 QWidget& Workbench::widget()
@@ -315,18 +316,30 @@ void Workbench::addDocument(Document* document)
 }
 
 /// Stops using \p document, which is being destroyed.
-void Workbench::forgetDocument(const Document* document)
+void Workbench::forgetDocument(Document* document)
 {
-    const bool wasCurrent = m_current == document;
-    if (wasCurrent)
-        m_current = nullptr;
+    const Document* const before = currentDocument();
+    m_used.removeOne(document);
     if (m_isClosing)
         return;
     m_session->keeper().noteChange();
-    if (documents().isEmpty())
+    // Those that have been closed as well are destroyed next.
+    const QList<Document*> open = documents();
+    m_used.erase(std::remove_if(m_used.begin(), m_used.end(),
+                                [&open](Document* used) { return !open.contains(used); }),
+                 m_used.end());
+    if (open.isEmpty())
         showStartPage();
-    if (wasCurrent)
-        followHighlighted(highlighted());
+    if (currentDocument() == before)
+        return;
+    showCurrent();
+    // Beside others no tab comes to the front, so the frame has highlighted none of them.
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (currentDocument() && window->contents() == currentDocument()) {
+            activate(window);
+            return;
+        }
+    }
 }
 
 void Workbench::showStartPage()
@@ -347,28 +360,37 @@ void Workbench::followHighlighted(DockableWidget* window)
 {
     auto* const document = window ? qobject_cast<Document*>(window->contents()) : nullptr;
     // A user who goes to a panel still works on the document before.
-    if (!document && m_current)
+    if (!document || document == currentDocument())
         return;
-    m_current = document;
+    m_used.removeOne(document);
+    m_used.append(document);
+    showCurrent();
+}
+
+/// Has the window offer what the current document does.
+void Workbench::showCurrent()
+{
     showToolBar();
     showTitle();
-    Q_EMIT currentDocumentChanged(document);
+    Q_EMIT currentDocumentChanged(currentDocument());
 }
 
 /// Names the current document in the window's title, for the list of windows of the desktop.
 void Workbench::showTitle()
 {
-    const QString name = m_current
-        ? m_current->shortTitle().replace(QLatin1String("[*]"), QLatin1String("[*][*]"))
+    const Document* const current = currentDocument();
+    const QString name = current
+        ? current->shortTitle().replace(QLatin1String("[*]"), QLatin1String("[*][*]"))
         : QString();
-    setWindowTitle(m_current ? tr("%1[*] – Workbench").arg(name) : QStringLiteral("Workbench"));
-    setWindowModified(m_current && m_current->isModified());
+    setWindowTitle(current ? tr("%1[*] – Workbench").arg(name) : QStringLiteral("Workbench"));
+    setWindowModified(current && current->isModified());
 }
 
 void Workbench::showToolBar()
 {
+    const Document* const current = currentDocument();
     m_toolBar->showActions(m_fileMenu->toolBarActions(),
-                           m_current ? m_current->toolBarActions() : QList<QAction*>());
+                           current ? current->toolBarActions() : QList<QAction*>());
 }
 
 void Workbench::findInFiles()

@@ -86,9 +86,10 @@ private:
     void connectFileMenu();
     void connectTransfer();
     void addDocument(Document* document);
-    void forgetDocument(const Document* document);
+    void forgetDocument(Document* document);
     void showStartPage();
     void followHighlighted(DockableWidget* window);
+    void showCurrent();
     void showToolBar();
     void showTitle();
 
@@ -106,7 +107,7 @@ private:
     LogPanel* m_log;
     FindInFilesDialog* m_find = nullptr;
     QPointer<StartPage> m_startPage;
-    Document* m_current = nullptr; // reset while the document is destroyed
+    QList<Document*> m_used; // in the order of use: the current one is the last
     bool m_isClosing = false;
 };
 
