@@ -1,11 +1,13 @@
 #include "shell/WindowSession.h"
 
 #include "common/path_names.h"
+#include "common/tell.h"
 #include "files/FilesPanel.h"
 #include "script/ConsolePanel.h"
 #include "shell/RecentFiles.h"
 #include "shell/SessionKeeper.h"
 #include "shell/Workbench.h"
+#include "shell/file_opening.h"
 
 #include <zvworkbench/Document.h>
 
@@ -28,6 +30,18 @@ QString fileOf(const Document& document)
 {
     return document.filename().isEmpty() ? QString()
                                          : canonicalName(qtFileName(document.filename()));
+}
+
+/// Opens a file of the last session. Nobody is asked at the start: one that no longer exists is skipped without a
+/// message, as the recent files still name it, and the log tells of one that is no document any more.
+void reopen(Workbench& window, const QString& file)
+{
+    if (!QFileInfo::exists(file))
+        return;
+    if (typeToOpen(canonicalName(file)))
+        window.openFile(file);
+    else
+        logFailure(reasonNotToOpen(file));
 }
 
 } // namespace
@@ -63,18 +77,21 @@ void WindowSession::restore(Use use)
     m_window.filesPanel().restoreState(settings);
     m_window.console().restoreState(settings);
     const Session session = Session::restored(settings);
-    // Files that no longer exist are skipped without a message; the recent files still name them.
-    for (const QString& file : session.files) {
-        if (QFileInfo::exists(file))
-            m_window.openFile(file);
+    const bool isOwner = use == Use::Look || m_keeper->own();
+    if (isOwner) {
+        for (const QString& file : session.files)
+            reopen(m_window, file);
+    } else {
+        m_window.statusBar()->showMessage(tr(
+            "Another workbench is open already: it has the files of the last session, and decides "
+            "what is open at the next start."));
     }
     m_window.restoreGeometry(session.geometry);
     m_window.restoreLayout(session.layout);
-    if (!session.current.isEmpty() && QFileInfo::exists(session.current))
-        m_window.openFile(session.current);
-    if (use == Use::Keep && !m_keeper->start())
-        m_window.statusBar()->showMessage(
-            tr("Another workbench is open already: it decides what is open at the next start."));
+    if (isOwner && session.files.contains(session.current))
+        reopen(m_window, session.current);
+    if (use == Use::Keep)
+        m_keeper->start();
 }
 
 bool WindowSession::closeDocuments()
