@@ -2,6 +2,7 @@
 
 #include "common/path_names.h"
 #include "common/translations.h"
+#include "shell/DocumentCommands.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
 #include "shell/open_workbench.h"

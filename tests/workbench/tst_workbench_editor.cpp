@@ -552,6 +552,34 @@ private Q_SLOTS:
         QCOMPARE(script.editor.document()->toRawText(), QString("abone"));
     }
 
+    void typingEndsWhereATextIsFull()
+    {
+        const int full = int(CodeEditor::maxSize);
+        const int lineLength = 100;
+        const QString line = QString(lineLength - 1, 'a') + '\n';
+        Edited<ScriptDocument> script(line.repeated(full / lineLength).chopped(2));
+        const auto* const note = &script.child<QLabel>("noteText");
+        QTest::keyClicks(&script.editor, "bc");
+        QCOMPARE(note->text(), QString());
+        QTest::keyClicks(&script.editor, "d");
+        press(Qt::Key_Return);
+        press(Qt::Key_Tab);
+        QCOMPARE(script.text().size(), full);
+        QCOMPARE(note->text(),
+                 QString("The text has reached 5,000,000 bytes, the most that can be edited here. "
+                         "What you type is not added."));
+        QVERIFY(note->isVisible());
+        // What replaces something, or takes something away, is possible.
+        press(Qt::Key_Backspace);
+        QCOMPARE(note->text(), QString());
+        QTest::keyClicks(&script.editor, "e");
+        QCOMPARE(script.text().size(), full);
+        script.select(0, 1);
+        QTest::keyClicks(&script.editor, "f");
+        QCOMPARE(script.text().size(), full);
+        QCOMPARE(note->text(), QString());
+    }
+
     void textsComeBackAsTheyWere_data()
     {
         QTest::addColumn<QByteArray>("content");

@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!window->findChild<workbench::StartPage*>());
         QVERIFY(actionOf(*window, "save")->isEnabled());
-        window->closeCurrent();
+        window->commands().close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(window->findChild<workbench::StartPage*>());
         QVERIFY(!window->currentDocument());
@@ -133,7 +133,7 @@ private Q_SLOTS:
         {
             const Window window;
             QVERIFY(window->openFile(file));
-            window->closeCurrent();
+            window->commands().close();
         }
         const Window window;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -105,7 +105,7 @@ private Q_SLOTS:
         if (isSaved) {
             QTest::keyClicks(&qobject_cast<ScriptDocument*>(window->currentDocument())->editor(),
                              "y");
-            window->saveCurrent();
+            window->commands().save();
             QVERIFY(!document->isModified());
         }
     }
@@ -126,7 +126,7 @@ private Q_SLOTS:
                 button->click();
         }
         const auto pressed = press("Cancel");
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(pressed.count, 1);
         QCOMPARE(contentOf(file), QByteArray("theirs"));
     }
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(other, file));
         QCOMPARE(QFileInfo(file).lastModified(), time);
         const auto pressed = press("Cancel");
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(pressed.count, 1);
         QCOMPARE(contentOf(file), QByteArray("them"));
     }
@@ -158,7 +158,7 @@ private Q_SLOTS:
         const Window window;
         const Document* const document = changed(*window, file);
         QVERIFY(QFile::remove(file));
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xmine"));
         QVERIFY(!document->isModified());
     }
@@ -171,7 +171,7 @@ private Q_SLOTS:
         QVERIFY(writeTo(file, "theirs"));
         document->reloadFile();
         document = changed(*window, file);
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xtheirs"));
     }
 
@@ -183,7 +183,7 @@ private Q_SLOTS:
         const QString renamed = m_folder->filePath("b.zvscr");
         QVERIFY(QFile::rename(file, renamed));
         document->setFilename(filePath(renamed));
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(renamed), QByteArray("xmine"));
     }
 

@@ -155,10 +155,11 @@ private Q_SLOTS:
         search->setFocus();
         press(Qt::Key_F5);
         QVERIFY(ends(2, 4));
-        // No key is left over from a document that has been closed.
-        window->closeCurrent();
+        // No key is left over from a document that has been closed: the one beside it is the current one now.
+        window->commands().close();
         QTRY_COMPARE(window->documents(), QList<Document*>{second});
-        window->activate(windowOf(*window, second));
+        QTRY_COMPARE(window->currentDocument(), second);
+        QCOMPARE(window->highlighted(), windowOf(*window, second));
         search->setFocus();
         press(Qt::Key_F5);
         QTRY_COMPARE_WITH_TIMEOUT(secondRuns.size(), 10, longWait);
@@ -189,7 +190,7 @@ private Q_SLOTS:
             auto* const ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
             QMetaObject::invokeMethod(&dialog, ok->isEnabled() ? "accept" : "reject");
         });
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(answer.count, 1);
         QVERIFY(QFile::exists(m_folder->filePath("plans.md")));
         QCOMPARE(window->currentDocument()->shortTitle(), QString("plans.md"));
@@ -296,7 +297,7 @@ private Q_SLOTS:
             proposed = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
             QMetaObject::invokeMethod(&dialog, "accept");
         });
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(answer.count, 1);
         QVERIFY2(proposed.endsWith("data.testplan"), qPrintable(proposed));
         QVERIFY(QFile::exists(m_folder->filePath("data.testplan")));

@@ -195,7 +195,7 @@ private Q_SLOTS:
         const Window window;
         const Document* const document = window->newDocument(*documentTypeOf(type));
         const zvtest::WindowResponder<QFileDialog> answer = chooseFile(m_folder->filePath(name));
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QCOMPARE(answer.count, 1);
         QCOMPARE(document->shortTitle(), saved);
         QVERIFY(QFile::exists(m_folder->filePath(saved)));
@@ -344,7 +344,7 @@ private Q_SLOTS:
         const QString dotted = m_folder->filePath("bridge v1.2");
         {
             const zvtest::WindowResponder<QFileDialog> answer = chooseFile(dotted);
-            window->saveCurrentAs();
+            window->commands().saveAs();
             QCOMPARE(answer.count, 1);
         }
         const QString file = dotted + ".testplan";
@@ -364,7 +364,7 @@ private Q_SLOTS:
             });
             box.button(QMessageBox::No)->click();
         });
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QCOMPARE(questions.size(), 1);
         QVERIFY(questions.constFirst().contains(QDir::toNativeSeparators(file)));
         QCOMPARE(zvtest::contentOf(file), QByteArray("other"));
@@ -383,7 +383,7 @@ private Q_SLOTS:
                 dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled();
             dialog.reject();
         });
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(problem, QString("The name must end with “.zvscr”."));
         QVERIFY(!isAccepted);
     }
@@ -392,11 +392,11 @@ private Q_SLOTS:
     {
         const Window window;
         window->newDocument(*documentTypes().at(2));
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(window->statusBar()->currentMessage(),
                  QString("“Script 1” has no file yet. Save it first."));
         window->statusBar()->clearMessage();
-        window->copyCurrentAsUri();
+        window->commands().copyAsUri();
         QVERIFY(!window->statusBar()->currentMessage().isEmpty());
     }
 

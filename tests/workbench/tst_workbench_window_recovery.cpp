@@ -235,7 +235,7 @@ private Q_SLOTS:
         window->keepWork();
         QCOMPARE(contents(), QByteArrayList{"xa"});
         if (way == "save") {
-            window->saveCurrent();
+            window->commands().save();
         } else if (way == "save as") {
             script->saveAs(filePath(m_folder->filePath("b.zvscr")));
         } else if (way == "undo") {
@@ -243,7 +243,7 @@ private Q_SLOTS:
         } else {
             const zvtest::WindowResponder<QMessageBox> answer(
                 [](QMessageBox& box) { box.button(QMessageBox::Discard)->click(); });
-            window->closeCurrent();
+            window->commands().close();
             QCOMPARE(answer.count, 1);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
@@ -340,7 +340,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(document), QString("xa"));
         QVERIFY(document->isModified());
         QVERIFY(document->isFileWatcherEnabled());
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xa"));
         QVERIFY(!document->isModified());
     }
@@ -387,7 +387,7 @@ private Q_SLOTS:
             question = box.text();
             box.button(QMessageBox::Cancel)->click();
         });
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(answer.count, 1);
         QCOMPARE(question, QString("“a.zvscr” has been changed by another program."));
         QCOMPARE(contentOf(file), QByteArray("newer"));
@@ -406,7 +406,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(file));
         const Window window;
         QVERIFY(recoverAll(window));
-        window->saveCurrent();
+        window->commands().save();
         QCOMPARE(contentOf(file), QByteArray("xa"));
     }
 
@@ -587,12 +587,21 @@ private Q_SLOTS:
     }
 #endif
 
+    void whatIsTypedIntoACellIsCopied_data()
+    {
+        QTest::addColumn<bool>("isChanged");
+        QTest::newRow("of a plan with changes") << true;
+        QTest::newRow("of a plan without") << false;
+    }
+
     void whatIsTypedIntoACellIsCopied()
     {
+        QFETCH(bool, isChanged);
         CrashingWindow window;
         auto* const plan =
             qobject_cast<TestPlanDocument*>(window->newDocument(*documentTypeOf("testplan")));
-        change(*plan);
+        if (isChanged)
+            change(*plan);
         window.hurry();
         TestPlanView& view = plan->view();
         view.setCurrentIndex(plan->model().index(3, 1));
@@ -600,6 +609,11 @@ private Q_SLOTS:
         auto* const editor = qobject_cast<QLineEdit*>(view.indexWidget(view.currentIndex()));
         QVERIFY(editor);
         editor->setFocus();
+        if (!isChanged) {
+            // An editor that is only open has nothing to lose.
+            QVERIFY(tick(*window));
+            QCOMPARE(copyFiles(), QStringList());
+        }
         QTest::keyClicks(editor, "half a wo");
         QTRY_VERIFY_WITH_TIMEOUT(contents().value(0).contains("half a wo"), longWait);
         // It goes on as if nothing had happened.
@@ -609,6 +623,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(contents().value(0).contains("half a word"), longWait);
         QTest::keyClick(editor, Qt::Key_Escape);
         QTRY_VERIFY_WITH_TIMEOUT(!contents().value(0).contains("half"), longWait);
+        QTRY_COMPARE_WITH_TIMEOUT(contents().size(), isChanged ? 1 : 0, longWait);
     }
 
     void theEndCommitsWhatIsTyped()

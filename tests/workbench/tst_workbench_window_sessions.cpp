@@ -17,6 +17,9 @@
 
 #include <HostSupport/saving.h>
 
+#include <zv_logging/host.h>
+#include <zv_logging/zv_logging.h>
+
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
@@ -39,8 +42,11 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 using zvtest::actionOf;
 using zvtest::chooseFile;
@@ -140,7 +146,7 @@ private Q_SLOTS:
             // Under the name that it gets now.
             const zvtest::WindowResponder<QFileDialog> answer =
                 chooseFile(m_folder->filePath("float.zvscr"));
-            window->saveCurrent();
+            window->commands().save();
             QCOMPARE(answer.count, 1);
             QVERIFY(window->openFile(file));
         }
@@ -325,7 +331,7 @@ private Q_SLOTS:
         QVERIFY(window->openFile(file));
         QTRY_VERIFY_WITH_TIMEOUT(sessionFiles() == QStringList{file}, zvtest::longWait);
         QVERIFY(settings().value("recentFiles").toStringList() == QStringList{file});
-        window->closeCurrent();
+        window->commands().close();
         QTRY_VERIFY_WITH_TIMEOUT(sessionFiles().isEmpty(), zvtest::longWait);
         // As in a crash nothing is closed.
         QVERIFY(window->openFile(file));
@@ -354,11 +360,17 @@ private Q_SLOTS:
     {
         const QString file = script("a.zvscr");
         const QString other = script("b.zvscr");
+        {
+            const Window before;
+            QVERIFY(before->openFile(file));
+        }
         Window owner;
-        QVERIFY(owner->openFile(file));
+        QCOMPARE(namesOf(*owner), QStringList{"a.zvscr"});
         {
             Window second;
             QVERIFY(second->statusBar()->currentMessage().startsWith("Another workbench is open"));
+            // Each file is open once, or two programs would save it.
+            QCOMPARE(namesOf(*second), QStringList());
             QVERIFY(second->openFile(other));
             // Look before it closes, which closes the other one, too.
             second->keepWork();
@@ -371,6 +383,27 @@ private Q_SLOTS:
         QCOMPARE(settings().value("recentFiles").toStringList(), (QStringList{file, other}));
         const Window next;
         QVERIFY(!next->statusBar()->currentMessage().startsWith("Another workbench"));
+    }
+
+    // Nobody is asked at a start whether the system shall open a file.
+    void filesThatAreNoTextsAnyMoreAreSkipped()
+    {
+        add_sink(2);
+        const QString file = script("notes.md", "text");
+        const QString other = script("a.zvscr");
+        {
+            const Window window;
+            window->openFiles({file, other});
+        }
+        QVERIFY(zvtest::writeTo(file, QByteArray("\0\1\2", 3)));
+        const Window window;
+        QCOMPARE(namesOf(*window), QStringList{"a.zvscr"});
+        QVERIFY(!shownBox());
+        const std::vector<zvutil::logging::host::Record> lines = zvutil::logging::host::records();
+        QVERIFY(std::any_of(lines.begin(), lines.end(), [](const auto& line) {
+            return line.text.find("notes.md") != std::string::npos
+                && line.text.find("neither a document") != std::string::npos;
+        }));
     }
 
     void ownersThatHaveCrashedAreFollowed()
@@ -389,7 +422,7 @@ private Q_SLOTS:
     void picturesLeaveTheSessionAlone()
     {
         auto* const window = new Workbench;
-        window->restoreSession(Workbench::SessionUse::Look);
+        window->restoreSession(workbench::WindowSession::Use::Look);
         QVERIFY(window->openFile(script("a.zvscr")));
         const auto* const timer = window->findChild<QTimer*>("sessionTimer");
         QVERIFY(timer);

@@ -209,6 +209,18 @@ private Q_SLOTS:
         QTRY_COMPARE(namesOf(*window), QStringList{"c.zvscr"});
     }
 
+    // In a dark style the line would be white.
+    void tabsHaveNoLineBesideThem()
+    {
+        const Window window;
+        window->openFiles({script("a.zvscr"), script("b.zvscr")});
+        QTRY_VERIFY(documentTabs(*window) && documentTabs(*window)->count() == 2);
+        QTRY_VERIFY(!documentTabs(*window)->drawBase());
+        window->openFile(script("c.zvscr"));
+        QTRY_COMPARE(documentTabs(*window)->count(), 3);
+        QTRY_VERIFY(!documentTabs(*window)->drawBase());
+    }
+
     void aTabStandsForTheTitleBar()
     {
         const Window window;

@@ -19,7 +19,6 @@ QString windowSheet()
     const QString closeIcon =
         libzvutil::ZvStyle::Current().icon(libzvutil::ZvStyleIcon::Close).path().toQString();
     return QStringLiteral(
-               "DockFrame > QTabBar { qproperty-drawBase: 0; }"
                "DockFrame > QTabBar::tab, QDockWidgetGroupWindow > QTabBar::tab {"
                " background: %1; color: %2; border: none; border-top: 2px solid transparent;"
                " min-width: 0; padding: 6px 10px; }"

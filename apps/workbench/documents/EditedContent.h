@@ -27,6 +27,9 @@ public:
     /// Has the content differ from that of any file, also after all is undone.
     virtual void markUnsaved() = 0;
 
+    /// Returns whether the user is typing something that a commit would change the content by.
+    virtual bool isTyping() const { return false; }
+
     /// Commits what the user is typing. Does nothing in the base class.
     virtual void finishTyping() const { }
 

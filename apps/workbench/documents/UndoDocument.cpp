@@ -2,6 +2,7 @@
 
 #include "common/edit_icons.h"
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -46,6 +47,12 @@ quint64 UndoDocument::revision() const
 void UndoDocument::markUnsaved()
 {
     m_stack->resetClean();
+}
+
+void UndoDocument::keyPressEvent(QKeyEvent* event)
+{
+    if (!triggerBySign(*event, actions()))
+        Document::keyPressEvent(event);
 }
 
 QAction* UndoDocument::addNamedAction(const QString& name, const QString& text,
@@ -122,6 +129,24 @@ QList<QKeySequence> redoKeys()
             sequences.append(sequence);
     }
     return sequences;
+}
+
+bool triggerBySign(const QKeyEvent& event, const QList<QAction*>& actions)
+{
+    constexpr int lastOfAscii = 0x7F;
+    const QChar sign(event.key() < lastOfAscii ? event.key() : 0);
+    const auto withoutKeypad = event.modifiers() & ~Qt::KeypadModifier;
+    if (!(sign.isPunct() || sign.isSymbol())
+        || withoutKeypad != (Qt::ControlModifier | Qt::ShiftModifier))
+        return false;
+    const QKeySequence shiftless(event.key() | int(Qt::ControlModifier));
+    for (QAction* const action : actions) {
+        if (action->shortcuts().contains(shiftless)) {
+            action->trigger();
+            return true;
+        }
+    }
+    return false;
 }
 
 QList<QKeySequence> plusKeys()

@@ -43,6 +43,8 @@ protected:
     void addUndoActions();
     void addToToolBar(const QList<QAction*>& actions);
 
+    void keyPressEvent(QKeyEvent* event) override;
+
     /// Returns a box for the progress of reading or saving \p file.
     ProgressBox readingBox(const zvutil::ZvFilePath& file) const;
     ProgressBox savingBox(const zvutil::ZvFilePath& file) const;
@@ -60,6 +62,11 @@ QList<QKeySequence> keys(std::initializer_list<const char*> texts);
 /// Returns the shortcuts for Undo and Redo: the platform's, and those that people know from other ones.
 QList<QKeySequence> undoKeys();
 QList<QKeySequence> redoKeys();
+
+/// Triggers the one of \p actions that Ctrl and the sign of \p event are a shortcut of, if the sign needs Shift. Returns
+/// whether there is one. A platform that tells Qt which shortcuts a key press stands for never gets here; the
+/// others leave the press to the document.
+bool triggerBySign(const QKeyEvent& event, const QList<QAction*>& actions);
 
 /// Returns the shortcuts for what is done with "plus", on keyboards that need Shift for it and on others.
 QList<QKeySequence> plusKeys();

@@ -42,6 +42,13 @@ std::optional<quint64> revisionOf(const Document& document)
     return content ? std::make_optional(content->revision()) : std::nullopt;
 }
 
+/// Returns whether a crash would lose something of \p document.
+bool hasChanges(const Document& document)
+{
+    const EditedContent* const content = contentOf(document);
+    return document.isModified() || (content && content->isTyping());
+}
+
 ContentWriter writerOf(Document& document)
 {
     if (const EditedContent* const content = contentOf(document))
@@ -84,9 +91,13 @@ void RecoveryKeeper::watch(Document& document)
 {
     m_entries[&document];
     connect(&document, &DockableWidgetContents::modifiedChanged, this,
-            [this, &document](bool isModified) { follow(document, isModified); });
+            [this, &document](bool isModified) {
+                if (!isModified)
+                    release(document);
+            });
     connect(&document, &QObject::destroyed, this, [this, address = &document] { forget(address); });
-    follow(document, document.isModified());
+    if (!m_timer->isActive())
+        m_timer->start();
 }
 
 bool RecoveryKeeper::writeAll()
@@ -131,14 +142,10 @@ void RecoveryKeeper::discardAll()
     m_folder.reset();
 }
 
-void RecoveryKeeper::follow(Document& document, bool isModified)
+/// Removes the copy of a document that has nothing to lose.
+void RecoveryKeeper::release(Document& document)
 {
     Entry& entry = m_entries.at(&document);
-    if (isModified) {
-        if (!m_timer->isActive())
-            m_timer->start();
-        return;
-    }
     if (entry.slot)
         entry.slot->discard();
     entry = {};
@@ -152,21 +159,21 @@ void RecoveryKeeper::forget(Document* document)
         found->second.slot->discard();
     m_entries.erase(found);
     m_failing.erase(document);
+    if (m_entries.empty())
+        m_timer->stop();
 }
 
 void RecoveryKeeper::look()
 {
-    bool isAnyModified = false;
     for (auto& [document, entry] : m_entries) {
-        if (!document->isModified())
+        if (!hasChanges(*document)) {
+            release(*document);
             continue;
-        isAnyModified = true;
+        }
         const bool isCopied = entry.copied && entry.copied == revisionOf(*document);
         if (!entry.isWriting && !isCopied && makeSlot(*document, entry))
             writeInBackground(*document, entry);
     }
-    if (!isAnyModified)
-        m_timer->stop();
 }
 
 RecoveryKeeper::Job RecoveryKeeper::begin(Document& document, Entry& entry)

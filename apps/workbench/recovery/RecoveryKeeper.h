@@ -18,7 +18,8 @@ namespace workbench {
 class Document;
 class RecoverySlot;
 
-/// Keeps a recovery copy of each document that has changes, and removes it when they are saved, undone or given up.
+/// Keeps a recovery copy of each document that has changes, or is being typed into, and removes it when they are saved,
+/// undone or given up.
 ///
 /// A look at all of them each five seconds copies those that have changed since, in the background where the type
 /// of document allows that, so that a copy is ten seconds old at most, unless writing takes longer than the rest.
@@ -58,7 +59,7 @@ private:
     };
     struct Job;
 
-    void follow(Document& document, bool isModified);
+    void release(Document& document);
     void forget(Document* document);
     void look();
     Job begin(Document& document, Entry& entry);

@@ -175,16 +175,35 @@ void CodeEditor::insertFromMimeData(const QMimeData* source)
     // A file with a NUL is no text, and couldn't be opened again.
     const QString text = source->text().remove(QChar::Null);
     const qint64 added = text.toUtf8().size();
-    const qint64 present = document()->characterCount() + added > maxSize / bytesPerCharacter
-        ? toPlainText().toUtf8().size()
-        : 0;
-    if (present + added > maxSize) {
+    if (!hasRoomFor(added)) {
         Q_EMIT pasteRefused(added);
         return;
     }
     QMimeData plain;
     plain.setText(text);
     QPlainTextEdit::insertFromMimeData(&plain);
+}
+
+bool CodeEditor::hasRoomFor(qint64 bytes) const
+{
+    // Counting takes its time; most texts are far from the limit.
+    return document()->characterCount() + bytes <= maxSize / bytesPerCharacter
+        || toPlainText().toUtf8().size() + bytes <= maxSize;
+}
+
+/// Returns whether there is no room for something that the user types, and tells so.
+bool CodeEditor::refuses(qint64 bytes)
+{
+    if (textCursor().hasSelection() || hasRoomFor(bytes))
+        return false;
+    Q_EMIT typingRefused();
+    return true;
+}
+
+void CodeEditor::inputMethodEvent(QInputMethodEvent* event)
+{
+    if (event->commitString().isEmpty() || !refuses(event->commitString().toUtf8().size()))
+        QPlainTextEdit::inputMethodEvent(event);
 }
 
 void CodeEditor::wheelEvent(QWheelEvent* event)
@@ -215,6 +234,8 @@ void CodeEditor::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Enter: {
         const QString blanks =
             leadingBlanks(textCursor().block().text().left(textCursor().positionInBlock()));
+        if (refuses(1 + blanks.toUtf8().size()))
+            return;
         QTextCursor cursor = textCursor();
         cursor.beginEditBlock();
         cursor.insertBlock();
@@ -225,14 +246,16 @@ void CodeEditor::keyPressEvent(QKeyEvent* event)
         return;
     }
     case Qt::Key_Tab:
-        if (!indentSelection(true))
+        if (!refuses(indentation) && !indentSelection(true))
             textCursor().insertText(QString(indentation, QLatin1Char(' ')));
         return;
     case Qt::Key_Backtab:
         indentSelection(false);
         return;
     default:
-        QPlainTextEdit::keyPressEvent(event);
+        if (event->text().isEmpty() || !event->text().at(0).isPrint()
+            || !refuses(event->text().toUtf8().size()))
+            QPlainTextEdit::keyPressEvent(event);
     }
 }
 

@@ -37,17 +37,22 @@ public:
 Q_SIGNALS:
     /// Emitted when a text isn't pasted, since it is too long.
     void pasteRefused(qint64 size);
+    /// Emitted when something isn't inserted that the user has typed, since the text is as long as it can be.
+    void typingRefused();
 
 protected:
     void changeEvent(QEvent* event) override;
     void insertFromMimeData(const QMimeData* source) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     class LineNumbers;
 
+    bool hasRoomFor(qint64 bytes) const;
+    bool refuses(qint64 bytes);
     int lineNumberWidth() const;
     void paintLineNumbers(QPaintEvent* event);
     void layOut();

@@ -59,6 +59,22 @@ EditorDocument::EditorDocument(const DocumentType& type, const QString& title, Q
                            .arg(numberText(size), numberText(CodeEditor::maxSize)),
                        tr("Paste a part of it, or save it as a file of its own.")});
     });
+    watchSize();
+}
+
+/// Tells of a text that is as long as it can be, until it is shorter.
+void EditorDocument::watchSize()
+{
+    connect(m_editor, &CodeEditor::typingRefused, this, [this] {
+        m_fullCount = m_editor->document()->characterCount();
+        showNote();
+    });
+    connect(m_editor->document(), &QTextDocument::contentsChanged, this, [this] {
+        if (m_editor->document()->characterCount() < m_fullCount) {
+            m_fullCount = 0;
+            showNote();
+        }
+    });
 }
 
 EditorDocument::~EditorDocument()
@@ -290,20 +306,8 @@ std::unique_ptr<Pages> EditorDocument::pages(const Paper& paper, const Progress&
 
 void EditorDocument::keyPressEvent(QKeyEvent* event)
 {
-    // Where a sign needs Shift, a platform tells Qt which shortcuts the key press stands for. The ones that don't
-    // leave the press to be handled here; on the others it never arrives.
-    const auto withoutKeypad = event->modifiers() & ~Qt::KeypadModifier;
-    if (withoutKeypad == (Qt::ControlModifier | Qt::ShiftModifier)) {
-        const QKeySequence shiftless(event->key() | int(Qt::ControlModifier));
-        for (const char* const name : {"zoomIn", "comment"}) {
-            auto* const action = findChild<QAction*>(QLatin1String(name));
-            if (action && action->shortcuts().contains(shiftless)) {
-                action->trigger();
-                return;
-            }
-        }
-    }
-    Document::keyPressEvent(event);
+    if (!triggerBySign(*event, actions()))
+        Document::keyPressEvent(event);
 }
 
 void EditorDocument::makeNote()
@@ -328,6 +332,10 @@ void EditorDocument::makeNote()
 void EditorDocument::showNote()
 {
     QStringList notes;
+    if (m_fullCount > 0)
+        notes.append(tr("The text has reached %1 bytes, the most that can be edited here. What you "
+                        "type is not added.")
+                         .arg(numberText(CodeEditor::maxSize)));
     if (m_content.isLatin1)
         notes.append(tr("This file isn't UTF-8. It is shown as Latin-1, and saved as such."));
     if (!m_content.isEditable)

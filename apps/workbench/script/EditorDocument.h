@@ -74,6 +74,7 @@ private:
     void addClipboardActions();
     void addZoomActions();
     void makeNote();
+    void watchSize();
     void showNote();
     void convertToUtf8();
     void askForLine();
@@ -82,6 +83,7 @@ private:
     QWidget* m_page;
     QWidget* m_note;
     QLabel* m_noteText;
+    int m_fullCount = 0; // characters of a text that has no room; 0 unless the user has been told
     QAction* m_convert;
     FindBar* m_findBar;
     EditorFindTarget m_target;

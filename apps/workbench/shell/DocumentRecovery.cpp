@@ -2,6 +2,7 @@
 
 #include "recovery/RecoveryDialog.h"
 #include "recovery/RecoveryKeeper.h"
+#include "shell/DocumentOpener.h"
 #include "shell/Workbench.h"
 
 #include <QDir>
@@ -19,9 +20,10 @@ constexpr std::chrono::seconds removingInterval{1};
 
 } // namespace
 
-DocumentRecovery::DocumentRecovery(Workbench& window)
+DocumentRecovery::DocumentRecovery(Workbench& window, DocumentOpener& opener)
     : QObject(&window)
     , m_window(window)
+    , m_opener(opener)
     , m_keeper(new RecoveryKeeper(this))
     , m_timer(new QTimer(this))
 {
@@ -59,7 +61,7 @@ void DocumentRecovery::recover(const QList<RecoveryCopy>& copies)
     int count = 0;
     bool areAllCopied = true;
     for (const RecoveryCopy& copy : copies) {
-        Document* const document = m_window.recover(copy);
+        Document* const document = m_opener.recover(copy);
         if (!document)
             continue;
         ++count;

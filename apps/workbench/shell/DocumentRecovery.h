@@ -9,6 +9,7 @@ class QTimer;
 
 namespace workbench {
 
+class DocumentOpener;
 class RecoveryKeeper;
 class Workbench;
 
@@ -19,7 +20,8 @@ class DocumentRecovery : public QObject
     Q_OBJECT
 
 public:
-    explicit DocumentRecovery(Workbench& window);
+    /// Opens documents by \p opener, which must outlive the object.
+    DocumentRecovery(Workbench& window, DocumentOpener& opener);
     ~DocumentRecovery() override;
 
     RecoveryKeeper& keeper();
@@ -33,6 +35,7 @@ private:
     void removeRecovered();
 
     Workbench& m_window;
+    DocumentOpener& m_opener;
     RecoveryKeeper* m_keeper; // owned as a child
     QTimer* m_timer; // owned as a child; removes what is in use yet
     QList<RecoveryCopy> m_recovered;

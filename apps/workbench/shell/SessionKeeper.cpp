@@ -40,7 +40,7 @@ SessionKeeper::SessionKeeper(Writers writers, QObject* parent)
 
 SessionKeeper::~SessionKeeper() = default;
 
-bool SessionKeeper::start()
+bool SessionKeeper::own()
 {
     const QFileInfo file(sessionFile());
     QDir().mkpath(file.path());
@@ -48,8 +48,12 @@ bool SessionKeeper::start()
     // The lock of a running program never becomes stale; that of one that has crashed is taken over.
     m_lock->setStaleLockTime(0);
     m_isOwner = m_lock->tryLock(0) || m_lock->error() != QLockFile::LockFailedError;
-    m_isStarted = true;
     return m_isOwner;
+}
+
+void SessionKeeper::start()
+{
+    m_isStarted = true;
 }
 
 void SessionKeeper::noteChange()

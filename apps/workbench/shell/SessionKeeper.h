@@ -28,9 +28,11 @@ public:
     SessionKeeper(Writers writers, QObject* parent);
     ~SessionKeeper() override;
 
-    /// Takes the session for this program, unless another one has it, and writes changes from now on. Returns whether
-    /// this program owns it; a session that nobody can write is owned by each, so that each tells its user.
-    bool start();
+    /// Takes the session for this program, unless another one has it. Returns whether this program owns it; a session
+    /// that nobody can write is owned by each, so that each tells its user.
+    bool own();
+    /// Writes changes from now on.
+    void start();
 
     /// Writes soon, together with other changes until then. Does nothing before `start` and after `stop`.
     void noteChange();

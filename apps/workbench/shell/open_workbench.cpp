@@ -91,8 +91,7 @@ QString openWorkbench(const QStringList& words)
     if (isNew) {
         window = new Workbench;
         const bool isForUser = arguments.picture.isEmpty();
-        window->restoreSession(isForUser ? Workbench::SessionUse::Keep
-                                         : Workbench::SessionUse::Look);
+        window->restoreSession(isForUser ? WindowSession::Use::Keep : WindowSession::Use::Look);
         if (isForUser)
             new ProgramEnd(*window);
         else

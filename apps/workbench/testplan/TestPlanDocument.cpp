@@ -208,6 +208,12 @@ quint64 TestPlanDocument::revision() const
     return UndoDocument::revision() + (typed ? quint64(qHash(cellText(typed->value))) << 32U : 0);
 }
 
+bool TestPlanDocument::isTyping() const
+{
+    const std::optional<TestPlanModel::CellChange> typed = m_view->typed();
+    return typed && typed->value != m_model.value(typed->row, typed->column);
+}
+
 void TestPlanDocument::finishTyping() const
 {
     m_view->finishTyping();
@@ -273,8 +279,10 @@ void TestPlanDocument::addClipboardActions()
         add("copy", tr("&Copy"), QKeySequence::Copy, &QLineEdit::copy, [this] { m_view->copy(); });
     QAction* const paste = add("paste", tr("&Paste"), QKeySequence::Paste, &QLineEdit::paste,
                                [this] { m_view->paste(); });
-    add("clear", tr("&Delete Contents"), QKeySequence::Delete, &QLineEdit::del,
-        [this] { m_view->clearCells(); });
+    // X11 has Ctrl+D for Delete, too. It fills down here, and Qt would call neither.
+    add("clear", tr("&Delete Contents"), QKeySequence::Delete, &QLineEdit::del, [this] {
+        m_view->clearCells();
+    })->setShortcuts({Qt::Key_Delete});
     add("selectAll", tr("Select &All"), QKeySequence::SelectAll, &QLineEdit::selectAll,
         [this] { m_view->selectAll(); });
     cut->setIcon(cutIcon());

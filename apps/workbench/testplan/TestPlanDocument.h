@@ -24,6 +24,7 @@ public:
 
     ContentWriter snapshot() const override;
     quint64 revision() const override;
+    bool isTyping() const override;
     void finishTyping() const override;
 
     bool isBlank() const override;

@@ -90,7 +90,7 @@
     </message>
 </context>
 <context>
-    <name>workbench::Workbench</name>
+    <name>workbench::DocumentOpener</name>
     <message numerus="yes">
         <source>%n files can&apos;t be opened.</source>
         <translation>

@@ -72,7 +72,6 @@ void DockTabs::setUp(QTabBar& bar)
 {
     bar.installEventFilter(this);
     bar.setTabsClosable(true);
-    bar.setDrawBase(false);
     bar.setAccessibleName(tr("Windows"));
     bar.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&bar, &QTabBar::tabCloseRequested, this, [this, &bar](int tab) {
@@ -124,8 +123,14 @@ bool DockTabs::hasTab(DockableWidget& window) const
 /// keeps those it may need again, shown but out of sight.
 void DockTabs::update()
 {
-    for (QTabBar* const bar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly))
+    for (QTabBar* const bar : m_frame.findChildren<QTabBar*>()) {
+        const QObject* const owner = bar->parent();
+        if (owner != &m_frame && !owner->inherits("QDockWidgetGroupWindow"))
+            continue;
+        // Qt gives each bar a base line when it puts windows into it.
+        bar->setDrawBase(false);
         bar->setFocusPolicy(bar->count() > 0 ? Qt::TabFocus : Qt::NoFocus);
+    }
     for (DockableWidget* const window : m_frame.dockableWidgets())
         static_cast<DockTitleBar*>(window->titleBarWidget())->setCollapsed(hasTab(*window));
 }
