@@ -6,7 +6,7 @@
 # doesn't export them. That one is built on demand. ORDERED_SOURCES are those that register something while
 # the library loads: the library's own list names them, since their place in it matters.
 function(zv_part name)
-    cmake_parse_arguments(arg "" "" "SOURCES;ORDERED_SOURCES;POSIX_SOURCES;WINDOWS_SOURCES;USES" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;ORDERED_SOURCES;POSIX_SOURCES;WINDOWS_SOURCES;OBJECTS;USES" ${ARGN})
     set(sources ${arg_SOURCES})
     if(WIN32)
         list(APPEND sources ${arg_WINDOWS_SOURCES})
@@ -15,6 +15,9 @@ function(zv_part name)
     endif()
     list(TRANSFORM sources PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/${name}/")
     list(TRANSFORM arg_ORDERED_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/${name}/")
+    foreach(target IN LISTS arg_OBJECTS)
+        list(APPEND sources $<TARGET_OBJECTS:${target}>)
+    endforeach()
     target_sources(zvutil PRIVATE ${sources})
 
     set(part zv_part_${name})

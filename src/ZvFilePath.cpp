@@ -1,5 +1,6 @@
 #include <zvutil/ZvFilePath.h>
 
+#include "impl/ZvFilePathImpl.h"
 #include "impl/paths/path_rules.h"
 #include "impl/paths/path_text.h"
 #include "impl/text/narrow_text.h"
@@ -21,16 +22,6 @@
 
 namespace zvutil {
 
-struct ZvFilePath::ZvFilePathImpl
-{
-    explicit ZvFilePathImpl(std::wstring&& t)
-        : text(std::move(t))
-    {
-    }
-
-    std::wstring text;
-};
-
 namespace {
 
 constexpr char vendorFolder[] = "Corvane Technologies";
@@ -40,12 +31,6 @@ std::wstring textOfPath(const std::filesystem::path& path)
 {
     const std::wstring text = impl::path_text(path);
     return impl::wide_text(text.c_str());
-}
-
-std::wstring textOfUtf16(const char16_t* units)
-{
-    const std::u16string_view text(units);
-    return {text.begin(), text.end()};
 }
 
 std::wstring textOfUtf32(const char32_t* units)
@@ -113,19 +98,19 @@ ZvFilePath::ZvFilePath(std::unique_ptr<ZvFilePathImpl>&& implementation)
 }
 
 ZvFilePath::ZvFilePath()
-    : m_impl(std::make_unique<ZvFilePathImpl>(std::wstring()))
+    : m_impl(ZvFilePathImpl::ofUnits({}))
 {
 }
 
 ZvFilePath::ZvFilePath(const ZvFilePath& other)
-    : m_impl(std::make_unique<ZvFilePathImpl>(std::wstring(other.m_impl.impl().text)))
+    : m_impl(ZvFilePathImpl::ofUnits(other.m_impl.impl().text()))
 {
 }
 
 ZvFilePath::ZvFilePath(ZvFilePath&& other) noexcept = default;
 
 ZvFilePath::ZvFilePath(const char* text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow(text)))
+    : m_impl(ZvFilePathImpl::ofNarrow(text))
 {
 }
 
@@ -140,17 +125,17 @@ ZvFilePath::ZvFilePath(const ZvBasicString<char>& text)
 }
 
 ZvFilePath::ZvFilePath(const char* text, std::size_t size)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow({text, size})))
+    : m_impl(ZvFilePathImpl::ofNarrow({text, size}))
 {
 }
 
 ZvFilePath::ZvFilePath(const std::string_view& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_narrow(text)))
+    : m_impl(ZvFilePathImpl::ofNarrow(text))
 {
 }
 
 ZvFilePath::ZvFilePath(const wchar_t* text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text(text)))
+    : m_impl(ZvFilePathImpl::ofWide(text))
 {
 }
 
@@ -165,32 +150,32 @@ ZvFilePath::ZvFilePath(const ZvBasicString<wchar_t>& text)
 }
 
 ZvFilePath::ZvFilePath(const wchar_t* text, std::size_t size)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text({text, size})))
+    : m_impl(ZvFilePathImpl::ofWide({text, size}))
 {
 }
 
 ZvFilePath::ZvFilePath(const std::wstring_view& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::wide_text(text)))
+    : m_impl(ZvFilePathImpl::ofWide(text))
 {
 }
 
 ZvFilePath::ZvFilePath(const std::filesystem::path& path)
-    : m_impl(std::make_unique<ZvFilePathImpl>(textOfPath(path)))
+    : m_impl(ZvFilePathImpl::ofUnits(textOfPath(path)))
 {
 }
 
 ZvFilePath::ZvFilePath(const ZvBasicString<char16_t>& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(textOfUtf16(text.c_str())))
+    : m_impl(ZvFilePathImpl::ofUtf16(text.c_str()))
 {
 }
 
 ZvFilePath::ZvFilePath(const ZvBasicString<char32_t>& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(textOfUtf32(text.c_str())))
+    : m_impl(ZvFilePathImpl::ofUnits(textOfUtf32(text.c_str())))
 {
 }
 
 ZvFilePath::ZvFilePath(const YString& text)
-    : m_impl(std::make_unique<ZvFilePathImpl>(impl::decode_utf8_text(text.c_str())))
+    : m_impl(ZvFilePathImpl::ofUnits(impl::decode_utf8_text(text.c_str())))
 {
 }
 
@@ -208,7 +193,7 @@ ZvFilePath& ZvFilePath::operator=(ZvFilePath&& other) noexcept = default;
 
 bool ZvFilePath::operator==(const ZvFilePath& other) const
 {
-    return impl::path_rules::compare(m_impl.impl().text, other.m_impl.impl().text) == 0;
+    return impl::path_rules::are_equal(m_impl.impl().text(), other.m_impl.impl().text());
 }
 
 bool ZvFilePath::operator!=(const ZvFilePath& other) const
@@ -218,35 +203,37 @@ bool ZvFilePath::operator!=(const ZvFilePath& other) const
 
 bool ZvFilePath::operator<(const ZvFilePath& other) const
 {
-    return impl::path_rules::compare(m_impl.impl().text, other.m_impl.impl().text) < 0;
+    return impl::path_rules::compare(m_impl.impl().text(), other.m_impl.impl().text()) < 0;
 }
 
 ZvFilePath& ZvFilePath::operator/=(const ZvFilePath& other)
 {
     if (this == &other)
         return *this /= ZvFilePath(other);
-    impl::path_rules::append(m_impl.impl().text, other.m_impl.impl().text);
+    ZvFilePathImpl::Owner larger = m_impl.impl().append(other.m_impl.impl().text());
+    if (larger)
+        m_impl = basic_pimpl(std::move(larger));
     return *this;
 }
 
 const wchar_t* ZvFilePath::c_str() const
 {
-    return m_impl.impl().text.c_str();
+    return m_impl.impl().units();
 }
 
 std::size_t ZvFilePath::size() const
 {
-    return m_impl.impl().text.size();
+    return m_impl.impl().text().size();
 }
 
 bool ZvFilePath::isEmpty() const
 {
-    return m_impl.impl().text.empty();
+    return m_impl.impl().text().empty();
 }
 
 ZvBasicString<wchar_t> ZvFilePath::extension() const
 {
-    const std::wstring& text = m_impl.impl().text;
+    const std::wstring_view text = m_impl.impl().text();
     const std::wstring_view result = impl::path_rules::extension(text);
     // Only an extension before the name of an alternate stream lacks the text's own NUL at its end.
     if (result.data() + result.size() == text.data() + text.size())
@@ -256,26 +243,24 @@ ZvBasicString<wchar_t> ZvFilePath::extension() const
 
 ZvFilePath ZvFilePath::filename() const
 {
-    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
-        std::wstring(impl::path_rules::filename(m_impl.impl().text))));
+    return ZvFilePath(ZvFilePathImpl::ofUnits(impl::path_rules::filename(m_impl.impl().text())));
 }
 
 ZvFilePath ZvFilePath::parentPath() const
 {
-    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
-        std::wstring(impl::path_rules::parent(m_impl.impl().text))));
+    return ZvFilePath(ZvFilePathImpl::ofUnits(impl::path_rules::parent(m_impl.impl().text())));
 }
 
 ZvFilePath ZvFilePath::lexicallyRelative(const ZvFilePath& base) const
 {
-    return ZvFilePath(std::make_unique<ZvFilePathImpl>(
-        impl::path_rules::relative(m_impl.impl().text, base.m_impl.impl().text)));
+    return ZvFilePath(ZvFilePathImpl::ofUnits(
+        impl::path_rules::relative(m_impl.impl().text(), base.m_impl.impl().text())));
 }
 
 bool ZvFilePath::isDescendant(const ZvFilePath& other) const
 {
-    const std::wstring& directory = m_impl.impl().text;
-    const std::wstring& text = other.m_impl.impl().text;
+    const std::wstring_view directory = m_impl.impl().text();
+    const std::wstring_view text = other.m_impl.impl().text();
     // By contract: isDescendant() compares texts unit by unit, so `C:\a\` isn't above `C:/a/b`. The
     // prefix test is stricter than operator== and cheap.
     return impl::path_rules::filename(directory).empty() && text.size() > directory.size()
@@ -284,14 +269,14 @@ bool ZvFilePath::isDescendant(const ZvFilePath& other) const
 
 ZvFilePath& ZvFilePath::makePreferred()
 {
-    std::wstring& text = m_impl.impl().text;
-    std::replace(text.begin(), text.end(), L'/', L'\\');
+    wchar_t* const units = m_impl.impl().units();
+    std::replace(units, units + size(), L'/', L'\\');
     return *this;
 }
 
 QString ZvFilePath::toQString() const
 {
-    return QString::fromStdWString(m_impl.impl().text);
+    return QString::fromWCharArray(m_impl.impl().units(), static_cast<int>(size()));
 }
 
 std::filesystem::path ZvFilePath::toStdFilePath() const

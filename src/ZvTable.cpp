@@ -30,7 +30,7 @@ void append(zvutil::impl::delimited_row_writer& row, const QVariant& cell)
     // Equals toString(), without a copy of the text.
     if (cell.userType() == QMetaType::QString)
         row.append(*static_cast<const QString*>(cell.constData()));
-    else
+    else if (!row.append_number(cell))
         row.append(cell.toString());
 }
 

@@ -4,6 +4,7 @@
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
@@ -39,12 +40,17 @@ void addOptions(QCommandLineParser& parser)
     parser.addOptions({
         option("style", "Opens the workbench in the style NAME, this time.", "NAME"),
         hidden(option(ProgramArguments::hiddenStyle, "", "NAME")),
-        option(
-            "new",
-            "Opens a new document: testplan, schematic, script or a type of a module. Repeatable.",
-            "TYPE"),
+        option("new",
+               "Opens a new document: testplan, schematic, script, text or a type of a module. "
+               "Repeatable.",
+               "TYPE"),
         option("screenshot", "Writes a picture of the workbench to FILE, and ends.", "FILE"),
         option("e", "Runs TEXT as a script.", "TEXT"),
+        option(
+            "run",
+            "Runs FILE as a script, of whatever name, without the workbench; \"-\" is the standard "
+            "input. All that follows is for the script: the array scriptArguments.",
+            "FILE"),
         flag("list", "Lists functions, commands and options."),
         option("library", "Loads FILE as libzvutil.", "FILE"),
         option("load", "Loads the module FILE after the library. Repeatable.", "FILE"),
@@ -60,6 +66,19 @@ void addOptions(QCommandLineParser& parser)
         QStringLiteral("[FILE...]"));
 }
 
+/// Splits off the arguments that are for the script of --run, and returns them.
+QStringList takeScriptArguments(QStringList& arguments)
+{
+    const QRegularExpression run(QStringLiteral("^--?run(=.*)?$"));
+    const int option = arguments.indexOf(run);
+    if (option < 0)
+        return {};
+    const int end = option + (arguments.at(option).contains(QLatin1Char('=')) ? 1 : 2);
+    const QStringList rest = arguments.mid(end);
+    arguments = arguments.mid(0, end);
+    return rest;
+}
+
 /// Returns whether \p file is a document, by its name; all other files are scripts.
 bool isDocument(const QString& file)
 {
@@ -73,11 +92,13 @@ bool isDocument(const QString& file)
 
 CommandLine CommandLine::of(const QStringList& arguments)
 {
+    CommandLine line;
+    QStringList own = arguments;
+    line.scriptArguments = takeScriptArguments(own);
     QCommandLineParser parser;
     addOptions(parser);
-    parser.process(arguments);
+    parser.process(own);
 
-    CommandLine line;
     line.library = parser.value(QStringLiteral("library"));
     line.modules = parser.values(QStringLiteral("load"));
     line.moduleFolders = parser.values(QStringLiteral("modules"));
@@ -106,6 +127,9 @@ CommandLine CommandLine::of(const QStringList& arguments)
         else
             line.scripts.append(file);
     }
+    line.runs = parser.value(QStringLiteral("run"));
+    if (!line.runs.isEmpty())
+        line.scripts.append(line.runs);
     line.opensWorkbench = !line.workbench.empty()
         || (line.texts.isEmpty() && line.scripts.isEmpty() && !line.listsRegistrations);
     return line;

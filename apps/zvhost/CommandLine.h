@@ -18,7 +18,9 @@ struct CommandLine
     QString filter;
     QStringList directories; ///< folders whose files are listed
     QStringList texts; ///< texts to run as scripts
-    QStringList scripts; ///< files to run as scripts
+    QStringList scripts; ///< files to run as scripts; "-" stands for the standard input
+    QString runs; ///< the one of them that --run names
+    QStringList scriptArguments; ///< what follows the script of --run
     bool opensWorkbench = false;
     bool makesPicture = false;
     std::vector<std::string> workbench; ///< words for the workbench's command

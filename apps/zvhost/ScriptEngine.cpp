@@ -2,6 +2,10 @@
 
 #include "ScriptHost.h"
 
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QList>
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QStringList>
@@ -31,18 +35,54 @@ quint32 lengthOf(const QJSValue& array)
     return array.property(QStringLiteral("length")).toUInt();
 }
 
-/// Returns the line of the innermost frame that isn't our own, or 0 if there is none. The lines of
-/// \p stack read FUNCTION@SOURCE:LINE or FUNCTION@SOURCE.
-int scriptLine(const QString& stack)
+/// A call in a script.
+struct Frame
 {
-    static const QRegularExpression frame(QStringLiteral("@(.*):(\\d+)$"));
-    const QStringList frames = stack.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString& line : frames) {
-        const QRegularExpressionMatch match = frame.match(line);
-        if (match.hasMatch() && !match.captured(1).endsWith(binding))
-            return match.captured(2).toInt();
+    QString function; ///< empty for what stands outside of functions
+    int line;
+};
+
+/// The most calls that are told: a recursion without an end has thousands.
+constexpr int maxFrames = 10;
+
+/// Returns the calls that led to an error, the innermost first, without our own. The lines of \p stack read
+/// FUNCTION@SOURCE:LINE or FUNCTION@SOURCE.
+QList<Frame> framesOf(const QString& stack)
+{
+    static const QRegularExpression format(QStringLiteral("^(.*)@(.*):(\\d+)$"));
+    QList<Frame> frames;
+    for (const QString& line : stack.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        const QRegularExpressionMatch match = format.match(line);
+        if (!match.hasMatch() || match.captured(2).endsWith(binding))
+            continue;
+        // A call for which there was no room any more has no line.
+        if (match.captured(3).toInt() == 0)
+            continue;
+        const QString function = match.captured(1);
+        const bool isOutside = function == QLatin1String("%entry");
+        frames.append({isOutside ? QString() : function, match.captured(3).toInt()});
     }
-    return 0;
+    return frames;
+}
+
+/// Describes calls, a line for each.
+QString described(const QList<Frame>& frames)
+{
+    QStringList lines;
+    for (const Frame& frame : frames.mid(0, maxFrames)) {
+        const QString name =
+            frame.function.isEmpty() ? QString() : frame.function + QStringLiteral(", ");
+        lines.append(QStringLiteral("    at %1line %2").arg(name).arg(frame.line));
+    }
+    if (frames.size() > maxFrames)
+        lines.append(QStringLiteral("    … and %1 more calls").arg(frames.size() - maxFrames));
+    return lines.join(QLatin1Char('\n'));
+}
+
+/// Returns \p text as the engine takes it: a first line for the shell becomes a comment.
+QString withoutShellLine(const QString& text)
+{
+    return text.startsWith(QLatin1String("#!")) ? QStringLiteral("//") + text : text;
 }
 
 } // namespace
@@ -52,6 +92,7 @@ ScriptEngine::ScriptEngine(const ScriptNames& names, ScriptHost& scriptHost)
 {
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     defineFunctions(names);
+    setArguments({});
     // The evaluation is indirect, so that what the text defines is global. The script hands its
     // value to show(), since the engine returns a value that was thrown like one that was computed.
     // JSON shows objects as people write them, but doesn't cover all values.
@@ -73,9 +114,15 @@ void ScriptEngine::defineFunctions(const ScriptNames& names)
 {
     const QJSValue self = m_engine.newQObject(this);
     QJSValue makePrint = m_engine.evaluate(
-        QStringLiteral("(function(host) {"
-                       "  return function() { host.print(Array.prototype.slice.call(arguments)); };"
-                       "})"),
+        QStringLiteral(
+            "(function(host) {"
+            "  function described(value) {"
+            "    var text = String(value);"
+            "    if (text.indexOf('[object ') < 0) return text;"
+            "    try { return JSON.stringify(value); } catch (circular) { return text; }"
+            "  }"
+            "  return function() { host.print(Array.prototype.map.call(arguments, described)); };"
+            "})"),
         binding);
     m_engine.globalObject().setProperty(QStringLiteral("print"), makePrint.call({self}));
 
@@ -96,17 +143,24 @@ void ScriptEngine::defineFunctions(const ScriptNames& names)
     define(QStringLiteral("callCommand"), names.commands);
 }
 
+void ScriptEngine::setArguments(const QStringList& arguments)
+{
+    m_engine.globalObject().setProperty(QStringLiteral("scriptArguments"),
+                                        m_engine.toScriptValue(arguments));
+}
+
 host::ScriptOutcome ScriptEngine::run(const QString& text, const QString& source)
 {
     m_source = source;
     // The engine returns a value that was thrown like one that was computed, so the script is made
     // to compute a value that nobody throws.
     const QString completion = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    const QString program = text + QStringLiteral("\n;'%1'").arg(completion);
+    const QString program = withoutShellLine(text) + QStringLiteral("\n;'%1'").arg(completion);
     const QJSValue result = m_engine.evaluate(program, source);
-    if (!result.isError() && result.toString() == completion)
-        return {};
-    return failure(result);
+    if (result.isError() || result.toString() != completion)
+        return failure(result);
+    runCallbacks();
+    return {};
 }
 
 host::ScriptOutcome ScriptEngine::evaluate(const QString& text)
@@ -116,9 +170,21 @@ host::ScriptOutcome ScriptEngine::evaluate(const QString& text)
     const QJSValue result = m_evaluate.call({text});
     if (!m_value)
         return failure(result);
+    runCallbacks();
     host::ScriptOutcome outcome;
     outcome.value = m_value->toStdString();
     return outcome;
+}
+
+/// Calls what waits for promises: the engine posts it to objects of its thread, and what one call posts is
+/// handled in the next round.
+void ScriptEngine::runCallbacks()
+{
+    // A window that paints itself without end would keep the script from ending.
+    constexpr int maxRounds = 100'000;
+    QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
+    for (int round = 0; round < maxRounds && dispatcher && dispatcher->hasPendingEvents(); ++round)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void ScriptEngine::interrupt(bool interrupt)
@@ -178,7 +244,11 @@ host::ScriptOutcome ScriptEngine::failure(const QJSValue& thrown) const
         return outcome;
     }
     outcome.error = thrown.toString().toStdString();
-    outcome.line = scriptLine(thrown.property(QStringLiteral("stack")).toString());
+    const QList<Frame> frames = framesOf(thrown.property(QStringLiteral("stack")).toString());
+    if (!frames.isEmpty())
+        outcome.line = frames.constFirst().line;
+    if (frames.size() > 1)
+        outcome.stack = described(frames).toStdString();
     if (outcome.line == 0)
         outcome.line = thrown.property(QStringLiteral("lineNumber")).toInt();
     return outcome;

@@ -6,6 +6,7 @@
 #include <QJSValue>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -24,8 +25,11 @@ public:
     /// Creates the engine. \p scriptHost must outlive it.
     ScriptEngine(const ScriptNames& names, ScriptHost& scriptHost);
 
-    /// Runs \p text, which is called \p source in messages. The outcome has no line if the script
-    /// throws something other than an Error object.
+    /// Gives scripts \p arguments as the array `scriptArguments`.
+    void setArguments(const QStringList& arguments);
+
+    /// Runs \p text, which is called \p source in messages, and what then waits for its promises. The
+    /// outcome has no line if the script throws something other than an Error object.
     host::ScriptOutcome run(const QString& text, const QString& source);
 
     /// Runs \p text and returns its value in a form for people; nothing for undefined. Variables
@@ -44,6 +48,7 @@ public:
 
 private:
     void defineFunctions(const ScriptNames& names);
+    void runCallbacks();
     host::ScriptOutcome failure(const QJSValue& thrown) const;
 
     QJSEngine m_engine;

@@ -73,24 +73,31 @@ bool runText(ScriptEngine& engine, const QString& text, const QString& source)
     const host::ScriptOutcome outcome = engine.run(text, source);
     if (!outcome.error.empty())
         writeError(described(outcome, source));
+    if (!outcome.stack.empty())
+        writeError(QString::fromStdString(outcome.stack));
     return outcome.error.empty();
 }
 
 bool runFile(ScriptEngine& engine, const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const bool isInput = path == QLatin1String("-");
+    if (!(isInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly))) {
         complain(QStringLiteral("cannot read %1: %2")
                      .arg(QDir::toNativeSeparators(path), file.errorString()));
         return false;
     }
-    return runText(engine, QString::fromUtf8(file.readAll()), path);
+    return runText(engine, QString::fromUtf8(file.readAll()),
+                   isInput ? QStringLiteral("standard input") : path);
 }
 
-bool runScripts(const QStringList& texts, const QStringList& files)
+bool runScripts(const CommandLine& line)
 {
+    const QStringList& texts = line.texts;
+    const QStringList& files = line.scripts;
     ConsoleScriptHost console;
     ScriptEngine engine(registeredNames(), console);
+    engine.setArguments(line.scriptArguments);
     return std::all_of(texts.begin(), texts.end(),
                        [&engine](const QString& text) {
                            return runText(engine, text, QStringLiteral("command line"));
@@ -163,7 +170,7 @@ void passDocumentsOn(CommandLine& line)
 {
     QStringList scripts;
     for (const QString& file : line.scripts) {
-        if (isDocumentOfModule(file)) {
+        if (file != line.runs && isDocumentOfModule(file)) {
             line.workbench.push_back(file.toStdString());
             line.opensWorkbench = true;
         } else {
@@ -231,7 +238,7 @@ int main(int argc, char* argv[])
         listRegistrations();
     if (line.listsFiles)
         return listFiles(line.directories, line.types, line.filter) ? 0 : 1;
-    if (!runScripts(line.texts, line.scripts))
+    if (!runScripts(line))
         return 1;
     if (line.opensWorkbench && !isOnScreen() && !line.makesPicture) {
         complain(QStringLiteral("nobody can see the workbench; --screenshot FILE makes a picture"));

@@ -41,9 +41,9 @@ namespace zvutil {
 /// system category, `EILSEQ` where there are no code pages. Everything else fails only for lack of
 /// memory.
 ///
-/// A path takes one allocation, and another for a text that isn't very short. A copy is deep; a move
-/// takes none, throws nothing and leaves a path that may only be destroyed or assigned to. No
-/// operation takes more than linear time. Objects on different threads share nothing.
+/// A path takes one allocation. A copy is deep; a move takes none, throws nothing and leaves a path
+/// that may only be destroyed or assigned to. No operation takes more than linear time. Objects on
+/// different threads share nothing.
 ///
 /// @code{.cpp}
 /// #include <QString>

@@ -11,7 +11,7 @@ _zvhost()
             return
             ;;
         --new)
-            COMPREPLY=($(compgen -W "testplan schematic script" -- "$cur"))
+            COMPREPLY=($(compgen -W "testplan schematic script text" -- "$cur"))
             return
             ;;
         --modules)
@@ -20,6 +20,10 @@ _zvhost()
             ;;
         --screenshot)
             _filedir png
+            return
+            ;;
+        --run)
+            _filedir
             return
             ;;
         --library | --load)
@@ -33,7 +37,7 @@ _zvhost()
     $split && return
 
     if [[ $cur == -* ]]; then
-        COMPREPLY=($(compgen -W "-h --help --help-all -v --version --style --new --screenshot -e --list
+        COMPREPLY=($(compgen -W "-h --help --help-all -v --version --style --new --screenshot -e --run --list
             --library --load --modules --files --types --filter" -- "$cur"))
         return
     fi

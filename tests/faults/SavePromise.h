@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QString>
 
 namespace zvtest {
@@ -17,9 +18,13 @@ struct FileState
     QByteArray content;
     QFile::Permissions permissions;
 
-    static FileState of(const QString& path)
+    /// Blanks in the content what \p dates find.
+    static FileState of(const QString& path, const QRegularExpression& dates)
     {
-        return {QFile::exists(path) ? contentOf(path) : QByteArray(), QFile::permissions(path)};
+        QByteArray content = QFile::exists(path) ? contentOf(path) : QByteArray();
+        if (!dates.pattern().isEmpty())
+            content = QString::fromLatin1(content).remove(dates).toLatin1();
+        return {content, QFile::permissions(path)};
     }
 
     friend bool operator==(const FileState& a, const FileState& b)
@@ -52,13 +57,16 @@ public:
     /// Whether the bytes must be on the disk before they are in the target's place.
     void setSynced(bool isSynced) { m_isSynced = isSynced; }
 
+    /// Lets what \p dates find in the target differ each time.
+    void setDates(const QRegularExpression& dates) { m_dates = dates; }
+
     /// Looks at the target before and after a save without faults.
-    void setBefore() { m_before = FileState::of(m_target); }
-    void setAfter() { m_after = FileState::of(m_target); }
+    void setBefore() { m_before = FileState::of(m_target, m_dates); }
+    void setAfter() { m_after = FileState::of(m_target, m_dates); }
 
     QString problem(const Injected& fault, bool isSaved) const
     {
-        const FileState now = FileState::of(m_target);
+        const FileState now = FileState::of(m_target, m_dates);
         if (!(now == m_before) && !(now == m_after))
             return QString("neither old nor new: %1 bytes, permissions %2")
                 .arg(now.content.size())
@@ -86,6 +94,7 @@ private:
     QStringList m_others;
     Report m_report;
     bool m_isSynced = true;
+    QRegularExpression m_dates;
     FileState m_before;
     FileState m_after;
 };

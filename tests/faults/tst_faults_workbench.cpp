@@ -6,6 +6,11 @@
 
 #include "common/path_names.h"
 #include "documents/CompressionRequest.h"
+#include "documents/EditedContent.h"
+#include "output/export_file.h"
+#include "recovery/RecoveryCopy.h"
+#include "recovery/RecoveryRequest.h"
+#include "recovery/RecoverySlot.h"
 #include "search/SearchRequest.h"
 #include "shell/Session.h"
 #include "shell/document_types.h"
@@ -22,8 +27,11 @@
 #include <zvworkbench/Document.h>
 #include <zvworkbench/DocumentType.h>
 #include <zvworkbench/Failure.h>
+#include <zvworkbench/FileError.h>
 
 #include <QDir>
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -60,6 +68,8 @@ public:
     bool save(const QString& file)
     {
         m_failures.clear();
+        // The file is put back before each run, about which a document that knows it would ask.
+        m_document->setFilename({});
         m_document->writeFile(workbench::filePath(file));
         zvtest::closeFiles();
         return m_failures.isEmpty();
@@ -113,6 +123,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_report = SavePromise::Report::Result;
+        m_dates.setPattern(QString());
         qunsetenv("TMPDIR");
     }
 
@@ -192,8 +203,43 @@ private Q_SLOTS:
     void exportDocument()
     {
         const QString source = exampleOf("testplan");
-        driveSave([&] { return transferred(CompressionRequest::Direction::Compress, source); },
-                  false);
+        driveSave([&] { return transferred(CompressionRequest::Direction::Compress, source); });
+    }
+
+    void exportForOtherPrograms_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<int>("kind");
+        const QList<QPair<QString, QString>> formats = {
+            {"testplan", ".pdf"},  {"testplan", ".csv"},  {"schematic", ".pdf"},
+            {"schematic", ".svg"}, {"schematic", ".png"}, {"script", ".pdf"}};
+        for (const auto& [type, extension] : formats) {
+            for (int kind = 0; kind < zvtest::faultKindCount(); ++kind)
+                QTest::addRow("%s as %s, %s", qPrintable(type), qPrintable(extension),
+                              zvtest::faultKind(kind).name)
+                    << type << extension << kind;
+        }
+    }
+
+    void exportForOtherPrograms()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, extension);
+        Opened document(type);
+        QVERIFY(document.load(exampleOf(type)));
+        m_file += extension;
+        // A PDF file tells when it was made.
+        m_dates.setPattern("/CreationDate \\([^)]*\\)");
+        driveSave([&] {
+            try {
+                workbench::exportFile(*document.operator->(), workbench::filePath(m_file),
+                                      [](int, int) { return true; });
+                return true;
+            } catch (const workbench::FileError&) {
+                return false;
+            }
+        });
     }
 
     void importDocument_data() { zvtest::addFaultKinds(); }
@@ -207,8 +253,55 @@ private Q_SLOTS:
                                             workbench::filePath(packed));
             QVERIFY(request.succeeds());
         }
-        driveSave([&] { return transferred(CompressionRequest::Direction::Decompress, packed); },
-                  false);
+        driveSave([&] { return transferred(CompressionRequest::Direction::Decompress, packed); });
+    }
+
+    void recoveryCopy_data() { addTypesAndKinds(); }
+
+    // The copy before or the new one, never a damaged one, and its owner is told which.
+    void recoveryCopy()
+    {
+        QFETCH(QString, type);
+        QFETCH(int, kind);
+        const std::string options = host::optionsFile();
+        const auto restore = qScopeGuard([&options] { host::setOptionsFile(options); });
+        host::setOptionsFile(m_folder->filePath("options.ini").toStdString());
+        Opened document(type);
+        QVERIFY(document.load(exampleOf(type)));
+        const workbench::ContentWriter writer =
+            dynamic_cast<const workbench::EditedContent&>(*document.operator->()).snapshot();
+        std::unique_ptr<workbench::RecoverySlot> slot;
+        bool isWritten = false;
+        Operation operation;
+        operation.folder = m_folder->path();
+        operation.prepare = [&] {
+            slot = std::make_unique<workbench::RecoverySlot>(workbench::RecoveryFolder::make(), 1);
+            slot->write(
+                {}, ".copy",
+                [](const zvutil::ZvFilePath& file, const workbench::Progress&) {
+                    zvtest::writeTo(workbench::qtFileName(file), "old");
+                },
+                1);
+        };
+        operation.run = [&] {
+            isWritten = workbench::RecoveryRequest::reasonOf([&] {
+                            slot->write({}, ".copy", writer, 2);
+                        }).isEmpty();
+            zvtest::closeFiles();
+        };
+        operation.problem = [&](const Injected& fault) {
+            slot.reset();
+            const QList<workbench::RecoveryCopy> copies = workbench::RecoveryCopy::abandoned();
+            if (copies.size() != 1 || copies.constFirst().isDamaged)
+                return QString("%1 copies, or damaged").arg(copies.size());
+            const bool isNew = contentOf(copies.constFirst().contentPath()) != "old";
+            copies.constFirst().remove();
+            if (isNew != isWritten)
+                return QString(isNew ? "told as failed, but new" : "told as written, but old");
+            return !isWritten && fault.call.isEmpty() ? QString("not written") : QString();
+        };
+        const QString found = zvtest::drive(operation, zvtest::faultKind(kind));
+        QVERIFY2(found.isEmpty(), qPrintable(found));
     }
 
     void findInFiles_data() { zvtest::addFaultKinds(); }
@@ -274,11 +367,11 @@ private:
         return request.succeeds();
     }
 
-    void driveSave(const std::function<bool()>& work, bool isSynced = true)
+    void driveSave(const std::function<bool()>& work)
     {
         QFETCH(int, kind);
         SavePromise promise(m_folder->path(), m_file, {}, m_report);
-        promise.setSynced(isSynced);
+        promise.setDates(m_dates);
         bool isSaved = false;
         Operation operation;
         operation.folder = m_folder->path();
@@ -303,6 +396,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_file;
     SavePromise::Report m_report = SavePromise::Report::Result;
+    QRegularExpression m_dates; // in the file
 };
 
 QTEST_MAIN(tst_faults_workbench)

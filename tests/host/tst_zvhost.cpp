@@ -115,6 +115,16 @@ private Q_SLOTS:
                                                  << "thrown by the module\n";
         QTest::newRow("comment at the end") << "print('a') // b"
                                             << "a\n";
+        QTest::newRow("objects") << "print({a: 1, b: [2, 'x']}, [1, 2], [{c: 3}], null)"
+                                 << "{\"a\":1,\"b\":[2,\"x\"]} 1,2 [{\"c\":3}] null\n";
+        QTest::newRow("object of a type of its own")
+            << "function T() {}\nT.prototype.toString = function() { return 'T!'; };\nprint(new T)"
+            << "T!\n";
+        QTest::newRow("object in a circle") << "var a = {}; a.a = a; print(a)"
+                                            << "[object Object]\n";
+        QTest::newRow("promise")
+            << "Promise.resolve(1).then(v => v + 1).then(v => print('then', v)); print('first')"
+            << "first\nthen 2\n";
         QTest::newRow("strict") << "'use strict'; print((function() { return !this })())"
                                 << "true\n";
     }
@@ -136,6 +146,12 @@ private Q_SLOTS:
                                       << "command line:3: Error: no way";
         QTest::newRow("thrown value") << "throw 3"
                                       << "command line: uncaught exception: 3";
+        QTest::newRow("stack overflow")
+            << "\nfunction f() { f(); }\nf();"
+            << "command line:2: RangeError: Maximum call stack size exceeded.";
+        QTest::newRow("calls") << "function g() {\n  missing();\n}\nfunction f() { g(); }\nf();"
+                               << "command line:2: ReferenceError: missing is not defined\n"
+                                  "    at g, line 2\n    at f, line 4\n    at line 5\n";
         QTest::newRow("thrown undefined") << "throw undefined"
                                           << "command line: uncaught exception: undefined";
         QTest::newRow("syntax") << "\nx = = 3"
@@ -174,6 +190,37 @@ private Q_SLOTS:
     {
         const Outcome outcome = runScript("tell('one', 'two words')");
         QVERIFY2(outcome.errors.contains("one\ntwo words\n"), qPrintable(outcome.errors));
+    }
+
+    void runsAScriptWithArguments()
+    {
+        const QTemporaryDir directory;
+        // The name is that of a document of the workbench, and the first line is for a shell.
+        const QString script = write(
+            directory, "a.zvscr",
+            "#!/usr/bin/env zvhost\nprint(scriptArguments.length, scriptArguments.join('|'))\n");
+        const Outcome outcome = run({"--run", script, "one", "--list", "-e", "two words", "ж"});
+        QCOMPARE(outcome.output, QString("5 one|--list|-e|two words|ж\n"));
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(run({"--run=" + script}).output, QString("0 \n"));
+        const QString failing = write(directory, "b.zvscr", "#!zvhost\nmissing()\n");
+        const Outcome failed = run({"--run", failing});
+        QVERIFY2(failed.errors.contains(QDir::toNativeSeparators(failing) + ":2: "),
+                 qPrintable(failed.errors));
+        QCOMPARE(failed.status, 1);
+    }
+
+    void runsTheStandardInput()
+    {
+        QProcess process;
+        process.start(ZVHOST_FILE, {"--run", "-", "x"});
+        process.write("print(scriptArguments[0])\nmissing()\n");
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished(60'000));
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()).remove('\r'), QString("x\n"));
+        const QString errors = QString::fromUtf8(process.readAllStandardError());
+        QVERIFY2(errors.contains("standard input:2: ReferenceError"), qPrintable(errors));
+        QCOMPARE(process.exitCode(), 1);
     }
 
     void runsFilesInTurnAndStopsAtTheFirstError()
@@ -461,9 +508,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("error");
         QTest::newRow("style") << QStringList{"--style", "Blue"}
                                << "There is no style “Blue”. Available styles: Light, Dark.";
-        QTest::newRow("type")
-            << QStringList{"--new", "plan"}
-            << "There is no document type “plan”. Available types: testplan, schematic, script.";
+        QTest::newRow("type") << QStringList{"--new", "plan"}
+                              << "There is no document type “plan”. Available types: testplan, "
+                                 "schematic, script, text.";
         QTest::newRow("picture") << QStringList{"--screenshot", "/no/such/folder/a.png"}
                                  << "can't be written";
     }

@@ -2,6 +2,7 @@
 
 #include "common/StatusLine.h"
 #include "common/translations.h"
+#include "files/FilesOrder.h"
 #include "files/FilesPanel.h"
 #include "files/FilteredFilesModel.h"
 #include "files/RowFilter.h"
@@ -17,6 +18,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QListView>
 #include <QListWidget>
 #include <QRegExp>
@@ -77,6 +79,8 @@ public:
     Panel()
     {
         panel->resize(320, 600);
+        // The order that most tests know beforehand.
+        setOrder(workbench::FilesOrder::Found);
         panel->show();
         QApplication::setActiveWindow(panel.get());
     }
@@ -96,6 +100,12 @@ public:
     workbench::StatusLine* status() const { return child<workbench::StatusLine>("status"); }
     QToolButton* stop() const { return child<QToolButton>("stop"); }
     workbench::TypesBox* types() const { return child<workbench::TypesBox>("types"); }
+
+    void setOrder(workbench::FilesOrder order) const
+    {
+        auto* const box = child<QComboBox>("order");
+        box->setCurrentIndex(box->findData(int(order)));
+    }
 
     QStringList shown() const
     {

@@ -8,6 +8,7 @@
 #include "testplan/TestPlanSaveFile.h"
 #include "testplan/TestPlanView.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -118,6 +119,13 @@ public:
 
     QString at(int row, int column) const { return model.index(row, column).data().toString(); }
     QStringList rows() const { return textOf(model.plan()).mid(1); }
+    int edits() const { return model.undoStack().count(); }
+
+    QAction& action(const char* name) const
+    {
+        return *document.findChild<QAction*>(QString::fromLatin1(name));
+    }
+
     QPoint current() const { return {view.currentIndex().column(), view.currentIndex().row()}; }
 
     workbench::TestPlanDocument document;

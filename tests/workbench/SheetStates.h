@@ -5,6 +5,7 @@
 #include "schematic/GridItem.h"
 #include "schematic/SchematicScene.h"
 #include "schematic/WireTool.h"
+#include "schematic/wire_ends.h"
 
 #include <QList>
 #include <QPoint>
@@ -32,6 +33,16 @@ struct SheetModel
     std::optional<workbench::Schematic> clipboard;
     int nextId = 1;
 
+    /// The moves of the same parts that follow each other, which are made anew from the first one's beginning.
+    struct Moving
+    {
+        workbench::Schematic before;
+        Ids ids;
+        QPoint steps;
+        workbench::Schematic after;
+    };
+    std::optional<Moving> moving;
+
     const workbench::Schematic& now() const { return history.now(); }
 
     /// What is no longer there isn't selected any more.
@@ -43,6 +54,9 @@ struct SheetModel
         for (const workbench::Wire& part : now().wires)
             present.insert(part.id);
         selected &= present;
+        // Another selection ends the moves that follow each other.
+        if (moving && moving->ids != selected)
+            moving.reset();
     }
 
     void push(const workbench::Schematic& after, const Moved& moved = {})
@@ -91,7 +105,7 @@ struct SheetModel
     }
 
     /// Changes the points of what is selected. Does nothing if one would be out of reach.
-    void change(const std::function<QPoint(const QPoint&)>& changed, int turn, const Moved& moved)
+    void change(const std::function<QPoint(const QPoint&)>& changed, int turn)
     {
         workbench::Schematic after = now();
         bool isInReach = true;
@@ -110,7 +124,61 @@ struct SheetModel
                 std::for_each(element.points.begin(), element.points.end(), set);
         }
         if (isInReach)
-            push(after, moved);
+            push(after);
+    }
+
+    void moveSelected(const QPoint& steps)
+    {
+        if (!moving || moving->ids != selected || !(moving->after == now()))
+            moving = Moving{now(), selected, {}, now()};
+        const QPoint all = moving->steps + steps;
+        const auto followers = workbench::followersOf(moving->before, selected);
+        workbench::Schematic after = moving->before;
+        for (workbench::Symbol& symbol : after.symbols) {
+            if (selected.contains(symbol.id))
+                symbol.position += all;
+        }
+        for (workbench::Wire& element : after.wires) {
+            if (selected.contains(element.id)) {
+                for (QPoint& point : element.points)
+                    point += all;
+            } else if (followers.count(element.id) > 0) {
+                element.points =
+                    workbench::stretched(element.points, followers.at(element.id), all);
+            }
+        }
+        if (!isInReach(after))
+            return;
+        moving->steps = all;
+        push(after, changedIds(now(), after));
+        moving->after = now();
+    }
+
+    static bool isInReach(const workbench::Schematic& schematic)
+    {
+        bool isInReach = true;
+        for (const workbench::Symbol& symbol : schematic.symbols)
+            isInReach = isInReach && workbench::isWithinReach(symbol.position);
+        for (const workbench::Wire& element : schematic.wires) {
+            for (const QPoint& point : element.points)
+                isInReach = isInReach && workbench::isWithinReach(point);
+        }
+        return isInReach;
+    }
+
+    /// The ids of parts that differ between two schematics of the same parts.
+    static Ids changedIds(const workbench::Schematic& before, const workbench::Schematic& after)
+    {
+        Ids ids;
+        for (int i = 0; i < before.symbols.size(); ++i) {
+            if (!(before.symbols.at(i) == after.symbols.at(i)))
+                ids.insert(before.symbols.at(i).id);
+        }
+        for (int i = 0; i < before.wires.size(); ++i) {
+            if (!(before.wires.at(i) == after.wires.at(i)))
+                ids.insert(before.wires.at(i).id);
+        }
+        return ids;
     }
 
     void removeSelected()
@@ -387,10 +455,7 @@ class MoveSelected : public SheetCommand
 {
     std::string description() const override { return "move by " + textOf(m_steps).toStdString(); }
 
-    void change(SheetModel& model) const override
-    {
-        model.change([this](const QPoint& point) { return point + m_steps; }, 0, model.selected);
-    }
+    void change(SheetModel& model) const override { model.moveSelected(m_steps); }
 
     void perform(const SheetModel& /*before*/, SheetSystem& system) const override
     {
@@ -416,7 +481,7 @@ class Rotate : public SheetCommand
             const QPoint way = point - middle;
             return middle + QPoint(-way.y(), way.x());
         };
-        model.change(turned, 90, {});
+        model.change(turned, 90);
     }
 
     void perform(const SheetModel& /*before*/, SheetSystem& system) const override

@@ -2,6 +2,7 @@
 
 #include "common/path_names.h"
 #include "common/translations.h"
+#include "shell/DocumentCommands.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
 #include "shell/open_workbench.h"
@@ -140,13 +141,14 @@ protected:
     std::optional<StyleHost> m_host;
     std::optional<QTemporaryDir> m_folder;
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void initTestCase()
     {
         workbench::installTranslations();
         workbench::addOwnDocumentTypes();
     }
 
+private Q_SLOTS:
     void init()
     {
         m_host.emplace();

@@ -149,7 +149,7 @@ private Q_SLOTS:
             dialog.findChild<QLineEdit*>("fileNameEdit")->setText(tree.path());
             dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
         });
-        panel.action("Add folder…")->trigger();
+        panel.action("Add Folder…")->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QCOMPARE(mode, QFileDialog::Directory);
         QTRY_COMPARE_WITH_TIMEOUT(panel.panel->folders(), QStringList{tree.path()}, longWait);
@@ -249,9 +249,9 @@ private Q_SLOTS:
         panel.panel->addFolders({tree.path()});
         const QStringList all = listed({tree.path()});
         QVERIFY(panel.comesToShow(all));
-        QVERIFY(!panel.action("Copy path")->isEnabled());
+        QVERIFY(!panel.action("Copy Path")->isEnabled());
         panel.view()->selectAll();
-        panel.action("Copy path")->trigger();
+        panel.action("Copy Path")->trigger();
         QCOMPARE(QApplication::clipboard()->text(), all.join(QLatin1Char('\n')));
         QStringList uris;
         for (const QString& path : all)
@@ -399,7 +399,7 @@ private Q_SLOTS:
         QCOMPARE(panel.view()->currentIndex().row(), last);
         QVERIFY(panel.action("Rename…")->isEnabled());
 
-        panel.action("Show folder")->trigger();
+        panel.action("Show Folder")->trigger();
         QCOMPARE(QToolTip::text(), QDir::toNativeSeparators(QFileInfo(shown.first()).path()));
         QToolTip::hideText();
         const zvtest::WindowResponder<QDialog> answer([](QDialog& dialog) {

@@ -165,7 +165,7 @@ private Q_SLOTS:
             QTest::keyClick(box.lineEdit(), Qt::Key_Return);
         };
         type("documents");
-        QCOMPARE(box.types(), (QStringList{".testplan", ".zvsch", ".zvscr"}));
+        QCOMPARE(box.types(), (QStringList{".testplan", ".zvsch", ".zvscr", ".txt"}));
         QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 1);
         type("txt");
@@ -177,7 +177,7 @@ private Q_SLOTS:
         type("");
         QCOMPARE(box.currentText(), QString("All files"));
         QCOMPARE(changed.count(), 3);
-        box.setTypes({".testplan", ".zvsch", ".zvscr"});
+        box.setTypes({".testplan", ".zvsch", ".zvscr", ".txt"});
         QCOMPARE(box.currentText(), QString("Documents"));
         QCOMPARE(changed.count(), 3);
     }

@@ -80,7 +80,7 @@ private Q_SLOTS:
         panel.panel->stop();
         QCOMPARE(panel.status()->text(), stopped);
         QVERIFY(panel.activate());
-        QTest::keyClick(panel.view(), Qt::Key_F5);
+        QTest::keyClick(panel.view(), Qt::Key_R, Qt::ControlModifier);
         QVERIFY(panel.panel->isWorking());
         QVERIFY(panel.comesToShow(listed({tree.path()})));
     }

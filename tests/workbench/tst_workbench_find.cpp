@@ -396,13 +396,13 @@ private Q_SLOTS:
         const QPoint first = view.visualRect(view.model()->index(0, 0)).center();
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, first);
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, first);
-        QCOMPARE(open.takeFirst(), (QVariantList{file, 2}));
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 2, QString("needle")}));
         QVERIFY(open.isEmpty());
         QVERIFY(zvtest::activate(*finder.dialog));
         view.setFocus();
         view.setCurrentIndex(view.model()->index(1, 0));
         QTest::keyClick(&view, Qt::Key_Return);
-        QCOMPARE(open.takeFirst(), (QVariantList{file, 3}));
+        QCOMPARE(open.takeFirst(), (QVariantList{file, 3, QString("needle")}));
         QVERIFY(open.isEmpty());
         QVERIFY(!finder.dialog->isSearching());
     }

@@ -1,6 +1,8 @@
 // One day at the workbench, from end to end: the module as the host loads it, a real display, keys, the
 // mouse, other programs. Each station leaves a picture of the screen.
 
+#include "Ink.h"
+#include "Printed.h"
 #include "host_look.h"
 
 #include <zvutil/ZvStyle.h>
@@ -16,20 +18,25 @@
 #include <QColorDialog>
 #include <QDialog>
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
+#include <QGraphicsView>
 #include <QLibrary>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -43,6 +50,7 @@
 #include "support/Files.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 
 using zvtest::longWait;
@@ -178,6 +186,53 @@ private:
     bool m_isReady = false;
 };
 
+/// The program at another time: one of the functions of this test in a process of its own, with the same folder.
+class Return
+{
+public:
+    Return(const char* function, const QDir& root)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QLatin1String(folderVariable), root.path());
+        m_process.setProcessEnvironment(environment);
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QCoreApplication::applicationFilePath(), {QLatin1String(function)});
+    }
+
+    /// Waits for its end. It waits itself, and for more than one thing.
+    bool hasPassed()
+    {
+        return m_process.waitForFinished(3 * longWait)
+            && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
+
+    /// Waits until it has printed \p word.
+    bool tells(const char* word)
+    {
+        while (!output().contains(word)) {
+            if (!m_process.waitForReadyRead(3 * longWait))
+                return false;
+        }
+        return true;
+    }
+
+    bool kill()
+    {
+        m_process.kill();
+        return m_process.waitForFinished(longWait) && m_process.exitStatus() == QProcess::CrashExit;
+    }
+
+    QByteArray output()
+    {
+        m_output += m_process.readAllStandardOutput();
+        return m_output;
+    }
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+};
+
 void takePicture(const char* station)
 {
     QTest::qWait(100);
@@ -215,8 +270,12 @@ private Q_SLOTS:
     /// There is no window manager that would do it, also when a dialog has closed.
     void init()
     {
-        if (QMainWindow* const window = theWindow())
-            QVERIFY(zvtest::activate(*window));
+        QMainWindow* const window = theWindow();
+        if (!window)
+            return;
+        // The display takes the keyboard from a dialog that has closed, and would do so after we have given it.
+        QGuiApplication::sync();
+        QVERIFY(zvtest::activate(*window));
     }
 
     void opensInTheCurrentStyle()
@@ -360,6 +419,66 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([dialog] { return !dialog->isVisible(); }, longWait));
     }
 
+    void printsToPdf()
+    {
+        const QString target = m_root.filePath("plan.pdf");
+        const zvtest::WindowResponder<QMessageBox> noPrinter(
+            [](QMessageBox& box) { box.defaultButton()->click(); });
+        const zvtest::WindowResponder<QFileDialog> answer(
+            [&target](QFileDialog& dialog) { typeIntoFileDialog(dialog, target); });
+        // Nobody can tell what a printer prints, so one that is there isn't asked.
+        const bool hasPrinter = !QPrinterInfo::availablePrinterNames().isEmpty();
+        QGuiApplication::sync();
+        QVERIFY(zvtest::activate(*theWindow()));
+        QTest::keyClick(&plan(), hasPrinter ? Qt::Key_E : Qt::Key_P,
+                        hasPrinter ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier);
+        QCOMPARE(noPrinter.count, hasPrinter ? 0 : 1);
+        QCOMPARE(answer.count, 1);
+        QVERIFY(zvtest::contentOf(target).startsWith("%PDF-"));
+        QVERIFY(!isModified());
+        if (zvtest::pdfReader().isEmpty()) {
+            qInfo("there is no pdftotext to read the PDF file");
+            return;
+        }
+        const QStringList pages = zvtest::textOfPdf(target);
+        const QString words = zvtest::wordsOf(pages.join(QLatin1Char(' ')));
+        for (const char* const text :
+             {"amplifier.testplan", "Replace the fuse", "92 Measure the noise", "Page 1 of "})
+            QVERIFY2(words.contains(text), qPrintable(words));
+    }
+
+    // At most 1 % of the dark pixels of the picture and of what the view shows have none of the other's near.
+    void exportsAPicture()
+    {
+        auto* const search = part<QLineEdit>("search");
+        search->selectAll();
+        QTest::keyClicks(search, "*.zvsch");
+        auto* const files = part<QAbstractItemView>("files");
+        QVERIFY(QTest::qWaitFor([files] { return files->model()->rowCount() == 1; }, longWait));
+        const QRect row = files->visualRect(files->model()->index(0, 0));
+        QTest::mouseClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QTest::mouseDClick(files->viewport(), Qt::LeftButton, {}, row.center());
+        QVERIFY(QTest::qWaitFor([] { return part<QGraphicsView>("schematicView"); }, longWait));
+        auto* const view = part<QGraphicsView>("schematicView");
+        const QString target = m_root.filePath("amplifier.svg");
+        const zvtest::WindowResponder<QFileDialog> answer(
+            [&target](QFileDialog& dialog) { typeIntoFileDialog(dialog, target); });
+        QTest::keyClick(view, Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(answer.count, 1);
+        const QByteArray svg = zvtest::contentOf(target);
+        const QRect area = QSvgRenderer(svg).viewBox();
+        const QImage drawn = zvtest::rendered(svg, 2 * area.size());
+        const QImage shown = zvtest::rendered(*view->scene(), area, 2 * area.size());
+        takePicture("8b-exported");
+        QGuiApplication::sync();
+        QVERIFY(zvtest::activate(*theWindow()));
+        QVERIFY(zvtest::inkOf(shown) > 1'000);
+        QVERIFY(zvtest::strayInk(shown, drawn) < 0.01);
+        QVERIFY(zvtest::strayInk(drawn, shown) < 0.01);
+        QTest::keyClick(view, Qt::Key_W, Qt::ControlModifier);
+        QVERIFY(QTest::qWaitFor([] { return !part<QGraphicsView>("schematicView"); }, longWait));
+    }
+
     void switchesStyles()
     {
         QVERIFY(chooseInMenus({"View", "Style", "Dark"}));
@@ -417,19 +536,22 @@ private Q_SLOTS:
 
     void findsTheSessionAgain()
     {
-        QProcess again;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QLatin1String(folderVariable), m_root.path());
-        again.setProcessEnvironment(environment);
-        again.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        again.start(QCoreApplication::applicationFilePath(), {"sessionIsThere"});
-        // It waits itself, and for more than one thing.
-        QVERIFY(again.waitForFinished(3 * longWait));
-        QVERIFY2(again.exitStatus() == QProcess::NormalExit && again.exitCode() == 0,
-                 again.readAllStandardOutput().constData());
+        Return next("sessionIsThere", m_root);
+        QVERIFY2(next.hasPassed(), next.output().constData());
     }
 
-    /// Runs in the process that comes back.
+    // The power fails while the user works on a script that has never been saved and on one that has.
+    void isKilledInTheMiddleOfWork()
+    {
+        Return victim("worksUntilItIsKilled", m_root);
+        QVERIFY(victim.tells("copied"));
+        QVERIFY(victim.kill());
+        Return next("changesAreRecovered", m_root);
+        QVERIFY2(next.hasPassed(), next.output().constData());
+        QVERIFY(zvtest::contentOf(scriptFile()).endsWith("// kept\n"));
+    }
+
+    /// This one and the next ones run in processes that come back.
     void sessionIsThere()
     {
         if (!qEnvironmentVariableIsSet(folderVariable))
@@ -440,6 +562,53 @@ private Q_SLOTS:
         QCOMPARE(textAt(plan(), 0, 1), QString("Replace the fuse"));
         QVERIFY(listsAllFiles(expectedRows()));
         takePicture("12-next-day");
+    }
+
+    void worksUntilItIsKilled()
+    {
+        if (!qEnvironmentVariableIsSet(folderVariable))
+            QSKIP("Done by the process that is killed");
+        host::callCommand("_workbench", {"--new", "script"}, {}, {"journey", 0});
+        QTest::keyClicks(script(), "// never saved");
+        host::callCommand("_workbench", {scriptFile().toStdString()}, {}, {"journey", 0});
+        QTest::keyClick(script(), Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(script(), "// kept");
+        QTest::keyClick(script(), Qt::Key_Return);
+        QVERIFY(QTest::qWaitFor(
+            [this] {
+                const QByteArrayList copies = copiedScripts();
+                return copies.size() == 2 && copies.join().contains("// never saved")
+                    && copies.join().contains("// kept\n");
+            },
+            longWait));
+        std::puts("copied");
+        std::fflush(stdout);
+        QTest::qWait(longWait);
+        QFAIL("nobody has killed it");
+    }
+
+    void changesAreRecovered()
+    {
+        if (!qEnvironmentVariableIsSet(folderVariable))
+            QSKIP("Checked by the process that comes back");
+        auto* const dialog = theWindow()->findChild<QDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QCOMPARE(dialog->windowTitle(), QString("Recover Documents"));
+        QCOMPARE(dialog->findChild<QAbstractItemView*>("copies")->model()->rowCount(), 2);
+        QVERIFY(zvtest::activate(*dialog));
+        takePicture("13-recovery-offered");
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QVERIFY(zvtest::activate(*theWindow()));
+        QStringList texts;
+        for (const auto* const text : theWindow()->findChildren<QPlainTextEdit*>("scriptText"))
+            texts.append(text->toPlainText());
+        QCOMPARE(texts.filter("// never saved").size(), 1);
+        QCOMPARE(texts.filter("// kept\n").size(), 1);
+        takePicture("14-recovered");
+        QVERIFY(!zvtest::contentOf(scriptFile()).contains("// kept"));
+        host::callCommand("_workbench", {scriptFile().toStdString()}, {}, {"journey", 0});
+        QTest::keyClick(script(), Qt::Key_S, Qt::ControlModifier);
+        QTRY_VERIFY_WITH_TIMEOUT(zvtest::contentOf(scriptFile()).endsWith("// kept\n"), longWait);
     }
 
 private:
@@ -468,6 +637,31 @@ private:
     }
 
     static QAbstractItemView& plan() { return *part<QAbstractItemView>("testPlanView"); }
+
+    QString scriptFile() const { return m_root.filePath("boards/board 07/currents.zvscr"); }
+
+    /// The editor of the current document.
+    static QPlainTextEdit* script()
+    {
+        for (auto* const text : theWindow()->findChildren<QPlainTextEdit*>("scriptText")) {
+            if (text->hasFocus())
+                return text;
+        }
+        return nullptr;
+    }
+
+    /// The recovery copies of scripts.
+    QByteArrayList copiedScripts() const
+    {
+        QByteArrayList copies;
+        QDirIterator each(m_root.path(), {"*.zvscr"}, QDir::Files | QDir::Hidden,
+                          QDirIterator::Subdirectories);
+        while (each.hasNext()) {
+            if (!each.next().startsWith(m_root.filePath("boards")))
+                copies.append(zvtest::contentOf(each.filePath()));
+        }
+        return copies;
+    }
 
     QString planFile() const { return m_root.filePath("boards/board 07/amplifier.testplan"); }
 

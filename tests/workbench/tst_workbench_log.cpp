@@ -1,5 +1,6 @@
 // The panel with the log.
 
+#include "common/style_options.h"
 #include "log/LogModel.h"
 #include "log/LogPanel.h"
 
@@ -235,17 +236,17 @@ private Q_SLOTS:
             return panel.view()->model()->index(row, 0).data(Qt::ForegroundRole).value<QColor>();
         };
         const ZvStyle& current = ZvStyle::Current();
-        QCOMPARE(colour(0), current.colour(ZvStyleBrush::TextDisabled).qColour());
+        QCOMPARE(colour(0), pageTextColour(current.colour(ZvStyleBrush::TextDisabled)));
         QCOMPARE(colour(1), current.colour(ZvStyleBrush::TextEnabled).qColour());
-        QCOMPARE(colour(2), current.editorColour("Testplan", "WarningBorder"));
-        QCOMPARE(colour(3), current.editorColour("Testplan", "ErrorBorder"));
+        QCOMPARE(colour(2), pageTextColour(current.editorColour("Testplan", "WarningBorder")));
+        QCOMPARE(colour(3), pageTextColour(current.editorColour("Testplan", "ErrorBorder")));
         QCOMPARE(panel.text()->palette().color(QPalette::PlaceholderText),
-                 current.colour(ZvStyleBrush::TextDisabled).qColour());
+                 pageTextColour(current.colour(ZvStyleBrush::TextDisabled)));
         LogPanel later;
         later.show();
         const auto* const text = later.findChild<QLineEdit*>("text");
         QCOMPARE(text->palette().color(QPalette::PlaceholderText),
-                 current.colour(ZvStyleBrush::TextDisabled).qColour());
+                 pageTextColour(current.colour(ZvStyleBrush::TextDisabled)));
         QVERIFY(QDir().mkpath(PICTURES));
         QVERIFY(panel.panel.grab().save(QString(PICTURES "/log-%1.png").arg(style)));
         qApp->setStyleSheet(QString());

@@ -286,8 +286,10 @@ private Q_SLOTS:
             reason = box.informativeText();
             box.accept();
         });
+        const QSignalSpy applied(&dialog, &OptionsDialog::applied);
         dialog.findChild<OptionEditor*>("TestOption")->setValue("other");
         button(dialog, QDialogButtonBox::Ok)->click();
+        QCOMPARE(applied.count(), 0);
         host::setOptionsFile(file);
         QTRY_COMPARE_WITH_TIMEOUT(answer.count, 1, longWait);
         QCOMPARE(text, QString("The option “TestOption” was not saved."));

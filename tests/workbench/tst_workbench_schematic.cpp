@@ -7,11 +7,14 @@
 
 #include "common/path_names.h"
 #include "schematic/SymbolDialog.h"
+#include "schematic/schematic_clipboard.h"
+#include "support/AccessibleNames.h"
 #include "support/BuiltInStyles.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
 #include "support/Workbench.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QGraphicsItem>
@@ -41,6 +44,9 @@ QColor colourOf(ZvStyleBrush brush)
 }
 
 } // namespace
+
+/// The children that have had the focus, as screen readers are told.
+static QVector<int> s_told;
 
 class tst_workbench_schematic : public zvtest::DocumentTest
 {
@@ -209,6 +215,107 @@ private Q_SLOTS:
         const QRectF all = sheet.scene.contents();
         QVERIFY(sheet.view.mapToScene(sheet.view.viewport()->rect()).boundingRect().contains(all));
         QVERIFY(zoom() > 1);
+    }
+
+    void theSheetHoldsStillWhileItIsDrawnOn_data()
+    {
+        QTest::addColumn<int>("timesSmaller");
+        QTest::newRow("full size") << 0;
+        QTest::newRow("smaller") << 4;
+        QTest::newRow("smallest") << 60;
+    }
+
+    void theSheetHoldsStillWhileItIsDrawnOn()
+    {
+        QFETCH(int, timesSmaller);
+        workbench::SchematicDocument document("New schematic", nullptr);
+        document.setAttribute(Qt::WA_DeleteOnClose, false);
+        document.resize(800, 600);
+        document.show();
+        QVERIFY(zvtest::activate(document));
+        workbench::SchematicView& view = document.view();
+        for (int i = 0; i < timesSmaller; ++i)
+            view.zoomOut();
+        const QPoint middle = view.viewport()->rect().center();
+        const QPointF before = view.mapToScene(middle);
+        const QRectF sheet = document.scene().sceneRect();
+        QVERIFY(sheet.contains(view.mapToScene(view.viewport()->rect()).boundingRect()));
+        document.scene().setPlacing(SymbolKind::Chip);
+        for (const QPoint& place : {QPoint(20, 30), QPoint(780, 40), QPoint(700, 560), middle}) {
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
+            QCOMPARE(view.mapToScene(middle), before);
+        }
+        QCOMPARE(document.scene().schematic().symbols.size(), 4);
+        for (int i = 0; i < 4; ++i) {
+            document.scene().undoStack().undo();
+            QCOMPARE(view.mapToScene(middle), before);
+        }
+        QVERIFY(document.scene().sceneRect().contains(sheet));
+        // A part that is put far away makes the sheet larger.
+        Schematic far;
+        far.symbols = {zvtest::symbolOf(SymbolKind::Chip, "U1", {90'000, -3})};
+        document.scene().setTool(SchematicScene::Tool::Select);
+        workbench::copyToClipboard(far);
+        document.scene().paste();
+        QVERIFY(document.scene().sceneRect().right() > 900'000);
+        QCOMPARE(view.mapToScene(middle), before);
+    }
+
+    void screenReadersFindSymbolsAndWires()
+    {
+        Schematic schematic = small();
+        schematic.symbols[0].value = QString::fromUtf8("10 kΩ");
+        Sheet sheet(schematic);
+        QAccessibleInterface* const view = QAccessible::queryAccessibleInterface(&sheet.view);
+        QVERIFY(view);
+        const auto namesOfAll = [&] {
+            QStringList names{view->text(QAccessible::Name)};
+            for (int i = 0; i < view->childCount(); ++i)
+                names.append(view->child(i)->text(QAccessible::Name));
+            return names;
+        };
+        QCOMPARE(namesOfAll(),
+                 (QStringList{"Schematic", QString::fromUtf8("Resistor R1, 10 kΩ"), "Resistor R2",
+                              "Wire from (-2, 0) to (2, 0)"}));
+        QAccessibleInterface* const first = view->child(0);
+        QAccessibleInterface* const second = view->child(1);
+        QCOMPARE(first->parent(), view);
+        QCOMPARE(view->indexOfChild(second), 1);
+        QCOMPARE(view->indexOfChild(view->child(2)), 2);
+        const QPoint middle = sheet.view.viewport()->mapToGlobal(sheet.pixelOf({5, 0}));
+        QVERIFY(second->rect().contains(middle));
+        QCOMPARE(view->childAt(middle.x(), middle.y()), second);
+        QVERIFY(!second->state().selected);
+        QCOMPARE(view->focusChild(), view);
+        s_told.clear();
+        QAccessible::setActive(true);
+        QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+            if (event->type() == QAccessible::Focus && event->child() >= 0)
+                s_told.append(event->child());
+        });
+        sheet.click({5, 0});
+        QAccessible::installUpdateHandler(nullptr);
+        // The offscreen platform has no screen readers to tell; those with a display have.
+        QCOMPARE(s_told.isEmpty(), !QAccessible::isActive());
+        if (!s_told.isEmpty())
+            QCOMPARE(s_told.constLast(), 1);
+        QVERIFY(second->state().selected);
+        QVERIFY(second->state().focused);
+        QCOMPARE(view->focusChild(), second);
+        // A screen reader may put the focus elsewhere.
+        first->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        QCOMPARE(sheet.scene.selectedSymbol()->reference, QString("R1"));
+        QVERIFY(!second->state().selected);
+        // What has been removed is no longer there, and comes back by Undo.
+        sheet.key(Qt::Key_Delete);
+        QVERIFY(!first->isValid());
+        QVERIFY(first->state().invalid);
+        QCOMPARE(first->text(QAccessible::Name), QString());
+        QCOMPARE(view->childCount(), 2);
+        QCOMPARE(view->child(0), second);
+        sheet.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(view->child(0), first);
+        QCOMPARE(zvtest::unnamedIn(sheet.document), QStringList());
     }
 
     void junctions_data()

@@ -5,6 +5,7 @@
 
 #include "schematic/SymbolDialog.h"
 #include "schematic/SymbolItem.h"
+#include "schematic/WireItem.h"
 #include "schematic/schematic_clipboard.h"
 #include "support/StyleHost.h"
 #include "support/WindowResponder.h"
@@ -48,6 +49,9 @@ QString hintOf(const workbench::SymbolDialog& dialog)
 
 } // namespace
 
+using Points = QVector<QPoint>;
+Q_DECLARE_METATYPE(Points)
+
 class tst_workbench_schematic_edits : public zvtest::DocumentTest
 {
     Q_OBJECT
@@ -61,8 +65,9 @@ private Q_SLOTS:
         QCOMPARE(sheet.edits(), 1);
         sheet.key(Qt::Key_A, Qt::ControlModifier);
         sheet.drag({5, 0}, {6, -3});
-        QCOMPARE(sheet.lines(),
-                 QStringList({"Resistor R1 “” -6,1 0°", "Resistor R2 “” 6,-3 0°", "-1,-3 3,-3"}));
+        QCOMPARE(
+            sheet.lines(),
+            QStringList({"Resistor R1 “” -6,1 0°", "Resistor R2 “” 6,-3 0°", "-3,1 -3,-3 3,-3"}));
         QCOMPARE(sheet.edits(), 2);
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
         sheet.key(Qt::Key_Z, Qt::ControlModifier);
@@ -427,6 +432,136 @@ private Q_SLOTS:
         QCOMPARE(sheet.edits(), 2);
         QVERIFY(sheet.lines().contains("-5,8 5,8"));
         QCOMPARE(sheet.scene.selectedItems().size(), 3);
+    }
+
+    void wiresFollowSymbols_data()
+    {
+        QTest::addColumn<Points>("others"); // the wire from the pin of R1 is the first
+        QTest::addColumn<Points>("wire");
+        QTest::addColumn<QPoint>("steps");
+        QTest::addColumn<QString>("after");
+        const auto row = [](const char* name, const Points& wire, const QPoint& steps,
+                            const char* after, const Points& others = {}) {
+            QTest::newRow(name) << others << wire << steps << QString(after);
+        };
+        // R1 is at 0,0 and has its pins at -3,0 and 3,0.
+        row("longer", {{3, 0}, {8, 0}}, {-2, 0}, "1,0 8,0");
+        row("shorter", {{3, 0}, {8, 0}}, {2, 0}, "5,0 8,0");
+        row("beyond its other end", {{3, 0}, {8, 0}}, {9, 0}, "12,0 8,0");
+        row("onto its other end", {{3, 0}, {8, 0}}, {5, 0}, "3,0 8,0");
+        row("up", {{3, 0}, {8, 0}}, {0, -4}, "3,-4 3,0 8,0");
+        row("aside", {{3, 0}, {8, 0}}, {1, 4}, "4,4 4,0 8,0");
+        row("the corner slides", {{3, 0}, {8, 0}, {8, 5}}, {1, 2}, "4,2 8,2 8,5");
+        row("the corner slides onto the end", {{3, 0}, {8, 0}, {8, 5}}, {0, 5}, "3,5 8,5");
+        row("the other pin", {{-9, 0}, {-3, 0}}, {0, 2}, "-9,0 -3,0 -3,2");
+        row("the other end", {{8, 5}, {8, 0}, {3, 0}}, {1, 2}, "8,5 8,2 4,2");
+        row("what is met stays", {{3, 0}, {8, 0}, {8, 5}}, {0, 2}, "3,2 3,0 8,0 8,5",
+            {{6, 0}, {6, -4}});
+        row("a corner that is met stays", {{3, 0}, {8, 0}, {8, 5}}, {0, 2}, "3,2 3,0 8,0 8,5",
+            {{8, 0}, {12, 0}});
+        row("from pin to pin of one symbol", {{-3, 0}, {-3, -4}, {3, -4}, {3, 0}}, {2, 2},
+            "-1,2 -1,-2 5,-2 5,2");
+        row("no pin", {{4, 0}, {8, 0}}, {0, 2}, "4,0 8,0");
+        row("over a pin", {{3, -4}, {3, 4}}, {0, 2}, "3,-4 3,4");
+    }
+
+    void wiresFollowSymbols()
+    {
+        QFETCH(Points, others);
+        QFETCH(Points, wire);
+        QFETCH(QPoint, steps);
+        QFETCH(QString, after);
+        Schematic schematic;
+        schematic.symbols = {symbolOf(SymbolKind::Resistor, "R1", {0, 0})};
+        schematic.wires.append({0, wire});
+        if (!others.isEmpty())
+            schematic.wires.append({0, others});
+        for (const bool isByMouse : {true, false}) {
+            Sheet sheet(schematic);
+            const QStringList before = sheet.lines();
+            if (isByMouse) {
+                sheet.drag({0, 0}, steps);
+            } else {
+                sheet.click({0, 0});
+                for (int x = 0; x < std::abs(steps.x()); ++x)
+                    sheet.key(steps.x() > 0 ? Qt::Key_Right : Qt::Key_Left);
+                for (int y = 0; y < std::abs(steps.y()); ++y)
+                    sheet.key(steps.y() > 0 ? Qt::Key_Down : Qt::Key_Up);
+            }
+            QCOMPARE(sheet.lines().at(1), after);
+            if (!others.isEmpty())
+                QCOMPARE(sheet.lines().at(2), before.at(2));
+            if (!isByMouse)
+                continue;
+            QCOMPARE(sheet.edits(), 1);
+            sheet.key(Qt::Key_Z, Qt::ControlModifier);
+            QCOMPARE(sheet.lines(), before);
+            sheet.key(Qt::Key_Y, Qt::ControlModifier);
+            QCOMPARE(sheet.lines().at(1), after);
+        }
+    }
+
+    void wiresAreShownAsTheyFollow()
+    {
+        Sheet sheet(zvtest::small());
+        const auto shown = [&] {
+            for (const QGraphicsItem* const item : sheet.scene.items()) {
+                if (const auto* const wire = dynamic_cast<const workbench::WireItem*>(item))
+                    return textOf(wire->wire().points.first()) + textOf(wire->wire().points.last());
+            }
+            return QString();
+        };
+        QCOMPARE(shown(), QString("-2,02,0"));
+        QTest::mousePress(sheet.view.viewport(), Qt::LeftButton, {}, sheet.pixelOf({-5, 0}));
+        sheet.moveMouse({-5, 3}, Qt::LeftButton);
+        QCOMPARE(shown(), QString("-2,32,0"));
+        // Back where it was, nothing has changed.
+        sheet.moveMouse({-5, 0}, Qt::LeftButton);
+        QCOMPARE(shown(), QString("-2,02,0"));
+        QTest::mouseRelease(sheet.view.viewport(), Qt::LeftButton, {}, sheet.pixelOf({-5, 0}));
+        QCOMPARE(shown(), QString("-2,02,0"));
+        QCOMPARE(sheet.edits(), 0);
+    }
+
+    void aSymbolTakesNoWireAlongThatItPasses()
+    {
+        Schematic schematic;
+        schematic.symbols = {symbolOf(SymbolKind::Ground, "GND1", {0, 0})};
+        schematic.wires = {{0, {{2, 0}, {2, 5}}}};
+        Sheet sheet(schematic);
+        const auto select = [&sheet] {
+            sheet.scene.clearSelection();
+            for (QGraphicsItem* const item : sheet.scene.items())
+                item->setSelected(dynamic_cast<workbench::SymbolItem*>(item));
+        };
+        select();
+        for (int i = 0; i < 4; ++i)
+            sheet.key(Qt::Key_Right);
+        QCOMPARE(sheet.lines(), (QStringList{"Ground GND1 “” 4,0 0°", "2,0 2,5"}));
+        QCOMPARE(sheet.edits(), 1);
+        // A move that begins at the wire takes it along.
+        sheet.key(Qt::Key_Left);
+        sheet.key(Qt::Key_Left);
+        select();
+        sheet.key(Qt::Key_Up);
+        QCOMPARE(sheet.lines(), (QStringList{"Ground GND1 “” 2,-1 0°", "2,-1 2,5"}));
+        sheet.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(sheet.lines(), (QStringList{"Ground GND1 “” 2,0 0°", "2,0 2,5"}));
+    }
+
+    void aMoveAfterOtherEditsBeginsAnew()
+    {
+        Sheet sheet(zvtest::small());
+        sheet.click({-5, 0});
+        sheet.key(Qt::Key_Down);
+        const int steps = sheet.scene.undoStack().index();
+        sheet.key(Qt::Key_Z, Qt::ControlModifier);
+        sheet.scene.setTexts(sheet.scene.schematic().symbols.at(1).id, "R9", "1k");
+        QCOMPARE(sheet.scene.undoStack().index(), steps);
+        sheet.key(Qt::Key_Down);
+        QCOMPARE(
+            sheet.lines(),
+            (QStringList{"Resistor R1 “” -5,1 0°", "Resistor R9 “1k” 5,0 0°", "-2,1 -2,0 2,0"}));
     }
 };
 

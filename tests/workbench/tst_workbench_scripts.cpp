@@ -1,6 +1,7 @@
 // Scripts in the workbench: their documents, the editor, the console.
 
 #include "common/path_names.h"
+#include "common/style_options.h"
 #include "script/CodeEditor.h"
 #include "script/ConsolePanel.h"
 #include "script/OutputView.h"
@@ -406,9 +407,10 @@ private Q_SLOTS:
         using libzvutil::ZvStyleBrush;
         CodeEditor editor;
         editor.setPlainText("var a = 'x\\'y'; // note\n/* one\ntwo */ return\nvariable \"open\n1");
-        const QColor keyword = ZvStyle::Current().colour(ZvStyleBrush::AccentD1);
-        const QColor text = ZvStyle::Current().colour(ZvStyleBrush::Accent);
-        const QColor comment = ZvStyle::Current().editorColour("Testplan", "CommentText");
+        const QColor keyword = pageTextColour(styleColour(ZvStyleBrush::AccentD1));
+        const QColor text = pageTextColour(styleColour(ZvStyleBrush::Accent));
+        const QColor comment =
+            pageTextColour(ZvStyle::Current().editorColour("Testplan", "CommentText"));
         QCOMPARE(colourAt(editor, 1, 0), keyword);
         QVERIFY(!colourAt(editor, 1, 4).isValid());
         QCOMPARE(colourAt(editor, 1, 8), text);
@@ -467,6 +469,19 @@ private Q_SLOTS:
         auto* const otherInput = other.findChild<QLineEdit*>("consoleInput");
         QTest::keyClick(otherInput, Qt::Key_Up);
         QCOMPARE(otherInput->text(), QString(" 22"));
+    }
+
+    void consoleTakesNoMoreLinesThanItSaves()
+    {
+        QStringList lines;
+        for (int i = 0; i < 1'000; ++i)
+            lines.append(QString::number(i));
+        QSettings settings(m_folder.filePath("many.ini"), QSettings::IniFormat);
+        settings.setValue("Console/history", lines);
+        ConsolePanel console;
+        console.restoreState(settings);
+        console.saveState(settings);
+        QCOMPARE(settings.value("Console/history").toStringList(), QStringList(lines.mid(800)));
     }
 
     void consoleStopsOnEscape()

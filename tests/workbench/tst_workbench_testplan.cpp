@@ -2,6 +2,7 @@
 
 #include "DocumentTest.h"
 #include "Plan.h"
+#include "common/style_options.h"
 
 #include <zvutil/ZvStyleManager.h>
 
@@ -115,7 +116,7 @@ private Q_SLOTS:
                               "Comment"}));
         QVERIFY(document.model().rowCount() > 5);
         QVERIFY(!document.isModified());
-        QCOMPARE(document.toolBarActions().size(), 4);
+        QCOMPARE(document.toolBarActions().size(), 8);
         QCOMPARE(document.model().index(0, 0).data().toString(), QString());
     }
 
@@ -219,7 +220,9 @@ private Q_SLOTS:
                 const QImage cell = pictureOf(plan.view, row, 0);
                 QVERIFY(zvtest::pixelsOf(cell, field) > cell.width() * cell.height() / 2);
             }
-            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 3, 0), planColour("DisabledText")) > 0);
+            QVERIFY(zvtest::pixelsOf(pictureOf(plan.view, 3, 0),
+                                     workbench::pageTextColour(planColour("DisabledText")))
+                    > 0);
             QCOMPARE(zvtest::pixelsOf(pictureOf(plan.view, 3, 1), planColour("ErrorBackground")),
                      0);
             QCOMPARE(zvtest::pixelsOf(pictureOf(plan.view, 4, 1), planColour("ErrorBackground")),
@@ -271,7 +274,8 @@ private Q_SLOTS:
                 ? QRect(first.topLeft(), QSize(100, first.height()))
                 : QRect(first.topRight() - QPoint(99, 0), QSize(100, first.height()));
             const QImage image = plan.view.viewport()->grab(end).toImage();
-            QVERIFY2(zvtest::pixelsOf(image, planColour("CommentText")) > 0,
+            QVERIFY2(zvtest::pixelsOf(image, workbench::pageTextColour(planColour("CommentText")))
+                         > 0,
                      direction == Qt::LeftToRight ? "left to right" : "right to left");
         }
     }

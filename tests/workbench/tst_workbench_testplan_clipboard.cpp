@@ -138,9 +138,10 @@ private Q_SLOTS:
         }
         setForeign("image/png", "picture");
         plan.key(Qt::Key_V, Qt::ControlModifier);
+        // With nothing on the clipboard, the action can't be chosen.
         QApplication::clipboard()->clear();
         plan.key(Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(plan.failures.size(), 4);
+        QCOMPARE(plan.failures.size(), 3);
         QCOMPARE(plan.rows(), QStringList("text|instead|"));
     }
 

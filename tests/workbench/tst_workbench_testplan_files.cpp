@@ -11,6 +11,7 @@
 #include "support/Workbench.h"
 #include "testplan/TestPlanReadFile.h"
 #include "testplan/TestPlanSaveFile.h"
+#include "testplan/csv_plan.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -416,6 +417,70 @@ private Q_SLOTS:
         } catch (const workbench::FileError& error) {
             QCOMPARE(error.reason(), reason);
         }
+    }
+
+    void csvIsReadWhole_data()
+    {
+        QTest::addColumn<QByteArray>("csv");
+        QTest::addColumn<QStringList>("rows");
+        const auto row = [](const char* name, const QByteArray& csv, const QStringList& rows) {
+            QTest::newRow(name) << csv << rows;
+        };
+        row("empty", "", {"Column 1"});
+        row("headings", "A,B\n1,x\n", {"A|B", "=1|x"});
+        row("no headings", "1,2\n3,4", {"Column 1|Column 2", "=1|=2", "=3|=4"});
+        row("an empty heading", "A,\n1,2\n", {"Column 1|Column 2", "A|", "=1|=2"});
+        row("semicolons", "A;B\n1,5;2\n", {"A|B", "1,5|=2"});
+        row("tabs", "A\tB\nx\ty, z\n", {"A|B", "x|y, z"});
+        row("quotes", "A,B\n\"x, \"\"y\"\"\",\"two\nlines\"\n", {"A|B", "x, \"y\"|two\nlines"});
+        row("quoted separator in the headings", "\"A;;;B\",C\n1,2\n", {"A;;;B|C", "=1|=2"});
+        row("quotes within", "A,B\n5\" pipe,a\"b\"\n", {"A|B", "5\" pipe|a\"b\""});
+        row("a quote that isn't closed", "A,B\n\"x,y\nz,w\n", {"A|B", "\"x|y", "z|w"});
+        row("text behind a quote", "A,B\n\"x\"y,z\n", {"A|B", "\"x\"y|z"});
+        row("blanks", "A,B\n  x ,\" y \"\n", {"A|B", "  x | y "});
+        row("longer rows", "A,B\n1\n1,2,3\n", {"A|B|Column 3", "=1||", "=1|=2|=3"});
+        row("a shorter last row", "A,B\n1,2\n3", {"A|B", "=1|=2", "=3|"});
+        row("an empty row", "A,B\n\n1,2\n", {"A|B", "|", "=1|=2"});
+        row("Windows", "A,B\r\n1,x\r\n", {"A|B", "=1|x"});
+        row("byte order mark",
+            "\xEF\xBB\xBF"
+            "A,B\n1,x\n",
+            {"A|B", "=1|x"});
+        row("leading zeros", "A\n007\n", {"A", "007"});
+        row("Latin-1", "A\ngr\xFC\xDF\n", {"A", QString::fromUtf8("grüß")});
+    }
+
+    void csvIsReadWhole()
+    {
+        QFETCH(QByteArray, csv);
+        QFETCH(QStringList, rows);
+        const workbench::CsvPlan read = workbench::planOfCsv(csv, [](int, int) { return true; });
+        QCOMPARE(zvtest::textOf(read.plan), rows);
+        QCOMPARE(read.isLatin1, csv.contains('\xFC'));
+    }
+
+    void csvThatIsNoneIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("csv");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("NUL") << QByteArray("a,\0b", 4) << "It is not a text: it contains a NUL.";
+        QTest::newRow("too many columns") << QByteArray(4'096, ',')
+                                          << "The file has too many cells. A test plan can have "
+                                             "2,000,000 rows and 4,096 columns, and "
+                                             "5,000,000 cells can be read.";
+    }
+
+    void csvThatIsNoneIsRefused()
+    {
+        QFETCH(QByteArray, csv);
+        QFETCH(QString, reason);
+        const QString file = m_dir.filePath("bad.csv");
+        QVERIFY(zvtest::writeTo(file, csv));
+        zvtest::Plan plan;
+        const QStringList before = plan.rows();
+        QVERIFY(!plan.document.importCsv(workbench::filePath(file)));
+        QCOMPARE(plan.failures, QStringList(reason));
+        QCOMPARE(plan.rows(), before);
     }
 };
 

@@ -76,8 +76,9 @@ private Q_SLOTS:
         QCOMPARE(translated(2), plain(2));
         QCOMPARE(translated(0), plain(0));
         QString singular = plain(1);
-        for (const char* const noun : {"file", "folder", "line", "row"})
+        for (const char* const noun : {"document", "file", "folder", "line", "row"})
             singular.replace(QString(noun) + 's', noun);
+        singular.replace("matches", "match");
         singular.replace(" are ", " is ");
         QVERIFY(singular != plain(1));
         QCOMPARE(translated(1), singular);

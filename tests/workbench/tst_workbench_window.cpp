@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!window->findChild<workbench::StartPage*>());
         QVERIFY(actionOf(*window, "save")->isEnabled());
-        window->closeCurrent();
+        window->commands().close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(window->findChild<workbench::StartPage*>());
         QVERIFY(!window->currentDocument());
@@ -133,7 +133,7 @@ private Q_SLOTS:
         {
             const Window window;
             QVERIFY(window->openFile(file));
-            window->closeCurrent();
+            window->commands().close();
         }
         const Window window;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -162,7 +162,11 @@ private Q_SLOTS:
         QCOMPARE(textsOf(*menu), QStringList{"Find in Files…"});
         window->newDocument(*documentTypeOf("script"));
         Q_EMIT menu->aboutToShow();
-        QCOMPARE(textsOf(*menu), (QStringList{"Run", "Stop", "Find in Files…"}));
+        QCOMPARE(textsOf(*menu),
+                 (QStringList{"Undo", "Redo", "Cut", "Copy", "Paste", "Delete", "Select All",
+                              "Find…", "Replace…", "Find Next", "Find Previous", "Go to Line…",
+                              "Zoom In", "Zoom Out", "Actual Size", "Comment Lines", "Run", "Stop",
+                              "Find in Files…"}));
         window->newDocument(*documentTypeOf("testplan"));
         Q_EMIT menu->aboutToShow();
         QVERIFY(textsOf(*menu).contains("Paste"));
@@ -308,9 +312,9 @@ private Q_SLOTS:
                              << "";
         QTest::newRow("unknown style")
             << words("--style Blue") << "There is no style “Blue”. Available styles: Light, Dark.";
-        QTest::newRow("unknown type")
-            << words("--new plan")
-            << "There is no document type “plan”. Available types: testplan, schematic, script.";
+        QTest::newRow("unknown type") << words("--new plan")
+                                      << "There is no document type “plan”. Available types: "
+                                         "testplan, schematic, script, text.";
         QTest::newRow("nothing behind") << words("a.zvscr --new") << "“--new” needs a value.";
         QTest::newRow("unknown") << words("--what ever") << "Unknown option “--what”.";
     }

@@ -16,8 +16,10 @@
 #include <support/Workbench.h>
 
 #include <QAction>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPointer>
 #include <QProgressDialog>
@@ -39,6 +41,16 @@ using namespace workbench;
 class tst_workbench_window_exchange : public zvtest::WindowTest
 {
     Q_OBJECT
+
+    /// Whether there is nothing whose name begins with that of the target.
+    static bool leavesNothingBeside(const QString& target)
+    {
+        const QFileInfo file(target);
+        return file.dir()
+            .entryList({file.fileName() + ".*"},
+                       QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+            .isEmpty();
+    }
 
 private Q_SLOTS:
     void exportsAndImports()
@@ -72,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(proposed, QString("plan.zvscr"));
         QCOMPARE(zvtest::contentOf(restored), QByteArray("print('as it was')"));
         QCOMPARE(window->currentDocument()->shortTitle(), QString("copy.zvscr"));
-        QVERIFY(!QFile::exists(restored + ".part"));
+        QVERIFY(leavesNothingBeside(restored));
     }
 
     void compressionFails_data()
@@ -109,7 +121,7 @@ private Q_SLOTS:
         QVERIFY(!failure.reason.isEmpty());
         QVERIFY(!failure.advice.isEmpty());
         QCOMPARE(zvtest::contentOf(old), QByteArray("what was there"));
-        QVERIFY(!QFile::exists(m_folder->filePath(target) + ".part"));
+        QVERIFY(leavesNothingBeside(m_folder->filePath(target)));
     }
 
     void emptyFilesAreExchanged()
@@ -129,6 +141,23 @@ private Q_SLOTS:
             QCOMPARE(completed.size(), 1);
         }
         QCOMPARE(zvtest::contentOf(restored), QByteArray());
+    }
+
+    void filesOfTheUserAreNotInTheWay()
+    {
+        using Direction = CompressionRequest::Direction;
+        const QString file = script("plan.zvscr");
+        const QString other = script("plan.z.part", "something else");
+        QWidget parent;
+        QPointer<CompressionTask> task(new CompressionTask(
+            Direction::Compress, filePath(file), filePath(m_folder->filePath("plan.z")), &parent));
+        QSignalSpy completed(task, &CompressionTask::completed);
+        QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
+        QCOMPARE(completed.size(), 1);
+        QCOMPARE(zvtest::contentOf(other), QByteArray("something else"));
+        QCOMPARE(
+            QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
+            (QStringList{"plan.z", "plan.z.part", "plan.zvscr"}));
     }
 
     void cancelledExportsLeaveNothing()
@@ -155,7 +184,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] { return task.isNull(); }, longWait));
         QCOMPARE(cancelled.size(), 1);
         QVERIFY(!QFile::exists(target));
-        QVERIFY(!QFile::exists(target + ".part"));
+        QVERIFY(leavesNothingBeside(target));
     }
 
     void compressionsAbortedOnTheWayLeaveNothing()
@@ -174,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(failed.size(), 1);
         QVERIFY(request.abort_requested());
         QVERIFY(!QFile::exists(target));
-        QVERIFY(!QFile::exists(target + ".part"));
+        QVERIFY(leavesNothingBeside(target));
     }
 
     void windowMayGoWhileItCompresses()
@@ -216,7 +245,7 @@ private Q_SLOTS:
         QVERIFY(dialog && dialog->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!window, zvtest::longWait);
         QVERIFY(QFile::exists(target));
-        QVERIFY(!QFile::exists(target + ".part"));
+        QVERIFY(leavesNothingBeside(target));
         // The session is kept once.
         const Window next;
         QCOMPARE(namesOf(*next), QStringList{"a.zvscr"});

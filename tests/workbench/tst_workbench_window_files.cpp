@@ -57,7 +57,7 @@ private Q_SLOTS:
     void typesAreAddedOnce()
     {
         const std::vector<const DocumentType*> types = documentTypes();
-        QCOMPARE(types.size(), std::size_t(3));
+        QCOMPARE(types.size(), std::size_t(4));
         addOwnDocumentTypes();
         QVERIFY(documentTypes() == types);
     }
@@ -67,8 +67,9 @@ private Q_SLOTS:
         const Window window;
         for (const DocumentType* const type : documentTypes())
             actionOf(*window, qPrintable("new:" + type->id))->trigger();
-        QCOMPARE(namesOf(*window), (QStringList{"Test plan 1", "Schematic 2", "Script 3"}));
-        QCOMPARE(window->currentDocument()->type().id, QString("script"));
+        QCOMPARE(namesOf(*window),
+                 (QStringList{"Test plan 1", "Schematic 2", "Script 3", "Text file 4"}));
+        QCOMPARE(window->currentDocument()->type().id, QString("text"));
     }
 
     void aNewDocumentIsProposedByName()
@@ -124,8 +125,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reason");
         QTest::newRow("missing") << "none.zvscr"
                                  << "The file does not exist.";
-        QTest::newRow("other type") << "note.txt"
-                                    << "The file is not a test plan, schematic or script.";
+        QTest::newRow("no text") << "note.txt"
+                                 << "It is not a text: it contains a NUL.";
         QTest::newRow("broken plan") << "bad.testplan"
                                      << "This is not a test plan (root element “nonsense”).";
     }
@@ -135,7 +136,8 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, reason);
         if (!name.startsWith("none"))
-            script(qPrintable(name), "<nonsense/>");
+            script(qPrintable(name),
+                   name == "note.txt" ? QByteArray("a\0b", 3) : QByteArray("<nonsense/>"));
         const Window window;
         QVERIFY(!window->openFile(m_folder->filePath(name)));
         QMessageBox* const box = failureOf(*window);
@@ -193,7 +195,7 @@ private Q_SLOTS:
         const Window window;
         const Document* const document = window->newDocument(*documentTypeOf(type));
         const zvtest::WindowResponder<QFileDialog> answer = chooseFile(m_folder->filePath(name));
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QCOMPARE(answer.count, 1);
         QCOMPARE(document->shortTitle(), saved);
         QVERIFY(QFile::exists(m_folder->filePath(saved)));
@@ -342,7 +344,7 @@ private Q_SLOTS:
         const QString dotted = m_folder->filePath("bridge v1.2");
         {
             const zvtest::WindowResponder<QFileDialog> answer = chooseFile(dotted);
-            window->saveCurrentAs();
+            window->commands().saveAs();
             QCOMPARE(answer.count, 1);
         }
         const QString file = dotted + ".testplan";
@@ -362,7 +364,7 @@ private Q_SLOTS:
             });
             box.button(QMessageBox::No)->click();
         });
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QCOMPARE(questions.size(), 1);
         QVERIFY(questions.constFirst().contains(QDir::toNativeSeparators(file)));
         QCOMPARE(zvtest::contentOf(file), QByteArray("other"));
@@ -381,7 +383,7 @@ private Q_SLOTS:
                 dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled();
             dialog.reject();
         });
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(problem, QString("The name must end with “.zvscr”."));
         QVERIFY(!isAccepted);
     }
@@ -390,11 +392,11 @@ private Q_SLOTS:
     {
         const Window window;
         window->newDocument(*documentTypes().at(2));
-        window->renameCurrent();
+        window->commands().rename();
         QCOMPARE(window->statusBar()->currentMessage(),
                  QString("“Script 1” has no file yet. Save it first."));
         window->statusBar()->clearMessage();
-        window->copyCurrentAsUri();
+        window->commands().copyAsUri();
         QVERIFY(!window->statusBar()->currentMessage().isEmpty());
     }
 
@@ -403,7 +405,7 @@ private Q_SLOTS:
         const Window window;
         QStringList files;
         for (int i = 0; i < 12; ++i)
-            files.append(script(qPrintable(QString("%1.dat").arg(i))));
+            files.append(script(qPrintable(QString("%1.dat").arg(i)), QByteArray("\0", 1)));
         files.append(script("good.zvscr"));
         window->openFiles(files);
         QCOMPARE(window->documents().size(), 1);

@@ -98,7 +98,7 @@ private Q_SLOTS:
         QVERIFY(document);
         const zvtest::WindowResponder<QFileDialog> answer =
             chooseFile(m_folder->filePath("b.zvscr"));
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QVERIFY(!window->openFile(m_folder->filePath("missing.zvscr")));
         QVERIFY(failureOf(*window));
         const QString native = QDir::toNativeSeparators(m_folder->path());
@@ -155,7 +155,7 @@ private Q_SLOTS:
             dialog.findChild<QLineEdit*>("fileNameEdit")->setText(m_folder->path() + '/' + name);
             QMetaObject::invokeMethod(&dialog, "accept");
         });
-        window->saveCurrentAs();
+        window->commands().saveAs();
         QCOMPARE(text, problem);
         QVERIFY(given && given->count == 1);
         QVERIFY(document->filename().isEmpty());

@@ -7,6 +7,7 @@
 #include "files/FilesPanel.h"
 #include "script/ScriptDocument.h"
 #include "shell/RecentFiles.h"
+#include "shell/SaveChangesDialog.h"
 #include "shell/Session.h"
 #include "shell/Workbench.h"
 #include "support/Files.h"
@@ -16,6 +17,9 @@
 
 #include <HostSupport/saving.h>
 
+#include <zv_logging/host.h>
+#include <zv_logging/zv_logging.h>
+
 #include <support/Background.h>
 #include <support/RefusedWrite.h>
 #include <support/StyleHost.h>
@@ -24,16 +28,25 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QEventLoop>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QListWidget>
+#include <QLockFile>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
+#include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 using zvtest::actionOf;
 using zvtest::chooseFile;
@@ -45,6 +58,11 @@ using namespace workbench;
 
 namespace {
 
+void click(const QDialog& dialog, const char* button)
+{
+    dialog.findChild<QPushButton*>(QLatin1String(button))->click();
+}
+
 QMessageBox* shownBox()
 {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
@@ -55,11 +73,41 @@ QMessageBox* shownBox()
     return nullptr;
 }
 
+/// Returns what locks call this machine, which isn't what else is told of it on Windows.
+QString hostName()
+{
+    const QTemporaryDir folder;
+    QLockFile lock(folder.filePath("lock"));
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (!lock.tryLock() || !lock.getLockInfo(&process, &host, &program))
+        return {};
+    return host;
+}
+
 } // namespace
 
 class tst_workbench_window_sessions : public zvtest::WindowTest
 {
     Q_OBJECT
+
+    static void typeInto(Workbench& window, const QStringList& files)
+    {
+        for (const QString& file : files) {
+            auto* const document = qobject_cast<ScriptDocument*>(window.openFile(file));
+            QTest::keyClicks(&document->editor(), "x");
+        }
+    }
+
+    static QSettings& settings()
+    {
+        static std::optional<QSettings> settings;
+        settings.emplace(sessionFile(), host::settingsFormat());
+        return *settings;
+    }
+
+    static QStringList sessionFiles() { return settings().value("Session/files").toStringList(); }
 
 private Q_SLOTS:
     void sessionsComeBack()
@@ -98,7 +146,7 @@ private Q_SLOTS:
             // Under the name that it gets now.
             const zvtest::WindowResponder<QFileDialog> answer =
                 chooseFile(m_folder->filePath("float.zvscr"));
-            window->saveCurrent();
+            window->commands().save();
             QCOMPARE(answer.count, 1);
             QVERIFY(window->openFile(file));
         }
@@ -115,27 +163,11 @@ private Q_SLOTS:
         const QStringList files = {script("a.zvscr"), script("b.zvscr"), script("c.zvscr")};
         {
             Window window;
-            for (const QString& file : files) {
-                auto* const document = qobject_cast<ScriptDocument*>(window->openFile(file));
-                QTest::keyClicks(&document->editor(), "x");
-            }
-            int asked = 0;
-            const auto discard = [&asked](QMessageBox& box) {
-                ++asked;
-                box.button(QMessageBox::Discard)->click();
-            };
-            // Documents that were closed before another asks are deleted later than that.
-            QEventLoop loop;
-            QTimer::singleShot(0, &loop, [&] {
-                const zvtest::WindowResponder<QMessageBox> first(discard);
-                const zvtest::WindowResponder<QMessageBox> second(discard);
-                const zvtest::WindowResponder<QMessageBox> third(discard);
-                loop.exit(window->close() ? 0 : 1);
-            });
-            const int result = loop.exec();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            QCOMPARE(result, 0);
-            QCOMPARE(asked, 3);
+            typeInto(*window, files);
+            const zvtest::WindowResponder<SaveChangesDialog> answer(
+                [](SaveChangesDialog& dialog) { click(dialog, "dontSave"); });
+            QVERIFY(window.close());
+            QCOMPARE(answer.count, 1);
         }
         const Window window;
         QCOMPARE(namesOf(*window), (QStringList{"a.zvscr", "b.zvscr", "c.zvscr"}));
@@ -175,6 +207,89 @@ private Q_SLOTS:
             QCOMPARE(window->documents().size(), 2);
     }
 
+    void severalChangesAreAskedAboutAtOnce_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("second");
+        const QByteArray a = "a";
+        QTest::newRow("save all that are ticked") << "saveSelected" << true << "x" + a << a;
+        QTest::newRow("save nothing") << "dontSave" << true << a << a;
+        QTest::newRow("cancel") << "" << false << a << a;
+    }
+
+    // The second one isn't ticked.
+    void severalChangesAreAskedAboutAtOnce()
+    {
+        QFETCH(QString, button);
+        QFETCH(bool, closes);
+        QFETCH(QByteArray, first);
+        QFETCH(QByteArray, second);
+        const QStringList files = {script("a.zvscr", "a"), script("b.zvscr", "a")};
+        Window window;
+        window->openFile(script("unchanged.zvscr"));
+        typeInto(*window, files);
+        QStringList listed;
+        const zvtest::WindowResponder<SaveChangesDialog> answer([&](SaveChangesDialog& dialog) {
+            auto* const list = dialog.findChild<QListWidget*>("documents");
+            for (int row = 0; row < list->count(); ++row)
+                listed.append(list->item(row)->text());
+            list->item(1)->setCheckState(Qt::Unchecked);
+            QVERIFY(QDir().mkpath(QString::fromLatin1(PICTURES)));
+            QVERIFY(dialog.grab().save(PICTURES "/workbench-save-changes.png"));
+            if (button.isEmpty())
+                dialog.reject();
+            else
+                click(dialog, qPrintable(button));
+        });
+        QCOMPARE(window.close(), closes);
+        QCOMPARE(answer.count, 1);
+        QCOMPARE(listed, (QStringList{"a.zvscr", "b.zvscr"}));
+        QCOMPARE(zvtest::contentOf(files.at(0)), first);
+        QCOMPARE(zvtest::contentOf(files.at(1)), second);
+        if (closes)
+            return;
+        QCOMPARE(window->documents().size(), 3);
+        QVERIFY(window->documents().at(1)->isModified());
+        QVERIFY(window->documents().at(2)->isModified());
+    }
+
+    // A save that fails or is given up keeps all documents open.
+    void nothingClosesAfterASaveThatFailed()
+    {
+        const QStringList files = {script("a.zvscr", "a"), script("b.zvscr", "b")};
+        Window window;
+        typeInto(*window, files);
+        auto* const untitled =
+            qobject_cast<ScriptDocument*>(window->newDocument(*documentTypeOf("script")));
+        QTest::keyClicks(&untitled->editor(), "new");
+        {
+            const zvtest::WindowResponder<SaveChangesDialog> answer(
+                [](SaveChangesDialog& dialog) { click(dialog, "saveSelected"); });
+            // The user gives up choosing a name.
+            const zvtest::WindowResponder<QFileDialog> name(
+                [](QFileDialog& dialog) { dialog.reject(); });
+            QVERIFY(!window.close());
+            QCOMPARE(name.count, 1);
+        }
+        QCOMPARE(window->documents().size(), 3);
+        QCOMPARE(zvtest::contentOf(files.at(0)), QByteArray("xa"));
+        QVERIFY(untitled->isModified());
+        typeInto(*window, files);
+        {
+            const zvtest::WindowResponder<SaveChangesDialog> answer(
+                [](SaveChangesDialog& dialog) { click(dialog, "saveSelected"); });
+            const zvtest::RefusedWrite refused(1);
+            QVERIFY(!window.close());
+        }
+        QMessageBox* const box = failureOf(*window);
+        QVERIFY(box);
+        dismiss(*box);
+        QCOMPARE(window->documents().size(), 3);
+        QCOMPARE(zvtest::contentOf(files.at(0)), QByteArray("xa"));
+    }
+
     void sessionsThatCantBeKeptAreToldOf()
     {
         host::setOptionsFile(m_folder->filePath("file/options.ini").toStdString());
@@ -206,6 +321,114 @@ private Q_SLOTS:
         QMessageBox* const box = shownBox();
         QVERIFY(box);
         dismiss(*box);
+    }
+
+    void sessionIsWrittenAsItChanges()
+    {
+        auto* const window = new Workbench;
+        window->restoreSession();
+        const QString file = script("a.zvscr");
+        QVERIFY(window->openFile(file));
+        QTRY_VERIFY_WITH_TIMEOUT(sessionFiles() == QStringList{file}, zvtest::longWait);
+        QVERIFY(settings().value("recentFiles").toStringList() == QStringList{file});
+        window->commands().close();
+        QTRY_VERIFY_WITH_TIMEOUT(sessionFiles().isEmpty(), zvtest::longWait);
+        // As in a crash nothing is closed.
+        QVERIFY(window->openFile(file));
+        QTRY_VERIFY_WITH_TIMEOUT(sessionFiles() == QStringList{file}, zvtest::longWait);
+        delete window;
+        const Window next;
+        QCOMPARE(namesOf(*next), QStringList{"a.zvscr"});
+    }
+
+#if defined(Q_OS_UNIX)
+    void sessionIsForItsUserAlone()
+    {
+        const QFile::Permissions own =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QVERIFY(zvtest::writeTo(sessionFile(), ""));
+        QVERIFY(QFile::setPermissions(sessionFile(), own | QFile::ReadGroup | QFile::ReadOther));
+        Window().close();
+        QCOMPARE(QFile::permissions(sessionFile()), own);
+        QVERIFY(QFile::remove(sessionFile()));
+        Window().close();
+        QCOMPARE(QFile::permissions(sessionFile()), own);
+    }
+#endif
+
+    void theFirstOfTwoWindowsOwnsTheSession()
+    {
+        const QString file = script("a.zvscr");
+        const QString other = script("b.zvscr");
+        {
+            const Window before;
+            QVERIFY(before->openFile(file));
+        }
+        Window owner;
+        QCOMPARE(namesOf(*owner), QStringList{"a.zvscr"});
+        {
+            Window second;
+            QVERIFY(second->statusBar()->currentMessage().startsWith("Another workbench is open"));
+            // Each file is open once, or two programs would save it.
+            QCOMPARE(namesOf(*second), QStringList());
+            QVERIFY(second->openFile(other));
+            // Look before it closes, which closes the other one, too.
+            second->keepWork();
+            QVERIFY(!sessionFiles().contains(other));
+            QVERIFY(second.close());
+        }
+        QVERIFY(owner.close());
+        QCOMPARE(sessionFiles(), QStringList{file});
+        // Both have put their files there, the one that was written first below.
+        QCOMPARE(settings().value("recentFiles").toStringList(), (QStringList{file, other}));
+        const Window next;
+        QVERIFY(!next->statusBar()->currentMessage().startsWith("Another workbench"));
+    }
+
+    // Nobody is asked at a start whether the system shall open a file.
+    void filesThatAreNoTextsAnyMoreAreSkipped()
+    {
+        add_sink(2);
+        const QString file = script("notes.md", "text");
+        const QString other = script("a.zvscr");
+        {
+            const Window window;
+            window->openFiles({file, other});
+        }
+        QVERIFY(zvtest::writeTo(file, QByteArray("\0\1\2", 3)));
+        const Window window;
+        QCOMPARE(namesOf(*window), QStringList{"a.zvscr"});
+        QVERIFY(!shownBox());
+        const std::vector<zvutil::logging::host::Record> lines = zvutil::logging::host::records();
+        QVERIFY(std::any_of(lines.begin(), lines.end(), [](const auto& line) {
+            return line.text.find("notes.md") != std::string::npos
+                && line.text.find("neither a document") != std::string::npos;
+        }));
+    }
+
+    void ownersThatHaveCrashedAreFollowed()
+    {
+        // The number of a process that can't be there.
+        QVERIFY(zvtest::writeTo(QFileInfo(sessionFile()).path() + "/workbench.owner",
+                                "2147483646\ntst_workbench\n" + hostName().toUtf8() + "\n"));
+        const QString file = script("a.zvscr");
+        Window window;
+        QCOMPARE(window->statusBar()->currentMessage(), QString());
+        QVERIFY(window->openFile(file));
+        QVERIFY(window.close());
+        QCOMPARE(sessionFiles(), QStringList{file});
+    }
+
+    void picturesLeaveTheSessionAlone()
+    {
+        auto* const window = new Workbench;
+        window->restoreSession(workbench::WindowSession::Use::Look);
+        QVERIFY(window->openFile(script("a.zvscr")));
+        const auto* const timer = window->findChild<QTimer*>("sessionTimer");
+        QVERIFY(timer);
+        QVERIFY(!timer->isActive());
+        delete window;
+        QVERIFY(!QFile::exists(sessionFile()));
     }
 
     void choicesThatCantBeKeptAreToldOf()

@@ -4,8 +4,8 @@ GDB loads this by itself with the library, beside which it is installed, if its 
 covers that folder:  add-auto-load-safe-path PREFIX/lib
 
 The implementations are hidden, so this reads their memory and needs no debug information of the
-library: all but a table's begin with a string of the standard library, some behind a virtual table.
-The first two words of such a string are the address and the number of its units.
+library: all but a table's begin with a string of the standard library, some behind a virtual table,
+or as one does: its first two words are the address and the number of its units.
 """
 
 import gdb

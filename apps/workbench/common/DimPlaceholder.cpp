@@ -1,6 +1,6 @@
 #include "common/DimPlaceholder.h"
 
-#include <zvutil/ZvStyle.h>
+#include "common/style_options.h"
 
 #include <QEvent>
 #include <QLineEdit>
@@ -28,9 +28,8 @@ bool DimPlaceholder::eventFilter(QObject* watched, QEvent* event)
 void DimPlaceholder::dim() const
 {
     QPalette palette = m_edit.palette();
-    palette.setColor(
-        QPalette::PlaceholderText,
-        libzvutil::ZvStyle::Current().colour(libzvutil::ZvStyleBrush::TextDisabled).qColour());
+    palette.setColor(QPalette::PlaceholderText,
+                     pageTextColour(styleColour(libzvutil::ZvStyleBrush::TextDisabled)));
     m_edit.setPalette(palette);
 }
 

@@ -30,13 +30,12 @@ QPainterPath bentArrow()
     return path;
 }
 
-/// Returns three rows; the middle one is half as wide and leaves room for a sign.
+/// Returns a row at the top and one at the bottom, with room for a sign between them.
 QPainterPath rows()
 {
     QPainterPath path;
-    path.addRect(3, 4, 18, 4);
-    path.addRect(3, 16, 18, 4);
-    addLine(path, {{3, 12}, {12, 12}});
+    path.addRect(3, 2, 18, 4);
+    path.addRect(3, 18, 18, 4);
     return path;
 }
 
@@ -83,19 +82,46 @@ QIcon redoIcon()
     return lineIcon(QTransform(-1, 0, 0, 1, 24, 0).map(bentArrow()));
 }
 
+QIcon cutIcon()
+{
+    QPainterPath path;
+    addLine(path, {{7, 3}, {15.5, 16}});
+    addLine(path, {{17, 3}, {8.5, 16}});
+    path.addEllipse(QPointF(7, 18), 2.6, 2.6);
+    path.addEllipse(QPointF(17, 18), 2.6, 2.6);
+    return lineIcon(path);
+}
+
+QIcon copyIcon()
+{
+    QPainterPath path;
+    path.addRect(9, 8, 11, 13);
+    addLine(path, {{6, 16}, {4, 16}, {4, 3}, {15, 3}, {15, 5}});
+    return lineIcon(path);
+}
+
+QIcon pasteIcon()
+{
+    QPainterPath path;
+    addLine(path, {{9, 5}, {4, 5}, {4, 21}, {20, 21}, {20, 5}, {15, 5}});
+    path.addRect(9, 3, 6, 4);
+    addLine(path, {{8, 12}, {16, 12}});
+    addLine(path, {{8, 16}, {16, 16}});
+    return lineIcon(path);
+}
+
 QIcon insertRowIcon()
 {
     QPainterPath path = rows();
-    addLine(path, {{15, 12}, {21, 12}});
-    addLine(path, {{18, 9.5}, {18, 14.5}});
+    addLine(path, {{8, 12}, {16, 12}});
+    addLine(path, {{12, 8}, {12, 16}});
     return lineIcon(path);
 }
 
 QIcon removeRowIcon()
 {
     QPainterPath path = rows();
-    addLine(path, {{16, 10}, {20, 14}});
-    addLine(path, {{20, 10}, {16, 14}});
+    addLine(path, {{6, 12}, {18, 12}});
     return lineIcon(path);
 }
 

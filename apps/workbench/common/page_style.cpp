@@ -8,6 +8,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QString>
+#include <QVariant>
 #include <QWidget>
 
 namespace workbench {
@@ -16,10 +17,7 @@ namespace {
 
 QString fixedPitch()
 {
-    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // Platforms without such a font map the generic name "monospace" to one that they have.
-    return QStringLiteral("font-family: \"%1\";")
-        .arg(QFontInfo(font).fixedPitch() ? font.family() : QStringLiteral("monospace"));
+    return QStringLiteral("font-family: \"%1\";").arg(fixedPitchFamily());
 }
 
 QString background()
@@ -29,7 +27,28 @@ QString background()
     return QStringLiteral("background-color: %1;").arg(colour.name());
 }
 
+constexpr const char* textSize = "pageTextSize"; // a dynamic property
+
+/// Returns the size of the text if the page has one of its own.
+QString sizeOf(const QWidget& page)
+{
+    const double points = page.property(textSize).toDouble();
+    return points > 0 ? QStringLiteral("font-size: %1pt;").arg(points) : QString();
+}
+
+void paintPage(QWidget& page)
+{
+    page.setStyleSheet(fixedPitch() + background() + sizeOf(page));
+}
+
 } // namespace
+
+QString fixedPitchFamily()
+{
+    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Platforms without such a font map the generic name "monospace" to one that they have.
+    return QFontInfo(font).fixedPitch() ? font.family() : QStringLiteral("monospace");
+}
 
 void setFixedPitch(QWidget& widget)
 {
@@ -38,10 +57,15 @@ void setFixedPitch(QWidget& widget)
 
 void makePage(QWidget& widget)
 {
-    const auto paint = [&widget] { widget.setStyleSheet(fixedPitch() + background()); };
     QObject::connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged,
-                     &widget, paint);
-    paint();
+                     &widget, [&widget] { paintPage(widget); });
+    paintPage(widget);
+}
+
+void setPageTextSize(QWidget& page, double points)
+{
+    page.setProperty(textSize, points);
+    paintPage(page);
 }
 
 } // namespace workbench

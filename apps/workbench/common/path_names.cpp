@@ -1,6 +1,7 @@
 #include "common/path_names.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <filesystem>
 #include <string>
@@ -15,6 +16,12 @@ QString qtFileName(const zvutil::ZvFilePath& path)
 zvutil::ZvFilePath filePath(const QString& qtFileName)
 {
     return zvutil::ZvFilePath(QDir::toNativeSeparators(qtFileName).toStdWString());
+}
+
+QString canonicalName(const QString& file)
+{
+    const QString path = QFileInfo(file).canonicalFilePath();
+    return path.isEmpty() ? QDir::cleanPath(file) : path;
 }
 
 } // namespace workbench

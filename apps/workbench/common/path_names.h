@@ -13,4 +13,7 @@ QString qtFileName(const zvutil::ZvFilePath& path);
 /// `qtFileName`.
 zvutil::ZvFilePath filePath(const QString& qtFileName);
 
+/// Returns one name for a file that can be reached by several, so that it isn't opened twice.
+QString canonicalName(const QString& file);
+
 } // namespace workbench

@@ -7,13 +7,29 @@
 
 namespace workbench {
 
-zvutil::libzvutil::BackgroundRequestManager& requestManager()
+using zvutil::libzvutil::BackgroundRequestManager;
+
+namespace {
+
+BackgroundRequestManager& made(QPointer<QObject>& manager)
 {
-    using zvutil::libzvutil::BackgroundRequestManager;
-    static QPointer<QObject> manager;
     if (!manager)
         manager = new BackgroundRequestManager(qApp);
     return static_cast<BackgroundRequestManager&>(*manager);
+}
+
+} // namespace
+
+BackgroundRequestManager& requestManager()
+{
+    static QPointer<QObject> manager;
+    return made(manager);
+}
+
+BackgroundRequestManager& recoveryManager()
+{
+    static QPointer<QObject> manager;
+    return made(manager);
 }
 
 } // namespace workbench

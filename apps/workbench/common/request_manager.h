@@ -10,4 +10,8 @@ namespace workbench {
 /// creates it; the application object owns it. Call on the GUI thread.
 zvutil::libzvutil::BackgroundRequestManager& requestManager();
 
+/// Returns the manager that writes recovery copies, which must not wait for a search or an export. For the rest as
+/// `requestManager`.
+zvutil::libzvutil::BackgroundRequestManager& recoveryManager();
+
 } // namespace workbench

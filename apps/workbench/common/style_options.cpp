@@ -2,6 +2,7 @@
 
 #include "common/file_content.h"
 #include "common/path_names.h"
+#include "common/readable_colour.h"
 
 #include <HostSupport/Options.h>
 #include <HostSupport/host.h>
@@ -57,6 +58,11 @@ QString optionText(const QString& name)
 QColor styleColour(libzvutil::ZvStyleBrush brush)
 {
     return libzvutil::ZvStyle::Current().colour(brush).qColour();
+}
+
+QColor pageTextColour(const QColor& colour)
+{
+    return readable(colour, styleColour(libzvutil::ZvStyleBrush::EditorEnabled));
 }
 
 void chooseStyle(const QString& name)

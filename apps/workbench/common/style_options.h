@@ -16,6 +16,9 @@ namespace workbench {
 /// Returns a colour of the current style.
 QColor styleColour(libzvutil::ZvStyleBrush brush);
 
+/// Returns \p colour as a text on a page, such as a list or an editor, has it: it can be read there.
+QColor pageTextColour(const QColor& colour);
+
 /// Applies a style to the application, and stores its name as the user's choice. Throws
 /// `std::runtime_error` if the choice can't be stored; the style is applied all the same.
 void chooseStyle(const QString& name);

@@ -10,12 +10,17 @@
 
 namespace workbench {
 
-void tell(QWidget* parent, const Failure& failure)
+void logFailure(const Failure& failure)
 {
     const QString line =
         QStringList{failure.what, failure.reason, failure.advice}.join(QLatin1Char(' '));
     zvutil::logging::write(zvutil::details::log_error, "Workbench",
                            line.trimmed().toUtf8().constData());
+}
+
+void tell(QWidget* parent, const Failure& failure)
+{
+    logFailure(failure);
     auto* const box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Workbench"),
                                       failure.what, QMessageBox::Ok, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);

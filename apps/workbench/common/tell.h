@@ -10,4 +10,7 @@ namespace workbench {
 /// log, and returns at once.
 void tell(QWidget* parent, const Failure& failure);
 
+/// Writes \p failure to the log alone.
+void logFailure(const Failure& failure);
+
 } // namespace workbench

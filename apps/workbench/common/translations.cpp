@@ -8,7 +8,7 @@
 /// declares a function of the global namespace, so this function can't be inside another one.
 static void initTranslations()
 {
-    Q_INIT_RESOURCE(workbench_translations);
+    Q_INIT_RESOURCE(workbench_resources);
 }
 
 namespace workbench {

@@ -3,18 +3,21 @@
 #include "common/file_content.h"
 #include "common/path_names.h"
 
+#include <zvworkbench/FileError.h>
+
 #include <zvutil/ZvCompression.h>
 #include <zvutil/ZvFileException.h>
+
+#include <HostSupport/saving.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QFile>
 #include <QObject>
+#include <QTemporaryDir>
 
 #include <exception>
-#include <filesystem>
 #include <new>
-#include <system_error>
 
 namespace workbench {
 
@@ -23,16 +26,16 @@ namespace {
 constexpr int defaultLevel = -1;
 constexpr int lengthBytes = 4;
 
-/// Returns whether \p compressed holds the content of \p original. A full disk isn't reported while
-/// the file is written, so both are read and compared.
-bool isFaithful(const zvutil::ZvFilePath& compressed, const zvutil::ZvFilePath& original)
+/// Returns whether \p compressed is the content of \p original. A full disk isn't reported while the file is written,
+/// so both are compared.
+bool isFaithful(const QByteArray& compressed, const zvutil::ZvFilePath& original)
 {
-    return qUncompress(contentOf(compressed)) == contentOf(original);
+    return !compressed.isEmpty() && qUncompress(compressed) == contentOf(original);
 }
 
 /// Returns whether \p restored has the length that \p compressed states. Decompressing a damaged
 /// file reports no error and gives an empty file, as an empty document does.
-bool isRestored(const zvutil::ZvFilePath& restored, const zvutil::ZvFilePath& compressed)
+bool isRestored(const QByteArray& restored, const zvutil::ZvFilePath& compressed)
 {
     QFile source(qtFileName(compressed));
     if (!source.open(QIODevice::ReadOnly))
@@ -41,8 +44,7 @@ bool isRestored(const zvutil::ZvFilePath& restored, const zvutil::ZvFilePath& co
     quint32 expected = 0;
     for (const char byte : length)
         expected = expected << 8U | static_cast<unsigned char>(byte);
-    return length.size() == lengthBytes
-        && QFile(qtFileName(restored)).size() == static_cast<qint64>(expected);
+    return length.size() == lengthBytes && restored.size() == static_cast<qint64>(expected);
 }
 
 } // namespace
@@ -52,43 +54,30 @@ CompressionRequest::CompressionRequest(Direction direction, const zvutil::ZvFile
     : m_direction(direction)
     , m_source(source)
     , m_target(target)
-    , m_part(filePath(qtFileName(target) + QStringLiteral(".part")))
 {
 }
 
 void CompressionRequest::perform()
 {
-    QString error = writePart();
-    QCoreApplication::processEvents();
-    if (error.isEmpty() && abort_requested())
-        error = tr("Cancelled.");
-    if (error.isEmpty()) {
-        std::error_code code;
-        std::filesystem::rename(m_part.toStdFilePath(), m_target.toStdFilePath(), code);
-        if (code)
-            error = QString::fromLocal8Bit(code.message().c_str());
-    }
-    if (error.isEmpty()) {
+    const QString error = transfer();
+    if (error.isEmpty())
         Q_EMIT completed();
-        return;
-    }
-    QFile::remove(qtFileName(m_part));
-    Q_EMIT failed(error.toStdString());
+    else
+        Q_EMIT failed(error.toStdString());
 }
 
-/// Writes the target's content to the part file. Returns an empty text, or why that failed.
-QString CompressionRequest::writePart() const
+/// Writes the target. Returns an empty text, or why it is as it was.
+QString CompressionRequest::transfer() const
 {
     try {
-        if (m_direction == Direction::Compress) {
-            ZvCompression::compress(m_source, m_part, ZvCompressionType::Zlib, defaultLevel);
-            return isFaithful(m_part, m_source) ? QString()
-                                                : tr("The file was not written completely.");
-        }
-        ZvCompression::decompress(m_source, m_part, ZvCompressionType::Zlib);
-        return isRestored(m_part, m_source)
-            ? QString()
-            : tr("The file is not a compressed document, it is damaged, or the disk is full.");
+        const QByteArray content = transferred();
+        QCoreApplication::processEvents();
+        if (abort_requested())
+            return tr("Cancelled.");
+        host::saveFile(qtFileName(m_target).toStdString(), content.toStdString());
+        return {};
+    } catch (const FileError& error) {
+        return error.reason();
     } catch (const zvutil::ZvFileException& exception) {
         return QString::fromUtf8(exception.what());
     } catch (const std::bad_alloc&) {
@@ -96,6 +85,28 @@ QString CompressionRequest::writePart() const
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     }
+}
+
+/// Returns the content of the target. Throws `FileError`, `ZvFileException` and `std::exception`.
+QByteArray CompressionRequest::transferred() const
+{
+    // A folder of its own has room for the part without any file of the user being in the way.
+    const QTemporaryDir folder(qtFileName(m_target) + QStringLiteral(".XXXXXX"));
+    if (!folder.isValid())
+        throw FileError(folder.errorString());
+    const zvutil::ZvFilePath part = filePath(folder.filePath(QStringLiteral("part")));
+    const bool compresses = m_direction == Direction::Compress;
+    if (compresses)
+        ZvCompression::compress(m_source, part, ZvCompressionType::Zlib, defaultLevel);
+    else
+        ZvCompression::decompress(m_source, part, ZvCompressionType::Zlib);
+    QByteArray content = contentOf(part);
+    if (compresses && !isFaithful(content, m_source))
+        throw FileError(tr("The file was not written completely."));
+    if (!compresses && !isRestored(content, m_source))
+        throw FileError(
+            tr("The file is not a compressed document, it is damaged, or the disk is full."));
+    return content;
 }
 
 } // namespace workbench

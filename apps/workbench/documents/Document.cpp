@@ -1,11 +1,15 @@
 #include <zvworkbench/Document.h>
 
 #include "common/path_names.h"
+#include "documents/EditedContent.h"
+#include "documents/KnownFile.h"
 #include "documents/ProgressBox.h"
+#include "documents/ask_to_overwrite.h"
 #include "documents/save_file_name.h"
 
 #include <zvworkbench/FileError.h>
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <exception>
@@ -40,9 +44,11 @@ QString reasonOf(Work work)
 Document::Document(const DocumentType& type, const QString& title, QWidget* parent)
     : ZvContentWidget(title, parent)
     , m_type(type)
+    , m_known(new KnownFile(this))
 {
-    // The base class stops watching when the file is saved under another name.
-    connect(this, &ZvContentWidget::saved, this, [this] {
+    connect(this, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
+        m_known->setState(FileState::of(qtFileName(path)));
+        // The base class stops watching when the file is saved under another name.
         if (!isFileWatcherEnabled())
             enableFileWatcher(true);
     });
@@ -57,6 +63,8 @@ const DocumentType& Document::type() const
 bool Document::load(const zvutil::ZvFilePath& path)
 {
     const QFileInfo file(qtFileName(path));
+    // Look before the file is read: a change while it is read isn't shown.
+    const FileState state = FileState::of(file.filePath());
     QString reason;
     if (!file.exists())
         reason = tr("The file does not exist.");
@@ -70,14 +78,43 @@ bool Document::load(const zvutil::ZvFilePath& path)
         return false;
     }
     setFilename(path);
+    m_known->setState(state);
     setModified(false);
     enableFileWatcher(true);
+    return true;
+}
+
+bool Document::recover(const zvutil::ZvFilePath& copy, const zvutil::ZvFilePath& file)
+{
+    const QString reason = reasonOf([&] { read(copy); });
+    if (!reason.isEmpty()) {
+        Q_EMIT failed({tr("The recovery copy of “%1” can't be opened.")
+                           .arg(file.isEmpty() ? shortTitle() : file.toQString()),
+                       reason, tr("The copy is kept, and offered again at the next start.")});
+        return false;
+    }
+    if (!file.isEmpty()) {
+        setFilename(file);
+        enableFileWatcher(true);
+    }
+    if (auto* const content = dynamic_cast<EditedContent*>(this))
+        content->markUnsaved();
+    setModified(true);
     return true;
 }
 
 QList<QAction*> Document::toolBarActions() const
 {
     return {};
+}
+
+QList<QAction*> Document::windowActions() const
+{
+    return {};
+}
+
+void Document::showHit(int /*line*/, const QString& /*text*/)
+{
 }
 
 int Document::fileType() const
@@ -98,6 +135,23 @@ QString Document::documentTypeName() const
 
 void Document::writeFile(const zvutil::ZvFilePath& path) const
 {
+    if (path == filename() && m_known->isChangedOutside(qtFileName(path))) {
+        const OverwriteAnswer answer = askToOverwrite(window(), shortTitle());
+        if (answer == OverwriteAnswer::Cancel)
+            return;
+        if (answer == OverwriteAnswer::SaveAs) {
+            const zvutil::ZvFilePath other = requestSavePath();
+            if (!other.isEmpty())
+                writeTo(other);
+            return;
+        }
+    }
+    writeTo(path);
+}
+
+/// Writes the file, and tells of the outcome.
+void Document::writeTo(const zvutil::ZvFilePath& path) const
+{
     Q_EMIT beginSave(path, QProtectedSignal());
     const QString reason = reasonOf([&] { write(path); });
     Q_EMIT endSave(reason.isEmpty(), path, QProtectedSignal());
@@ -105,6 +159,11 @@ void Document::writeFile(const zvutil::ZvFilePath& path) const
         Q_EMIT failed({tr("%1 “%2” was not saved.").arg(m_type.name, path.toQString()), reason,
                        tr("Your changes are still here. Save them under another name, or fix the "
                           "cause and save again.")});
+}
+
+void Document::saveSessionBackup(const QString& folder, const QString& name)
+{
+    write(filePath(QDir(folder).filePath(name)));
 }
 
 bool Document::canReloadFile() const

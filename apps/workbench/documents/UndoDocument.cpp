@@ -2,6 +2,7 @@
 
 #include "common/edit_icons.h"
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -24,6 +25,7 @@ void UndoDocument::setView(QWidget& view, QUndoStack& stack)
     setFocusProxy(m_view);
     connect(m_stack, &QUndoStack::cleanChanged, this,
             [this](bool isClean) { setModified(!isClean); });
+    connect(m_stack, &QUndoStack::indexChanged, this, [this] { ++m_revision; });
 }
 
 void UndoDocument::endView()
@@ -35,6 +37,22 @@ void UndoDocument::endView()
 QList<QAction*> UndoDocument::toolBarActions() const
 {
     return m_toolBarActions;
+}
+
+quint64 UndoDocument::revision() const
+{
+    return m_revision;
+}
+
+void UndoDocument::markUnsaved()
+{
+    m_stack->resetClean();
+}
+
+void UndoDocument::keyPressEvent(QKeyEvent* event)
+{
+    if (!triggerBySign(*event, actions()))
+        Document::keyPressEvent(event);
 }
 
 QAction* UndoDocument::addNamedAction(const QString& name, const QString& text,
@@ -60,14 +78,12 @@ QAction* UndoDocument::addSeparatorAction()
 
 void UndoDocument::addUndoActions()
 {
-    QAction* const undo =
-        addNamedAction(QStringLiteral("undo"), tr("&Undo"), keys({"Ctrl+Z"}), [this] {
-            finishTyping();
-            m_stack->undo();
-        });
-    QAction* const redo =
-        addNamedAction(QStringLiteral("redo"), tr("&Redo"), keys({"Ctrl+Y", "Ctrl+Shift+Z"}),
-                       [this] { m_stack->redo(); });
+    QAction* const undo = addNamedAction(QStringLiteral("undo"), tr("&Undo"), undoKeys(), [this] {
+        finishTyping();
+        m_stack->undo();
+    });
+    QAction* const redo = addNamedAction(QStringLiteral("redo"), tr("&Redo"), redoKeys(),
+                                         [this] { m_stack->redo(); });
     undo->setIcon(undoIcon());
     redo->setIcon(redoIcon());
     undo->setEnabled(false);
@@ -92,16 +108,45 @@ ProgressBox UndoDocument::savingBox(const zvutil::ZvFilePath& file) const
     return {tr("Saving “%1”…").arg(file.filename().toQString()), window()};
 }
 
-void UndoDocument::finishTyping() const
-{
-}
-
 QList<QKeySequence> keys(std::initializer_list<const char*> texts)
 {
     QList<QKeySequence> sequences;
     for (const char* const text : texts)
         sequences.append(QKeySequence(QString::fromLatin1(text)));
     return sequences;
+}
+
+QList<QKeySequence> undoKeys()
+{
+    return QKeySequence::keyBindings(QKeySequence::Undo);
+}
+
+QList<QKeySequence> redoKeys()
+{
+    QList<QKeySequence> sequences = keys({"Ctrl+Y", "Ctrl+Shift+Z"});
+    for (const QKeySequence& sequence : QKeySequence::keyBindings(QKeySequence::Redo)) {
+        if (!sequences.contains(sequence))
+            sequences.append(sequence);
+    }
+    return sequences;
+}
+
+bool triggerBySign(const QKeyEvent& event, const QList<QAction*>& actions)
+{
+    constexpr int lastOfAscii = 0x7F;
+    const QChar sign(event.key() < lastOfAscii ? event.key() : 0);
+    const auto withoutKeypad = event.modifiers() & ~Qt::KeypadModifier;
+    if (!(sign.isPunct() || sign.isSymbol())
+        || withoutKeypad != (Qt::ControlModifier | Qt::ShiftModifier))
+        return false;
+    const QKeySequence shiftless(event.key() | int(Qt::ControlModifier));
+    for (QAction* const action : actions) {
+        if (action->shortcuts().contains(shiftless)) {
+            action->trigger();
+            return true;
+        }
+    }
+    return false;
 }
 
 QList<QKeySequence> plusKeys()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "documents/EditedContent.h"
 #include "documents/ProgressBox.h"
 
 #include <zvworkbench/Document.h>
@@ -14,12 +15,15 @@ namespace workbench {
 
 /// A document in one view, whose changes are the steps of an undo stack. The document is marked as
 /// modified unless the stack is where it was when the document was saved or loaded.
-class UndoDocument : public Document
+class UndoDocument : public Document, public EditedContent
 {
     Q_OBJECT
 
 public:
     QList<QAction*> toolBarActions() const override;
+
+    quint64 revision() const override;
+    void markUnsaved() override;
 
 protected:
     UndoDocument(const DocumentType& type, const QString& title, QWidget* parent);
@@ -39,21 +43,30 @@ protected:
     void addUndoActions();
     void addToToolBar(const QList<QAction*>& actions);
 
+    void keyPressEvent(QKeyEvent* event) override;
+
     /// Returns a box for the progress of reading or saving \p file.
     ProgressBox readingBox(const zvutil::ZvFilePath& file) const;
     ProgressBox savingBox(const zvutil::ZvFilePath& file) const;
-
-    /// Commits what the user is typing, before an undo. Does nothing in the base class.
-    virtual void finishTyping() const;
 
 private:
     QWidget* m_view = nullptr; // owned as a child
     QUndoStack* m_stack = nullptr; // owned by the subclass
     QList<QAction*> m_toolBarActions;
+    quint64 m_revision = 0;
 };
 
 /// Returns the shortcuts that \p texts name, such as "Ctrl+Z".
 QList<QKeySequence> keys(std::initializer_list<const char*> texts);
+
+/// Returns the shortcuts for Undo and Redo: the platform's, and those that people know from other ones.
+QList<QKeySequence> undoKeys();
+QList<QKeySequence> redoKeys();
+
+/// Triggers the one of \p actions that Ctrl and the sign of \p event are a shortcut of, if the sign needs Shift. Returns
+/// whether there is one. A platform that tells Qt which shortcuts a key press stands for never gets here; the
+/// others leave the press to the document.
+bool triggerBySign(const QKeyEvent& event, const QList<QAction*>& actions);
 
 /// Returns the shortcuts for what is done with "plus", on keyboards that need Shift for it and on others.
 QList<QKeySequence> plusKeys();

@@ -9,6 +9,8 @@
 #include <QMessageBox>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace workbench {
 
 namespace {
@@ -18,9 +20,44 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(workbench::SaveFileName)
 };
 
-QString withExtension(const QString& name, const QString& extension)
+/// Returns the last part of an extension, such as ".z" of ".testplan.z", which is all that file dialogs know of.
+QString lastPart(const QString& extension)
 {
-    return name.endsWith(extension, Qt::CaseInsensitive) ? name : name + extension;
+    return extension.mid(extension.lastIndexOf(QLatin1Char('.')));
+}
+
+bool hasEnd(const QString& name, const QString& end)
+{
+    return name.endsWith(end, Qt::CaseInsensitive);
+}
+
+/// Returns \p name with the extension of a kind, that of \p chosen if there is none.
+QString withExtension(const QString& name, const std::vector<FileKind>& kinds,
+                      const FileKind& chosen)
+{
+    for (const FileKind& kind : kinds) {
+        if (hasEnd(name, kind.extension))
+            return name;
+    }
+    for (const FileKind& kind : kinds) {
+        if (hasEnd(name, lastPart(kind.extension)))
+            return name.chopped(lastPart(kind.extension).size()) + kind.extension;
+    }
+    return name + chosen.extension;
+}
+
+QString filterOf(const FileKind& kind)
+{
+    return QStringLiteral("%1 (*%2)").arg(kind.what, lastPart(kind.extension));
+}
+
+/// Returns the kind that is chosen in a dialog.
+const FileKind& chosenOf(const QFileDialog& dialog, const std::vector<FileKind>& kinds)
+{
+    const auto found = std::find_if(kinds.begin(), kinds.end(), [&dialog](const FileKind& kind) {
+        return filterOf(kind) == dialog.selectedNameFilter();
+    });
+    return found == kinds.end() ? kinds.front() : *found;
 }
 
 bool mayReplace(QWidget* parent, const QString& file)
@@ -78,17 +115,28 @@ QString folderOf(const QString& start)
 QString saveFileName(QWidget* parent, const QString& title, const QString& start,
                      const QString& what, const QString& extension)
 {
-    QFileDialog dialog(parent, title, QString(), QStringLiteral("%1 (*%2)").arg(what, extension));
+    return saveFileName(parent, title, start, {{what, extension}});
+}
+
+QString saveFileName(QWidget* parent, const QString& title, const QString& start,
+                     const std::vector<FileKind>& kinds)
+{
+    QStringList filters;
+    for (const FileKind& kind : kinds)
+        filters.append(filterOf(kind));
+    QFileDialog dialog(parent, title, QString(), filters.join(QStringLiteral(";;")));
     const QFileInfo proposal(start);
     dialog.setDirectory(folderOf(start));
     if (!proposal.isDir())
         dialog.selectFile(proposal.fileName());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // QFileDialog adds the suffix to names without a dot alone, and asks before it replaces a file.
-    dialog.setDefaultSuffix(extension.mid(1));
+    const auto propose = [&] { dialog.setDefaultSuffix(chosenOf(dialog, kinds).extension.mid(1)); };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, propose);
+    propose();
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().constFirst();
-        QString file = withExtension(chosen, extension);
+        QString file = withExtension(chosen, kinds, chosenOf(dialog, kinds));
         if (!isPossible(parent, file))
             continue;
         if (file == chosen || !QFileInfo::exists(file) || mayReplace(parent, file)) {

@@ -1,5 +1,6 @@
 #include "files/FileItemDelegate.h"
 
+#include "common/readable_colour.h"
 #include "common/style_options.h"
 #include "files/FilteredFilesModel.h"
 
@@ -76,10 +77,10 @@ QColor itemTextColour(const QStyleOptionViewItem& item)
 QColor itemSideTextColour(const QStyleOptionViewItem& item)
 {
     if (!isSelected(item))
-        return styleColour(libzvutil::ZvStyleBrush::TextDisabled);
+        return pageTextColour(styleColour(libzvutil::ZvStyleBrush::TextDisabled));
     QColor colour = itemTextColour(item);
     colour.setAlphaF(0.7);
-    return colour;
+    return readable(colour, item.palette.color(QPalette::Highlight));
 }
 
 } // namespace workbench

@@ -1,6 +1,7 @@
 #include "files/FilesPanel.h"
 
 #include "common/DimPlaceholder.h"
+#include "common/EmptyHint.h"
 #include "common/StatusLine.h"
 #include "common/file_uri.h"
 #include "common/number_text.h"
@@ -9,6 +10,7 @@
 #include "common/tool_tip.h"
 #include "documents/FileNameDialog.h"
 #include "files/FileItemDelegate.h"
+#include "files/FilesSorter.h"
 #include "files/FilteredFilesModel.h"
 #include "files/FolderListModel.h"
 #include "files/TypesBox.h"
@@ -95,8 +97,10 @@ FilesPanel::FilesPanel(QWidget* parent)
     : DockableWidgetContents(QStringLiteral("Files"), parent)
     , m_filter(RowFilter::make())
     , m_files(new FilteredFilesModel(this))
+    , m_sorter(new FilesSorter(*m_files))
     , m_search(new ZvSearchBar)
     , m_types(new TypesBox(nullptr))
+    , m_order(new QComboBox)
     , m_folders(new QListWidget)
     , m_splitter(new QSplitter(Qt::Vertical))
     , m_view(new QListView)
@@ -108,7 +112,8 @@ FilesPanel::FilesPanel(QWidget* parent)
     setLongTitle(tr("Files"));
     makeFileView();
     makeFileActions();
-    m_splitter->addWidget(makeFolderBox());
+    QWidget* const folderRow = makeFolderRow();
+    m_splitter->addWidget(m_folders);
     m_splitter->addWidget(m_view);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setSizes({120, 400});
@@ -118,6 +123,7 @@ FilesPanel::FilesPanel(QWidget* parent)
     layout->setContentsMargins(6, 6, 6, 4);
     layout->setSpacing(6);
     layout->addWidget(makeTopRow());
+    layout->addWidget(folderRow);
     layout->addWidget(m_splitter, 1);
     layout->addWidget(makeStatusRow());
     setFocusProxy(m_search);
@@ -187,6 +193,7 @@ void FilesPanel::saveState(QSettings& settings) const
     settings.setValue(QStringLiteral("folders"), folders());
     settings.setValue(QStringLiteral("types"), types());
     settings.setValue(QStringLiteral("splitter"), m_splitter->saveState());
+    settings.setValue(QStringLiteral("order"), m_order->currentData());
     settings.endGroup();
 }
 
@@ -194,6 +201,8 @@ void FilesPanel::restoreState(QSettings& settings)
 {
     settings.beginGroup(QStringLiteral("Files"));
     m_types->setTypes(settings.value(QStringLiteral("types")).toStringList());
+    m_order->setCurrentIndex(
+        std::max(0, m_order->findData(settings.value(QStringLiteral("order"), 0).toInt())));
     m_splitter->restoreState(settings.value(QStringLiteral("splitter")).toByteArray());
     const QStringList folders = settings.value(QStringLiteral("folders")).toStringList();
     settings.endGroup();
@@ -254,27 +263,47 @@ QWidget* FilesPanel::makeTopRow()
 
     auto* const reloadAction = new QAction(tr("Reload"), this);
     reloadAction->setObjectName(QStringLiteral("reload"));
-    reloadAction->setShortcut(QKeySequence::Refresh);
+    // F5 runs the current script, also while the focus is here.
+    reloadAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
     reloadAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    reloadAction->setToolTip(tr("List the folders again (F5)"));
+    reloadAction->setToolTip(tr("List the folders again (Ctrl+R)"));
     connect(reloadAction, &QAction::triggered, this, &FilesPanel::reload);
     addAction(reloadAction);
 
     m_types->setObjectName(QStringLiteral("types"));
     connect(m_types, &TypesBox::typesChanged, this, &FilesPanel::reload);
 
+    makeOrderBox();
+
     auto* const top = new QWidget;
     auto* const layout = new QGridLayout(top);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
-    layout->addWidget(m_search, 0, 0, 1, 2);
+    layout->addWidget(m_search, 0, 0, 1, 3);
     layout->addWidget(m_types, 1, 0);
-    layout->addWidget(buttonFor(reloadAction), 1, 1);
+    layout->addWidget(m_order, 1, 1);
+    layout->addWidget(buttonFor(reloadAction), 1, 2);
     layout->setColumnStretch(0, 1);
     return top;
 }
 
-QWidget* FilesPanel::makeFolderBox()
+void FilesPanel::makeOrderBox()
+{
+    m_order->setObjectName(QStringLiteral("order"));
+    m_order->setAccessibleName(tr("Order of the files"));
+    m_order->addItem(tr("By name"), int(FilesOrder::Name));
+    m_order->addItem(tr("By folder"), int(FilesOrder::Folder));
+    m_order->addItem(tr("By date"), int(FilesOrder::Date));
+    m_order->addItem(tr("As found"), int(FilesOrder::Found));
+    m_order->setToolTip(tr("The order of the files. More than %1 files stay as they are found.")
+                            .arg(numberText(FilesSorter::maxFiles)));
+    connect(m_order, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
+        m_sorter->setOrder(FilesOrder(m_order->currentData().toInt()));
+        sort();
+    });
+}
+
+QWidget* FilesPanel::makeFolderRow()
 {
     m_folders->setObjectName(QStringLiteral("folders"));
     m_folders->setAccessibleName(tr("Folders"));
@@ -284,7 +313,7 @@ QWidget* FilesPanel::makeFolderBox()
     m_folders->setMinimumHeight(48);
     connect(m_folders, &QListWidget::itemSelectionChanged, this, &FilesPanel::enableActions);
 
-    auto* const add = new QAction(tr("Add folder…"), this);
+    auto* const add = new QAction(tr("Add Folder…"), this);
     add->setObjectName(QStringLiteral("addFolder"));
     add->setToolTip(tr("List the files of another folder. You can also drop folders here."));
     connect(add, &QAction::triggered, this, &FilesPanel::browse);
@@ -296,16 +325,14 @@ QWidget* FilesPanel::makeFolderBox()
     m_folders->addActions({add, m_removeFolder});
     m_folders->setContextMenuPolicy(Qt::ActionsContextMenu);
 
-    auto* const box = new QWidget;
-    auto* const layout = new QGridLayout(box);
+    auto* const row = new QWidget;
+    auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
-    layout->addWidget(new QLabel(tr("Folders")), 0, 0);
-    layout->addWidget(buttonFor(add), 0, 1);
-    layout->addWidget(buttonFor(m_removeFolder), 0, 2);
-    layout->addWidget(m_folders, 1, 0, 1, 3);
-    layout->setColumnStretch(0, 1);
-    return box;
+    layout->addWidget(new QLabel(tr("Folders")), 1);
+    layout->addWidget(buttonFor(add));
+    layout->addWidget(buttonFor(m_removeFolder));
+    return row;
 }
 
 QWidget* FilesPanel::makeStatusRow()
@@ -334,6 +361,7 @@ void FilesPanel::makeFileView()
     m_view->setObjectName(QStringLiteral("files"));
     m_view->setAccessibleName(tr("Files"));
     m_view->setModel(m_files);
+    m_hint = new EmptyHint(QString(), m_view);
     m_view->setItemDelegate(new FileItemDelegate(m_view));
     m_view->setUniformItemSizes(true);
     m_view->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -352,9 +380,9 @@ void FilesPanel::makeFileActions()
     QAction* const open = addFileAction(tr("Open"), Qt::Key_Return, &FilesPanel::openSelected);
     open->setShortcuts({Qt::Key_Return, Qt::Key_Enter});
     addFileAction(tr("Copy as URI"), Qt::CTRL + Qt::SHIFT + Qt::Key_C, &FilesPanel::copyUris);
-    addFileAction(tr("Copy path"), QKeySequence::Copy, &FilesPanel::copyPaths);
+    addFileAction(tr("Copy Path"), QKeySequence::Copy, &FilesPanel::copyPaths);
     m_rename = addFileAction(tr("Rename…"), Qt::Key_F2, &FilesPanel::rename);
-    addFileAction(tr("Show folder"), QKeySequence(), &FilesPanel::showFolder);
+    addFileAction(tr("Show Folder"), QKeySequence(), &FilesPanel::showFolder);
 }
 
 QAction* FilesPanel::addFileAction(const QString& text, const QKeySequence& shortcut,
@@ -371,10 +399,15 @@ QAction* FilesPanel::addFileAction(const QString& text, const QKeySequence& shor
 void FilesPanel::connectFilter()
 {
     connect(m_filter.get(), &RowFilter::begun, this, [this] {
+        m_sorter->cancel();
         m_files->clear();
         updateWorking();
     });
-    connect(m_filter.get(), &RowFilter::found, m_files, &FilteredFilesModel::append);
+    connect(m_filter.get(), &RowFilter::found, this, [this](const std::vector<int>& rows) {
+        m_sorter->cancel();
+        m_files->append(rows);
+    });
+    connect(m_sorter, &FilesSorter::sorted, this, &FilesPanel::updateWorking);
     connect(m_filter.get(), &RowFilter::progress, this, &FilesPanel::updateWorking);
 }
 
@@ -402,6 +435,8 @@ void FilesPanel::list(Listing state)
 void FilesPanel::showFolders()
 {
     m_unreadableFolders = 0;
+    // The list of folders would be one more empty box.
+    m_folders->setVisible(m_folders->count() > 0);
     for (int i = 0; i < m_folders->count(); ++i) {
         QListWidgetItem& item = *m_folders->item(i);
         const QString folder = item.data(Qt::UserRole).toString();
@@ -418,11 +453,21 @@ void FilesPanel::showFolders()
     }
 }
 
-/// Shows whether the panel lists or filters, and the number of files.
+/// Sorts the files if all have been found.
+void FilesPanel::sort()
+{
+    if (m_listing != Listing::Running && m_filter->isDone())
+        m_sorter->sort();
+}
+
+/// Shows whether the panel lists, filters or sorts, and the number of files.
 void FilesPanel::updateWorking()
 {
-    const bool isWorking =
+    const bool isListing =
         m_listing == Listing::Running || (!m_filter->isDone() && !m_filter->isPaused());
+    if (!isListing)
+        sort();
+    const bool isWorking = isListing || m_sorter->isSorting();
     if (isWorking != m_isWorking) {
         m_isWorking = isWorking;
         if (isWorking)
@@ -445,7 +490,19 @@ void FilesPanel::showStatus()
         m_status->setText(text);
         m_status->setCursorPosition(0);
         m_status->setToolTip(text);
+        m_hint->say(hintText());
     }
+}
+
+/// Returns what to do about an empty list.
+QString FilesPanel::hintText() const
+{
+    if (m_folders->count() == 0)
+        return tr("Add a folder to list its files, or drop one here.");
+    if (m_isWorking || m_listing == Listing::Stopped)
+        return {};
+    return m_search->text().isEmpty() ? tr("There are no such files in these folders.")
+                                      : tr("No name of a file matches the search.");
 }
 
 QString FilesPanel::statusText() const
@@ -456,14 +513,19 @@ QString FilesPanel::statusText() const
         return tr("Add a folder to list its files.");
     const int rows = m_model->rowCount(QModelIndex());
     const int percent = rows > 0 ? int(100LL * m_filter->lookedAt() / rows) : 100;
+    if (m_sorter->isSorting())
+        return tr("Sorting…");
     if (m_listing != Listing::Running && m_isWorking)
         return tr("Filtering… %1 %").arg(percent);
     if (m_listing != Listing::Running && !m_filter->isDone())
         return tr("Filtering stopped at %1 %. Change the text to filter again.").arg(percent);
-    const QString all =
-        tr("%1 files", nullptr, m_filter->different()).arg(numberText(m_filter->different()));
+    const bool isFiltered = !m_search->text().isEmpty();
+    // Files that were found twice are known once the list is sorted.
+    const int count =
+        m_sorter->isSorted() && !isFiltered ? m_files->rowCount() : m_filter->different();
+    const QString all = tr("%1 files", nullptr, count).arg(numberText(count));
     const QString shown =
-        m_search->text().isEmpty() ? all : tr("%1 of %2").arg(numberText(m_files->rowCount()), all);
+        !isFiltered ? all : tr("%1 of %2").arg(numberText(m_files->rowCount()), all);
     if (m_listing == Listing::Running)
         return tr("Listing… %1").arg(shown);
     return m_unreadableFolders == 0
@@ -486,7 +548,7 @@ void FilesPanel::takeDropped(const QStringList& files)
 
 void FilesPanel::browse()
 {
-    auto* const dialog = new QFileDialog(this, tr("Add folder"), folders().value(0));
+    auto* const dialog = new QFileDialog(this, tr("Add Folder"), folders().value(0));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);

@@ -9,6 +9,7 @@
 #include <memory>
 
 class QAction;
+class QComboBox;
 class QListView;
 class QListWidget;
 class QModelIndex;
@@ -19,6 +20,8 @@ class ZvSearchBar;
 
 namespace workbench {
 
+class EmptyHint;
+class FilesSorter;
 class FilteredFilesModel;
 class FolderListModel;
 class StatusLine;
@@ -80,9 +83,10 @@ protected:
 private:
     enum class Listing { Idle, Running, Stopped };
 
-    QWidget* makeFolderBox();
+    QWidget* makeFolderRow();
     QWidget* makeTopRow();
     QWidget* makeStatusRow();
+    void makeOrderBox();
     void makeFileView();
     void makeFileActions();
     QAction* addFileAction(const QString& text, const QKeySequence& shortcut,
@@ -90,10 +94,12 @@ private:
     void connectFilter();
 
     void list(Listing state);
+    void sort();
     void showFolders();
     void updateWorking();
     void showStatus();
     QString statusText() const;
+    QString hintText() const;
 
     void takeDropped(const QStringList& files);
     void browse();
@@ -111,11 +117,14 @@ private:
     std::unique_ptr<FolderListModel> m_model;
     RowFilter::Owner m_filter;
     FilteredFilesModel* m_files;
+    FilesSorter* m_sorter;
     ZvSearchBar* m_search;
     TypesBox* m_types;
+    QComboBox* m_order;
     QListWidget* m_folders;
     QSplitter* m_splitter;
     QListView* m_view;
+    EmptyHint* m_hint = nullptr;
     StatusLine* m_status;
     QToolButton* m_stop;
     QAction* m_removeFolder;

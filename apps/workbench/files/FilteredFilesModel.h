@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -32,6 +33,14 @@ public:
     /// Appends rows, by their numbers in the list.
     void append(const std::vector<int>& sourceRows);
 
+    /// Shows the rows in another order, by their positions in the present one; those that are left out are
+    /// removed. Indexes follow their rows.
+    void arrange(const std::vector<int>& positions);
+    /// Shows the rows in the order of the list.
+    void arrangeAsFound();
+
+    /// Returns the paths of all rows.
+    QStringList paths() const;
     /// Returns the path of a file, or an empty text for an invalid index.
     QString path(const QModelIndex& index) const;
 
@@ -39,6 +48,8 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    void removeOthers(std::vector<int>& positions);
+
     QPointer<QAbstractItemModel> m_source;
     std::vector<int> m_rows;
 };

@@ -32,6 +32,7 @@ TypesBox::TypesBox(QWidget* parent)
     setToolTip(tr("Choose which files to list, or type extensions such as “.txt .csv”."));
     addItem(tr("All files"), QStringList());
     addItem(tr("Documents"), documentExtensions());
+    lineEdit()->setAccessibleName(accessibleName());
     lineEdit()->setAcceptDrops(false);
     connect(this, QOverload<int>::of(&QComboBox::activated), this, &TypesBox::takeOver);
     connect(lineEdit(), &QLineEdit::editingFinished, this, &TypesBox::takeOver);

@@ -1,5 +1,6 @@
 #include "log/LogModel.h"
 
+#include "common/style_options.h"
 #include "common/tool_tip.h"
 
 #include <zvutil/ZvStyle.h>
@@ -29,13 +30,13 @@ QColor levelColour(int level)
 {
     const ZvStyle& style = ZvStyle::Current();
     if (level >= zvutil::details::log_error)
-        return style.editorColour("Testplan", "ErrorBorder");
+        return pageTextColour(style.editorColour("Testplan", "ErrorBorder"));
     if (level == zvutil::details::log_warning)
-        return style.editorColour("Testplan", "WarningBorder");
+        return pageTextColour(style.editorColour("Testplan", "WarningBorder"));
     const ZvStyleBrush brush = level >= zvutil::details::log_information
         ? ZvStyleBrush::TextEnabled
         : ZvStyleBrush::TextDisabled;
-    return style.colour(brush).qColour();
+    return pageTextColour(style.colour(brush));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "log/LogPanel.h"
 
 #include "common/DimPlaceholder.h"
+#include "common/EmptyHint.h"
 #include "log/LogFilter.h"
 #include "log/LogModel.h"
 
@@ -142,6 +143,7 @@ void LogPanel::makeView()
     m_view->setObjectName(QStringLiteral("lines"));
     m_view->setAccessibleName(tr("Log"));
     m_view->setModel(m_shown);
+    new EmptyHint(tr("There are no lines to show. What the library reports appears here."), m_view);
     m_view->setRootIsDecorated(false);
     m_view->setItemsExpandable(false);
     m_view->setUniformRowHeights(true);

@@ -4,6 +4,9 @@
 
 namespace workbench {
 
+/// The width of lines in units of the scene: as pixels, it is sharp on the grid at full size.
+constexpr double wireWidth = 2;
+
 /// An item of a schematic that the user can select and move from one point of the grid to another.
 class GridItem : public QGraphicsItem
 {

@@ -1,17 +1,23 @@
 #include "schematic/SchematicDocument.h"
 
+#include "common/EmptyHint.h"
 #include "common/edit_icons.h"
 #include "common/line_icon.h"
 #include "common/path_names.h"
 #include "documents/empty_file.h"
 #include "documents/xml_text.h"
+#include "schematic/SchematicPages.h"
+#include "schematic/SchematicPicture.h"
 #include "schematic/SchematicReadFile.h"
 #include "schematic/SchematicSaveFile.h"
 #include "schematic/SchematicView.h"
 #include "schematic/SymbolDialog.h"
+#include "schematic/schematic_clipboard.h"
 
 #include <QActionGroup>
+#include <QClipboard>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QTransform>
 
 #include <algorithm>
@@ -84,6 +90,11 @@ SchematicDocument::SchematicDocument(const QString& title, QWidget* parent)
     connect(&m_scene, &SchematicScene::failed, this, &Document::failed);
     connect(&m_scene, &SchematicScene::editRequested, this, &SchematicDocument::editSymbol);
     connect(&m_scene, &SchematicScene::toolChanged, this, &SchematicDocument::checkTool);
+    auto* const hint =
+        new EmptyHint(tr("Press R for a resistor or W for a wire, and click where it is to be.\n"
+                         "The other parts are on the tool bar and in the Edit menu."),
+                      m_view, [this] { return isBlank(); });
+    connect(&m_scene, &SchematicScene::schematicChanged, hint, &EmptyHint::update);
     addToolActions();
     addUndoActions();
     addEditActions();
@@ -93,6 +104,7 @@ SchematicDocument::SchematicDocument(const QString& title, QWidget* parent)
 
 SchematicDocument::~SchematicDocument()
 {
+    m_scene.disconnect(this);
     endView();
 }
 
@@ -104,6 +116,12 @@ SchematicScene& SchematicDocument::scene()
 SchematicView& SchematicDocument::view()
 {
     return *m_view;
+}
+
+void SchematicDocument::showHit(int /*line*/, const QString& text)
+{
+    if (m_scene.selectSymbol(text))
+        m_view->centerOn(m_scene.selectedItems().constFirst());
 }
 
 void SchematicDocument::read(const zvutil::ZvFilePath& file)
@@ -118,6 +136,43 @@ void SchematicDocument::write(const zvutil::ZvFilePath& file) const
 {
     ProgressBox box = savingBox(file);
     requireWritten(SchematicSaveFile(file).save(m_scene.schematic(), box.progress()), file);
+}
+
+bool SchematicDocument::isBlank() const
+{
+    const Schematic& schematic = m_scene.schematic();
+    return schematic.symbols.isEmpty() && schematic.wires.isEmpty();
+}
+
+QPageLayout::Orientation SchematicDocument::orientation() const
+{
+    const QRectF all = m_scene.contents();
+    return all.width() > all.height() ? QPageLayout::Landscape : QPageLayout::Portrait;
+}
+
+std::unique_ptr<Pages> SchematicDocument::pages(const Paper& paper,
+                                                const Progress& /*progress*/) const
+{
+    return std::make_unique<SchematicPages>(pageTitleOf(*this), paper, m_scene.schematic());
+}
+
+std::vector<ExportFormat> SchematicDocument::exportFormats() const
+{
+    return {{tr("SVG pictures"), QStringLiteral(".svg"),
+             [this](const Progress& progress) {
+                 return SchematicPicture(m_scene.schematic()).svg(shortTitle(), progress);
+             }},
+            {tr("PNG pictures, 300 dpi"), QStringLiteral(".png"), [this](const Progress& progress) {
+                 return SchematicPicture(m_scene.schematic()).png(shortTitle(), progress);
+             }}};
+}
+
+ContentWriter SchematicDocument::snapshot() const
+{
+    return [schematic = m_scene.schematic()](const zvutil::ZvFilePath& file,
+                                             const Progress& progress) {
+        requireWritten(SchematicSaveFile(file).save(schematic, progress), file);
+    };
 }
 
 void SchematicDocument::addToolActions()
@@ -147,34 +202,55 @@ void SchematicDocument::addToolActions()
 void SchematicDocument::addEditActions()
 {
     addSeparatorAction();
-    addNamedAction(QStringLiteral("cut"), tr("Cu&t"), keys({"Ctrl+X"}), [this] { m_scene.cut(); });
-    addNamedAction(QStringLiteral("copy"), tr("&Copy"), keys({"Ctrl+C"}),
-                   [this] { m_scene.copy(); });
-    addNamedAction(QStringLiteral("paste"), tr("&Paste"), keys({"Ctrl+V"}),
-                   [this] { m_scene.paste(); });
-    addNamedAction(QStringLiteral("selectAll"), tr("Select &all"), keys({"Ctrl+A"}),
-                   [this] { m_scene.selectAll(); });
+    const auto add = [this](const char* name, const QString& text, QKeySequence::StandardKey key,
+                            void (SchematicScene::*work)()) {
+        return addNamedAction(QLatin1String(name), text, QKeySequence::keyBindings(key),
+                              [this, work] { (m_scene.*work)(); });
+    };
+    QAction* const cut = add("cut", tr("Cu&t"), QKeySequence::Cut, &SchematicScene::cut);
+    QAction* const copy = add("copy", tr("&Copy"), QKeySequence::Copy, &SchematicScene::copy);
+    QAction* const paste = add("paste", tr("&Paste"), QKeySequence::Paste, &SchematicScene::paste);
+    QAction* const remove =
+        add("delete", tr("&Delete"), QKeySequence::Delete, &SchematicScene::removeSelected);
+    add("selectAll", tr("Select &All"), QKeySequence::SelectAll, &SchematicScene::selectAll);
+    cut->setIcon(cutIcon());
+    copy->setIcon(copyIcon());
+    paste->setIcon(pasteIcon());
+    remove->setIcon(removeIcon());
+    addToToolBar({cut, copy, paste});
     addToToolBar({addSeparatorAction()});
     QAction* const rotate = addNamedAction(QStringLiteral("rotate"), tr("R&otate"),
                                            keys({"Ctrl+R", "Space"}), [this] { m_scene.rotate(); });
-    QAction* const remove = addNamedAction(QStringLiteral("delete"), tr("&Delete"), keys({"Del"}),
-                                           [this] { m_scene.removeSelected(); });
     rotate->setIcon(rotateIcon());
-    remove->setIcon(removeIcon());
     addToToolBar({rotate, remove});
-    QAction* const edit = addNamedAction(QStringLiteral("editSymbol"), tr("&Edit symbol…"),
-                                         keys({"F2"}), [this] { editSymbol(); });
-    const auto follow = [this, edit] { edit->setEnabled(m_scene.selectedSymbol()); };
-    connect(&m_scene, &QGraphicsScene::selectionChanged, edit, follow);
-    follow();
+    addNamedAction(QStringLiteral("editSymbol"), tr("&Edit Symbol…"), keys({"F2"}),
+                   [this] { editSymbol(); });
+    connect(&m_scene, &QGraphicsScene::selectionChanged, this, &SchematicDocument::enableActions);
+    connect(&m_scene, &SchematicScene::toolChanged, this, &SchematicDocument::enableActions);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            &SchematicDocument::enableActions);
+    enableActions();
+}
+
+void SchematicDocument::enableActions()
+{
+    const bool isSelected = !m_scene.selectedItems().isEmpty();
+    const auto enable = [this](const char* name, bool isEnabled) {
+        findChild<QAction*>(QLatin1String(name))->setEnabled(isEnabled);
+    };
+    for (const char* const name : {"cut", "copy", "delete"})
+        enable(name, isSelected);
+    enable("paste", hasSchematicOnClipboard());
+    enable("rotate", isSelected || m_scene.tool() == SchematicScene::Tool::Place);
+    enable("editSymbol", m_scene.selectedSymbol());
 }
 
 void SchematicDocument::addZoomActions()
 {
     addToToolBar({addSeparatorAction()});
-    addNamedAction(QStringLiteral("zoomIn"), tr("Zoom &in"), plusKeys(),
+    addNamedAction(QStringLiteral("zoomIn"), tr("Zoom &In"), plusKeys(),
                    [this] { m_view->zoomIn(); });
-    addNamedAction(QStringLiteral("zoomOut"), tr("Zoom ou&t"), keys({"Ctrl+-"}),
+    addNamedAction(QStringLiteral("zoomOut"), tr("Zoom &Out"), keys({"Ctrl+-"}),
                    [this] { m_view->zoomOut(); });
     QAction* const fit = addNamedAction(QStringLiteral("fit"), tr("&Fit"), keys({"Ctrl+0"}),
                                         [this] { m_view->fit(); });

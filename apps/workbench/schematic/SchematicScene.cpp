@@ -24,8 +24,8 @@ namespace {
 
 using libzvutil::ZvStyleBrush;
 
-constexpr double junctionRadius = 3.5;
 constexpr double roomAround = 400;
+constexpr double firstRoom = 5'000;
 constexpr double ghostOpacity = 0.5;
 constexpr double faintness = 0.8;
 constexpr int pasteOffset = 2;
@@ -61,9 +61,14 @@ SchematicScene::SchematicScene(QObject* parent)
     : QGraphicsScene(parent)
 {
     setItemIndexMethod(BspTreeIndex);
+    setSceneRect(-firstRoom, -firstRoom, 2 * firstRoom, 2 * firstRoom);
     show(m_schematic);
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
             [this] { update(); });
+    connect(this, &QGraphicsScene::selectionChanged, this, [this] {
+        if (m_move && m_move->ids != selectedIds())
+            m_move.reset();
+    });
 }
 
 SchematicScene::~SchematicScene()
@@ -103,6 +108,33 @@ QRectF SchematicScene::contents() const
     for (const auto& [id, item] : m_wires)
         all |= item->sceneBoundingRect();
     return all;
+}
+
+const GridItem* SchematicScene::item(int id) const
+{
+    const auto symbol = m_symbols.find(id);
+    if (symbol != m_symbols.end())
+        return symbol->second;
+    const auto wire = m_wires.find(id);
+    return wire != m_wires.end() ? wire->second : nullptr;
+}
+
+int SchematicScene::indexOf(int id) const
+{
+    const auto isWanted = [id](const auto& element) { return element.id == id; };
+    const QVector<Symbol>& symbols = m_schematic.symbols;
+    const QVector<Wire>& wires = m_schematic.wires;
+    const auto symbol = std::find_if(symbols.cbegin(), symbols.cend(), isWanted);
+    if (symbol != symbols.cend())
+        return static_cast<int>(symbol - symbols.cbegin());
+    const auto wire = std::find_if(wires.cbegin(), wires.cend(), isWanted);
+    return wire == wires.cend() ? -1 : symbols.size() + static_cast<int>(wire - wires.cbegin());
+}
+
+void SchematicScene::makeRoom(const QRectF& area)
+{
+    if (!sceneRect().contains(area))
+        setSceneRect(sceneRect() | area);
 }
 
 void SchematicScene::setTool(Tool tool)
@@ -186,14 +218,99 @@ void SchematicScene::removeSelected()
 
 void SchematicScene::moveSelected(const QPoint& steps)
 {
-    changeSelected(
-        tr("Move"), [](Symbol& /*symbol*/) {},
-        [steps](const QPoint& point) { return point + steps; }, SchematicEdit::Merging::WithMoves);
+    Move& move = presentMove();
+    const Schematic after = moved(move, move.steps + steps);
+    const auto isInReach = [](const auto& points) {
+        return std::all_of(points.begin(), points.end(), isWithinReach);
+    };
+    const bool areInReach =
+        std::all_of(after.symbols.begin(), after.symbols.end(),
+                    [](const Symbol& symbol) { return isWithinReach(symbol.position); })
+        && std::all_of(after.wires.begin(), after.wires.end(),
+                       [&](const Wire& wire) { return isInReach(wire.points); });
+    if (!areInReach) {
+        show(m_schematic);
+        return;
+    }
+    move.steps += steps;
+    push(tr("Move"), after, SchematicEdit::Merging::WithMoves);
+    // What is shown anew has told of its selection, and another one would have ended the move.
+    if (m_move)
+        m_move->after = m_schematic;
+}
+
+/// Returns the move that what is selected takes part in, or a new one.
+SchematicScene::Move& SchematicScene::presentMove()
+{
+    const QSet<int> ids = selectedIds();
+    if (!m_move || m_move->ids != ids || !(m_move->after == m_schematic))
+        m_move = Move{m_schematic, ids, followersOf(m_schematic, ids), {}, m_schematic};
+    return *m_move;
+}
+
+Schematic SchematicScene::moved(const Move& move, const QPoint& steps) const
+{
+    Schematic after = move.before;
+    for (Symbol& symbol : after.symbols) {
+        if (move.ids.contains(symbol.id))
+            symbol.position += steps;
+    }
+    for (Wire& wire : after.wires) {
+        if (move.ids.contains(wire.id)) {
+            for (QPoint& point : wire.points)
+                point += steps;
+        }
+        const auto follower = move.followers.find(wire.id);
+        if (follower != move.followers.end())
+            wire.points = stretched(wire.points, follower->second, steps);
+    }
+    return after;
+}
+
+/// Shows how the wires follow what the mouse drags.
+void SchematicScene::showDragged()
+{
+    constexpr int maxShown = 2'000;
+    const QList<QGraphicsItem*> selected = selectedItems();
+    if (selected.isEmpty() || m_schematic.symbols.size() + m_schematic.wires.size() > maxShown)
+        return;
+    const auto* const first = static_cast<const GridItem*>(selected.constFirst());
+    const QPoint steps = nearestStep(first->pos()) - first->gridPosition();
+    if (steps.isNull() && !m_isDragged)
+        return;
+    m_isDragged = true;
+    const Move& move = presentMove();
+    const Schematic after = moved(move, move.steps + steps);
+    for (const Wire& wire : after.wires) {
+        if (move.followers.count(wire.id) > 0)
+            m_wires.at(wire.id)->setWire(wire);
+    }
+    m_junctions = junctionsOf(after);
+    update();
 }
 
 void SchematicScene::selectAll()
 {
     selectItems([](int /*id*/) { return true; });
+}
+
+void SchematicScene::select(int id)
+{
+    setTool(Tool::Select);
+    selectItems([id](int other) { return other == id; });
+}
+
+bool SchematicScene::selectSymbol(const QString& text)
+{
+    const auto found = std::find_if(m_schematic.symbols.cbegin(), m_schematic.symbols.cend(),
+                                    [&text](const Symbol& symbol) {
+                                        return symbol.reference.contains(text, Qt::CaseInsensitive)
+                                            || symbol.value.contains(text, Qt::CaseInsensitive);
+                                    });
+    if (found == m_schematic.symbols.cend())
+        return false;
+    select(found->id);
+    return true;
 }
 
 void SchematicScene::copy()
@@ -263,12 +380,10 @@ void SchematicScene::drawBackground(QPainter* painter, const QRectF& rect)
 
 void SchematicScene::drawForeground(QPainter* painter, const QRectF& rect)
 {
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(styleColour(ZvStyleBrush::TextEnabled));
     for (const QPoint& junction : std::as_const(m_junctions)) {
         const QPointF position = junction * gridStep;
         if (rect.adjusted(-gridStep, -gridStep, gridStep, gridStep).contains(position))
-            painter->drawEllipse(position, junctionRadius, junctionRadius);
+            paintJunction(*painter, junction, styleColour(ZvStyleBrush::TextEnabled));
     }
     if (!m_wire.isDrawing())
         return;
@@ -310,6 +425,8 @@ void SchematicScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
         update();
     }
     QGraphicsScene::mouseMoveEvent(event);
+    if (m_tool == Tool::Select && (event->buttons() & Qt::LeftButton))
+        showDragged();
 }
 
 void SchematicScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
@@ -317,14 +434,17 @@ void SchematicScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
     QGraphicsScene::mouseReleaseEvent(event);
     // The mouse moves all selected items by the same distance, so the first one that has moved
     // gives it.
+    const bool wasDragged = std::exchange(m_isDragged, false);
     for (const QGraphicsItem* const item : selectedItems()) {
         const QPoint position = static_cast<const GridItem*>(item)->gridPosition();
         const QPoint steps = nearestStep(item->pos()) - position;
         if (!steps.isNull()) {
             moveSelected(steps);
-            break;
+            return;
         }
     }
+    if (wasDragged)
+        show(m_schematic);
 }
 
 void SchematicScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
@@ -361,8 +481,9 @@ void SchematicScene::show(const Schematic& schematic)
     }
     Q_EMIT selectionChanged();
     m_junctions = junctionsOf(m_schematic);
-    setSceneRect(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
+    makeRoom(contents().adjusted(-roomAround, -roomAround, roomAround, roomAround));
     update();
+    Q_EMIT schematicChanged();
 }
 
 void SchematicScene::showSymbols()
@@ -491,8 +612,7 @@ Schematic SchematicScene::selectedPart() const
 
 void SchematicScene::changeSelected(const QString& text,
                                     const std::function<void(Symbol&)>& changeSymbol,
-                                    const std::function<QPoint(const QPoint&)>& changePoint,
-                                    SchematicEdit::Merging merging)
+                                    const std::function<QPoint(const QPoint&)>& changePoint)
 {
     const QSet<int> ids = selectedIds();
     bool isInReach = true;
@@ -512,7 +632,7 @@ void SchematicScene::changeSelected(const QString& text,
             std::transform(wire.points.begin(), wire.points.end(), wire.points.begin(), changed);
     }
     if (isInReach)
-        push(text, after, merging);
+        push(text, after);
     else
         show(m_schematic);
 }

@@ -3,6 +3,7 @@
 #include "schematic/Schematic.h"
 #include "schematic/SchematicEdit.h"
 #include "schematic/WireTool.h"
+#include "schematic/wire_ends.h"
 
 #include <zvworkbench/Failure.h>
 
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 namespace workbench {
 
@@ -40,6 +42,15 @@ public:
     /// Returns the rectangle around all symbols and wires.
     QRectF contents() const;
 
+    /// Returns the item of a symbol or wire, or nullptr.
+    const GridItem* item(int id) const;
+    /// Returns the index of a symbol, or of a wire behind all symbols, or -1.
+    int indexOf(int id) const;
+
+    /// Enlarges the sheet, if need be, so that \p area lies on it. The sheet never shrinks: views would shift
+    /// what they show when it did.
+    void makeRoom(const QRectF& area);
+
     /// Sets what a click does. Ends a wire that is being drawn.
     void setTool(Tool tool);
     /// Makes clicks place symbols of the kind \p kind. Ends a wire that is being drawn.
@@ -56,8 +67,14 @@ public:
     /// part.
     void rotate();
     void removeSelected();
+    /// Moves what is selected. The ends of wires that lie on pins of moved symbols follow.
     void moveSelected(const QPoint& steps);
     void selectAll();
+    /// Selects one symbol or wire.
+    void select(int id);
+    /// Selects the first symbol whose reference or value contains \p text in either case. Returns whether there is
+    /// one.
+    bool selectSymbol(const QString& text);
     void copy();
     void cut();
     void paste();
@@ -67,6 +84,8 @@ public:
     void setTexts(int id, const QString& reference, const QString& value);
 
 Q_SIGNALS:
+    /// Emitted when the schematic has changed.
+    void schematicChanged();
     void toolChanged();
     /// Emitted when the user wants to change the texts of the selected symbol.
     void editRequested();
@@ -81,6 +100,17 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) override;
 
 private:
+    /// Moves of the same elements that follow each other. All are made anew from the schematic before the first one,
+    /// so that a symbol takes no wires along that it only passes.
+    struct Move
+    {
+        Schematic before;
+        QSet<int> ids;
+        std::map<int, WireEnds> followers;
+        QPoint steps; ///< of all moves
+        Schematic after; ///< the present schematic, unless it has been changed by other means
+    };
+
     void push(const QString& text, const Schematic& after,
               SchematicEdit::Merging merging = SchematicEdit::Merging::None);
     void show(const Schematic& schematic);
@@ -96,8 +126,10 @@ private:
     /// Changes what is selected in a copy of the schematic, and pushes that as an edit. If a part
     /// would be out of reach, changes nothing.
     void changeSelected(const QString& text, const std::function<void(Symbol&)>& changeSymbol,
-                        const std::function<QPoint(const QPoint&)>& changePoint,
-                        SchematicEdit::Merging merging = SchematicEdit::Merging::None);
+                        const std::function<QPoint(const QPoint&)>& changePoint);
+    Move& presentMove();
+    Schematic moved(const Move& move, const QPoint& steps) const;
+    void showDragged();
     void insert(const Schematic& part);
     /// Returns whether so many more symbols and wires fit. If not, emits `failed` with \p what.
     bool hasRoom(const QString& what, int symbols, int wires);
@@ -111,6 +143,8 @@ private:
     Tool m_tool = Tool::Select;
     SymbolItem* m_ghost = nullptr; ///< the symbol that is about to be placed
     WireTool m_wire;
+    std::optional<Move> m_move;
+    bool m_isDragged = false; ///< wires are shown as they follow the mouse
 };
 
 } // namespace workbench

@@ -1,5 +1,6 @@
 #include "schematic/SchematicView.h"
 
+#include "schematic/SchematicAccessible.h"
 #include "schematic/SchematicScene.h"
 
 #include <zvutil/ZvStyleManager.h>
@@ -45,6 +46,8 @@ SchematicView::SchematicView(SchematicScene& scene, QWidget* parent)
     : QGraphicsView(&scene, parent)
     , m_scene(scene)
 {
+    // Qt keeps what it finds for a widget when the first event tells of it, as the name below does.
+    installSchematicAccessibility();
     setObjectName(QStringLiteral("schematicView"));
     setAccessibleName(tr("Schematic"));
     setFrameShape(NoFrame);
@@ -60,8 +63,14 @@ SchematicView::SchematicView(SchematicScene& scene, QWidget* parent)
     };
     connect(&scene, &SchematicScene::toolChanged, this, useTool);
     useTool();
+    connect(&scene, &QGraphicsScene::selectionChanged, this, [this] { tellOfSelection(*this); });
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
             [this] { viewport()->update(); });
+}
+
+SchematicScene& SchematicView::schematicScene()
+{
+    return m_scene;
 }
 
 void SchematicView::zoomIn()
@@ -136,6 +145,8 @@ void SchematicView::resizeEvent(QResizeEvent* event)
     QGraphicsView::resizeEvent(event);
     if (m_isFitted && isVisible())
         fitNow();
+    else
+        makeRoom(mapToScene(viewport()->rect().center()), transform().m11());
 }
 
 void SchematicView::contextMenuEvent(QContextMenuEvent* event)
@@ -150,6 +161,7 @@ void SchematicView::zoom(double factor)
     m_isFitted = false;
     const double now = transform().m11();
     const double wanted = std::clamp(now * factor, smallestZoom, largestZoom);
+    makeRoom(mapToScene(viewport()->rect().center()), std::min(now, wanted));
     scale(wanted / now, wanted / now);
 }
 
@@ -162,8 +174,17 @@ void SchematicView::fitNow()
     const double factor =
         std::min(viewport()->width() / all.width(), viewport()->height() / all.height());
     const double wanted = std::clamp(factor, smallestZoom, largestFit);
+    makeRoom(all.center(), wanted);
     setTransform(QTransform::fromScale(wanted, wanted));
     centerOn(all.center());
+}
+
+/// Lets the sheet reach beyond all edges of the view at a zoom. The view would centre a smaller sheet, and
+/// what is drawn would jump when the sheet grows.
+void SchematicView::makeRoom(const QPointF& middle, double zoom)
+{
+    const QSizeF size = QSizeF(viewport()->size()) / zoom;
+    m_scene.makeRoom({middle - QPointF(size.width(), size.height()), 2 * size});
 }
 
 } // namespace workbench

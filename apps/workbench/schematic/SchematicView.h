@@ -15,6 +15,8 @@ public:
     /// Creates the view. \p scene must outlive it.
     SchematicView(SchematicScene& scene, QWidget* parent);
 
+    SchematicScene& schematicScene();
+
     void zoomIn();
     void zoomOut();
     /// Fits the whole schematic into the view, now or once the view is shown.
@@ -32,6 +34,7 @@ protected:
 private:
     void zoom(double factor);
     void fitNow();
+    void makeRoom(const QPointF& middle, double zoom);
 
     SchematicScene& m_scene;
     bool m_isFitted = true; ///< fit at each resize, until the user zooms or draws

@@ -13,7 +13,6 @@ namespace workbench {
 
 namespace {
 
-constexpr double lineWidth = 2; // pixels, sharp on the grid at full size
 constexpr double labelGap = 5;
 
 QFont labelFont()
@@ -71,21 +70,26 @@ QPainterPath SymbolItem::shape() const
 void SymbolItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
                        QWidget* /*widget*/)
 {
-    const SymbolShape& shape = shapeOf(m_symbol.kind);
-    painter->save();
-    painter->setPen(pen(lineWidth));
-    painter->rotate(m_symbol.rotation);
     // The body is filled, or the grid would be visible within it.
-    painter->setBrush(
-        libzvutil::ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
-    painter->drawPath(shape.body);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawPath(shape.lines);
-    painter->restore();
-    painter->setPen(pen(lineWidth));
-    painter->setFont(labelFont());
+    draw(*painter, pen(wireWidth),
+         libzvutil::ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
+}
+
+void SymbolItem::draw(QPainter& painter, const QPen& pen, const QColor& background) const
+{
+    const SymbolShape& shape = shapeOf(m_symbol.kind);
+    painter.save();
+    painter.setPen(pen);
+    painter.rotate(m_symbol.rotation);
+    painter.setBrush(background);
+    painter.drawPath(shape.body);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(shape.lines);
+    painter.restore();
+    painter.setPen(pen);
+    painter.setFont(labelFont());
     for (const Label& label : std::as_const(m_labels))
-        painter->drawText(label.area, int(label.alignment | Qt::TextDontClip), label.text);
+        painter.drawText(label.area, int(label.alignment | Qt::TextDontClip), label.text);
 }
 
 void SymbolItem::layOut()

@@ -19,6 +19,8 @@ public:
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    /// Paints the symbol alone around the origin, as it looks with \p pen. The body is filled with \p background.
+    void draw(QPainter& painter, const QPen& pen, const QColor& background) const;
 
 private:
     struct Label

@@ -7,8 +7,8 @@ namespace workbench {
 
 namespace {
 
-constexpr double lineWidth = 2; // pixels, sharp on the grid at full size
 constexpr double grabWidth = 8;
+constexpr double junctionRadius = 3.5;
 
 } // namespace
 
@@ -55,8 +55,14 @@ QPainterPath WireItem::shape() const
 void WireItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
                      QWidget* /*widget*/)
 {
-    painter->setPen(pen(lineWidth));
-    painter->drawPath(line());
+    draw(*painter, pen(wireWidth));
+}
+
+void WireItem::draw(QPainter& painter, const QPen& pen) const
+{
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(line());
 }
 
 QPainterPath WireItem::line() const
@@ -65,6 +71,13 @@ QPainterPath WireItem::line() const
     for (const QPoint& point : m_wire.points)
         path.lineTo(point * gridStep);
     return path;
+}
+
+void paintJunction(QPainter& painter, const QPoint& junction, const QColor& colour)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(junction * gridStep), junctionRadius, junctionRadius);
 }
 
 } // namespace workbench

@@ -19,11 +19,16 @@ public:
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    /// Paints the wire alone, as it looks with \p pen.
+    void draw(QPainter& painter, const QPen& pen) const;
 
 private:
     QPainterPath line() const;
 
     Wire m_wire;
 };
+
+/// Paints the dot of a junction, in units of the scene.
+void paintJunction(QPainter& painter, const QPoint& junction, const QColor& colour);
 
 } // namespace workbench

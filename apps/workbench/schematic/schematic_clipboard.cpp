@@ -1,5 +1,7 @@
 #include "schematic/schematic_clipboard.h"
 
+#include "schematic/SchematicMimeData.h"
+
 #include <QClipboard>
 #include <QDataStream>
 #include <QGuiApplication>
@@ -59,9 +61,14 @@ void copyToClipboard(const Schematic& part)
         for (const QPoint& point : wire.points)
             stream << point;
     }
-    auto data = std::make_unique<QMimeData>();
-    data->setData(format, bytes);
+    auto data = std::make_unique<SchematicMimeData>(part, format, bytes);
     QGuiApplication::clipboard()->setMimeData(data.release());
+}
+
+bool hasSchematicOnClipboard()
+{
+    const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasFormat(format);
 }
 
 bool readFromClipboard(Schematic& part)
@@ -91,8 +98,10 @@ bool readFromClipboard(Schematic& part)
             return false;
         read.wires.append(wire);
     }
+    if (stream.status() != QDataStream::Ok || (symbols == 0 && wires == 0))
+        return false;
     part = read;
-    return stream.status() == QDataStream::Ok && (symbols > 0 || wires > 0);
+    return true;
 }
 
 } // namespace workbench

@@ -1,6 +1,7 @@
 #include "script/CodeEditor.h"
 
 #include "common/page_style.h"
+#include "common/readable_colour.h"
 #include "common/style_options.h"
 #include "script/ScriptHighlighter.h"
 
@@ -8,15 +9,19 @@
 
 #include <QColor>
 #include <QEvent>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <limits>
 
 namespace workbench {
 
@@ -24,6 +29,11 @@ namespace {
 
 constexpr int indentation = 4;
 constexpr int numberMargin = 8;
+constexpr int zoomStep = 10;
+constexpr int minZoom = 50;
+constexpr int maxZoom = 400;
+constexpr int bytesPerCharacter = 3; // of UTF-8, for a UTF-16 unit
+const QString commentSign = QStringLiteral("//");
 
 /// Returns a shade between the page and its text.
 QColor currentLineColour()
@@ -65,13 +75,14 @@ private:
     CodeEditor& m_editor;
 };
 
-CodeEditor::CodeEditor(QWidget* parent)
+CodeEditor::CodeEditor(QWidget* parent, Content content)
     : QPlainTextEdit(parent)
     , m_lineNumbers(new LineNumbers(*this))
 {
     makePage(*this);
     setLineWrapMode(NoWrap);
-    new ScriptHighlighter(document());
+    if (content == Content::Script)
+        new ScriptHighlighter(document());
     connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { layOut(); });
     connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& area, int scrolledBy) {
         if (scrolledBy != 0)
@@ -107,6 +118,105 @@ void CodeEditor::goToLine(int line)
     ensureCursorVisible();
 }
 
+void CodeEditor::toggleComment()
+{
+    QTextCursor cursor = textCursor();
+    const QTextBlock first = document()->findBlock(cursor.selectionStart());
+    const QTextBlock end = lastSelectedBlock().next();
+    int column = std::numeric_limits<int>::max();
+    bool areAllComments = true;
+    for (QTextBlock block = first; block != end; block = block.next()) {
+        const QString text = block.text();
+        const int blanks = leadingBlanks(text).size();
+        if (blanks == text.size())
+            continue;
+        column = std::min(column, blanks);
+        areAllComments = areAllComments && text.midRef(blanks).startsWith(commentSign);
+    }
+    if (column == std::numeric_limits<int>::max())
+        return;
+    cursor.beginEditBlock();
+    for (QTextBlock block = first; block != end; block = block.next()) {
+        const QString text = block.text();
+        const int blanks = leadingBlanks(text).size();
+        if (blanks == text.size())
+            continue;
+        QTextCursor sign(block);
+        sign.setPosition(block.position() + (areAllComments ? blanks : column));
+        if (!areAllComments) {
+            sign.insertText(commentSign + QLatin1Char(' '));
+            continue;
+        }
+        const bool hasBlank = text.midRef(blanks + commentSign.size()).startsWith(QLatin1Char(' '));
+        sign.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor,
+                          commentSign.size() + (hasBlank ? 1 : 0));
+        sign.removeSelectedText();
+    }
+    cursor.endEditBlock();
+}
+
+void CodeEditor::zoomIn()
+{
+    setZoom(m_zoom + zoomStep);
+}
+
+void CodeEditor::zoomOut()
+{
+    setZoom(m_zoom - zoomStep);
+}
+
+void CodeEditor::resetZoom()
+{
+    setZoom(100);
+}
+
+void CodeEditor::insertFromMimeData(const QMimeData* source)
+{
+    // A file with a NUL is no text, and couldn't be opened again.
+    const QString text = source->text().remove(QChar::Null);
+    const qint64 added = text.toUtf8().size();
+    if (!hasRoomFor(added)) {
+        Q_EMIT pasteRefused(added);
+        return;
+    }
+    QMimeData plain;
+    plain.setText(text);
+    QPlainTextEdit::insertFromMimeData(&plain);
+}
+
+bool CodeEditor::hasRoomFor(qint64 bytes) const
+{
+    // Counting takes its time; most texts are far from the limit.
+    return document()->characterCount() + bytes <= maxSize / bytesPerCharacter
+        || toPlainText().toUtf8().size() + bytes <= maxSize;
+}
+
+/// Returns whether there is no room for something that the user types, and tells so.
+bool CodeEditor::refuses(qint64 bytes)
+{
+    if (textCursor().hasSelection() || hasRoomFor(bytes))
+        return false;
+    Q_EMIT typingRefused();
+    return true;
+}
+
+void CodeEditor::inputMethodEvent(QInputMethodEvent* event)
+{
+    if (event->commitString().isEmpty() || !refuses(event->commitString().toUtf8().size()))
+        QPlainTextEdit::inputMethodEvent(event);
+}
+
+void CodeEditor::wheelEvent(QWheelEvent* event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QPlainTextEdit::wheelEvent(event);
+        return;
+    }
+    if (event->angleDelta().y() != 0)
+        setZoom(m_zoom + (event->angleDelta().y() > 0 ? zoomStep : -zoomStep));
+    event->accept();
+}
+
 void CodeEditor::changeEvent(QEvent* event)
 {
     QPlainTextEdit::changeEvent(event);
@@ -124,6 +234,8 @@ void CodeEditor::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Enter: {
         const QString blanks =
             leadingBlanks(textCursor().block().text().left(textCursor().positionInBlock()));
+        if (refuses(1 + blanks.toUtf8().size()))
+            return;
         QTextCursor cursor = textCursor();
         cursor.beginEditBlock();
         cursor.insertBlock();
@@ -134,14 +246,16 @@ void CodeEditor::keyPressEvent(QKeyEvent* event)
         return;
     }
     case Qt::Key_Tab:
-        if (!indentSelection(true))
+        if (!refuses(indentation) && !indentSelection(true))
             textCursor().insertText(QString(indentation, QLatin1Char(' ')));
         return;
     case Qt::Key_Backtab:
         indentSelection(false);
         return;
     default:
-        QPlainTextEdit::keyPressEvent(event);
+        if (event->text().isEmpty() || !event->text().at(0).isPrint()
+            || !refuses(event->text().toUtf8().size()))
+            QPlainTextEdit::keyPressEvent(event);
     }
 }
 
@@ -161,15 +275,17 @@ void CodeEditor::paintLineNumbers(QPaintEvent* event)
 {
     using libzvutil::ZvStyleBrush;
     QPainter painter(m_lineNumbers);
-    painter.fillRect(event->rect(), styleColour(ZvStyleBrush::Panel));
+    const QColor panel = styleColour(ZvStyleBrush::Panel);
+    const QColor own = readable(styleColour(ZvStyleBrush::TextEnabled), panel);
+    const QColor others = readable(styleColour(ZvStyleBrush::TextDisabled), panel);
+    painter.fillRect(event->rect(), panel);
     painter.setFont(font());
     const int current = textCursor().blockNumber();
     QTextBlock block = firstVisibleBlock();
     qreal top = blockBoundingGeometry(block).translated(contentOffset()).top();
     while (block.isValid() && top <= event->rect().bottom()) {
         const qreal height = blockBoundingRect(block).height();
-        painter.setPen(styleColour(block.blockNumber() == current ? ZvStyleBrush::TextEnabled
-                                                                  : ZvStyleBrush::TextDisabled));
+        painter.setPen(block.blockNumber() == current ? own : others);
         painter.drawText(
             QRectF(0, top, m_lineNumbers->width() - numberMargin, fontMetrics().height()),
             Qt::AlignRight, QString::number(block.blockNumber() + 1));
@@ -222,7 +338,7 @@ bool CodeEditor::indentSelection(bool deeper)
 {
     QTextCursor cursor = textCursor();
     QTextBlock block = document()->findBlock(cursor.selectionStart());
-    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const QTextBlock last = lastSelectedBlock();
     if (deeper && block == last)
         return false;
     cursor.beginEditBlock();
@@ -240,6 +356,24 @@ bool CodeEditor::indentSelection(bool deeper)
     }
     cursor.endEditBlock();
     return true;
+}
+
+/// Returns the last line of the selection. A selection that ends at the start of a line doesn't reach into it.
+QTextBlock CodeEditor::lastSelectedBlock() const
+{
+    const QTextCursor cursor = textCursor();
+    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const bool endsBefore = cursor.hasSelection() && cursor.selectionEnd() == last.position();
+    return endsBefore ? last.previous() : last;
+}
+
+void CodeEditor::setZoom(int percent)
+{
+    ensurePolished();
+    if (m_fullSize == 0)
+        m_fullSize = QFontInfo(font()).pointSizeF();
+    m_zoom = std::clamp(percent, minZoom, maxZoom);
+    setPageTextSize(*this, m_zoom == 100 ? 0 : m_fullSize * m_zoom / 100);
 }
 
 } // namespace workbench

@@ -16,6 +16,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace workbench {
 
 namespace {
@@ -104,7 +106,9 @@ void ConsolePanel::saveState(QSettings& settings) const
 
 void ConsolePanel::restoreState(const QSettings& settings)
 {
+    // Somebody may have edited the file, or a newer program with another limit written it.
     m_history = settings.value(historyKey()).toStringList();
+    m_history = m_history.mid(std::max(0, m_history.size() - maxLines));
     m_recalled = m_history.size();
 }
 
@@ -146,6 +150,7 @@ void ConsolePanel::remember(const QString& line)
         m_history.removeFirst();
     m_recalled = m_history.size();
     m_typed.clear();
+    Q_EMIT historyChanged();
 }
 
 void ConsolePanel::recall(int step)

@@ -39,6 +39,10 @@ public:
     DockLocationPreference getPreferredDockLocation() const override;
     QSize getPreferredNewWindowSize() const override;
 
+Q_SIGNALS:
+    /// Emitted when a line has been added to those that `saveState` saves.
+    void historyChanged();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

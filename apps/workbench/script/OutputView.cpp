@@ -1,6 +1,7 @@
 #include "script/OutputView.h"
 
 #include "common/page_style.h"
+#include "common/style_options.h"
 
 #include <zvutil/ZvStyle.h>
 
@@ -23,11 +24,11 @@ QColor colourOf(OutputView::Kind kind)
     using libzvutil::ZvStyleBrush;
     switch (kind) {
     case OutputView::Kind::Input:
-        return ZvStyle::Current().colour(ZvStyleBrush::Accent);
+        return pageTextColour(styleColour(ZvStyleBrush::Accent));
     case OutputView::Kind::Remark:
-        return ZvStyle::Current().colour(ZvStyleBrush::TextDisabled);
+        return pageTextColour(styleColour(ZvStyleBrush::TextDisabled));
     case OutputView::Kind::Error:
-        return ZvStyle::Current().editorColour("Testplan", "ErrorBackground");
+        return pageTextColour(ZvStyle::Current().editorColour("Testplan", "ErrorBackground"));
     case OutputView::Kind::Output:
         break;
     }

@@ -1,9 +1,7 @@
 #include "script/ScriptDocument.h"
 
 #include "common/edit_icons.h"
-#include "common/number_text.h"
-#include "common/path_names.h"
-#include "documents/file_in_use.h"
+#include "documents/UndoDocument.h"
 #include "script/CodeEditor.h"
 #include "script/OutputView.h"
 
@@ -12,53 +10,16 @@
 #include <zvutil/ZvProcessingIndicator.h>
 
 #include <HostSupport/host.h>
-#include <HostSupport/saving.h>
 
-#include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSplitter>
-#include <QTextCodec>
-#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include <exception>
-#include <stdexcept>
 
 namespace workbench {
-
-namespace {
-
-/// The size of the largest script that can be opened, in bytes. The editor takes about a second to
-/// show so much.
-constexpr qint64 maxScriptSize = 5'000'000;
-
-/// Returns \p bytes as text, or a null text if they aren't UTF-8.
-QString decoded(const QByteArray& bytes)
-{
-    constexpr int utf8 = 106;
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    QString text =
-        QTextCodec::codecForMib(utf8)->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
-        return {};
-    return text.isNull() ? QLatin1String("") : text;
-}
-
-bool hasOnlyWindowsLines(const QString& text)
-{
-    const int windowsLines = text.count(QLatin1String("\r\n"));
-    return windowsLines > 0 && windowsLines == text.count(QLatin1Char('\n'));
-}
-
-/// Returns the document's text. `toPlainText` would replace non-breaking spaces.
-QString textOf(const QTextDocument& document)
-{
-    return document.toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-}
-
-} // namespace
 
 const DocumentType& scriptType()
 {
@@ -71,54 +32,51 @@ const DocumentType& scriptType()
 }
 
 ScriptDocument::ScriptDocument(const QString& title, QWidget* parent)
-    : Document(scriptType(), title, parent)
-    , m_editor(new CodeEditor(this))
+    : EditorDocument(scriptType(), title, parent, *new CodeEditor)
+    , m_splitter(new QSplitter(Qt::Vertical, this))
     , m_output(new OutputView(this))
     , m_spinner(new ZvProcessingIndicator(this))
     , m_state(new QLabel(this))
 {
-    m_editor->setObjectName(QStringLiteral("scriptText"));
-    m_editor->setAccessibleName(tr("Script text"));
+    editor().setObjectName(QStringLiteral("scriptText"));
+    editor().setAccessibleName(tr("Script text"));
     m_output->setObjectName(QStringLiteral("scriptOutput"));
     m_output->setAccessibleName(tr("Script output"));
     makeActions();
-    auto* const splitter = new QSplitter(Qt::Vertical, this);
-    splitter->addWidget(m_editor);
-    splitter->addWidget(makeOutput());
-    splitter->setSizes({3'000, 1'000});
-    splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(makeTextArea());
+    m_splitter->addWidget(m_output);
+    m_splitter->setChildrenCollapsible(false);
+    // Until the script runs there is nothing to show, and the text gets the room.
+    m_output->hide();
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
-    setFocusProxy(m_editor);
+    layout->addWidget(m_splitter);
     showState(tr("Not run yet"), false);
-
-    connect(m_editor->document(), &QTextDocument::modificationChanged, this,
-            [this](bool modified) { setModified(modified); });
-    connect(this, &ZvContentWidget::saved, this,
-            [this] { m_editor->document()->setModified(false); });
 }
 
 ScriptDocument::~ScriptDocument() = default;
 
-CodeEditor& ScriptDocument::editor()
-{
-    return *m_editor;
-}
-
 void ScriptDocument::makeActions()
 {
-    m_run = addEditAction(tr("&Run"), QKeySequence(Qt::Key_F5));
+    addEditActions();
+    connect(m_output, &QPlainTextEdit::copyAvailable, this, &ScriptDocument::enableActions);
+    addNamedAction(QStringLiteral("comment"), tr("Co&mment Lines"), keys({"Ctrl+/"}),
+                   [this] { editor().toggleComment(); });
+    addSeparatorAction();
+    m_run = addEditAction(tr("Ru&n"), QKeySequence(Qt::Key_F5));
     m_run->setIcon(runIcon());
     m_run->setToolTip(tr("Run the script as shown, saved or not (F5)"));
     connect(m_run, &QAction::triggered, this, &ScriptDocument::run);
-    m_stop = addEditAction(tr("&Stop"), QKeySequence(QStringLiteral("Shift+F5")));
+    m_stop = addEditAction(tr("St&op"), QKeySequence(QStringLiteral("Shift+F5")));
     m_stop->setIcon(stopIcon());
     m_stop->setToolTip(tr("Stop the script (Shift+F5)"));
     connect(m_stop, &QAction::triggered, this, &ScriptDocument::stop);
+    addToToolBar({addSeparatorAction(), m_run, m_stop});
+    addWindowActions({m_run, m_stop});
 }
 
-QWidget* ScriptDocument::makeOutput()
+/// Returns the text with what is said about its run below it.
+QWidget* ScriptDocument::makeTextArea()
 {
     auto* const area = new QWidget(this);
     auto* const line = new QHBoxLayout;
@@ -134,10 +92,18 @@ QWidget* ScriptDocument::makeOutput()
     auto* const layout = new QVBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(&page(), 1);
     layout->addLayout(line);
-    layout->addWidget(m_output, 1);
     m_spinner->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return area;
+}
+
+void ScriptDocument::unfoldOutput()
+{
+    if (!m_output->isHidden())
+        return;
+    m_output->show();
+    m_splitter->setSizes({3'000, 1'000});
 }
 
 void ScriptDocument::run()
@@ -145,7 +111,7 @@ void ScriptDocument::run()
     if (m_isRunning)
         return;
     m_output->clear();
-    m_editor->markError(0);
+    editor().markError(0);
     try {
         m_session = host::makeScriptSession(
             {[this](const std::string& lines) { m_output->append(QString::fromStdString(lines)); },
@@ -161,8 +127,9 @@ void ScriptDocument::run()
                        tr("Close what you don't need, and try again.")});
         return;
     }
+    unfoldOutput();
     m_sinceStart.start();
-    m_session->run(textOf(*m_editor->document()).toStdString(), shortTitle().toStdString());
+    m_session->run(textOf(*editor().document()).toStdString(), shortTitle().toStdString());
     showState(tr("Running…"), true);
 }
 
@@ -179,46 +146,20 @@ bool ScriptDocument::isRunning() const
     return m_isRunning;
 }
 
-QList<QAction*> ScriptDocument::toolBarActions() const
+QPlainTextEdit& ScriptDocument::focusedText()
 {
-    return {m_run, m_stop};
+    return m_output->hasFocus() ? static_cast<QPlainTextEdit&>(*m_output) : editor();
 }
 
 void ScriptDocument::read(const zvutil::ZvFilePath& file)
 {
-    QFile source(qtFileName(file));
-    if (!source.open(QIODevice::ReadOnly))
-        throw FileError(source.errorString());
-    if (source.size() > maxScriptSize)
-        throw FileError(tr("The file has %1 bytes; a script can have at most %2.")
-                            .arg(numberText(source.size()), numberText(maxScriptSize)));
-    QString text = decoded(source.readAll());
-    if (source.error() != QFileDevice::NoError)
-        throw FileError(source.errorString());
-    if (text.isNull())
+    const TextContent content = contentOfFile(file);
+    // An interpreter reads UTF-8, and would read something else than what is shown.
+    if (content.isLatin1)
         throw FileError(tr("The file is not UTF-8 text."));
-    m_hasWindowsLines = hasOnlyWindowsLines(text);
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    // The editor doesn't keep these characters: it takes a CR, for example, for the end of a line,
-    // and saving would write it as one.
-    if (text.contains(QChar::ParagraphSeparator) || text.contains(QLatin1Char('\r'))
-        || text.contains(QChar::Null))
+    if (!content.isEditable)
         throw FileError(tr("The file contains characters that can't be edited here."));
-    m_editor->setPlainText(text);
-    m_editor->document()->setModified(false);
-}
-
-void ScriptDocument::write(const zvutil::ZvFilePath& file) const
-{
-    QString text = textOf(*m_editor->document());
-    if (m_hasWindowsLines)
-        text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    try {
-        host::saveFile(qtFileName(file).toStdString(), text.toStdString());
-    } catch (const std::runtime_error& error) {
-        throw FileError(isInUse(file) ? tr("The file is open in another program.")
-                                      : QString::fromUtf8(error.what()));
-    }
+    setContent(content);
 }
 
 void ScriptDocument::finish(const host::ScriptOutcome& outcome)
@@ -234,7 +175,9 @@ void ScriptDocument::finish(const host::ScriptOutcome& outcome)
         const QString error = QString::fromStdString(outcome.error);
         const QString prefix = outcome.line > 0 ? tr("Line %1: ").arg(outcome.line) : QString();
         m_output->append(prefix + error, OutputView::Kind::Error);
-        m_editor->markError(outcome.line);
+        if (!outcome.stack.empty())
+            m_output->append(QString::fromStdString(outcome.stack), OutputView::Kind::Remark);
+        editor().markError(outcome.line);
         showState(tr("Failed %1").arg(time), false);
     }
 }

@@ -1,11 +1,12 @@
 #include "script/ScriptHighlighter.h"
 
+#include "common/style_options.h"
+
 #include <zvutil/ZvStyle.h>
 #include <zvutil/ZvStyleManager.h>
 
 #include <QColor>
 #include <QSet>
-#include <QTextCharFormat>
 
 namespace workbench {
 
@@ -59,7 +60,7 @@ int endOfString(const QString& text, int start)
 QTextCharFormat inColour(const QColor& colour)
 {
     QTextCharFormat format;
-    format.setForeground(colour);
+    format.setForeground(pageTextColour(colour));
     return format;
 }
 
@@ -69,19 +70,24 @@ ScriptHighlighter::ScriptHighlighter(QTextDocument* document)
     : QSyntaxHighlighter(document)
 {
     connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
-            [this] { rehighlight(); });
+            [this] {
+                takeColours();
+                rehighlight();
+            });
+    takeColours();
+}
+
+void ScriptHighlighter::takeColours()
+{
+    using libzvutil::ZvStyleBrush;
+    m_keyword = inColour(styleColour(ZvStyleBrush::AccentD1));
+    m_keyword.setFontWeight(QFont::Bold);
+    m_string = inColour(styleColour(ZvStyleBrush::Accent));
+    m_comment = inColour(libzvutil::ZvStyle::Current().editorColour("Testplan", "CommentText"));
 }
 
 void ScriptHighlighter::highlightBlock(const QString& text)
 {
-    using libzvutil::ZvStyle;
-    using libzvutil::ZvStyleBrush;
-    QTextCharFormat keyword = inColour(ZvStyle::Current().colour(ZvStyleBrush::AccentD1));
-    keyword.setFontWeight(QFont::Bold);
-    const QTextCharFormat string = inColour(ZvStyle::Current().colour(ZvStyleBrush::Accent));
-    const QTextCharFormat comment =
-        inColour(ZvStyle::Current().editorColour("Testplan", "CommentText"));
-
     bool isComment = previousBlockState() == WithinComment;
     int position = 0;
     while (position < text.size() || isComment) {
@@ -90,7 +96,7 @@ void ScriptHighlighter::highlightBlock(const QString& text)
         if (isComment || text.midRef(position, 2) == QLatin1String("/*")) {
             const int close = text.indexOf(QLatin1String("*/"), isComment ? 0 : position + 2);
             end = close < 0 ? text.size() : close + 2;
-            setFormat(position, end - position, comment);
+            setFormat(position, end - position, m_comment);
             isComment = false;
             if (close < 0) {
                 setCurrentBlockState(WithinComment);
@@ -98,14 +104,14 @@ void ScriptHighlighter::highlightBlock(const QString& text)
             }
         } else if (text.midRef(position, 2) == QLatin1String("//")) {
             end = text.size();
-            setFormat(position, end - position, comment);
+            setFormat(position, end - position, m_comment);
         } else if (c == QLatin1Char('"') || c == QLatin1Char('\'') || c == QLatin1Char('`')) {
             end = endOfString(text, position);
-            setFormat(position, end - position, string);
+            setFormat(position, end - position, m_string);
         } else if (isPartOfWord(c)) {
             end = endOfWord(text, position);
             if (isKeyword(text.mid(position, end - position)))
-                setFormat(position, end - position, keyword);
+                setFormat(position, end - position, m_keyword);
         }
         position = end;
     }

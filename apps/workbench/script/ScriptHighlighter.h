@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSyntaxHighlighter>
+#include <QTextCharFormat>
 
 namespace workbench {
 
@@ -15,6 +16,13 @@ public:
 
 protected:
     void highlightBlock(const QString& text) override;
+
+private:
+    void takeColours();
+
+    QTextCharFormat m_keyword;
+    QTextCharFormat m_string;
+    QTextCharFormat m_comment;
 };
 
 } // namespace workbench

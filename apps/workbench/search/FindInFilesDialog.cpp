@@ -286,6 +286,7 @@ SearchQuery FindInFilesDialog::query() const
 void FindInFilesDialog::run(const SearchQuery& query)
 {
     m_delegate->setLength(query.text.size());
+    m_found = query.text;
     auto request = std::make_shared<SearchRequest>(query);
     m_search = std::make_unique<Search>(request.get());
     // Signals of a cancelled search may still be queued, so only those of the current one are
@@ -372,7 +373,7 @@ void FindInFilesDialog::openHit(const QModelIndex& index)
     if (!index.isValid())
         return;
     const SearchHit& hit = m_hits->hit(index.row());
-    Q_EMIT openRequested(hit.file, hit.line.number);
+    Q_EMIT openRequested(hit.file, hit.line.number, m_found);
 }
 
 void FindInFilesDialog::showUnreadable()

@@ -50,8 +50,8 @@ public:
     bool isSearching() const;
 
 Q_SIGNALS:
-    /// Emitted when the user wants to see a line, counted from 1.
-    void openRequested(const QString& file, int line);
+    /// Emitted when the user wants to see a line, counted from 1, in which \p text was found.
+    void openRequested(const QString& file, int line, const QString& text);
     /// Emitted when a search has ended, whatever its outcome.
     void searchEnded();
 
@@ -93,6 +93,7 @@ private:
     QTreeView* m_view;
     StatusLine* m_status;
     QPushButton* m_showUnreadable;
+    QString m_found; // what the hits are hits of
     QStringList m_unreadable;
     SearchProgress m_progress;
     Outcome m_outcome = Outcome::None;

@@ -6,13 +6,18 @@
 
 #include <QObject>
 
+#include <vector>
+
 class QWidget;
 
 namespace workbench {
 
 class CompressionTask;
+class Document;
+struct FileKind;
 
-/// Exports files to compressed ones and imports such files, in the background.
+/// Exports documents for other programs, and to compressed files, and imports such files. Compresses in the
+/// background.
 class DocumentTransfer : public QObject
 {
     Q_OBJECT
@@ -22,8 +27,10 @@ public:
     /// progress.
     explicit DocumentTransfer(QWidget& window);
 
-    /// Asks where to export \p source to, and starts that.
-    void exportFile(const zvutil::ZvFilePath& source);
+    /// Asks where to export \p document to, and does or starts that. A document that is compressed is saved first.
+    void exportDocument(Document& document);
+    /// The same, but asks for a PDF file alone.
+    void exportPdf(Document& document);
 
     /// Asks which file to import and where to, and starts that.
     void importFile();
@@ -40,6 +47,10 @@ Q_SIGNALS:
     void finished();
 
 private:
+    void exportTo(Document& document, const std::vector<FileKind>& kinds);
+    void write(const Document& document, const QString& target);
+    void compress(Document& document, const QString& target);
+
     QWidget& m_window;
 };
 

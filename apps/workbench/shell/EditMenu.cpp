@@ -2,10 +2,13 @@
 
 #include <zvworkbench/Document.h>
 
+#include <utility>
+
 namespace workbench {
 
 EditMenu::EditMenu(QWidget& window)
     : QMenu(tr("&Edit"), &window)
+    , m_window(window)
     , m_find(new QAction(tr("&Find in Files…"), this))
 {
     m_find->setObjectName(QStringLiteral("findInFiles"));
@@ -21,7 +24,22 @@ EditMenu::EditMenu(QWidget& window)
 
 void EditMenu::setDocument(Document* document)
 {
+    // A shortcut that two documents offer in the whole window would be ambiguous, and Qt would call neither.
+    for (const QPointer<QAction>& action : std::as_const(m_windowActions)) {
+        if (!action)
+            continue;
+        m_window.removeAction(action);
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    }
+    m_windowActions.clear();
     m_document = document;
+    if (!document)
+        return;
+    for (QAction* const action : document->windowActions()) {
+        action->setShortcutContext(Qt::WindowShortcut);
+        m_window.addAction(action);
+        m_windowActions.append(action);
+    }
 }
 
 void EditMenu::fill()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QMenu>
 #include <QPointer>
 
@@ -17,7 +18,8 @@ public:
     /// time.
     explicit EditMenu(QWidget& window);
 
-    /// Offers the actions of \p document from now on, or none if it is nullptr.
+    /// Offers the actions of \p document from now on, or none if it is nullptr. The shortcuts of its window's
+    /// actions work in the whole window until then.
     void setDocument(Document* document);
 
 Q_SIGNALS:
@@ -26,7 +28,9 @@ Q_SIGNALS:
 private:
     void fill();
 
+    QWidget& m_window;
     QPointer<const Document> m_document;
+    QList<QPointer<QAction>> m_windowActions; // of the document
     QAction* m_find;
 };
 

@@ -1,8 +1,10 @@
 #include "shell/FileMenu.h"
 
 #include "common/edit_icons.h"
+#include "output/OutputContent.h"
 #include "shell/RecentFiles.h"
 
+#include <zvworkbench/Document.h>
 #include <zvworkbench/DocumentType.h>
 
 #include <QKeySequence>
@@ -29,10 +31,16 @@ FileMenu::FileMenu(RecentFiles& recentFiles, QWidget* parent)
     addSeparator();
     add(QStringLiteral("import"), tr("&Import…"), {}, &FileMenu::importRequested);
     QAction* const exporting =
-        add(QStringLiteral("export"), tr("&Export…"), {}, &FileMenu::exportRequested);
+        add(QStringLiteral("export"), tr("&Export…"), QKeySequence(QStringLiteral("Ctrl+Shift+E")),
+            &FileMenu::exportRequested);
     QAction* const copyUri =
         add(QStringLiteral("copyUri"), tr("Copy as &URI"),
             QKeySequence(QStringLiteral("Ctrl+Alt+C")), &FileMenu::copyAsUriRequested);
+    addSeparator();
+    m_forPages = {
+        add(QStringLiteral("print"), tr("&Print…"), QKeySequence::Print, &FileMenu::printRequested),
+        add(QStringLiteral("printPreview"), tr("Print Pre&view…"), {},
+            &FileMenu::printPreviewRequested)};
     addSeparator();
     QAction* const closing = add(QStringLiteral("close"), tr("&Close"),
                                  QKeySequence(QStringLiteral("Ctrl+W")), &FileMenu::closeRequested);
@@ -43,7 +51,7 @@ FileMenu::FileMenu(RecentFiles& recentFiles, QWidget* parent)
     m_open->setIcon(openIcon());
     m_save->setIcon(saveIcon());
     m_forDocuments = {m_save, saveAs, saveAll, rename, exporting, copyUri, closing};
-    setHasDocument(false);
+    setDocument(nullptr);
 }
 
 QList<QAction*> FileMenu::toolBarActions() const
@@ -72,12 +80,14 @@ void FileMenu::addNewDocuments()
     menu->actions().constFirst()->setShortcut(QKeySequence::New);
 }
 
-void FileMenu::setHasDocument(bool hasDocument)
+void FileMenu::setDocument(const Document* document)
 {
     // An action that also needs a file or a change stays enabled while there is a document: a
     // disabled one would swallow its shortcut without a message to the user.
     for (QAction* const action : m_forDocuments)
-        action->setEnabled(hasDocument);
+        action->setEnabled(document);
+    for (QAction* const action : m_forPages)
+        action->setEnabled(dynamic_cast<const OutputContent*>(document));
 }
 
 } // namespace workbench

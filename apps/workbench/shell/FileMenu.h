@@ -5,6 +5,7 @@
 
 namespace workbench {
 
+class Document;
 struct DocumentType;
 class RecentFiles;
 
@@ -20,8 +21,8 @@ public:
     /// Returns the actions for the tool bar.
     QList<QAction*> toolBarActions() const;
 
-    /// Enables or disables the actions that need a document.
-    void setHasDocument(bool hasDocument);
+    /// Enables or disables the actions that need a document, or one that can be printed.
+    void setDocument(const Document* document);
 
 Q_SIGNALS:
     void newRequested(const workbench::DocumentType& type);
@@ -32,6 +33,8 @@ Q_SIGNALS:
     void renameRequested();
     void importRequested();
     void exportRequested();
+    void printRequested();
+    void printPreviewRequested();
     void copyAsUriRequested();
     void closeRequested();
     void quitRequested();
@@ -44,6 +47,7 @@ private:
     QAction* m_open;
     QAction* m_save;
     QList<QAction*> m_forDocuments;
+    QList<QAction*> m_forPages;
 };
 
 } // namespace workbench

@@ -7,6 +7,7 @@
 #include <HostSupport/host.h>
 
 #include <QDialogButtonBox>
+#include <QFont>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -27,6 +28,16 @@ QLabel* plainLabel(const QString& text)
     return label;
 }
 
+/// Returns what users call an option; a module's option keeps its name.
+QString wordsFor(const QString& option)
+{
+    if (option == QLatin1String("ZvStyle"))
+        return OptionsDialog::tr("Style");
+    if (option == QLatin1String("ZvStyleAccent"))
+        return OptionsDialog::tr("Accent colour");
+    return option;
+}
+
 } // namespace
 
 OptionsDialog::OptionsDialog(QWidget* parent)
@@ -38,6 +49,7 @@ OptionsDialog::OptionsDialog(QWidget* parent)
     setWindowTitle(tr("Options"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     auto* const area = new QScrollArea;
+    area->setAccessibleName(windowTitle());
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setWidget(makeRows());
@@ -61,10 +73,15 @@ OptionsDialog::OptionsDialog(QWidget* parent)
 bool OptionsDialog::apply()
 {
     bool areAllWritten = true;
-    for (Row& row : m_rows)
-        areAllWritten = areAllWritten && write(row);
+    bool isAnyWritten = false;
+    for (auto row = m_rows.begin(); areAllWritten && row != m_rows.end(); ++row) {
+        const bool isChanged = row->isReset || row->editor->value() != row->written;
+        areAllWritten = !isChanged || write(*row);
+        isAnyWritten = isAnyWritten || (isChanged && areAllWritten);
+    }
     judge();
-    Q_EMIT applied();
+    if (areAllWritten || isAnyWritten)
+        Q_EMIT applied();
     return areAllWritten;
 }
 
@@ -77,7 +94,9 @@ QWidget* OptionsDialog::makeRows()
     const QStringList titles = {tr("Option"), tr("Value"), tr("Default")};
     for (int column = 0; column < titles.size(); ++column) {
         auto* const title = plainLabel(titles[column]);
-        title->setEnabled(false);
+        QFont bold = title->font();
+        bold.setBold(true);
+        title->setFont(bold);
         layout->addWidget(title, 0, column);
     }
     for (const host::OptionInfo& option : host::options())
@@ -94,7 +113,12 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     const QString written = optionText(name);
     OptionEditor* const editor = OptionEditor::make(name, written);
     editor->setObjectName(name);
-    editor->setAccessibleName(name);
+    editor->setAccessibleName(wordsFor(name));
+    // The field within it has the focus, and says what it edits.
+    for (QWidget* const field : editor->findChildren<QWidget*>()) {
+        if (field->accessibleName().isEmpty())
+            field->setAccessibleName(wordsFor(name));
+    }
     m_rows.push_back({name, written, byDefault, editor, false});
     connect(editor, &OptionEditor::changed, this, [this, index] {
         m_rows[index].isReset = false;
@@ -106,7 +130,9 @@ void OptionsDialog::addRow(QGridLayout& layout, const QString& name, const QStri
     resetButton->setToolTip(tr("Reset to the default"));
     connect(resetButton, &QToolButton::clicked, this, [this, index] { reset(index); });
     const int row = layout.rowCount();
-    layout.addWidget(plainLabel(name), row, 0);
+    QLabel* const label = plainLabel(wordsFor(name));
+    label->setToolTip(name);
+    layout.addWidget(label, row, 0);
     layout.addWidget(editor, row, 1);
     layout.addWidget(plainLabel(byDefault), row, 2);
     layout.addWidget(resetButton, row, 3);
@@ -122,8 +148,6 @@ void OptionsDialog::reset(std::size_t row)
 bool OptionsDialog::write(Row& row)
 {
     const QString value = row.editor->value();
-    if (!row.isReset && value == row.written)
-        return true;
     try {
         if (row.isReset)
             host::resetOption(row.name.toStdString());

@@ -25,7 +25,7 @@ public:
     bool apply();
 
 Q_SIGNALS:
-    /// Emitted after `apply` has written options.
+    /// Emitted after `apply` has written options, but not if the first of them can't be written.
     void applied();
 
 private:

@@ -15,6 +15,13 @@ QString settingsKey()
     return QStringLiteral("recentFiles");
 }
 
+QStringList withOnTop(QStringList files, const QString& file)
+{
+    files.removeAll(file);
+    files.prepend(file);
+    return files.mid(0, maxFiles);
+}
+
 } // namespace
 
 RecentFiles::RecentFiles(QWidget* parent)
@@ -31,20 +38,33 @@ const QStringList& RecentFiles::files() const
 
 void RecentFiles::add(const QString& file)
 {
-    QStringList files = m_files;
-    files.removeAll(file);
-    files.prepend(file);
-    set(files.mid(0, maxFiles));
+    m_added.removeAll(file);
+    m_added.append(file);
+    set(withOnTop(m_files, file));
 }
 
 void RecentFiles::clearAll()
 {
+    m_added.clear();
+    m_isCleared = true;
     set({});
 }
 
 void RecentFiles::saveState(QSettings& settings) const
 {
-    settings.setValue(settingsKey(), m_files);
+    QStringList files = m_isCleared ? QStringList() : settings.value(settingsKey()).toStringList();
+    for (const QString& file : m_added)
+        files = withOnTop(files, file);
+    settings.setValue(settingsKey(), files);
+}
+
+void RecentFiles::markSaved(const QSettings& settings)
+{
+    m_added.clear();
+    m_isCleared = false;
+    const QStringList files = settings.value(settingsKey()).toStringList();
+    if (files != m_files)
+        set(files);
 }
 
 void RecentFiles::restoreState(const QSettings& settings)

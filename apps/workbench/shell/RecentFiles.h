@@ -20,7 +20,11 @@ public:
     void add(const QString& file);
     void clearAll();
 
+    /// Puts the files that were added since the last call of `markSaved` on top of those in \p settings, to which
+    /// another program may have added some meanwhile.
     void saveState(QSettings& settings) const;
+    /// Says that \p settings are in their file now. Takes over what other programs have added.
+    void markSaved(const QSettings& settings);
     void restoreState(const QSettings& settings);
 
 Q_SIGNALS:
@@ -31,6 +35,8 @@ private:
     void set(const QStringList& files);
 
     QStringList m_files;
+    QStringList m_added; ///< since the last save, the newest at the end
+    bool m_isCleared = false; ///< since the last save
 };
 
 } // namespace workbench

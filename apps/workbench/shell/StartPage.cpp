@@ -62,6 +62,7 @@ StartPage::StartPage(QWidget* parent)
     rows->addStretch(1);
 
     auto* const area = new QScrollArea(this);
+    area->setAccessibleName(shortTitle());
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setAlignment(Qt::AlignHCenter);

@@ -1,28 +1,37 @@
 #include "shell/Workbench.h"
 
-#include "common/file_uri.h"
 #include "common/path_names.h"
 #include "common/request_manager.h"
 #include "common/style_options.h"
 #include "common/tell.h"
 #include "common/translations.h"
-#include "documents/FileNameDialog.h"
+#include "common/window_sheet.h"
 #include "files/FilesPanel.h"
 #include "log/LogPanel.h"
-#include "script/CodeEditor.h"
+#include "recovery/RecoveryKeeper.h"
 #include "script/ConsolePanel.h"
-#include "script/ScriptDocument.h"
 #include "search/FindInFilesDialog.h"
+#include "shell/ClosingChanges.h"
+#include "shell/DocumentCommands.h"
+#include "shell/DocumentOpener.h"
+#include "shell/DocumentPrinter.h"
+#include "shell/DocumentRecovery.h"
 #include "shell/DocumentTransfer.h"
 #include "shell/EditMenu.h"
 #include "shell/FileMenu.h"
+#include "shell/HelpMenu.h"
+#include "shell/MainToolBar.h"
+#include "shell/ModalGuard.h"
 #include "shell/ModulesMenu.h"
 #include "shell/OptionsDialog.h"
+#include "shell/PanelButton.h"
 #include "shell/RecentFiles.h"
-#include "shell/Session.h"
+#include "shell/SessionKeeper.h"
 #include "shell/StartPage.h"
 #include "shell/ViewMenu.h"
 #include "shell/WindowMenu.h"
+#include "shell/WindowSession.h"
+#include "shell/WindowStack.h"
 #include "shell/document_types.h"
 
 #include <zvworkbench/Document.h>
@@ -31,26 +40,21 @@
 
 #include <DockFramework/DockableWidget.h>
 
-#include <HostSupport/saving.h>
+#include <zvutil/ZvStyleManager.h>
 
 #include <QAction>
 #include <QApplication>
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QDir>
-#include <QFile>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QMenuBar>
 #include <QScreen>
-#include <QSettings>
 #include <QStatusBar>
-#include <QToolBar>
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
-#include <utility>
 
 namespace workbench {
 
@@ -58,68 +62,10 @@ namespace {
 
 constexpr std::chrono::milliseconds messageDuration{5'000};
 
-/// Returns one name for a file that can be reached by several, so that it isn't opened twice.
-QString canonical(const QString& file)
-{
-    const QString path = QFileInfo(file).canonicalFilePath();
-    return path.isEmpty() ? QDir::cleanPath(file) : path;
-}
-
-QString dialogFilter()
-{
-    QStringList all;
-    QStringList filters;
-    for (const DocumentType* const type : documentTypes()) {
-        const QString pattern = QLatin1Char('*') + type->extension;
-        all.append(pattern);
-        filters.append(Workbench::tr("%1 (%2)").arg(type->pluralName, pattern));
-    }
-    filters.prepend(Workbench::tr("Documents (%1)").arg(all.join(QLatin1Char(' '))));
-    return filters.join(QStringLiteral(";;"));
-}
-
-/// Returns \p texts as a list in a sentence: "a, b or c".
-QString listed(const QStringList& texts)
-{
-    const QString last = texts.value(texts.size() - 1);
-    return texts.size() < 2
-        ? last
-        : Workbench::tr("%1 or %2")
-              .arg(texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")), last);
-}
-
 /// Returns the size of a window that has never been open: on a small screen it leaves some room around.
 QSize firstSize()
 {
     return QSize(1'200, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10);
-}
-
-Failure unknownType(const QString& file)
-{
-    QStringList names;
-    QStringList extensions;
-    for (const DocumentType* const type : documentTypes()) {
-        names.append(type->name.toLower());
-        extensions.append(type->extension);
-    }
-    return {Workbench::tr("“%1” can't be opened.").arg(QDir::toNativeSeparators(file)),
-            Workbench::tr("The file is not a %1.").arg(listed(names)),
-            Workbench::tr("Open a file whose name ends in %1.").arg(listed(extensions))};
-}
-
-/// Returns one failure that describes all of \p failures.
-Failure joined(const QList<Failure>& failures)
-{
-    constexpr int maxListed = 10;
-    if (failures.size() == 1)
-        return failures.constFirst();
-    QStringList reasons;
-    for (const Failure& failure : failures.mid(0, maxListed))
-        reasons.append(failure.what + QLatin1Char(' ') + failure.reason);
-    if (failures.size() > maxListed)
-        reasons.append(QStringLiteral("…"));
-    return {Workbench::tr("%n files can't be opened.", nullptr, failures.size()),
-            reasons.join(QLatin1Char('\n')), Workbench::tr("Check the files, or open others.")};
 }
 
 } // namespace
@@ -127,17 +73,20 @@ Failure joined(const QList<Failure>& failures)
 Workbench::Workbench()
     : m_recentFiles(new RecentFiles(this))
     , m_transfer(new DocumentTransfer(*this))
-    , m_toolBar(new QToolBar(tr("Tools"), this))
-    , m_separator(new QAction(this))
+    , m_opener(new DocumentOpener(*this))
+    , m_commands(new DocumentCommands(*this, *m_transfer))
+    , m_recovery(new DocumentRecovery(*this, *m_opener))
+    , m_session(new WindowSession(*this))
+    , m_toolBar(new MainToolBar(this))
 {
     installTranslations();
     addOwnDocumentTypes();
-    m_separator->setSeparator(true);
     setObjectName(QStringLiteral("workbench"));
+    setWindowIcon(QIcon(QStringLiteral(":/workbench/icon.svg")));
     setAttribute(Qt::WA_DeleteOnClose);
+    new ModalGuard(*this);
+    new WindowStack(*this);
     resize(firstSize());
-    m_toolBar->setObjectName(QStringLiteral("toolBar"));
-    m_toolBar->setMovable(false);
     addToolBar(m_toolBar);
     makePanels();
     makeMenus();
@@ -145,16 +94,24 @@ Workbench::Workbench()
     statusBar()->setSizeGripEnabled(false);
     keepEditedStyles(*this, [this](const Failure& failure) { showFailure(failure); });
     connect(this, &DockFrame::highlightedChanged, this, &Workbench::followHighlighted);
-    connect(m_recentFiles, &RecentFiles::openRequested, this, &Workbench::openFile);
+    connect(m_recentFiles, &RecentFiles::openRequested, m_opener, &DocumentOpener::openFile);
+    connect(m_opener, &DocumentOpener::made, this, &Workbench::addDocument);
+    connect(m_opener, &DocumentOpener::fileOpened, m_recentFiles, &RecentFiles::add);
     showStartPage();
-    fillToolBar();
+    showToolBar();
     showTitle();
+    setStyleSheet(windowSheet());
+    connect(&libzvutil::styleManager(), &libzvutil::ZvStyleManager::currentStyleChanged, this,
+            [this] { setStyleSheet(windowSheet()); });
 }
 
 Workbench::~Workbench()
 {
     // The documents are destroyed with this window, and their signals must not reach it any more.
     m_isClosing = true;
+    // They follow the documents: what isn't saved now keeps its copy, and the session its files.
+    delete m_recovery;
+    delete m_session;
     for (Document* const document : documents())
         document->disconnect(this);
 }
@@ -166,11 +123,22 @@ void Workbench::makePanels()
     m_log = new LogPanel(this);
     addContents(m_files);
     DockableWidget* const console = addContents(m_console);
-    tabifyDockWidget(console, addContents(m_log));
+    DockableWidget* const log = addContents(m_log);
+    tabifyDockWidget(console, log);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     addPanels();
     console->raise();
-    connect(m_files, &FilesPanel::openRequested, this, &Workbench::openFiles);
+    // These two have nothing to show at first, and leave their room to the documents.
+    for (DockableWidget* const panel : {console, log}) {
+        statusBar()->addPermanentWidget(new PanelButton(*this, *panel));
+        panel->close();
+    }
+    connect(m_files, &FilesPanel::openRequested, m_opener, &DocumentOpener::openFiles);
+    connect(m_files, &FilesPanel::foldersChanged, &m_session->keeper(), &SessionKeeper::noteChange);
+    connect(m_console, &ConsolePanel::historyChanged, &m_session->keeper(),
+            &SessionKeeper::noteChange);
+    for (DockableWidget* const panel : panels())
+        m_session->keeper().watch(*panel);
 }
 
 /// Adds the panels of modules; one that can't be made is left out, and the user is told.
@@ -202,6 +170,7 @@ void Workbench::makeMenus()
     if (!addedMenuEntries().empty())
         menuBar()->addMenu(new ModulesMenu(*this, this));
     menuBar()->addMenu(windows);
+    menuBar()->addMenu(new HelpMenu(*this));
     connectFileMenu();
     connect(edit, &EditMenu::findInFilesRequested, this, &Workbench::findInFiles);
     connect(view, &ViewMenu::optionsRequested, this, &Workbench::showOptions);
@@ -212,19 +181,25 @@ void Workbench::makeMenus()
 
 void Workbench::connectFileMenu()
 {
-    connect(m_fileMenu, &FileMenu::newRequested, this, &Workbench::newDocument);
-    connect(m_fileMenu, &FileMenu::openRequested, this, &Workbench::askForFiles);
-    connect(m_fileMenu, &FileMenu::saveRequested, this, &Workbench::saveCurrent);
-    connect(m_fileMenu, &FileMenu::saveAsRequested, this, &Workbench::saveCurrentAs);
-    connect(m_fileMenu, &FileMenu::saveAllRequested, this, &Workbench::saveAll);
-    connect(m_fileMenu, &FileMenu::renameRequested, this, &Workbench::renameCurrent);
+    connect(m_fileMenu, &FileMenu::newRequested, m_opener, &DocumentOpener::newDocument);
+    connect(m_fileMenu, &FileMenu::openRequested, m_opener, &DocumentOpener::askForFiles);
+    connect(m_fileMenu, &FileMenu::saveRequested, m_commands, &DocumentCommands::save);
+    connect(m_fileMenu, &FileMenu::saveAsRequested, m_commands, &DocumentCommands::saveAs);
+    connect(m_fileMenu, &FileMenu::saveAllRequested, m_commands, &DocumentCommands::saveAll);
+    connect(m_fileMenu, &FileMenu::renameRequested, m_commands, &DocumentCommands::rename);
     connect(m_fileMenu, &FileMenu::importRequested, m_transfer, &DocumentTransfer::importFile);
-    connect(m_fileMenu, &FileMenu::exportRequested, this, &Workbench::exportCurrent);
-    connect(m_fileMenu, &FileMenu::copyAsUriRequested, this, &Workbench::copyCurrentAsUri);
-    connect(m_fileMenu, &FileMenu::closeRequested, this, &Workbench::closeCurrent);
+    connect(m_fileMenu, &FileMenu::exportRequested, m_commands, &DocumentCommands::exportFile);
+    connect(m_fileMenu, &FileMenu::copyAsUriRequested, m_commands, &DocumentCommands::copyAsUri);
+    connect(m_fileMenu, &FileMenu::closeRequested, m_commands, &DocumentCommands::close);
     connect(m_fileMenu, &FileMenu::quitRequested, this, &QWidget::close);
     connect(this, &Workbench::currentDocumentChanged, m_fileMenu,
-            [this](const Document* document) { m_fileMenu->setHasDocument(document); });
+            [this](const Document* document) { m_fileMenu->setDocument(document); });
+    auto* const printer = new DocumentPrinter(*this, *m_transfer);
+    connect(this, &Workbench::currentDocumentChanged, printer, &DocumentPrinter::setDocument);
+    connect(m_fileMenu, &FileMenu::printRequested, printer, &DocumentPrinter::print);
+    connect(m_fileMenu, &FileMenu::printPreviewRequested, printer, &DocumentPrinter::preview);
+    connect(printer, &DocumentPrinter::failed, this, &Workbench::showFailure);
+    connect(printer, &DocumentPrinter::printed, this, &Workbench::showMessage);
 }
 
 void Workbench::connectTransfer()
@@ -238,95 +213,35 @@ void Workbench::connectTransfer()
     connect(m_transfer, &DocumentTransfer::finished, this, &QWidget::close);
 }
 
-void Workbench::restoreSession()
+void Workbench::restoreSession(WindowSession::Use use)
 {
-    QSettings settings(sessionFile(), host::settingsFormat());
-    m_recentFiles->restoreState(settings);
-    m_files->restoreState(settings);
-    m_console->restoreState(settings);
-    const Session session = Session::restored(settings);
-    // Files that no longer exist are skipped without a message; the recent files still name them.
-    for (const QString& file : session.files) {
-        if (QFileInfo::exists(file))
-            openFile(file);
-    }
-    restoreGeometry(session.geometry);
-    restoreLayout(session.layout);
-    if (!session.current.isEmpty() && QFileInfo::exists(session.current))
-        openFile(session.current);
+    m_session->restore(use);
+}
+
+void Workbench::offerRecovery()
+{
+    m_recovery->offer();
+}
+
+void Workbench::keepWork()
+{
+    m_recovery->keeper().writeAll();
+    m_session->keeper().write();
 }
 
 Document* Workbench::newDocument(const DocumentType& type)
 {
-    Document* const document =
-        makeDocument(type, tr("%1 %2").arg(type.name).arg(m_newDocuments + 1));
-    if (document) {
-        ++m_newDocuments;
-        addDocument(document);
-    }
-    return document;
-}
-
-/// Returns a document, or shows the user why a module couldn't make it and returns nullptr.
-Document* Workbench::makeDocument(const DocumentType& type, const QString& title)
-{
-    QString reason;
-    try {
-        if (Document* const document = type.make(title, this))
-            return document;
-    } catch (const std::exception& error) {
-        reason = QString::fromUtf8(error.what());
-    }
-    showFailure({tr("The window for “%1” can't be made.").arg(title), reason,
-                 tr("Close what you don't need, and try again.")});
-    return nullptr;
+    return m_opener->newDocument(type);
 }
 
 Document* Workbench::openFile(const QString& file)
 {
-    const QString path = canonical(file);
-    for (DockableWidget* const window : dockableWidgets()) {
-        auto* const document = qobject_cast<Document*>(window->contents());
-        if (document && !document->filename().isEmpty()
-            && canonical(qtFileName(document->filename())) == path) {
-            activate(window);
-            return document;
-        }
-    }
-    const DocumentType* const type = documentTypeOfFile(path);
-    if (!type) {
-        showFailure(unknownType(file));
-        return nullptr;
-    }
-    Document* const document = makeDocument(*type, path);
-    if (!document)
-        return nullptr;
-    connect(document, &Document::failed, this, &Workbench::showFailure);
-    if (!document->load(filePath(path))) {
-        document->deleteLater();
-        return nullptr;
-    }
-    addDocument(document);
-    m_recentFiles->add(path);
-    return document;
+    return m_opener->openFile(file);
 }
 
 void Workbench::openFiles(const QStringList& files)
 {
-    if (files.size() > maxFilesToOpen) {
-        showFailure({tr("%n files are too many to open at once.", nullptr, files.size()),
-                     tr("At most %n files can be opened at once.", nullptr, maxFilesToOpen),
-                     tr("Choose fewer files.")});
-        return;
-    }
-    // Failures are collected for one message box. A script may call this function while files are
-    // read, so the outer list is kept.
-    std::optional<QList<Failure>> outer = std::exchange(m_failures, QList<Failure>());
-    for (const QString& file : files)
-        openFile(file);
-    const QList<Failure> failures = *std::exchange(m_failures, std::move(outer));
-    if (!failures.isEmpty())
-        showFailure(joined(failures));
+    m_opener->openFiles(files);
 }
 
 QList<Document*> Workbench::documents() const
@@ -343,7 +258,7 @@ QList<Document*> Workbench::documents() const
 
 Document* Workbench::currentDocument() const
 {
-    return m_current;
+    return m_used.isEmpty() ? nullptr : m_used.constLast();
 }
 
 QWidget& Workbench::widget()
@@ -359,6 +274,16 @@ RecentFiles& Workbench::recentFiles()
 FilesPanel& Workbench::filesPanel()
 {
     return *m_files;
+}
+
+ConsolePanel& Workbench::console()
+{
+    return *m_console;
+}
+
+DocumentCommands& Workbench::commands()
+{
+    return *m_commands;
 }
 
 QList<DockableWidget*> Workbench::panels() const
@@ -380,13 +305,16 @@ void Workbench::addDocument(Document* document)
 {
     connect(document, &Document::failed, this, &Workbench::showFailure, Qt::UniqueConnection);
     connect(document, &ZvContentWidget::saved, this, [this](const zvutil::ZvFilePath& path) {
-        m_recentFiles->add(canonical(qtFileName(path)));
+        m_recentFiles->add(canonicalName(qtFileName(path)));
         showMessage(tr("Saved “%1”").arg(path.toQString()));
     });
-    connect(document, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
+    connect(document, &DockableWidgetContents::filesDropped, m_opener, &DocumentOpener::openFiles);
     connect(document, &DockableWidgetContents::titlesChanged, this, &Workbench::showTitle);
     connect(document, &DockableWidgetContents::modifiedChanged, this, &Workbench::showTitle);
-    addContents(document);
+    connect(document, &DockableWidgetContents::titlesChanged, &m_session->keeper(),
+            &SessionKeeper::noteChange);
+    m_recovery->keeper().watch(*document);
+    m_session->keeper().watch(*addContents(document));
     // The frame has connected before, so it has removed the document from its list when this slot
     // is called.
     connect(document, &QObject::destroyed, this, [this, document] { forgetDocument(document); });
@@ -395,28 +323,42 @@ void Workbench::addDocument(Document* document)
 }
 
 /// Stops using \p document, which is being destroyed.
-void Workbench::forgetDocument(const Document* document)
+void Workbench::forgetDocument(Document* document)
 {
-    const bool wasCurrent = m_current == document;
-    if (wasCurrent)
-        m_current = nullptr;
+    const Document* const before = currentDocument();
+    m_used.removeOne(document);
     if (m_isClosing)
         return;
-    if (documents().isEmpty())
+    m_session->keeper().noteChange();
+    // Those that have been closed as well are destroyed next.
+    const QList<Document*> open = documents();
+    m_used.erase(std::remove_if(m_used.begin(), m_used.end(),
+                                [&open](Document* used) { return !open.contains(used); }),
+                 m_used.end());
+    if (open.isEmpty())
         showStartPage();
-    if (wasCurrent)
-        followHighlighted(highlighted());
+    if (currentDocument() == before)
+        return;
+    showCurrent();
+    // Beside others no tab comes to the front, so the frame has highlighted none of them.
+    for (DockableWidget* const window : dockableWidgets()) {
+        if (currentDocument() && window->contents() == currentDocument()) {
+            activate(window);
+            return;
+        }
+    }
 }
 
 void Workbench::showStartPage()
 {
     m_startPage = new StartPage(this);
-    connect(m_startPage, &StartPage::newRequested, this, &Workbench::newDocument);
-    connect(m_startPage, &StartPage::openRequested, this, &Workbench::askForFiles);
-    connect(m_startPage, &StartPage::fileRequested, this, &Workbench::openFile);
+    connect(m_startPage, &StartPage::newRequested, m_opener, &DocumentOpener::newDocument);
+    connect(m_startPage, &StartPage::openRequested, m_opener, &DocumentOpener::askForFiles);
+    connect(m_startPage, &StartPage::fileRequested, m_opener, &DocumentOpener::openFile);
     connect(m_recentFiles, &RecentFiles::changed, m_startPage,
             [this, page = m_startPage] { page->showRecentFiles(m_recentFiles->files()); });
-    connect(m_startPage, &DockableWidgetContents::filesDropped, this, &Workbench::openFiles);
+    connect(m_startPage, &DockableWidgetContents::filesDropped, m_opener,
+            &DocumentOpener::openFiles);
     m_startPage->showRecentFiles(m_recentFiles->files());
     addContents(m_startPage);
 }
@@ -425,143 +367,49 @@ void Workbench::followHighlighted(DockableWidget* window)
 {
     auto* const document = window ? qobject_cast<Document*>(window->contents()) : nullptr;
     // A user who goes to a panel still works on the document before.
-    if (!document && m_current)
+    if (!document || document == currentDocument())
         return;
-    m_current = document;
-    fillToolBar();
+    m_used.removeOne(document);
+    m_used.append(document);
+    showCurrent();
+}
+
+/// Has the window offer what the current document does.
+void Workbench::showCurrent()
+{
+    showToolBar();
     showTitle();
-    Q_EMIT currentDocumentChanged(document);
+    Q_EMIT currentDocumentChanged(currentDocument());
 }
 
 /// Names the current document in the window's title, for the list of windows of the desktop.
 void Workbench::showTitle()
 {
-    const QString name = m_current
-        ? m_current->shortTitle().replace(QLatin1String("[*]"), QLatin1String("[*][*]"))
+    const Document* const current = currentDocument();
+    const QString name = current
+        ? current->shortTitle().replace(QLatin1String("[*]"), QLatin1String("[*][*]"))
         : QString();
-    setWindowTitle(m_current ? tr("%1[*] – Workbench").arg(name) : QStringLiteral("Workbench"));
-    setWindowModified(m_current && m_current->isModified());
+    setWindowTitle(current ? tr("%1[*] – Workbench").arg(name) : QStringLiteral("Workbench"));
+    setWindowModified(current && current->isModified());
 }
 
-void Workbench::fillToolBar()
+void Workbench::showToolBar()
 {
-    m_toolBar->clear();
-    for (QAction* const action : m_fileMenu->toolBarActions())
-        m_toolBar->addAction(action);
-    if (!m_current)
-        return;
-    m_toolBar->addAction(m_separator);
-    for (QAction* const action : m_current->toolBarActions())
-        m_toolBar->addAction(action);
-}
-
-void Workbench::askForFiles()
-{
-    openFiles(QFileDialog::getOpenFileNames(this, tr("Open"), QString(), dialogFilter()));
-}
-
-void Workbench::saveCurrent()
-{
-    if (m_current)
-        m_current->save();
-}
-
-void Workbench::saveCurrentAs()
-{
-    if (m_current)
-        m_current->saveAs();
-}
-
-// NOLINTNEXTLINE(readability-make-member-function-const): saving documents changes the window.
-void Workbench::saveAll()
-{
-    for (Document* const document : documents()) {
-        if (document->isModified())
-            document->save();
-    }
-}
-
-void Workbench::renameCurrent()
-{
-    // The current document may be another one, or this one destroyed, when the user has answered.
-    const QPointer<Document> document = m_current;
-    if (!document || !hasFile(*document))
-        return;
-    const QFileInfo file(qtFileName(document->filename()));
-    const QString renamed = FileNameDialog::ask(this, tr("Rename"), file.absolutePath(),
-                                                file.fileName(), document->type().extension);
-    if (!document || renamed.isEmpty() || renamed == file.absoluteFilePath())
-        return;
-    document->enableFileWatcher(false);
-    QFile renaming(file.absoluteFilePath());
-    if (renaming.rename(renamed)) {
-        document->setFilename(filePath(renamed));
-        m_recentFiles->add(canonical(renamed));
-    } else {
-        showFailure(
-            {tr("“%1” was not renamed.").arg(QDir::toNativeSeparators(file.absoluteFilePath())),
-             renaming.errorString(), tr("Choose another name.")});
-    }
-    document->enableFileWatcher(true);
-}
-
-/// Returns whether \p document has a file. If not, shows a message.
-bool Workbench::hasFile(const Document& document)
-{
-    if (!document.filename().isEmpty())
-        return true;
-    showMessage(tr("“%1” has no file yet. Save it first.").arg(document.shortTitle()));
-    return false;
-}
-
-void Workbench::exportCurrent()
-{
-    const QPointer<Document> document = m_current;
-    if (!document)
-        return;
-    // The export reads the file, so the changes must be in there.
-    if (document->filename().isEmpty() || document->isModified())
-        document->save();
-    if (!document || document->filename().isEmpty() || document->isModified())
-        return;
-    m_transfer->exportFile(document->filename());
-}
-
-void Workbench::copyCurrentAsUri()
-{
-    if (!m_current || !hasFile(*m_current))
-        return;
-    const QString uri = fileUri(qtFileName(m_current->filename()));
-    QGuiApplication::clipboard()->setText(uri);
-    showMessage(tr("Copied “%1”").arg(uri));
-}
-
-void Workbench::closeCurrent()
-{
-    for (DockableWidget* const window : dockableWidgets()) {
-        if (m_current && window->contents() == m_current) {
-            window->close();
-            return;
-        }
-    }
+    const Document* const current = currentDocument();
+    m_toolBar->showActions(m_fileMenu->toolBarActions(),
+                           current ? current->toolBarActions() : QList<QAction*>());
 }
 
 void Workbench::findInFiles()
 {
     if (!m_find) {
         m_find = new FindInFilesDialog(requestManager(), this);
-        connect(m_find, &FindInFilesDialog::openRequested, this, &Workbench::openAtLine);
+        connect(m_find, &FindInFilesDialog::openRequested, m_opener, &DocumentOpener::openAtLine);
     }
     m_find->setFolders(m_files->folders());
     m_find->show();
     m_find->raise();
     m_find->activateWindow();
-}
-
-void Workbench::openAtLine(const QString& file, int line)
-{
-    if (auto* const script = qobject_cast<ScriptDocument*>(openFile(file)))
-        script->editor().goToLine(line);
 }
 
 void Workbench::showOptions()
@@ -579,9 +427,7 @@ void Workbench::showMessage(const QString& text)
 
 void Workbench::showFailure(const Failure& failure)
 {
-    if (m_failures)
-        m_failures->append(failure);
-    else
+    if (!m_opener->collect(failure))
         tell(this, failure);
 }
 
@@ -592,28 +438,17 @@ void Workbench::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    QList<QPointer<const Document>> open;
-    for (const Document* const document : documents())
-        open.append(document);
-    const QPointer<const Document> current = open.contains(m_current) ? m_current : nullptr;
-    nameWindows();
-    const QByteArray layout = saveLayout();
     m_isClosing = true;
-    if (!closeDocuments()) {
+    ClosingChanges changes;
+    if (!changes.settle(this, documents()) || !m_session->closeDocuments()) {
+        changes.takeBack();
         m_isClosing = false;
         event->ignore();
         return;
     }
-    // The documents still exist, since the event loop deletes them later. A document may have got
-    // its name only now.
-    Session session{{}, {}, saveGeometry(), layout};
-    for (const QPointer<const Document>& document : open) {
-        if (document && !document->filename().isEmpty())
-            session.files.append(canonical(qtFileName(document->filename())));
-    }
-    if (current)
-        session.current = canonical(qtFileName(current->filename()));
-    const bool isKept = saveSession(session);
+    m_recovery->keeper().discardAll();
+    m_session->keeper().stop();
+    const bool isKept = m_session->keeper().write();
     DockFrame::closeEvent(event);
     // Other windows, such as the style editor, are closed with the workbench.
     QApplication::closeAllWindows();
@@ -622,28 +457,6 @@ void Workbench::closeEvent(QCloseEvent* event)
              {tr("The open files won't be reopened at the next start."),
               tr("“%1” can't be written.").arg(QDir::toNativeSeparators(sessionFile())),
               tr("Check that you may write to this file, and that the disk isn't full.")});
-}
-
-/// Gives the windows of documents names that derive from their files: a layout finds a window by
-/// its object name.
-void Workbench::nameWindows()
-{
-    for (DockableWidget* const window : dockableWidgets()) {
-        const auto* const document = qobject_cast<Document*>(window->contents());
-        if (document && !document->filename().isEmpty())
-            window->setObjectName(QStringLiteral("dock:")
-                                  + canonical(qtFileName(document->filename())));
-    }
-}
-
-bool Workbench::saveSession(const Session& session)
-{
-    QSettings settings(sessionFile(), host::settingsFormat());
-    m_recentFiles->saveState(settings);
-    m_files->saveState(settings);
-    m_console->saveState(settings);
-    session.saveTo(settings);
-    return host::write(settings);
 }
 
 } // namespace workbench

@@ -1,40 +1,40 @@
 #pragma once
 
+#include "shell/WindowSession.h"
+
 #include <zvworkbench/DocumentType.h>
 #include <zvworkbench/Failure.h>
 #include <zvworkbench/WorkbenchWindow.h>
 
 #include <DockFramework/DockFrame.h>
 
-#include <zvutil/ZvFilePath.h>
-
 #include <QList>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
-class QAction;
 class QCloseEvent;
-class QToolBar;
 
 namespace workbench {
 
 class ConsolePanel;
 class Document;
+class DocumentCommands;
+class DocumentOpener;
+class DocumentRecovery;
 class DocumentTransfer;
 class FileMenu;
 class FilesPanel;
 class FindInFilesDialog;
 class LogPanel;
+class MainToolBar;
 class RecentFiles;
-struct Session;
 class StartPage;
 
 /// The window of the workbench: documents in the middle, panels at the sides, and the menus.
 ///
-/// Open files, panels and recent files are kept in a file from one session to the next.
+/// Open files, panels and recent files are kept in a file from one session to the next, and changes that aren't saved
+/// in recovery copies.
 class Workbench final : public DockFrame, public WorkbenchWindow
 {
     Q_OBJECT
@@ -43,8 +43,12 @@ public:
     Workbench();
     ~Workbench() override;
 
-    /// Opens what was open when the window was last closed.
-    void restoreSession();
+    /// Opens what was open when the window was last closed, and keeps the session from then on.
+    void restoreSession(WindowSession::Use use = WindowSession::Use::Keep);
+    /// Offers the user what programs that have ended hadn't saved. Returns at once.
+    void offerRecovery();
+    /// Writes the session and what a crash would lose, before it returns, and asks nothing.
+    void keepWork();
 
     Document* newDocument(const DocumentType& type) override;
     Document* openFile(const QString& file) override;
@@ -56,20 +60,13 @@ public:
 
     RecentFiles& recentFiles();
     FilesPanel& filesPanel();
+    ConsolePanel& console();
+    DocumentCommands& commands();
     QList<DockableWidget*> panels() const;
 
     /// Returns whether files are being listed or filtered.
     bool isBusy() const;
 
-    // The menus call these. Those for a document do nothing if there is none.
-    void askForFiles();
-    void saveCurrent();
-    void saveCurrentAs();
-    void saveAll();
-    void renameCurrent();
-    void exportCurrent();
-    void copyCurrentAsUri();
-    void closeCurrent();
     void findInFiles();
     void showOptions();
 
@@ -85,35 +82,32 @@ protected:
 private:
     void makePanels();
     void addPanels();
-    Document* makeDocument(const DocumentType& type, const QString& title);
     void makeMenus();
     void connectFileMenu();
     void connectTransfer();
     void addDocument(Document* document);
-    void forgetDocument(const Document* document);
+    void forgetDocument(Document* document);
     void showStartPage();
     void followHighlighted(DockableWidget* window);
-    void fillToolBar();
+    void showCurrent();
+    void showToolBar();
     void showTitle();
-    bool hasFile(const Document& document);
-    void openAtLine(const QString& file, int line);
-    void nameWindows();
-    bool saveSession(const Session& session);
 
     // The window owns the following objects as its children.
     RecentFiles* m_recentFiles;
     DocumentTransfer* m_transfer;
-    QToolBar* m_toolBar;
+    DocumentOpener* m_opener;
+    DocumentCommands* m_commands;
+    DocumentRecovery* m_recovery;
+    WindowSession* m_session;
+    MainToolBar* m_toolBar;
     FileMenu* m_fileMenu;
-    QAction* m_separator; // on the tool bar
     FilesPanel* m_files;
     ConsolePanel* m_console;
     LogPanel* m_log;
     FindInFilesDialog* m_find = nullptr;
     QPointer<StartPage> m_startPage;
-    Document* m_current = nullptr; // reset while the document is destroyed
-    std::optional<QList<Failure>> m_failures; // collected while several files are opened
-    int m_newDocuments = 0;
+    QList<Document*> m_used; // in the order of use: the current one is the last
     bool m_isClosing = false;
 };
 

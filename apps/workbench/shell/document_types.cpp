@@ -2,6 +2,7 @@
 
 #include "schematic/SchematicDocument.h"
 #include "script/ScriptDocument.h"
+#include "script/TextDocument.h"
 #include "testplan/TestPlanDocument.h"
 
 namespace workbench {
@@ -11,6 +12,7 @@ void addOwnDocumentTypes()
     addDocumentType(testPlanType());
     addDocumentType(schematicType());
     addDocumentType(scriptType());
+    addDocumentType(textType());
 }
 
 } // namespace workbench

@@ -3,6 +3,7 @@
 #include "common/style_options.h"
 #include "common/translations.h"
 #include "shell/Arguments.h"
+#include "shell/ProgramEnd.h"
 #include "shell/Workbench.h"
 #include "shell/document_types.h"
 
@@ -89,8 +90,11 @@ QString openWorkbench(const QStringList& words)
     const bool isNew = window.isNull();
     if (isNew) {
         window = new Workbench;
-        window->restoreSession();
-        if (!arguments.picture.isEmpty())
+        const bool isForUser = arguments.picture.isEmpty();
+        window->restoreSession(isForUser ? WindowSession::Use::Keep : WindowSession::Use::Look);
+        if (isForUser)
+            new ProgramEnd(*window);
+        else
             window->resize(pictureSize);
     }
     for (const DocumentType* const type : arguments.newDocuments)
@@ -99,6 +103,9 @@ QString openWorkbench(const QStringList& words)
     window->show();
     window->raise();
     window->activateWindow();
+    // Nobody would answer in front of a picture.
+    if (isNew && arguments.picture.isEmpty())
+        window->offerRecovery();
     if (!arguments.picture.isEmpty())
         // A script that asks for a picture must not end the program that the user works with.
         takePicture(*window, arguments.picture, isNew);

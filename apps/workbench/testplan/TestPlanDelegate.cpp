@@ -1,5 +1,8 @@
 #include "testplan/TestPlanDelegate.h"
 
+#include "common/readable_colour.h"
+#include "common/style_options.h"
+
 #include "testplan/TestPlanModel.h"
 
 #include <zvutil/ZvStyle.h>
@@ -23,7 +26,10 @@ QColor planColour(const char* brush)
 
 void setTextColour(QStyleOptionViewItem& option, const QColor& colour)
 {
-    option.palette.setColor(QPalette::Text, colour);
+    const QColor background = option.backgroundBrush.style() == Qt::NoBrush
+        ? styleColour(ZvStyleBrush::EditorEnabled)
+        : option.backgroundBrush.color();
+    option.palette.setColor(QPalette::Text, readable(colour, background));
 }
 
 QPoint stepOf(const QKeyEvent& event)
@@ -65,9 +71,10 @@ void TestPlanDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 }
 
 QWidget* TestPlanDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
-                                        const QModelIndex& /*index*/) const
+                                        const QModelIndex& index) const
 {
     auto* const editor = new QLineEdit(parent);
+    editor->setAccessibleName(tr("Cell %1").arg(cellName(index.row(), index.column())));
     // The padding is less than that of other fields, or the text wouldn't fit into the cell.
     editor->setStyleSheet(
         QStringLiteral("padding: 0 1px; font-size: 9pt; font-family: \"Segoe UI\";"));

@@ -124,6 +124,16 @@ CellValue TestPlanModel::value(int row, int column) const
     return m_plan.rows[static_cast<std::size_t>(row)].cells.value(column);
 }
 
+bool TestPlanModel::isBlank() const
+{
+    constexpr std::size_t fewRows = 100;
+    return m_plan.rows.size() <= fewRows
+        && std::all_of(m_plan.rows.begin(), m_plan.rows.end(), [](const TestPlanRow& row) {
+               return std::none_of(row.cells.begin(), row.cells.end(),
+                                   [](const CellValue& cell) { return cell.isValid(); });
+           });
+}
+
 int TestPlanModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_plan.rows.size());
@@ -141,6 +151,11 @@ QVariant TestPlanModel::data(const QModelIndex& index, int role) const
     const CellValue cell = value(index.row(), index.column());
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return cellText(cell);
+    if (role == Qt::AccessibleTextRole) {
+        // A screen reader says nothing at all about a cell without a name.
+        const QString text = cellText(cell);
+        return text.isEmpty() ? tr("empty") : text;
+    }
     if (role == Qt::TextAlignmentRole) {
         const bool isNumber = cell.userType() == QMetaType::Double;
         return QVariant(Qt::AlignVCenter | (isNumber ? Qt::AlignRight : Qt::AlignLeft));

@@ -39,6 +39,8 @@ public:
     /// without case.
     Verdict verdict(const QModelIndex& index) const;
     CellValue value(int row, int column) const;
+    /// Returns whether no cell has a content, and there are no more rows than on a screen.
+    bool isBlank() const;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;

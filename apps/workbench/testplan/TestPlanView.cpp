@@ -1,5 +1,7 @@
 #include "testplan/TestPlanView.h"
 
+#include "common/style_options.h"
+
 #include "documents/ProgressBox.h"
 #include "testplan/HeadingEditor.h"
 #include "testplan/TestPlanClipboard.h"
@@ -15,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
+#include <QMetaProperty>
 #include <QPainter>
 #include <QScopeGuard>
 #include <QScrollBar>
@@ -93,6 +96,16 @@ void TestPlanView::finishTyping()
         return;
     commitData(editor);
     closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+std::optional<TestPlanModel::CellChange> TestPlanView::typed() const
+{
+    const QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (!editor)
+        return {};
+    const QString text = editor->metaObject()->userProperty().read(editor).toString();
+    return TestPlanModel::CellChange{currentIndex().row(), currentIndex().column(),
+                                     cellValue(text)};
 }
 
 void TestPlanView::fitColumns()
@@ -293,6 +306,14 @@ bool TestPlanView::isCurrentRowDisabled() const
         && m_model.rowKind(currentIndex().row()) == TestPlanModel::RowKind::Disabled;
 }
 
+void TestPlanView::goToRow(int row)
+{
+    finishTyping();
+    const QModelIndex cell = m_model.index(row, 0);
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
+    scrollTo(cell, PositionAtCenter);
+}
+
 void TestPlanView::selectCurrentRows()
 {
     std::vector<QRect> rows;
@@ -342,6 +363,12 @@ void TestPlanView::paintEvent(QPaintEvent* event)
         if (m_model.rowKind(row) == TestPlanModel::RowKind::Comment)
             paintComment(painter, row);
     }
+}
+
+void TestPlanView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    Q_EMIT selectionMoved();
 }
 
 void TestPlanView::selectionChanged(const QItemSelection& selected,
@@ -561,7 +588,7 @@ void TestPlanView::paintComment(QPainter& painter, int row)
         return;
     painter.fillRect(room,
                      ZvStyle::Current().colour(libzvutil::ZvStyleBrush::EditorEnabled).qColour());
-    painter.setPen(ZvStyle::Current().editorColour("Testplan", "CommentText"));
+    painter.setPen(pageTextColour(ZvStyle::Current().editorColour("Testplan", "CommentText")));
     // QPainter takes the application's layout direction, which may differ from the widget's.
     const Qt::Alignment leading =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace workbench {
@@ -30,6 +31,8 @@ public:
 
     /// Commits what is being typed to the model.
     void finishTyping();
+    /// Returns the cell that the user is typing into, with what it would become, or nothing.
+    std::optional<TestPlanModel::CellChange> typed() const;
 
     /// Fits the widths of columns to the contents of the first rows.
     void fitColumns();
@@ -54,6 +57,8 @@ public:
     void setSelectedRowsDisabled(bool isDisabled);
     bool isCurrentRowDisabled() const;
 
+    /// Makes the first cell of a row current, and shows it.
+    void goToRow(int row);
     void selectCurrentRows();
     void selectCurrentColumns();
 
@@ -62,12 +67,13 @@ public:
 
 Q_SIGNALS:
     void failed(const workbench::Failure& failure);
-    /// Emitted when the selection changes, as it does when another cell becomes current.
+    /// Emitted when the selection changes, or another cell becomes current.
     void selectionMoved();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
 

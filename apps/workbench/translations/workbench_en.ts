@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>workbench::FindBar</name>
+    <message numerus="yes">
+        <source>%1 matches replaced</source>
+        <translation>
+            <numerusform>%1 match replaced</numerusform>
+            <numerusform>%1 matches replaced</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>workbench::FilesPanel</name>
     <message numerus="yes">
         <source>%1 files</source>
@@ -50,6 +60,26 @@
     </message>
 </context>
 <context>
+    <name>workbench::DocumentRecovery</name>
+    <message numerus="yes">
+        <source>%n documents recovered</source>
+        <translation>
+            <numerusform>%n document recovered</numerusform>
+            <numerusform>%n documents recovered</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>workbench::SaveChangesDialog</name>
+    <message numerus="yes">
+        <source>Save the changes to %n documents?</source>
+        <translation>
+            <numerusform>Save the changes to %n document?</numerusform>
+            <numerusform>Save the changes to %n documents?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>workbench::TestPlan</name>
     <message numerus="yes">
         <source>The file declares %n rows but contains more.</source>
@@ -60,7 +90,7 @@
     </message>
 </context>
 <context>
-    <name>workbench::Workbench</name>
+    <name>workbench::DocumentOpener</name>
     <message numerus="yes">
         <source>%n files can&apos;t be opened.</source>
         <translation>

@@ -1,5 +1,7 @@
 #include <DockFramework/DockFrame.h>
 
+#include "DockTabs.h"
+
 #include <DockFramework/DockableWidget.h>
 #include <DockFramework/DockableWidgetContents.h>
 
@@ -17,6 +19,7 @@ DockFrame::DockFrame(QWidget* parent)
 {
     setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks | GroupedDragging);
     setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+    new DockTabs(*this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](const QWidget* /*before*/, const QWidget* now) { followFocus(now); });
 }

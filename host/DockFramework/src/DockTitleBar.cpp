@@ -38,13 +38,13 @@ DockTitleBar::DockTitleBar(QWidget* parent)
     layout->addWidget(m_label, 1);
 
     auto* const options = addButton(*layout, "toolButton_DockWidgetOptions", tr("Window options"));
-    auto* const menu = new QMenu(options);
-    m_floatAction = menu->addAction(QString(), this, &DockTitleBar::floatRequested);
-    m_reloadAction = menu->addAction(tr("&Reload"), this, &DockTitleBar::reloadRequested);
-    menu->addAction(tr("&Close"), this, &DockTitleBar::closeRequested);
-    connect(menu, &QMenu::aboutToShow, this, &DockTitleBar::aboutToShowMenu);
-    connect(options, &QToolButton::clicked, menu,
-            [options, menu] { menu->popup(options->mapToGlobal(QPoint(0, options->height()))); });
+    m_menu = new QMenu(options);
+    m_floatAction = m_menu->addAction(QString(), this, &DockTitleBar::floatRequested);
+    m_reloadAction = m_menu->addAction(tr("&Reload"), this, &DockTitleBar::reloadRequested);
+    m_menu->addAction(tr("&Close"), this, &DockTitleBar::closeRequested);
+    connect(m_menu, &QMenu::aboutToShow, this, &DockTitleBar::aboutToShowMenu);
+    connect(options, &QToolButton::clicked, this,
+            [this, options] { showMenu(options->mapToGlobal(QPoint(0, options->height()))); });
 
     auto* const close = addButton(*layout, "toolButton_DockWidgetClose", tr("Close"));
     connect(close, &QToolButton::clicked, this, &DockTitleBar::closeRequested);
@@ -69,4 +69,29 @@ void DockTitleBar::setState(bool floating, bool canReload)
 {
     m_floatAction->setText(floating ? tr("&Dock") : tr("&Float"));
     m_reloadAction->setVisible(canReload);
+}
+
+void DockTitleBar::setCollapsed(bool collapsed)
+{
+    if (m_isCollapsed == collapsed)
+        return;
+    m_isCollapsed = collapsed;
+    setVisible(!collapsed);
+    updateGeometry();
+}
+
+void DockTitleBar::showMenu(const QPoint& screenPosition)
+{
+    m_menu->popup(screenPosition);
+}
+
+QSize DockTitleBar::sizeHint() const
+{
+    // The dock's layout asks a hidden title bar, too.
+    return m_isCollapsed ? QSize(0, 0) : QWidget::sizeHint();
+}
+
+QSize DockTitleBar::minimumSizeHint() const
+{
+    return m_isCollapsed ? QSize(0, 0) : QWidget::minimumSizeHint();
 }

@@ -5,6 +5,7 @@
 
 class ElidedLabel;
 class QAction;
+class QMenu;
 
 /// The title bar of a window of the frame. Its parts have the object names that style sheets use.
 class DockTitleBar : public QWidget
@@ -19,6 +20,14 @@ public:
     /// \p canReload shows the menu's entry for reloading.
     void setState(bool floating, bool canReload);
 
+    /// Takes no room while the window has a tab that says the same.
+    void setCollapsed(bool collapsed);
+
+    void showMenu(const QPoint& screenPosition);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 Q_SIGNALS:
     void aboutToShowMenu();
     void closeRequested();
@@ -27,6 +36,8 @@ Q_SIGNALS:
 
 private:
     ElidedLabel* m_label;
+    QMenu* m_menu;
     QAction* m_floatAction;
     QAction* m_reloadAction;
+    bool m_isCollapsed = false;
 };

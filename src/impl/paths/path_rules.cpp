@@ -1,5 +1,7 @@
 #include "impl/paths/path_rules.h"
 
+#include "impl/text/ascii_step.h"
+
 #include <algorithm>
 #include <cwchar>
 #include <optional>
@@ -7,8 +9,6 @@
 namespace zvutil::impl::path_rules {
 
 namespace {
-
-constexpr wchar_t preferred_separator = L'\\';
 
 bool is_drive_letter(wchar_t unit)
 {
@@ -82,6 +82,36 @@ std::size_t common_prefix(std::wstring_view left, std::wstring_view right)
     while (i < end && left[i] == right[i])
         ++i;
     return i;
+}
+
+#if defined(ZVUTIL_ASCII_STEP_SSE2)
+
+/// A bit for each of 16 units that is a separator.
+unsigned separators_at(const wchar_t* units)
+{
+    unsigned others = 0;
+    const __m128i bytes = load_step(units, others);
+    const __m128i separators = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\')),
+                                            _mm_cmpeq_epi8(bytes, _mm_set1_epi8('/')));
+    return static_cast<unsigned>(_mm_movemask_epi8(separators));
+}
+
+#endif
+
+/// The index of the last name, or \p begin if the last separator is before that.
+std::size_t name_begin(std::wstring_view path, std::size_t begin)
+{
+    std::size_t end = path.size();
+#if defined(ZVUTIL_ASCII_STEP_SSE2)
+    constexpr std::size_t step = ascii_step;
+    for (; end >= begin + step; end -= step) {
+        if (const unsigned separators = separators_at(path.data() + end - step))
+            return end - step + static_cast<std::size_t>(highest_bit(separators)) + 1;
+    }
+#endif
+    while (end > begin && !is_separator(path[end - 1]))
+        --end;
+    return end;
 }
 
 /// Compares two relative paths from \p l and \p r on; the units before are equal.
@@ -229,11 +259,6 @@ std::ptrdiff_t depth(path_elements rest)
 
 } // namespace
 
-bool is_separator(wchar_t unit)
-{
-    return unit == L'\\' || unit == L'/';
-}
-
 std::size_t root_name_size(std::wstring_view path)
 {
     if (has_drive(path))
@@ -257,11 +282,6 @@ bool is_absolute(std::wstring_view path)
 
 int compare(std::wstring_view left, std::wstring_view right)
 {
-    // Compare the whole texts first only if they end alike; a difference would cost a pass for
-    // nothing.
-    const bool end_alike = left.empty() || right.empty() || left.back() == right.back();
-    if (end_alike && left == right)
-        return 0;
     std::size_t same = common_prefix(left, right);
     const std::size_t left_relative = relative_begin(left);
     const std::size_t right_relative = relative_begin(right);
@@ -281,36 +301,37 @@ int compare(std::wstring_view left, std::wstring_view right)
     return compare_relative(left, left_relative, right, right_relative);
 }
 
-void append(std::wstring& path, std::wstring_view added)
+joined_path join(std::wstring_view path, std::wstring_view added)
 {
     const std::size_t root_name = root_name_size(path);
     const std::size_t added_root_name = root_name_size(added);
     if (is_absolute(added)
-        || (added_root_name > 0
-            && std::wstring_view(path).substr(0, root_name) != added.substr(0, added_root_name))) {
-        path.assign(added);
-        return;
-    }
-    const std::size_t needed = path.size() + 1 + added.size() - added_root_name;
+        || (added_root_name > 0 && path.substr(0, root_name) != added.substr(0, added_root_name)))
+        return {0, false, added};
+    const std::wstring_view rest = added.substr(added_root_name);
+    if (has_root_directory(added))
+        return {root_name, false, rest};
+    // The separator is there even if \p added is empty: that is how a directory differs from a file.
+    const bool is_separated = path.size() > root_name ? !is_separator(path.back()) : root_name >= 3;
+    return {path.size(), is_separated, rest};
+}
+
+void append(std::wstring& path, std::wstring_view added)
+{
+    const joined_path joined = join(path, added);
+    const std::size_t needed = joined.kept + 1 + joined.added.size();
     // Check first: reserve() may shrink a string when asked for less than its capacity.
     if (path.capacity() < needed)
         path.reserve(std::max(needed, 2 * path.capacity()));
-    if (has_root_directory(added)) {
-        path.resize(root_name);
-    } else if (path.size() > root_name ? !is_separator(path.back()) : root_name >= 3) {
-        // Add the separator even if \p added is empty: that is how a directory differs from a file.
+    path.resize(joined.kept);
+    if (joined.is_separated)
         path += preferred_separator;
-    }
-    path.append(added.substr(added_root_name));
+    path.append(joined.added);
 }
 
 std::wstring_view filename(std::wstring_view path)
 {
-    const std::size_t relative = relative_begin(path);
-    std::size_t begin = path.size();
-    while (begin > relative && !is_separator(path[begin - 1]))
-        --begin;
-    return path.substr(begin);
+    return path.substr(name_begin(path, relative_begin(path)));
 }
 
 std::wstring_view extension(std::wstring_view path)
@@ -329,9 +350,7 @@ std::wstring_view extension(std::wstring_view path)
 std::wstring_view parent(std::wstring_view path)
 {
     const std::size_t relative = relative_begin(path);
-    std::size_t end = path.size();
-    while (end > relative && !is_separator(path[end - 1]))
-        --end;
+    std::size_t end = name_begin(path, relative);
     while (end > relative && is_separator(path[end - 1]))
         --end;
     return path.substr(0, end);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,12 @@
 /// A path is read as root name, root directory (the run of separators after it) and relative path.
 namespace zvutil::impl::path_rules {
 
-bool is_separator(wchar_t unit);
+constexpr wchar_t preferred_separator = L'\\';
+
+constexpr bool is_separator(wchar_t unit)
+{
+    return unit == L'\\' || unit == L'/';
+}
 
 /// The number of units of the root name: a drive, a device prefix, or a UNC server.
 std::size_t root_name_size(std::wstring_view path);
@@ -24,6 +30,29 @@ bool is_absolute(std::wstring_view path);
 /// Compares two paths: less than, equal to or greater than 0. Root names are compared exactly;
 /// after them case counts, but runs of separators are equal to each other.
 int compare(std::wstring_view left, std::wstring_view right);
+
+/// Whether `compare` returns 0.
+inline bool are_equal(std::wstring_view left, std::wstring_view right)
+{
+    // Compare the whole texts first only if they end alike; a difference would cost a pass for nothing.
+    if (left.size() == right.size()
+        && (left.empty()
+            || (left.back() == right.back()
+                && std::memcmp(left.data(), right.data(), left.size() * sizeof(wchar_t)) == 0)))
+        return true;
+    return compare(left, right) == 0;
+}
+
+/// What two paths make together: the first units of one, perhaps a separator, and the last ones of the other.
+struct joined_path
+{
+    std::size_t kept;
+    bool is_separated;
+    std::wstring_view added;
+};
+
+/// What `append` makes of \p path.
+joined_path join(std::wstring_view path, std::wstring_view added);
 
 /// Appends \p added to \p path, or replaces it if \p added is absolute or of another root.
 /// \p added must not look into \p path.

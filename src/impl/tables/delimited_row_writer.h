@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringRef>
+#include <QVariant>
 
 #include <cstddef>
 #include <vector>
@@ -18,6 +19,9 @@ public:
     /// Appends a cell's text, in double quotes if it contains the separator, and the separator. A
     /// NUL in the text cuts off everything after it, quote and separator included.
     void append(const QString& cell);
+    /// Appends the text of an integer or a `double` and the separator, which no number contains. Returns false for
+    /// a value of another type.
+    bool append_number(const QVariant& cell);
 
     bool is_empty() const { return m_size == 0; }
     void remove_last() { --m_size; }
@@ -27,7 +31,6 @@ public:
     const char* text(char last);
 
 private:
-    void append_quoted(const QString& cell, const QChar* other);
     bool append_until_nul(const QStringRef& text);
     char* room(std::size_t size);
     void grow(std::size_t size);

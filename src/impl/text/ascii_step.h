@@ -24,8 +24,8 @@ bool is_ascii(Source unit)
 
 #if defined(ZVUTIL_ASCII_STEP_SSE2)
 
-/// Loads 16 units as bytes. A unit that isn't ASCII sets its bit in \p others, and its byte is
-/// undefined.
+/// Loads 16 units as bytes. A unit that isn't ASCII sets its bit in \p others, and its byte is NUL or
+/// isn't ASCII either.
 template <typename Source>
 __m128i load_step(const Source* source, unsigned& others)
 {
@@ -94,6 +94,17 @@ inline std::ptrdiff_t lowest_bit(unsigned bits)
 #endif
 }
 
+inline std::ptrdiff_t highest_bit(unsigned bits)
+{
+#if defined(_MSC_VER)
+    unsigned long index = 0;
+    _BitScanReverse(&index, bits);
+    return static_cast<std::ptrdiff_t>(index);
+#else
+    return 31 - __builtin_clz(bits);
+#endif
+}
+
 /// Copies up to 16 units, up to the first that isn't ASCII, and returns their number. There must be
 /// 16 to read and space for 16; units after the copied ones may be overwritten.
 template <typename Target, typename Source>
@@ -117,5 +128,21 @@ std::ptrdiff_t copy_ascii_step(Target* target, const Source* source)
 }
 
 #endif
+
+/// Copies ASCII in steps of 16 units as long as there are so many, and returns the number of units that it has copied.
+/// It may stop at a unit that isn't ASCII, and there must be space for all units.
+template <typename Target, typename Source>
+std::ptrdiff_t copy_ascii_run(Target* target, const Source* source, const Source* end)
+{
+    const Source* const begin = source;
+    while (end - source >= ascii_step) {
+        const std::ptrdiff_t plain = copy_ascii_step(target, source);
+        source += plain;
+        if (plain < ascii_step)
+            break;
+        target += ascii_step;
+    }
+    return source - begin;
+}
 
 } // namespace zvutil::impl

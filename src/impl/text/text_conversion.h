@@ -3,7 +3,6 @@
 #include "impl/text/ascii_step.h"
 #include "impl/text/surrogates.h"
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,21 +10,16 @@
 
 namespace zvutil::impl {
 
-/// Throws `std::range_error` with the text "bad conversion".
-[[noreturn]] void throw_bad_conversion();
-
-/// The code of a unit by itself. Throws as above if it is no code.
+/// The code of a unit by itself, which is above 0x10FFFF if it is no code.
 template <typename Source>
 char32_t code_of(Source unit)
 {
-    char32_t code = static_cast<char32_t>(unit);
     // By contract: a byte keeps its sign, so every byte from 0x80 on is out of range. The encoding
     // of narrow text is unknown.
     if constexpr (std::is_same_v<Source, char>)
-        code = static_cast<char32_t>(static_cast<signed char>(unit));
-    if (code > 0x10FFFF)
-        throw_bad_conversion();
-    return code;
+        return static_cast<char32_t>(static_cast<signed char>(unit));
+    else
+        return static_cast<char32_t>(unit);
 }
 
 /// Writes \p code in UTF-8, even if it is a surrogate; returns the end.
@@ -65,23 +59,37 @@ Target* write_code(Target* target, char32_t code)
     return target;
 }
 
-/// Converts the units up to \p end; returns the end of the output.
+/// How far a conversion has come.
 template <typename Target, typename Source>
-Target* write_converted(Target* target, const Source* source, const Source* end)
+struct converted_range
+{
+    Target* target;
+    const Source* source;
+};
+
+/// Converts the units up to \p end, or up to the first that is no code.
+template <typename Target, typename Source>
+converted_range<Target, Source> write_converted(Target* target, const Source* source,
+                                                const Source* end)
 {
     while (end - source >= ascii_step) {
-        const std::ptrdiff_t plain = copy_ascii_step(target, source);
+        const std::ptrdiff_t plain = copy_ascii_run(target, source, end);
         source += plain;
         target += plain;
-        if (plain == ascii_step)
-            continue;
-        do
-            target = write_code(target, code_of(*source++));
-        while (source != end && !is_ascii(*source));
+        for (; source != end && !is_ascii(*source); ++source) {
+            const char32_t code = code_of(*source);
+            if (code > 0x10FFFF)
+                return {target, source};
+            target = write_code(target, code);
+        }
     }
-    for (; source != end; ++source)
-        target = write_code(target, code_of(*source));
-    return target;
+    for (; source != end; ++source) {
+        const char32_t code = code_of(*source);
+        if (code > 0x10FFFF)
+            break;
+        target = write_code(target, code);
+    }
+    return {target, source};
 }
 
 /// Appends \p source, converted unit by unit: to UTF-8 if the target has bytes, else to UTF-16. The
@@ -90,21 +98,6 @@ Target* write_converted(Target* target, const Source* source, const Source* end)
 /// part of the text.
 template <typename Target, typename Traits, typename Source>
 void append_converted(std::basic_string<Target, Traits>& target,
-                      std::basic_string_view<Source> source)
-{
-    // Convert in blocks: the space for a whole text would first have to be filled with zeros.
-    constexpr std::size_t block_size = 512;
-    constexpr std::size_t max_code_length = std::is_same_v<Target, char> ? 4 : 2;
-    std::array<Target, max_code_length * block_size> buffer;
-    if (source.size() > block_size)
-        target.reserve(target.size() + source.size());
-    while (!source.empty()) {
-        const std::basic_string_view<Source> block = source.substr(0, block_size);
-        const Target* const end =
-            write_converted(buffer.data(), block.data(), block.data() + block.size());
-        target.append(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
-        source.remove_prefix(block.size());
-    }
-}
+                      std::basic_string_view<Source> source);
 
 } // namespace zvutil::impl

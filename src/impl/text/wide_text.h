@@ -15,8 +15,17 @@ namespace zvutil::impl {
 /// Whether all values of \p text are at most 0xFFFF, so that it needs no conversion.
 inline bool is_in_wide_units(std::wstring_view text)
 {
-    return std::all_of(text.begin(), text.end(),
-                       [](wchar_t c) { return static_cast<char32_t>(c) >> 16 == 0; });
+    // The compiler looks at several units at once in a loop of known length.
+    constexpr std::size_t block = 16;
+    char32_t all = 0;
+    while (text.size() >= block) {
+        for (std::size_t i = 0; i < block; ++i)
+            all |= static_cast<char32_t>(text[i]);
+        text.remove_prefix(block);
+    }
+    for (const wchar_t c : text)
+        all |= static_cast<char32_t>(c);
+    return all >> 16 == 0;
 }
 
 /// Appends \p text to a wide string in 16-bit units. Where `wchar_t` has 32 bits, a value above

@@ -12,12 +12,14 @@
 
 namespace workbench {
 
+class KnownFile;
+
 /// A document of the workbench in its window: what all types have in common.
 ///
 /// A subclass shows the content, and implements `read` and `write` for its files. It calls
 /// `setModified` when the user changes something. The actions of the widget (`QWidget::addAction`)
 /// are what the user can do with the document: the window shows them in its menu "Edit", and their
-/// shortcuts work in this document's window alone. GUI thread.
+/// shortcuts work in this document's window alone, unless `windowActions` has them. GUI thread.
 /// @since 0.2 @ingroup workbench
 class ZVWORKBENCH_EXPORT Document : public ZvContentWidget
 {
@@ -39,9 +41,25 @@ public:
     /// @return whether the file has been read
     bool load(const zvutil::ZvFilePath& path);
 
+    /// Shows the content of a copy as unsaved changes of a file, whose name it takes. If the copy can't be
+    /// read, changes nothing and emits `failed`.
+    /// @param copy the file that has the content
+    /// @param file what `save` writes to; if it is empty, the document keeps its title and has no file
+    /// @return whether the copy has been read
+    bool recover(const zvutil::ZvFilePath& copy, const zvutil::ZvFilePath& file);
+
     /// @return the actions for the tool bar while the user works in this window; none in the base
     /// class.
     virtual QList<QAction*> toolBarActions() const;
+
+    /// @return those of the actions whose shortcuts work anywhere in the workbench's window while this
+    /// document is the current one; none in the base class. None of them may be a shortcut of the window.
+    virtual QList<QAction*> windowActions() const;
+
+    /// Shows what a search in files has found. Does nothing in the base class.
+    /// @param line of the file, counted from 1
+    /// @param text what was searched for; case doesn't count
+    virtual void showHit(int line, const QString& text);
 
     /// @return the type's.
     int fileType() const override;
@@ -50,9 +68,15 @@ public:
     QString closeEventText(int index) const override;
     /// @return the type's name.
     QString documentTypeName() const override;
-    /// Calls `write`, and emits `failed` if that fails.
+    /// Calls `write`, and emits `failed` if that fails. If another program has changed the document's
+    /// file, asks the user first, who may choose another one or cancel; a cancel emits nothing.
     /// @param path where to
     void writeFile(const zvutil::ZvFilePath& path) const override;
+
+    /// Calls `write` for what a crash would lose. Throws what `write` throws.
+    /// @param folder where to write
+    /// @param name the file's name there
+    void saveSessionBackup(const QString& folder, const QString& name) override;
 
     /// @return whether there is a file.
     bool canReloadFile() const override;
@@ -86,7 +110,10 @@ protected:
     QAction* addEditAction(const QString& text, const QKeySequence& shortcut);
 
 private:
+    void writeTo(const zvutil::ZvFilePath& path) const;
+
     const DocumentType& m_type;
+    KnownFile* m_known; // owned as a child
 };
 
 } // namespace workbench

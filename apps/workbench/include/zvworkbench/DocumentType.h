@@ -16,7 +16,7 @@ class Document;
 /// @since 0.2 @ingroup workbench
 struct DocumentType
 {
-    QString id; ///< as on the command line: "testplan", "schematic", "script"
+    QString id; ///< as on the command line: "testplan", "schematic", "script", "text"
     QString name; ///< name of one document: "Test plan", "Schematic", "Script"
     QString pluralName; ///< name of several: "Test plans"
     QString extension; ///< extension of the files, with the dot
@@ -28,7 +28,7 @@ struct DocumentType
 
 /// Adds a type to the menu "New", the start page, the file dialogs and what the workbench opens.
 ///
-/// A module calls this while it is loaded, before the window exists; the workbench adds its own three in
+/// A module calls this while it is loaded, before the window exists; the workbench adds its own four in
 /// the same way. GUI thread.
 ///
 /// A type that is incomplete, or whose id or extension is that of another one, isn't added, of which

@@ -17,6 +17,9 @@ struct ScriptOutcome
     std::string error; ///< why the script has failed, or empty
     int line = 0; ///< where it has failed, counted from 1; 0 if not known
     bool isStopped = false; ///< whether `stop` has ended it; then there is an error, too
+    std::string
+        stack; ///< the calls that led there, a line for each, the innermost first; empty if the
+    ///< script failed outside of its functions, or where isn't known
 };
 
 /// The callbacks of a session, called by the event loop of the thread that made the session.
