@@ -151,16 +151,11 @@ class tst_workbench_output : public zvtest::DocumentTest
         return count == 0 ? -1 : sum / count;
     }
 
-    static void requireReader()
-    {
-        if (zvtest::pdfReader().isEmpty())
-            QSKIP("there is no pdftotext");
-    }
-
 private Q_SLOTS:
     void eachPageOfAPlanHasTitleHeadingsAndNumber()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         zvtest::Plan plan;
         TestPlan content = planOf({"Step", "What to do", "Limit"}, {});
         for (int row = 0; row < 130; ++row)
@@ -187,7 +182,8 @@ private Q_SLOTS:
 
     void rowsHigherThanAPageGoOnOnTheNext()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         zvtest::Plan plan;
         QStringList lines;
         for (int i = 0; i < 150; ++i)
@@ -208,7 +204,8 @@ private Q_SLOTS:
 
     void columnsThatHaveNoRoomGoOnFurtherPages()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         zvtest::Plan plan;
         TestPlan content = planOf(headingsOf(40), {});
         for (int row = 0; row < 3; ++row) {
@@ -234,7 +231,8 @@ private Q_SLOTS:
 
     void aColumnWiderThanAPageIsBroken()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         zvtest::Plan plan;
         QString text;
         for (int i = 0; i < 400; ++i)
@@ -260,7 +258,8 @@ private Q_SLOTS:
 
     void linesOfTextsAreNumberedAndBroken()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         TextDocument document("notes", nullptr);
         QString text = "first\n\tindented\n";
         for (int i = 0; i < 300; ++i)
@@ -280,7 +279,8 @@ private Q_SLOTS:
 
     void schematicsFitOnOnePage()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         Schematic huge = amplifier();
         for (Symbol& symbol : huge.symbols)
             symbol.position *= 2'000;
@@ -328,7 +328,8 @@ private Q_SLOTS:
 
     void onlyThePagesOfARangeArePrinted()
     {
-        requireReader();
+        if (zvtest::pdfReader().isEmpty())
+            QSKIP("there is no pdftotext");
         QFETCH(int, first);
         QFETCH(int, last);
         QFETCH(bool, isReversed);

@@ -128,7 +128,7 @@ private Q_SLOTS:
         QTest::newRow("no extension") << "amplifier.zvsch"
                                       << "noextension" << QByteArray("%PDF-");
         QTest::newRow("unusual name")
-            << "amplifier.zvsch" << QString::fromUtf8("ü %1 ☃ & [*].svg") << QByteArray("<?xml");
+            << "amplifier.zvsch" << QString::fromUtf8("ü %1 ☃ & [x].svg") << QByteArray("<?xml");
     }
 
     void eachDocumentIsExportedInItsFormats()
@@ -148,7 +148,8 @@ private Q_SLOTS:
         QVERIFY(
             window->statusBar()->currentMessage().startsWith(QString::fromUtf8("Exported to “")));
         QVERIFY(!document->isModified());
-        QCOMPARE(qtFileName(document->filename()), QFileInfo(file).canonicalFilePath());
+        QCOMPARE(QDir::fromNativeSeparators(qtFileName(document->filename())),
+                 QFileInfo(file).canonicalFilePath());
         QCOMPARE(contentOf(file), before);
     }
 
