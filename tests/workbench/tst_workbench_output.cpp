@@ -543,10 +543,10 @@ private Q_SLOTS:
             (QStringList{"Step|What|Limit", "1|Measure, then note|0.5", "2||-3", "3|the end|"}));
     }
 
-    // Tells how long the largest plans take.
+    // Tells how long plans take, each twice as long as the one before.
     void largePlansTakeTimeInProportion()
     {
-        for (const int rows : {5'000, 10'000, 20'000}) {
+        for (const int rows : {1'000, 2'000, 4'000}) {
             TestPlan content = planOf({"Step", "What to do", "Limit", "Verdict"}, {});
             for (int row = 0; row < rows; ++row)
                 content.rows.push_back(
